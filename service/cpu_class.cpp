@@ -1,0 +1,87 @@
+// The processor class and the vector width: CPUID, with an environment override for each, cached.
+#include "service/cpu_class.hpp"
+#include "service/environment.hpp"
+#include <atomic>
+#include <cpuid.h>
+#include <cstdlib>
+#include <cstring>
+
+namespace nxl {
+namespace {
+
+constinit std::atomic<int> cached_class{-1};
+constinit std::atomic<int> cached_bits{0};
+
+constexpr int no_override = -666;
+
+struct Cpuid {
+    unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
+
+    explicit Cpuid(unsigned leaf, unsigned subleaf = 0) {
+        // A leaf above the processor's highest one leaves all registers 0.
+        __get_cpuid_count(leaf, subleaf, &eax, &ebx, &ecx, &edx);
+    }
+};
+
+int class_override() {
+    const char* text = environment("NXL_DEBUG_CPU_TYPE");
+    if (!text) return no_override;
+    const int value = std::atoi(text);
+    if (value >= 1 && value < cpu_class_count) return value;
+    return std::strcmp(text, "0") == 0 ? 0 : no_override; // so that "abc" and "00" are no override
+}
+
+bool vendor_is_intel() {
+    const Cpuid id(0);
+    return id.ebx == 0x756E6547 && id.edx == 0x49656E69 && id.ecx == 0x6C65746E; // "Genu" "ineI" "ntel"
+}
+
+CpuClass detected_class() {
+    if (!vendor_is_intel()) return CpuClass::def;
+    const unsigned features = Cpuid(1).ecx;
+    if (features & bit_SSE4_2) return CpuClass::mc3;
+    if (features & bit_SSSE3) return CpuClass::mc;
+    if (features & bit_SSE3) return CpuClass::p4n;
+    return CpuClass::def;
+}
+
+/// The operating system saves the upper halves of the 256-bit registers: XCR0 bits 1 and 2.
+bool system_saves_wide_registers() {
+    unsigned low = 0, high = 0;
+    __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
+    return (low & 6) == 6;
+}
+
+bool has_avx2_and_fma() {
+    const unsigned needed = bit_OSXSAVE | bit_AVX | bit_FMA;
+    return (Cpuid(1).ecx & needed) == needed && system_saves_wide_registers() && (Cpuid(7).ebx & bit_AVX2) != 0;
+}
+
+int chosen_bits() {
+    const char* text = environment("NXL_VECTOR_BITS");
+    if (text && std::strcmp(text, "128") == 0) return 128;
+    return has_avx2_and_fma() ? 256 : 128;
+}
+
+} // namespace
+
+CpuClass nxl_cpu_class_detect() {
+    const int override_class = class_override();
+    const CpuClass detected = detected_class();
+    const CpuClass result = override_class == no_override ? detected : static_cast<CpuClass>(override_class);
+    cached_class.store(static_cast<int>(result), std::memory_order_relaxed);
+    return result;
+}
+
+CpuClass nxl_cpu_class() {
+    const int cached = cached_class.load(std::memory_order_relaxed);
+    return cached >= 0 ? static_cast<CpuClass>(cached) : nxl_cpu_class_detect();
+}
+
+int nxl_vector_bits() {
+    int bits = cached_bits.load(std::memory_order_relaxed);
+    if (bits == 0) cached_bits.store(bits = chosen_bits(), std::memory_order_relaxed);
+    return bits;
+}
+
+} // namespace nxl

@@ -1,0 +1,17 @@
+// Which processor this is: its class, which decides semantics and blocking, and the vector width, which decides speed.
+#pragma once
+#include "service/types.hpp"
+
+namespace nxl {
+
+/// The processor class, found at the first call and fixed from then on. NXL_DEBUG_CPU_TYPE (0 to 3) overrides it.
+CpuClass nxl_cpu_class();
+
+/// Finds the class anew from the environment and CPUID and stores it for nxl_cpu_class.
+CpuClass nxl_cpu_class_detect();
+
+/// Bits of a vector register that kernels are bound for: 256 where the processor has AVX2 and FMA and the system saves
+/// their registers, else 128. NXL_VECTOR_BITS=128 asks for the narrow ones. Fixed at the first call.
+int nxl_vector_bits();
+
+} // namespace nxl

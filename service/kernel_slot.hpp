@@ -1,0 +1,33 @@
+// A kernel as a driver calls it: bound to the processor class at its first call, one indirect call from then on.
+#pragma once
+#include "service/cpu_class.hpp"
+#include "service/kernel_table.hpp"
+#include <atomic>
+#include <utility>
+
+namespace nxl {
+
+/// The kernels of a class at the vector width of this process.
+const KernelTable& kernels_of(CpuClass cpu_class);
+
+template <auto Member> class KernelSlot;
+
+template <class Fn, Fn KernelTable::* Member> class KernelSlot<Member> {
+    std::atomic<Fn> bound_{nullptr}; // threads that race store the same pointer
+
+    [[gnu::cold, gnu::noinline]] Fn bind() {
+        const Fn kernel = kernels_of(nxl_cpu_class()).*Member;
+        bound_.store(kernel, std::memory_order_relaxed);
+        return kernel;
+    }
+
+  public:
+    template <class... Args> decltype(auto) operator()(Args&&... args) {
+        Fn kernel = bound_.load(std::memory_order_relaxed);
+        if (!kernel) [[unlikely]]
+            kernel = bind();
+        return kernel(std::forward<Args>(args)...);
+    }
+};
+
+} // namespace nxl

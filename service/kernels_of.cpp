@@ -1,0 +1,31 @@
+// From class and vector width to the kernel table. This file alone names every target.
+#include "service/kernel_slot.hpp"
+
+namespace nxl {
+
+// clang-format off
+namespace def     { extern const KernelTable kernel_table; }
+namespace p4n     { extern const KernelTable kernel_table; }
+namespace mc      { extern const KernelTable kernel_table; }
+namespace mc3     { extern const KernelTable kernel_table; }
+namespace def_fma { extern const KernelTable kernel_table; }
+namespace p4n_fma { extern const KernelTable kernel_table; }
+namespace mc_fma  { extern const KernelTable kernel_table; }
+namespace mc3_fma { extern const KernelTable kernel_table; }
+// clang-format on
+
+namespace {
+constexpr const KernelTable* tables_128[cpu_class_count] = {&def::kernel_table, &p4n::kernel_table, &mc::kernel_table,
+                                                            &mc3::kernel_table};
+constexpr const KernelTable* tables_256[cpu_class_count] = {&def_fma::kernel_table, &p4n_fma::kernel_table,
+                                                            &mc_fma::kernel_table, &mc3_fma::kernel_table};
+} // namespace
+
+const KernelTable& kernels_of(CpuClass cpu_class) {
+    const auto& tables = nxl_vector_bits() == 256 ? tables_256 : tables_128;
+    return *tables[static_cast<int>(cpu_class)];
+}
+
+void no_kernel() {}
+
+} // namespace nxl
