@@ -68,9 +68,138 @@ void DCGMRHS(const int* n, double* x, const int* nrhs, const double* b, int* RCI
 void DCGMRHS_GET(const int* n, const double* x, const int* nrhs, const double* b, const int* RCI_request,
                  const int* ipar, const double* dpar, const double* tmp, int* itercount) NXL_NOEXCEPT;
 
-/* ==== BLAS level 1 ================================================================================================ */
+/* ==== BLAS level 1 ================================================================================================
+ * Lawson, Hanson, Kincaid and Krogh, ACM TOMS 5 (1979). Nothing is checked and nothing is reported: with n below 1 a
+ * routine returns at once, functions with 0. Vectors of n elements lie incx (incy) elements apart; the arrays hold at
+ * least 1 + (n - 1) |inc| elements. With a negative increment a vector starts at the far end, at element (1 - n) inc,
+ * as in the published routines. What goes beyond those is said at each routine. Sums are accumulated in several chains,
+ * so their rounding may differ between processor classes and vector widths, not between calls. Only daxpy and ddot use
+ * threads, on processor classes 2 and 3 and for long vectors. */
 
-/* ==== Sparse BLAS level 1 ========================================================================================= */
+/* Sum of |x(i)|. incx 0 counts the first element n times; a negative incx sums the same n elements as its magnitude. */
+double dasum(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
+
+/* y := y + alpha x. With alpha 0 y is left alone, bit for bit. Threads: n above 4300. */
+void daxpy(const int* n, const double* alpha, const double* x, const int* incx, double* y,
+           const int* incy) NXL_NOEXCEPT;
+
+/* y := x. With incy 0, y(1) ends as the last element of x. */
+void dcopy(const int* n, const double* x, const int* incx, double* y, const int* incy) NXL_NOEXCEPT;
+
+/* Sum of x(i) y(i). Threads: n above 2600. */
+double ddot(const int* n, const double* x, const int* incx, const double* y, const int* incy) NXL_NOEXCEPT;
+
+/* Euclidean norm of x, without overflow or underflow on the way. The step is |incx|, from the first element on. */
+double dnrm2(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
+
+/* Plane rotation: (x(i), y(i)) := (c x(i) + s y(i), c y(i) - s x(i)). */
+void drot(const int* n, double* x, const int* incx, double* y, const int* incy, const double* c,
+          const double* s) NXL_NOEXCEPT;
+
+/* Constructs the rotation with c a + s b = r and c b - s a = 0. Out: a = r, b = z (from which c and s can be recovered:
+ * z = 1 stands for c = 0, s = 1; |z| < 1 for s = z; |z| > 1 for c = 1/z), c, s. */
+void drotg(double* a, double* b, double* c, double* s) NXL_NOEXCEPT;
+
+/* Modified rotation: (x(i), y(i)) := H (x(i), y(i)). param(1) is the flag, param(2..5) hold h11, h21, h12, h22.
+ * Flag -1: all of H as it stands. 0: h11 = h22 = 1. 1: h12 = 1, h21 = -1. -2: H is the identity, nothing is done. */
+void drotm(const int* n, double* x, const int* incx, double* y, const int* incy, const double* param) NXL_NOEXCEPT;
+
+/* Constructs the modified rotation that zeroes the second component of (sqrt(d1) x1, sqrt(d2) y1); d1, d2, x1 are
+ * updated, param (5 elements) is written as drotm reads it; entries that the flag implies are left alone. A negative d1
+ * or a negative d2 y1^2 where that leads gives flag -1 with H, d1, d2 and x1 zero; d2 y1 = 0 gives flag -2. */
+void drotmg(double* d1, double* d2, double* x1, const double* y1, double* param) NXL_NOEXCEPT;
+
+/* x := alpha x; every element is multiplied, also by 0, so that NaN and infinity do not vanish. incx 0 multiplies the
+ * first element n times; a negative incx scales the same n elements as its magnitude. */
+void dscal(const int* n, const double* alpha, double* x, const int* incx) NXL_NOEXCEPT;
+
+/* Exchanges x and y. */
+void dswap(const int* n, double* x, const int* incx, double* y, const int* incy) NXL_NOEXCEPT;
+
+/* Position, from 1, of the first element of largest |x(i)|; 0 when n or incx is below 1. NaN elements are passed over,
+ * but for a NaN in first place, which nothing replaces. */
+int idamax(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
+
+/* The same for the smallest |x(i)|. */
+int idamin(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
+
+/* Sum of |Re x(i)| + |Im x(i)|; increments as in dasum. */
+double dzasum(const int* n, const nxl_z* x, const int* incx) NXL_NOEXCEPT;
+
+/* Euclidean norm of x; increments as in dnrm2. */
+double dznrm2(const int* n, const nxl_z* x, const int* incx) NXL_NOEXCEPT;
+
+/* Positions of the largest and of the smallest |Re x(i)| + |Im x(i)|, as idamax and idamin. */
+int izamax(const int* n, const nxl_z* x, const int* incx) NXL_NOEXCEPT;
+int izamin(const int* n, const nxl_z* x, const int* incx) NXL_NOEXCEPT;
+
+/* y := y + alpha x. With alpha 0 y is left alone. */
+void zaxpy(const int* n, const nxl_z* alpha, const nxl_z* x, const int* incx, nxl_z* y, const int* incy) NXL_NOEXCEPT;
+
+/* y := x. */
+void zcopy(const int* n, const nxl_z* x, const int* incx, nxl_z* y, const int* incy) NXL_NOEXCEPT;
+
+/* *result := sum of conj(x(i)) y(i); the result is the first argument, not a return value. */
+void zdotc(nxl_z* result, const int* n, const nxl_z* x, const int* incx, const nxl_z* y, const int* incy) NXL_NOEXCEPT;
+
+/* *result := sum of x(i) y(i); the result is the first argument, not a return value. */
+void zdotu(nxl_z* result, const int* n, const nxl_z* x, const int* incx, const nxl_z* y, const int* incy) NXL_NOEXCEPT;
+
+/* Plane rotation with real c and s: (x(i), y(i)) := (c x(i) + s y(i), c y(i) - s x(i)). */
+void zdrot(const int* n, nxl_z* x, const int* incx, nxl_z* y, const int* incy, const double* c,
+           const double* s) NXL_NOEXCEPT;
+
+/* x := alpha x with a real alpha; increments as in dscal. */
+void zdscal(const int* n, const double* alpha, nxl_z* x, const int* incx) NXL_NOEXCEPT;
+
+/* Plane rotation with real c and complex s: (x(i), y(i)) := (c x(i) + s y(i), c y(i) - conj(s) x(i)). */
+void ZROT(const int* n, nxl_z* x, const int* incx, nxl_z* y, const int* incy, const double* c,
+          const nxl_z* s) NXL_NOEXCEPT;
+
+/* Constructs the rotation with c a + s b = r and c b - conj(s) a = 0. Out: a = r, c, s; b is not altered. */
+void zrotg(nxl_z* a, const nxl_z* b, double* c, nxl_z* s) NXL_NOEXCEPT;
+
+/* x := alpha x; increments as in dscal. */
+void zscal(const int* n, const nxl_z* alpha, nxl_z* x, const int* incx) NXL_NOEXCEPT;
+
+/* Exchanges x and y. */
+void zswap(const int* n, nxl_z* x, const int* incx, nxl_z* y, const int* incy) NXL_NOEXCEPT;
+
+/* Upper-case aliases: the same routines. */
+void DAXPY(const int* n, const double* alpha, const double* x, const int* incx, double* y,
+           const int* incy) NXL_NOEXCEPT;
+void DCOPY(const int* n, const double* x, const int* incx, double* y, const int* incy) NXL_NOEXCEPT;
+double DDOT(const int* n, const double* x, const int* incx, const double* y, const int* incy) NXL_NOEXCEPT;
+double DNRM2(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
+void DSCAL(const int* n, const double* alpha, double* x, const int* incx) NXL_NOEXCEPT;
+void DSWAP(const int* n, double* x, const int* incx, double* y, const int* incy) NXL_NOEXCEPT;
+int IDAMAX(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
+int IZAMAX(const int* n, const nxl_z* x, const int* incx) NXL_NOEXCEPT;
+void ZDSCAL(const int* n, const double* alpha, nxl_z* x, const int* incx) NXL_NOEXCEPT;
+void ZSCAL(const int* n, const nxl_z* alpha, nxl_z* x, const int* incx) NXL_NOEXCEPT;
+void ZSWAP(const int* n, nxl_z* x, const int* incx, nxl_z* y, const int* incy) NXL_NOEXCEPT;
+
+/* ==== Sparse BLAS level 1 =========================================================================================
+ * Dodson, Grimes and Lewis, ACM TOMS 17 (1991). A sparse vector is nz values x and their places indx in a dense vector
+ * y, counted from 1. Indices are not checked; a repeated index counts each time it stands. With nz below 1 nothing is
+ * done and sums are 0. Without memory for a copy of indx the call has no effect and XERBLA is told (number 1000). */
+
+/* y(indx(i)) := y(indx(i)) + a x(i); nothing is done when a is 0. */
+void daxpyi(const int* nz, const double* a, const double* x, const int* indx, double* y) NXL_NOEXCEPT;
+void zaxpyi(const int* nz, const nxl_z* a, const nxl_z* x, const int* indx, nxl_z* y) NXL_NOEXCEPT;
+
+/* Sum of x(i) y(indx(i)); zdotci takes conj(x(i)). The complex sums are written through the first argument. */
+double ddoti(const int* nz, const double* x, const int* indx, const double* y) NXL_NOEXCEPT;
+void zdotui(nxl_z* result, const int* nz, const nxl_z* x, const int* indx, const nxl_z* y) NXL_NOEXCEPT;
+void zdotci(nxl_z* result, const int* nz, const nxl_z* x, const int* indx, const nxl_z* y) NXL_NOEXCEPT;
+
+/* Gather: x(i) := y(indx(i)). */
+void dgthr(const int* nz, const double* y, double* x, const int* indx) NXL_NOEXCEPT;
+void zgthr(const int* nz, const nxl_z* y, nxl_z* x, const int* indx) NXL_NOEXCEPT;
+
+/* Scatter: y(indx(i)) := x(i). */
+void dsctr(const int* nz, const double* x, const int* indx, double* y) NXL_NOEXCEPT;
+void zsctr(const int* nz, const nxl_z* x, const int* indx, nxl_z* y) NXL_NOEXCEPT;
 
 #ifdef __cplusplus
 }

@@ -26,8 +26,8 @@ struct Cpuid {
 int class_override() {
     const char* text = environment("NXL_DEBUG_CPU_TYPE");
     if (!text) return no_override;
-    const int value = std::atoi(text);
-    if (value >= 1 && value < cpu_class_count) return value;
+    const long value = std::strtol(text, nullptr, 10);
+    if (value >= 1 && value < cpu_class_count) return static_cast<int>(value);
     return std::strcmp(text, "0") == 0 ? 0 : no_override; // so that "abc" and "00" are no override
 }
 

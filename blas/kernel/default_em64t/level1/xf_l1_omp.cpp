@@ -1,0 +1,85 @@
+// daxpy and ddot over threads; on classes 0 and 1 level 1 never forks. zaxpy and zdotc go straight to their kernels.
+#include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
+#include "blas/kernel/default_em64t/level1/slots.hpp"
+#include "service/parallel.hpp"
+#include "service/scratch.hpp"
+#include "service/threads.hpp"
+#include <algorithm>
+
+namespace nxl {
+namespace {
+
+int decide_threads(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
+    const CpuClass cpu_class = n > gates.serial_up_to ? nxl_cpu_class() : CpuClass::def;
+    if (!may_fork(gates, n, incx, incy, cpu_class)) return 1;
+    return threads_for(gates, n, {cpu_class, max_threads(domain_blas), dynamic_threads()});
+}
+
+/// Fills one slot per block; the slots are added in ascending order, so that the result does not depend on scheduling.
+double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* y, i64 incy, double* partial) {
+    parallel_blocks(threads, threads, [=](int index) {
+        const VectorBlock block = vector_block(n, index, threads);
+        partial[index] =
+            ddot_slot(block.length, block_base(x, n, incx, block), incx, block_base(y, n, incy, block), incy);
+    });
+    double sum = 0.0;
+    for (int index = 0; index < threads; ++index) sum += partial[index];
+    return sum;
+}
+
+} // namespace
+
+bool may_fork(const Level1Gates& gates, i64 n, i64 incx, i64 incy, CpuClass cpu_class) {
+    if (n <= gates.serial_up_to) return false;
+    if (incx == 0 || incy == 0) return false;
+    return cpu_class == CpuClass::mc || cpu_class == CpuClass::mc3;
+}
+
+int threads_for(const Level1Gates& gates, i64 n, const Level1Offer& offer) {
+    int threads = offer.threads;
+    if (!offer.dynamic) return threads;
+    if (threads > 2 && n < gates.two_below) threads = 2;
+    if (threads > 4 && n < gates.four_below) threads = 4;
+    return threads;
+}
+
+VectorBlock vector_block(i64 n, i64 index, i64 count) {
+    const i64 length = n / count / 8 * 8; // whole unrolled rounds of the kernels
+    const i64 start = std::min(index * length, n - 1);
+    const bool last = index == count - 1;
+    return {start, last ? std::max(n - index * length, i64{0}) : length};
+}
+
+void nxl_blas_daxpy(const i64* n, const double* alpha, const double* x, const i64* incx, double* y, const i64* incy) {
+    const int threads = decide_threads(daxpy_gates, *n, *incx, *incy);
+    if (threads < 2) return daxpy_slot(*n, *alpha, x, *incx, y, *incy);
+    parallel_blocks(threads, threads, [=, n = *n, alpha = *alpha, incx = *incx, incy = *incy](int index) {
+        const VectorBlock block = vector_block(n, index, threads);
+        daxpy_slot(block.length, alpha, block_base(x, n, incx, block), incx, block_base(y, n, incy, block), incy);
+    });
+}
+
+double nxl_blas_ddot(const i64* n, const double* x, const i64* incx, const double* y, const i64* incy) {
+    constexpr int local_slots = 128;
+    const int threads = decide_threads(ddot_gates, *n, *incx, *incy);
+    if (threads < 2) return ddot_slot(*n, x, *incx, y, *incy);
+    if (threads <= local_slots) {
+        double partial[local_slots];
+        return ddot_blocks(threads, *n, x, *incx, y, *incy, partial);
+    }
+    const Scratch<double> partial(threads, 0);
+    if (!partial.data()) return ddot_slot(*n, x, *incx, y, *incy);
+    return ddot_blocks(threads, *n, x, *incx, y, *incy, partial.data());
+}
+
+void nxl_blas_zaxpy(const i64* n, const zcomplex* alpha, const zcomplex* x, const i64* incx, zcomplex* y,
+                    const i64* incy) {
+    zaxpy_slot(*n, *alpha, x, *incx, y, *incy);
+}
+
+void nxl_blas_zdotc(zcomplex* result, const i64* n, const zcomplex* x, const i64* incx, const zcomplex* y,
+                    const i64* incy) {
+    zdotc_slot(*result, *n, x, *incx, y, *incy);
+}
+
+} // namespace nxl

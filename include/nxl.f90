@@ -1,0 +1,298 @@
+! nxl: explicit Fortran interfaces, the twin of nxl.h, which explains every routine.
+! Compile this file with your program and say "use nxl". Names are bound as the library exports them; Fortran does not tell
+! upper from lower case, so an upper-case alias has no interface of its own here where the lower-case name exists.
+module nxl
+    use, intrinsic :: iso_c_binding, only: c_char, c_double, c_double_complex, c_float, c_funptr, c_int
+    implicit none (type, external)
+    public
+
+    interface
+        ! ---- BLAS level 1, real ----
+
+        ! Sum of |x(i)|.
+        function dasum(n, x, incx) bind(c, name="dasum")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx
+            real(c_double), intent(in) :: x(*)
+            real(c_double) :: dasum
+        end function
+
+        ! y := y + alpha x.
+        subroutine daxpy(n, alpha, x, incx, y, incy) bind(c, name="daxpy")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            real(c_double), intent(in) :: alpha, x(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        ! y := x.
+        subroutine dcopy(n, x, incx, y, incy) bind(c, name="dcopy")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            real(c_double), intent(in) :: x(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        ! Sum of x(i) y(i).
+        function ddot(n, x, incx, y, incy) bind(c, name="ddot")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            real(c_double), intent(in) :: x(*), y(*)
+            real(c_double) :: ddot
+        end function
+
+        ! Euclidean norm, without overflow or underflow on the way.
+        function dnrm2(n, x, incx) bind(c, name="dnrm2")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx
+            real(c_double), intent(in) :: x(*)
+            real(c_double) :: dnrm2
+        end function
+
+        ! (x, y) := (c x + s y, c y - s x).
+        subroutine drot(n, x, incx, y, incy, c, s) bind(c, name="drot")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            real(c_double), intent(inout) :: x(*), y(*)
+            real(c_double), intent(in) :: c, s
+        end subroutine
+
+        ! Constructs a plane rotation.
+        subroutine drotg(a, b, c, s) bind(c, name="drotg")
+            import :: c_double
+            real(c_double), intent(inout) :: a, b
+            real(c_double), intent(out) :: c, s
+        end subroutine
+
+        ! (x, y) := H (x, y), H from param.
+        subroutine drotm(n, x, incx, y, incy, param) bind(c, name="drotm")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            real(c_double), intent(inout) :: x(*), y(*)
+            real(c_double), intent(in) :: param(5)
+        end subroutine
+
+        ! Constructs a modified rotation.
+        subroutine drotmg(d1, d2, x1, y1, param) bind(c, name="drotmg")
+            import :: c_double
+            real(c_double), intent(inout) :: d1, d2, x1
+            real(c_double), intent(in) :: y1
+            real(c_double), intent(inout) :: param(5)
+        end subroutine
+
+        ! x := alpha x.
+        subroutine dscal(n, alpha, x, incx) bind(c, name="dscal")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx
+            real(c_double), intent(in) :: alpha
+            real(c_double), intent(inout) :: x(*)
+        end subroutine
+
+        ! Exchanges x and y.
+        subroutine dswap(n, x, incx, y, incy) bind(c, name="dswap")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            real(c_double), intent(inout) :: x(*), y(*)
+        end subroutine
+
+        ! Position of the first largest |x(i)|; idamin: of the smallest.
+        function idamax(n, x, incx) bind(c, name="idamax")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx
+            real(c_double), intent(in) :: x(*)
+            integer(c_int) :: idamax
+        end function
+
+        function idamin(n, x, incx) bind(c, name="idamin")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, incx
+            real(c_double), intent(in) :: x(*)
+            integer(c_int) :: idamin
+        end function
+
+        ! ---- BLAS level 1, complex; zdotc and zdotu write their result through the first argument ----
+
+        ! Sum of |Re x(i)| + |Im x(i)|.
+        function dzasum(n, x, incx) bind(c, name="dzasum")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx
+            complex(c_double_complex), intent(in) :: x(*)
+            real(c_double) :: dzasum
+        end function
+
+        ! Euclidean norm.
+        function dznrm2(n, x, incx) bind(c, name="dznrm2")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx
+            complex(c_double_complex), intent(in) :: x(*)
+            real(c_double) :: dznrm2
+        end function
+
+        ! Position of the first largest |Re x(i)| + |Im x(i)|; izamin: of the smallest.
+        function izamax(n, x, incx) bind(c, name="izamax")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx
+            complex(c_double_complex), intent(in) :: x(*)
+            integer(c_int) :: izamax
+        end function
+
+        function izamin(n, x, incx) bind(c, name="izamin")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx
+            complex(c_double_complex), intent(in) :: x(*)
+            integer(c_int) :: izamin
+        end function
+
+        ! y := y + alpha x.
+        subroutine zaxpy(n, alpha, x, incx, y, incy) bind(c, name="zaxpy")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            complex(c_double_complex), intent(in) :: alpha, x(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! y := x.
+        subroutine zcopy(n, x, incx, y, incy) bind(c, name="zcopy")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            complex(c_double_complex), intent(in) :: x(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! res := sum of conjg(x(i)) y(i).
+        subroutine zdotc(res, n, x, incx, y, incy) bind(c, name="zdotc")
+            import :: c_double_complex, c_int
+            complex(c_double_complex), intent(out) :: res
+            integer(c_int), intent(in) :: n, incx, incy
+            complex(c_double_complex), intent(in) :: x(*), y(*)
+        end subroutine
+
+        ! res := sum of x(i) y(i).
+        subroutine zdotu(res, n, x, incx, y, incy) bind(c, name="zdotu")
+            import :: c_double_complex, c_int
+            complex(c_double_complex), intent(out) :: res
+            integer(c_int), intent(in) :: n, incx, incy
+            complex(c_double_complex), intent(in) :: x(*), y(*)
+        end subroutine
+
+        ! (x, y) := (c x + s y, c y - s x), real s.
+        subroutine zdrot(n, x, incx, y, incy, c, s) bind(c, name="zdrot")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            complex(c_double_complex), intent(inout) :: x(*), y(*)
+            real(c_double), intent(in) :: c, s
+        end subroutine
+
+        ! x := alpha x, real alpha.
+        subroutine zdscal(n, alpha, x, incx) bind(c, name="zdscal")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx
+            real(c_double), intent(in) :: alpha
+            complex(c_double_complex), intent(inout) :: x(*)
+        end subroutine
+
+        ! (x, y) := (c x + s y, c y - conjg(s) x).
+        subroutine ZROT(n, x, incx, y, incy, c, s) bind(c, name="ZROT")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            complex(c_double_complex), intent(inout) :: x(*), y(*)
+            real(c_double), intent(in) :: c
+            complex(c_double_complex), intent(in) :: s
+        end subroutine
+
+        ! Constructs a plane rotation.
+        subroutine zrotg(a, b, c, s) bind(c, name="zrotg")
+            import :: c_double, c_double_complex
+            complex(c_double_complex), intent(inout) :: a
+            complex(c_double_complex), intent(in) :: b
+            real(c_double), intent(out) :: c
+            complex(c_double_complex), intent(out) :: s
+        end subroutine
+
+        ! x := alpha x.
+        subroutine zscal(n, alpha, x, incx) bind(c, name="zscal")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx
+            complex(c_double_complex), intent(in) :: alpha
+            complex(c_double_complex), intent(inout) :: x(*)
+        end subroutine
+
+        ! Exchanges x and y.
+        subroutine zswap(n, x, incx, y, incy) bind(c, name="zswap")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx, incy
+            complex(c_double_complex), intent(inout) :: x(*), y(*)
+        end subroutine
+
+        ! ---- Sparse BLAS level 1; indices count from 1 ----
+
+        ! y(indx(i)) := y(indx(i)) + a x(i).
+        subroutine daxpyi(nz, a, x, indx, y) bind(c, name="daxpyi")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: nz, indx(*)
+            real(c_double), intent(in) :: a, x(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        subroutine zaxpyi(nz, a, x, indx, y) bind(c, name="zaxpyi")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: nz, indx(*)
+            complex(c_double_complex), intent(in) :: a, x(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! Sum of x(i) y(indx(i)); zdotci takes conjg(x(i)).
+        function ddoti(nz, x, indx, y) bind(c, name="ddoti")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: nz, indx(*)
+            real(c_double), intent(in) :: x(*), y(*)
+            real(c_double) :: ddoti
+        end function
+
+        subroutine zdotci(res, nz, x, indx, y) bind(c, name="zdotci")
+            import :: c_double_complex, c_int
+            complex(c_double_complex), intent(out) :: res
+            integer(c_int), intent(in) :: nz, indx(*)
+            complex(c_double_complex), intent(in) :: x(*), y(*)
+        end subroutine
+
+        subroutine zdotui(res, nz, x, indx, y) bind(c, name="zdotui")
+            import :: c_double_complex, c_int
+            complex(c_double_complex), intent(out) :: res
+            integer(c_int), intent(in) :: nz, indx(*)
+            complex(c_double_complex), intent(in) :: x(*), y(*)
+        end subroutine
+
+        ! x(i) := y(indx(i)).
+        subroutine dgthr(nz, y, x, indx) bind(c, name="dgthr")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: nz, indx(*)
+            real(c_double), intent(in) :: y(*)
+            real(c_double), intent(inout) :: x(*)
+        end subroutine
+
+        subroutine zgthr(nz, y, x, indx) bind(c, name="zgthr")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: nz, indx(*)
+            complex(c_double_complex), intent(in) :: y(*)
+            complex(c_double_complex), intent(inout) :: x(*)
+        end subroutine
+
+        ! y(indx(i)) := x(i).
+        subroutine dsctr(nz, x, indx, y) bind(c, name="dsctr")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: nz, indx(*)
+            real(c_double), intent(in) :: x(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        subroutine zsctr(nz, x, indx, y) bind(c, name="zsctr")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: nz, indx(*)
+            complex(c_double_complex), intent(in) :: x(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+    end interface
+
+end module nxl
