@@ -5,11 +5,20 @@
 namespace nxl {
 
 /// `size` bytes at a multiple of `alignment` bytes, or null when there is no memory or `size` is below 1. An alignment
-/// below 4 asks for none; one that is not a power of two counts as 32. Blocks above 40 MiB, and any block when the calling
-/// thread holds five already or caching is off, come straight from the allocator and keep only its own alignment (16).
+/// below 4 asks for none; one that is not a power of two counts as 32. Blocks above 40 MiB, and any block when the
+/// calling thread holds five already or caching is off, come straight from the allocator, at its own alignment.
 void* nxl_buffer_alloc(i64 size, int alignment);
 
 /// Gives a block back, on the thread that took it. Null is accepted.
 void nxl_buffer_free(void* block);
+
+/// Returns the cached blocks of all threads to the allocator; blocks in use stay. No other call into the library may
+/// run meanwhile. A thread that comes back later starts anew.
+void free_buffers();
+
+struct ThreadBufferRecord;
+
+/// What the calling thread has cached; null when it has nothing.
+const ThreadBufferRecord* thread_buffers();
 
 } // namespace nxl

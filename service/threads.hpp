@@ -1,18 +1,28 @@
-// How many threads a call may use: the stores set by the program and by the environment, and the core count.
+// How many threads a call may use: the counts set by the program and by the environment, and the physical cores.
 // The one parallel region that drivers run stands in parallel.hpp.
 #pragma once
-#include "service/types.hpp"
 
 namespace nxl {
 
-/// Whose thread count is asked for. Domains other than `all` fall back to it when they hold no count.
+/// Whose thread count is asked for. A domain that holds no count of its own goes by `domain_all`.
 enum ThreadDomain : int { domain_all = 0, domain_blas = 1, domain_fft = 2, domain_vml = 3 };
 inline constexpr int thread_domain_count = 4;
 
-void set_num_threads(int count);
+/// The threads that a call in `domain` may use, at least 1. An unknown domain is answered as `domain_all`.
 int max_threads(int domain);
-bool domain_set_num_threads(int count, int domain);
-void set_dynamic(bool on);
+
+/// Whether counts are held to the physical cores, and to 1 inside a parallel region. On unless the host said otherwise.
 bool dynamic_threads();
+
+/// Counts below 1 are ignored.
+void set_num_threads(int count);
+
+/// False, and nothing changed, for a negative count or an unknown domain. A count of 0 is stored and reads as not set.
+bool domain_set_num_threads(int count, int domain);
+
+void set_dynamic(bool on);
+
+/// Fills what the program has not set from the environment, and counts the cores. Runs by itself at the first query.
+void nxl_threads_read_env();
 
 } // namespace nxl

@@ -1,12 +1,13 @@
-// Arguments on their way through an entry: the caller's 32-bit integers become 64-bit inside, and results go back narrowed.
-// A plain input needs no type: `const i64 n64 = *n;` widens by sign extension.
+// Arguments on their way through an entry: the caller's 32-bit integers become 64-bit inside, and results go back
+// narrowed. A plain input needs no type: `const i64 n64 = *n;` widens by sign extension.
 #pragma once
 #include "service/scratch.hpp"
+#include <limits>
 
 namespace nxl {
 
-/// An integer result. 64-bit inside; the caller's 32 bits, the low ones, are written when it dies. Declare `info` first,
-/// so that it is written last.
+/// An integer result. 64-bit inside; the caller's 32 bits, the low ones, are written when it dies. Declare `info`
+/// first, so that it is written last.
 struct OutInt {
     int* const user;
     i64 value = 0;
@@ -26,17 +27,27 @@ enum class Transfer {
     none       ///< workspace that stays inside
 };
 
-/// A caller's integer array of `count` elements as a 64-bit scratch array of at least one element.
+/// A caller's integer array of `count` elements as a 64-bit scratch array of at least one element. Of an output, only
+/// the elements that the driver has set go back: the caller's others are neither read nor written.
 class WideInts {
-    int* const out_; // null when nothing goes back
-    i64 out_count_;
-    Scratch<i64> wide_;
+    static constexpr i64 untouched = std::numeric_limits<i64>::min(); // narrow integers never widen to this
 
-    static bool writes(Transfer way) { return way != Transfer::in && way != Transfer::none; }
+    int* const out_;
+    const i64 out_count_; // elements that may go back
+    const Scratch<i64> wide_;
+
+    static constexpr i64 elements_out(i64 count, Transfer way) {
+        if (way == Transfer::first_out) return 1;
+        return way == Transfer::out || way == Transfer::in_out ? count : 0;
+    }
 
     void widen(const int* user, i64 count) {
         if (data())
             for (i64 i = 0; i < count; ++i) data()[i] = user[i];
+    }
+    void mark_untouched() {
+        if (data())
+            for (i64 i = 0; i < out_count_; ++i) data()[i] = untouched;
     }
 
   public:
@@ -44,23 +55,24 @@ class WideInts {
         widen(user, count);
     }
     WideInts(int* user, i64 count, Transfer way)
-        : out_(writes(way) ? user : nullptr), out_count_(way == Transfer::first_out ? 1 : count),
+        : out_(user),
+          out_count_(elements_out(count, way)),
           wide_(count < 1 ? 1 : count) {
-        if (way == Transfer::in || way == Transfer::in_out) widen(user, count);
-        if (way == Transfer::first_out) widen(user, 1); // what the driver leaves alone stays
+        if (way == Transfer::in || way == Transfer::in_out)
+            widen(user, count);
+        else
+            mark_untouched();
     }
     ~WideInts() {
-        if (out_ && data())
-            for (i64 i = 0; i < out_count_; ++i) out_[i] = static_cast<int>(data()[i]);
+        if (data())
+            for (i64 i = 0; i < out_count_; ++i)
+                if (data()[i] != untouched) out_[i] = static_cast<int>(data()[i]);
     }
     WideInts(const WideInts&) = delete;
     WideInts& operator=(const WideInts&) = delete;
 
     /// Null when there was no memory; then nothing was copied and nothing goes back.
     i64* data() const { return wide_.data(); }
-
-    /// Makes `count` elements go back, for an output whose length the driver decides.
-    void write_back(i64 count) { out_count_ = count; }
 };
 
 } // namespace nxl

@@ -1,0 +1,136 @@
+// Scratch memory: each thread's record of cached blocks, the table of all records, and the straight road to the
+// allocator. The slots inside a record are thread_buffers.hpp's.
+#include "service/memory.hpp"
+#include "service/allocator_hooks.hpp"
+#include "service/environment.hpp"
+#include "service/spin_lock.hpp"
+#include "service/thread_buffers.hpp"
+#include <bit>
+#include <pthread.h>
+
+namespace nxl {
+namespace {
+
+constexpr i64 largest_cached = 41943040; // bytes, 40 MiB: beyond this the allocator's own cost is small change
+constexpr i64 record_limit = 8192;       // no new record once there are more
+constexpr int default_alignment = 32;
+
+/// Guards the table, and with it the environment's one reading. Taking and giving back blocks need no lock.
+constinit SpinLock table_lock;
+constinit ThreadBufferRecord* table[record_limit + 2] = {}; // from entry 1 upward; null again once released
+constinit i64 table_count = 0;
+constinit i64 table_generation = 0; // raised when the table is emptied, so that entries of before count for nothing
+
+/// Threads know their record by its place, not by its address: a released record leaves nothing that dangles.
+struct ThreadState {
+    i64 entry;      // 0: none, and table[0] is null
+    i64 generation; // of the table, when the entry was taken
+    i64 raw_blocks; // taken straight from the allocator and not yet given back
+};
+constinit thread_local ThreadState this_thread = {};
+
+enum class Caching : int { unknown = -1, on = 0, off = 1 };
+constinit std::atomic<Caching> caching{Caching::unknown};
+
+// A fork while another thread holds the lock would leave it held in the child for ever.
+[[gnu::constructor]] void keep_lock_over_fork() {
+    pthread_atfork([] { table_lock.lock(); }, [] { table_lock.unlock(); }, [] { table_lock.unlock(); });
+}
+
+[[gnu::cold]] void read_environment() {
+    const SpinGuard guard(table_lock);
+    if (caching.load(std::memory_order_relaxed) != Caching::unknown) return;
+    const bool off = environment("NXL_DISABLE_FAST_MM") || environment("NXL_MM_DISABLE"); // whatever they hold, "0" too
+    caching.store(off ? Caching::off : Caching::on, std::memory_order_relaxed);
+}
+
+bool caching_is_off() {
+    if (caching.load(std::memory_order_relaxed) == Caching::unknown) [[unlikely]]
+        read_environment();
+    return caching.load(std::memory_order_relaxed) == Caching::off;
+}
+
+ThreadBufferRecord* own_record() {
+    return this_thread.generation == table_generation ? table[this_thread.entry] : nullptr;
+}
+
+bool enter_in_table(ThreadBufferRecord* record) {
+    const SpinGuard guard(table_lock);
+    if (table_count > record_limit) return false;
+    table[++table_count] = record;
+    this_thread.entry = table_count;
+    this_thread.generation = table_generation;
+    return true;
+}
+
+/// Null when there is no memory or the table is full. The lock is not held while the allocator works: at a fork the
+/// allocator's own lock may be taken before ours.
+[[gnu::cold]] ThreadBufferRecord* new_record() {
+    auto* record = static_cast<ThreadBufferRecord*>(allocator.malloc(sizeof(ThreadBufferRecord)));
+    if (!record) return nullptr;
+    *record = {};
+    if (enter_in_table(record)) return record;
+    allocator.free(record);
+    return nullptr;
+}
+
+void* take_raw(i64 size) {
+    void* block = allocator.malloc(static_cast<std::size_t>(size));
+    if (block) ++this_thread.raw_blocks;
+    return block;
+}
+
+void give_back_raw(void* block) {
+    if (this_thread.raw_blocks > 0) --this_thread.raw_blocks;
+    allocator.free(block);
+}
+
+i64 normal_alignment(int alignment) {
+    if (alignment < 4) return 0;
+    return std::has_single_bit(static_cast<unsigned>(alignment)) ? alignment : default_alignment;
+}
+
+} // namespace
+
+void* nxl_buffer_alloc(i64 size, int alignment) {
+    if (size < 1) return nullptr;
+    if (size > largest_cached || caching_is_off()) return take_raw(size);
+    ThreadBufferRecord* record = own_record();
+    if (!record) record = new_record();
+    if (!record) return take_raw(size);
+    const i64 aligned_to = normal_alignment(alignment);
+    BufferSlot* slot = record->choose(size + aligned_to);
+    return slot ? record->take(*slot, size, aligned_to) : take_raw(size);
+}
+
+void nxl_buffer_free(void* block) {
+    if (!block) return;
+    if (caching_is_off()) return give_back_raw(block);
+    ThreadBufferRecord* record = own_record();
+    if (record) {
+        if (!record->give_back(block)) give_back_raw(block);
+    } else if (this_thread.raw_blocks > 0) { // else it is no block of this thread, and not ours to judge
+        give_back_raw(block);
+    }
+}
+
+void free_buffers() {
+    if (caching_is_off()) return;
+    const SpinGuard guard(table_lock);
+    bool busy = false;
+    for (i64 entry = 1; entry <= table_count; ++entry) {
+        ThreadBufferRecord*& record = table[entry];
+        if (!record) continue;
+        if (!record->release_free_blocks()) busy = true;
+        if (busy) continue; // once a block was in use, the records that follow stay, emptied
+        allocator.free(record);
+        record = nullptr;
+    }
+    if (busy) return;
+    table_count = 0;
+    ++table_generation;
+}
+
+const ThreadBufferRecord* thread_buffers() { return own_record(); }
+
+} // namespace nxl

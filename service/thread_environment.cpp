@@ -1,0 +1,66 @@
+// The grammar of the thread settings in the environment.
+#include "service/thread_environment.hpp"
+#include <algorithm>
+#include <limits>
+
+namespace nxl {
+namespace {
+
+constexpr std::string_view quotes_and_blank = " \"'";
+constexpr std::string_view separators = " ,;:\"'";
+constexpr std::string_view name_ends = "= \"'";
+constexpr std::string_view between_name_and_value = " =";
+
+constexpr std::string_view domain_names[thread_domain_count] = {"NXL_ALL", "NXL_BLAS", "NXL_FFT", "NXL_VML"};
+
+void skip(std::string_view& rest, std::string_view characters) {
+    rest.remove_prefix(std::min(rest.find_first_not_of(characters), rest.size()));
+}
+
+/// Splits off what stands before the first of `stops`.
+std::string_view take_until(std::string_view& rest, std::string_view stops) {
+    const std::string_view part(rest.data(), std::min(rest.find_first_of(stops), rest.size()));
+    rest.remove_prefix(part.size());
+    return part;
+}
+
+void note(DomainCounts& counts, std::string_view name, int count) {
+    for (int domain = 0; domain < thread_domain_count; ++domain)
+        if (name == domain_names[domain] && count > 0 && counts.of[domain] < 0) counts.of[domain] = count;
+}
+
+} // namespace
+
+int thread_count_from(std::string_view text) {
+    constexpr int largest = std::numeric_limits<int>::max();
+    if (text.empty()) return 1;
+    int count = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') return 1;
+        const int digit = c - '0';
+        count = count > (largest - digit) / 10 ? largest : 10 * count + digit;
+    }
+    return count;
+}
+
+DomainCounts domain_counts_from(std::string_view rest) {
+    DomainCounts counts;
+    while (!rest.empty()) {
+        skip(rest, separators);
+        const std::string_view name = take_until(rest, name_ends);
+        if (name.empty()) break;
+        skip(rest, between_name_and_value);
+        const std::string_view value = take_until(rest, separators);
+        if (!rest.empty()) rest.remove_prefix(1); // the separator, so that a quote right after "=" cannot stop the walk
+        note(counts, name, thread_count_from(value));
+    }
+    return counts;
+}
+
+bool dynamic_from(std::string_view rest) {
+    skip(rest, quotes_and_blank);
+    const std::string_view word = take_until(rest, quotes_and_blank);
+    return word != "FALSE" && word != "false";
+}
+
+} // namespace nxl

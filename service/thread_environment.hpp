@@ -1,0 +1,24 @@
+// Thread settings as the environment writes them: pure functions over text. What becomes of them stands in threads.cpp.
+#pragma once
+#include "service/threads.hpp"
+#include <string_view>
+
+namespace nxl {
+
+inline constexpr int count_not_set = -1;
+
+/// A thread count. Digits alone are their number, at most the largest int; any other text, the empty one too, is 1.
+int thread_count_from(std::string_view text);
+
+struct DomainCounts {
+    int of[thread_domain_count] = {count_not_set, count_not_set, count_not_set, count_not_set};
+};
+
+/// The counts that `NXL_DOMAIN_NUM_THREADS` holds, as in "NXL_ALL=4, NXL_BLAS 2". A domain's first positive count wins;
+/// unknown names are skipped, and an empty name, as in "=4", ends the list.
+DomainCounts domain_counts_from(std::string_view text);
+
+/// What `NXL_DYNAMIC` says: off for the words FALSE and false, also in quotes, and on for everything else.
+bool dynamic_from(std::string_view text);
+
+} // namespace nxl
