@@ -9,10 +9,15 @@
 namespace nxl {
 namespace {
 
-int decide_threads(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
-    const CpuClass cpu_class = n > gates.serial_up_to ? nxl_cpu_class() : CpuClass::def;
+/// Apart from the short call, which shall pay for nothing but the test of its length.
+[[gnu::noinline]] int decide_threads(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
+    const CpuClass cpu_class = nxl_cpu_class();
     if (!may_fork(gates, n, incx, incy, cpu_class)) return 1;
     return threads_for(gates, n, {cpu_class, max_threads(domain_blas), dynamic_threads()});
+}
+
+int threads_of_call(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
+    return n <= gates.serial_up_to ? 1 : decide_threads(gates, n, incx, incy);
 }
 
 /// Fills one slot per block; the slots are added in ascending order, so that the result does not depend on scheduling.
@@ -25,6 +30,25 @@ double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* 
     double sum = 0.0;
     for (int index = 0; index < threads; ++index) sum += partial[index];
     return sum;
+}
+
+[[gnu::noinline]] double ddot_over_threads(int threads, i64 n, const double* x, i64 incx, const double* y, i64 incy) {
+    constexpr int local_slots = 128;
+    if (threads <= local_slots) {
+        double partial[local_slots];
+        return ddot_blocks(threads, n, x, incx, y, incy, partial);
+    }
+    const Scratch<double> partial(threads, 0);
+    if (!partial.data()) return ddot_slot(n, x, incx, y, incy);
+    return ddot_blocks(threads, n, x, incx, y, incy, partial.data());
+}
+
+[[gnu::noinline]] void daxpy_over_threads(int threads, i64 n, double alpha, const double* x, i64 incx, double* y,
+                                          i64 incy) {
+    parallel_blocks(threads, threads, [=](int index) {
+        const VectorBlock block = vector_block(n, index, threads);
+        daxpy_slot(block.length, alpha, block_base(x, n, incx, block), incx, block_base(y, n, incy, block), incy);
+    });
 }
 
 } // namespace
@@ -51,25 +75,15 @@ VectorBlock vector_block(i64 n, i64 index, i64 count) {
 }
 
 void nxl_blas_daxpy(const i64* n, const double* alpha, const double* x, const i64* incx, double* y, const i64* incy) {
-    const int threads = decide_threads(daxpy_gates, *n, *incx, *incy);
+    const int threads = threads_of_call(daxpy_gates, *n, *incx, *incy);
     if (threads < 2) return daxpy_slot(*n, *alpha, x, *incx, y, *incy);
-    parallel_blocks(threads, threads, [=, n = *n, alpha = *alpha, incx = *incx, incy = *incy](int index) {
-        const VectorBlock block = vector_block(n, index, threads);
-        daxpy_slot(block.length, alpha, block_base(x, n, incx, block), incx, block_base(y, n, incy, block), incy);
-    });
+    daxpy_over_threads(threads, *n, *alpha, x, *incx, y, *incy);
 }
 
 double nxl_blas_ddot(const i64* n, const double* x, const i64* incx, const double* y, const i64* incy) {
-    constexpr int local_slots = 128;
-    const int threads = decide_threads(ddot_gates, *n, *incx, *incy);
+    const int threads = threads_of_call(ddot_gates, *n, *incx, *incy);
     if (threads < 2) return ddot_slot(*n, x, *incx, y, *incy);
-    if (threads <= local_slots) {
-        double partial[local_slots];
-        return ddot_blocks(threads, *n, x, *incx, y, *incy, partial);
-    }
-    const Scratch<double> partial(threads, 0);
-    if (!partial.data()) return ddot_slot(*n, x, *incx, y, *incy);
-    return ddot_blocks(threads, *n, x, *incx, y, *incy, partial.data());
+    return ddot_over_threads(threads, *n, x, *incx, y, *incy);
 }
 
 void nxl_blas_zaxpy(const i64* n, const zcomplex* alpha, const zcomplex* x, const i64* incx, zcomplex* y,

@@ -1,0 +1,70 @@
+/* nxl.h from C, with strict warnings: one call through each family. Returns the number of wrong results. */
+#include "nxl.h"
+#include <math.h>
+#include <stdio.h>
+
+static int failures = 0;
+
+static void expect(int right, const char* what) {
+    if (right) return;
+    printf("wrong: %s\n", what);
+    ++failures;
+}
+
+static void level1(void) {
+    const int n = 3, one = 1;
+    const double two = 2.0, x[3] = {1.0, 2.0, 3.0};
+    double y[3] = {4.0, 5.0, 6.0};
+    const nxl_z u[1] = {1.0 + 2.0 * I};
+    nxl_z dot = 0.0;
+    expect(ddot(&n, x, &one, y, &one) == 32.0, "ddot");
+    daxpy(&n, &two, x, &one, y, &one);
+    expect(y[2] == 12.0, "daxpy");
+    zdotc(&dot, &one, u, &one, u, &one);
+    expect(creal(dot) == 5.0 && cimag(dot) == 0.0, "zdotc");
+}
+
+static void sparse_level1(void) {
+    const int nz = 2, indx[2] = {4, 1};
+    const double x[2] = {10.0, 20.0};
+    double y[4] = {0.0, 0.0, 0.0, 0.0};
+    dsctr(&nz, x, indx, y);
+    expect(y[3] == 10.0 && y[0] == 20.0, "dsctr");
+}
+
+static void services(void) {
+    const int four = 4;
+    NXL_Set_Dynamic(0);
+    NXL_Set_Num_Threads(3);
+    expect(NXL_Get_Max_Threads() == 3, "NXL_Get_Max_Threads");
+    expect(NXL_Domain_Set_Num_Threads(2, 1) == 1 && NXL_Domain_Get_Max_Threads(1) == 2, "NXL_Domain_Set_Num_Threads");
+    expect(D1MACH(&four) > 2.2e-16 && R1MACH(&four) > 1.1e-7F, "D1MACH, R1MACH");
+    expect(NXL_PROGRESS(&four, &four, "", 0) == 0, "NXL_PROGRESS");
+    NXL_FreeBuffers();
+}
+
+/* x of diag(1, 2, 3) x = (1, 1, 1). */
+static void conjugate_gradients(void) {
+    const int n = 3;
+    const double b[3] = {1.0, 1.0, 1.0};
+    double x[3] = {0.0, 0.0, 0.0}, dpar[128], tmp[12];
+    int request, ipar[128], iterations = 0;
+    DCG_INIT(&n, x, b, &request, ipar, dpar, tmp);
+    ipar[8] = 1;     /* residual test */
+    ipar[9] = 0;     /* no test of the caller's */
+    dpar[0] = 1e-24; /* on the squared norm */
+    DCG_CHECK(&n, x, b, &request, ipar, dpar, tmp);
+    expect(request == 0, "DCG_CHECK");
+    for (DCG(&n, x, b, &request, ipar, dpar, tmp); request == 1; DCG(&n, x, b, &request, ipar, dpar, tmp))
+        for (int i = 0; i < n; ++i) tmp[n + i] = (i + 1) * tmp[i];
+    DCG_GET(&n, x, b, &request, ipar, dpar, tmp, &iterations);
+    expect(request == 0 && iterations == 3 && fabs(x[2] - 1.0 / 3.0) < 1e-14, "DCG");
+}
+
+int main(void) {
+    level1();
+    sparse_level1();
+    services();
+    conjugate_gradients();
+    return failures;
+}

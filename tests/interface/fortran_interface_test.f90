@@ -1,0 +1,74 @@
+! nxl.f90 with strict warnings: one call through each family. Stops with 1 when a result is wrong.
+program fortran_interface_test
+    use nxl
+    implicit none (type, external)
+    logical :: all_right = .true.
+
+    call level1()
+    call sparse_level1()
+    call services()
+    call conjugate_gradients()
+    if (.not. all_right) stop 1
+
+contains
+
+    subroutine expect(right, what)
+        logical, intent(in) :: right
+        character(len=*), intent(in) :: what
+        if (right) return
+        print '(2a)', 'wrong: ', what
+        all_right = .false.
+    end subroutine
+
+    logical function same(value, whole)
+        real(c_double), intent(in) :: value
+        integer, intent(in) :: whole
+        same = abs(value - whole) < 1e-12_c_double
+    end function
+
+    subroutine level1()
+        real(c_double) :: x(3) = [1, 2, 3], y(3) = [4, 5, 6]
+        complex(c_double_complex) :: u(1) = (1, 2), dot
+        call expect(same(ddot(3, x, 1, y, 1), 32), 'ddot')
+        call daxpy(3, 2.0_c_double, x, 1, y, 1)
+        call expect(same(y(3), 12), 'daxpy')
+        call zdotc(dot, 1, u, 1, u, 1)
+        call expect(same(real(dot), 5) .and. same(aimag(dot), 0), 'zdotc')
+        call expect(idamax(3, y, 1) == 3, 'idamax')
+    end subroutine
+
+    subroutine sparse_level1()
+        real(c_double) :: x(2) = [10, 20], y(4) = 0
+        call dsctr(2, x, [4, 1], y)
+        call expect(same(y(4), 10) .and. same(y(1), 20), 'dsctr')
+    end subroutine
+
+    subroutine services()
+        call NXL_Set_Dynamic(0)
+        call NXL_Set_Num_Threads(3)
+        call expect(NXL_Get_Max_Threads() == 3, 'NXL_Get_Max_Threads')
+        call expect(D1MACH(4) > 2.2e-16_c_double, 'D1MACH')
+        call NXL_FreeBuffers()
+    end subroutine
+
+    ! x of diag(1, 2, 3) x = (1, 1, 1).
+    subroutine conjugate_gradients()
+        integer(c_int), parameter :: n = 3
+        integer(c_int) :: request, ipar(128), iterations
+        real(c_double) :: x(n) = 0, b(n) = 1, dpar(128), tmp(n, 4)
+        call DCG_INIT(n, x, b, request, ipar, dpar, tmp)
+        ipar(9) = 1
+        ipar(10) = 0
+        dpar(1) = 1e-24_c_double
+        call DCG_CHECK(n, x, b, request, ipar, dpar, tmp)
+        call expect(request == 0, 'DCG_CHECK')
+        do
+            call DCG(n, x, b, request, ipar, dpar, tmp)
+            if (request /= 1) exit
+            tmp(:, 2) = [1, 2, 3] * tmp(:, 1)
+        end do
+        call DCG_GET(n, x, b, request, ipar, dpar, tmp, iterations)
+        call expect(request == 0 .and. iterations == 3 .and. abs(x(3) - 1 / 3.0_c_double) < 1e-14_c_double, 'DCG')
+    end subroutine
+
+end program

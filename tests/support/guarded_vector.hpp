@@ -1,0 +1,79 @@
+// A vector as a BLAS call sees it, laid against an unreadable page, with NaN wherever the call has no business.
+#pragma once
+#include <complex>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <random>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <vector>
+
+namespace nxl_test {
+
+/// Memory that ends at (or starts right behind) a page that may not be touched.
+class GuardedMemory {
+    std::size_t page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    std::size_t inner_;
+    char* base_;
+
+  public:
+    explicit GuardedMemory(std::size_t bytes) : inner_((bytes + page_ - 1) / page_ * page_) {
+        base_ = static_cast<char*>(
+            mmap(nullptr, inner_ + 2 * page_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+        mprotect(base_, page_, PROT_NONE);
+        mprotect(base_ + page_ + inner_, page_, PROT_NONE);
+    }
+    ~GuardedMemory() { munmap(base_, inner_ + 2 * page_); }
+    GuardedMemory(const GuardedMemory&) = delete;
+    GuardedMemory& operator=(const GuardedMemory&) = delete;
+
+    char* at_start() const { return base_ + page_; }
+    char* at_end(std::size_t bytes) const { return base_ + page_ + inner_ - bytes; }
+};
+
+enum class Flush { start, end };
+
+/// n elements `inc` apart, filled with random values in (-1, 1); the gaps hold NaN.
+template <class T> class StridedVector {
+    int n_, inc_;
+    std::size_t span_;
+    GuardedMemory memory_;
+    T* data_;
+    std::vector<T> original_;
+
+  public:
+    StridedVector(int n, int inc, unsigned seed, Flush flush = Flush::end)
+        : n_(n), inc_(inc), span_(n < 1 ? 0 : 1 + static_cast<std::size_t>(n - 1) * static_cast<unsigned>(std::abs(inc))),
+          memory_(span_ * sizeof(T) + 1),
+          data_(reinterpret_cast<T*>(flush == Flush::end ? memory_.at_end(span_ * sizeof(T)) : memory_.at_start())) {
+        std::memset(static_cast<void*>(data_), 0xff, span_ * sizeof(T)); // NaN
+        std::mt19937_64 generator(seed);
+        std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+        for (int k = 0; k < n; ++k) {
+            double* parts = reinterpret_cast<double*>(&(*this)[k]);
+            for (std::size_t part = 0; part < sizeof(T) / sizeof(double); ++part) parts[part] = uniform(generator);
+        }
+        original_.assign(data_, data_ + span_);
+    }
+
+    T* data() const { return data_; }
+    /// Element k of the vector, wherever the increment puts it.
+    T& operator[](int k) const { return data_[place(k)]; }
+    T original(int k) const { return original_[place(k)]; }
+
+    bool gaps_untouched() const {
+        const unsigned step = static_cast<unsigned>(std::abs(inc_));
+        for (std::size_t i = 0; i < span_; ++i)
+            if (step > 1 && i % step != 0 && std::memcmp(data_ + i, &original_[i], sizeof(T)) != 0) return false;
+        return true;
+    }
+
+  private:
+    std::size_t place(int k) const {
+        const int from_start = inc_ < 0 ? n_ - 1 - k : k;
+        return static_cast<std::size_t>(from_start) * static_cast<unsigned>(std::abs(inc_));
+    }
+};
+
+} // namespace nxl_test
