@@ -289,7 +289,7 @@ TEST_F(Memory, ForkWhileAnotherThreadHoldsTheLock) {
     for (int i = 0; i < 2000; ++i) in_new_thread([] { nxl_buffer_free(nxl_buffer_alloc(8, 0)); });
     std::atomic<bool> more{true};
     std::thread releasing([&more] {
-        while (more) NXL_FreeBuffers();
+        for (; more; std::this_thread::yield()) NXL_FreeBuffers();
     });
     for (int i = 0; i < 20; ++i) {
         const pid_t child = fork();
