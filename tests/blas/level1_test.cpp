@@ -10,8 +10,8 @@
 
 namespace {
 
-using nxl::test::Flush;
-using nxl::test::StridedVector;
+using nxl_test::Flush;
+using nxl_test::StridedVector;
 using zcomplex = std::complex<double>;
 
 constexpr double eps = std::numeric_limits<double>::epsilon();

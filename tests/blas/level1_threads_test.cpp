@@ -10,7 +10,7 @@
 namespace nxl {
 namespace {
 
-using test::StridedVector;
+using nxl_test::StridedVector;
 
 TEST(Level1Decision, OnlyLongVectorsOnClasses2And3Fork) {
     struct Case {

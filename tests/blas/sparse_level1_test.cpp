@@ -1,7 +1,7 @@
 // Sparse level 1 through the exported entries, d and z. CTest runs this program for each processor class and vector width.
 #include "nxl.h"
+#include "tests/support/host_allocator.hpp"
 #include <cmath>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -9,24 +9,12 @@
 #include <vector>
 
 namespace {
-bool allocator_is_exhausted = false;
 std::string reported_name;
 int reported_info = 0;
-
-void* allocate(std::size_t size) { return allocator_is_exhausted ? nullptr : std::malloc(size); }
-void* allocate_zeroed(std::size_t count, std::size_t size) {
-    return allocator_is_exhausted ? nullptr : std::calloc(count, size);
-}
-void* reallocate(void* block, std::size_t size) { return allocator_is_exhausted ? nullptr : std::realloc(block, size); }
-void release(void* block) { std::free(block); }
 } // namespace
 
-// This host brings its own allocator and its own error handler; the library takes both.
+// This host brings its own error handler, and the allocator of host_allocator.cpp.
 extern "C" {
-__attribute__((visibility("default"))) void* (*i_malloc_dll)(std::size_t) = allocate;
-__attribute__((visibility("default"))) void* (*i_calloc_dll)(std::size_t, std::size_t) = allocate_zeroed;
-__attribute__((visibility("default"))) void* (*i_realloc_dll)(void*, std::size_t) = reallocate;
-__attribute__((visibility("default"))) void (*i_free_dll)(void*) = release;
 __attribute__((visibility("default"))) void XERBLA(const char* srname, const int* info, int len) noexcept {
     reported_name.assign(srname, static_cast<std::size_t>(len));
     reported_info = *info;
@@ -144,15 +132,15 @@ TYPED_TEST(SparseLevel1, WithoutMemoryTheCallIsReportedAndHasNoEffect) {
     const std::vector<T> x(static_cast<std::size_t>(nz), T(1.0));
     T y(4.0);
     const T alpha = S::alpha;
-    allocator_is_exhausted = true;
     reported_info = 0;
+    nxl_test::fail_allocation(1);
     S::axpyi(&nz, &alpha, x.data(), indx.data(), &y);
     EXPECT_EQ(reported_info, 1000);
     EXPECT_EQ(reported_name, real ? "DAXPYI" : "ZAXPYI");
     EXPECT_EQ(y, T(4.0));
+    nxl_test::fail_allocation(1);
     EXPECT_EQ(S::doti(&nz, x.data(), indx.data(), &y), T(S::doti_without_memory));
     EXPECT_EQ(reported_name, real ? "DDOTI " : "ZDOTCI");
-    allocator_is_exhausted = false;
 }
 
 TEST(SparseLevel1Complex, DotUDoesNotConjugate) {

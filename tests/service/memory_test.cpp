@@ -172,6 +172,15 @@ TEST_F(Memory, FreeBuffersKeepsWhatIsHeld) {
     EXPECT_EQ(thread_buffers(), nullptr);
 }
 
+TEST_F(Memory, ReleasedAddressIsForgotten) {
+    void* held = nxl_buffer_alloc(1000, 128);
+    nxl_buffer_free(nxl_buffer_alloc(largest_cached, 0));
+    NXL_FreeBuffers();
+    nxl_buffer_free(nxl_buffer_alloc(largest_cached + 1, 0)); // as a rule the allocator gives the same address again
+    EXPECT_EQ(live_blocks(), 1 + 1);
+    nxl_buffer_free(held);
+}
+
 /// A thread that takes and gives back one block whenever it is asked to.
 class Worker {
     std::counting_semaphore<> asked_{0}, done_{0};
