@@ -1,6 +1,6 @@
-// Numbered messages: the table of templates, the printer, and LSAME. Every printed word of the library passes here.
+// Numbered messages: their templates, filled in and printed. Every printed word of the library passes here.
+// The texts stand in message_table.hpp.
 #pragma once
-#include "service/types.hpp"
 
 namespace nxl {
 
@@ -9,15 +9,14 @@ namespace nxl {
 const char* nxl_msg_text(int id);
 
 /// Message `id` filled in with the `nargs` values that follow, or the bare template when `nargs` is 0 or less.
-/// The result lives in the calling thread's own buffer of 512 bytes until that thread's next call.
+/// A filled-in text is cut after 512 characters. It lives in the calling thread's own buffer until that thread's next
+/// call.
 const char* nxl_msg_format(int id, int nargs, ...);
 
-/// Prints message `id` and a line end on standard output and flushes all streams; id 0 prints the line end alone.
-/// `mode` is 0 or 1 and changes nothing. Lines of concurrent callers stay whole.
+/// Prints message `id`, filled in with the `nargs` values that follow, and a line end on standard output, and flushes
+/// all streams; id 0 prints the line end alone and does not flush. `mode` is 0 or 1 and changes nothing. Lines of
+/// concurrent callers stay whole. The filled-in text is a format once more: a "%%" that came in through a value prints
+/// as "%". A text of more than 513 characters ends the process with status 8, after a report.
 void nxl_msg_print(int mode, int id, int nargs, ...);
-
-/// True when the first bytes of `a` and `b` are the same letter, whatever its case, or the same byte. The lengths are the
-/// hidden ones of a Fortran call and are not looked at.
-bool LSAME(const char* a, const char* b, int a_length, int b_length);
 
 } // namespace nxl

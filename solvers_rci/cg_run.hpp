@@ -1,0 +1,92 @@
+// What the two conjugate-gradient solvers share: their view of the caller's ipar, dpar and tmp, defaults, the check of
+// a run's parameters, reports. All state of a run lives in the caller's arrays; nxl.h has the tables of their entries.
+#pragma once
+#include "service/types.hpp"
+#include <algorithm>
+
+namespace nxl::rci {
+
+/// Values of RCI_request.
+enum Request : int {
+    finished = 0,
+    apply_matrix = 1,
+    test_by_caller = 2,
+    apply_preconditioner = 3,
+    limit_reached = -1,
+    zero_curvature = -2,
+    zero_test_quantity = -10,
+    endless_loop = -11,
+    check_has_findings = -1000,
+    impossible_size = -1100,
+    stop_system = 1003 // from the caller
+};
+
+enum class CgError : int { endless_loop = 1, indefinite_matrix = 2, altered_data = 3 };
+
+enum class CgWarning : int {
+    no_test = 1,
+    relative_tolerance = 2,
+    absolute_tolerance = 3,
+    both_tolerances_zero = 4,
+    size_differs = 5,
+    size_not_positive = 6,
+    already_started = 7,
+    negative_limit = 8,
+    iterations_not_zero = 9,
+    no_iterations = 10
+};
+
+/// The entries that mean the same to both solvers.
+class CgRun {
+  protected:
+    int* const ipar_;
+    double* const dpar_;
+
+  public:
+    CgRun(int* ipar, double* dpar) : ipar_(ipar), dpar_(dpar) {}
+
+    int& size() const { return ipar_[0]; }
+    int& report_destination() const { return ipar_[1]; }
+    int& stage_or_system() const { return ipar_[2]; } // DCG: the stage; DCGMRHS: the system that a request is about
+    int& iterations() const { return ipar_[3]; }
+    int& iteration_limit() const { return ipar_[4]; }
+    int& reports_errors() const { return ipar_[5]; }
+    int& reports_warnings() const { return ipar_[6]; }
+    int& limit_test() const { return ipar_[7]; }
+    int& residual_test() const { return ipar_[8]; }
+    int& caller_test() const { return ipar_[9]; }
+    int& preconditioned() const { return ipar_[10]; }
+    double& relative_tolerance() const { return dpar_[0]; }
+    double& absolute_tolerance() const { return dpar_[1]; }
+
+    void set_defaults(int n) const;
+
+    /// Looks for values that a run should not start with, warns of them and mends some. `systems`: right-hand sides.
+    int check(int n, int systems) const;
+
+    void report(CgError error) const;
+    void report(CgWarning warning) const;
+
+    void count_iteration() const { iterations() = static_cast<int>(static_cast<unsigned>(iterations()) + 1U); }
+
+  private:
+    bool mend_missing_tests() const;
+    bool mend_tolerances() const;
+    bool has_suspicious_counts() const;
+};
+
+/// tmp as columns of n elements; a column number counts from 1.
+class Columns {
+    double* const first_;
+    const i64 length_;
+
+  public:
+    Columns(double* tmp, int n) : first_(tmp), length_(std::max(n, 0)) {}
+    double* operator()(int number) const { return first_ + (i64{number} - 1) * length_; }
+
+    void zero(i64 count) const {
+        if (count > 0) std::fill_n(first_, count * length_, 0.0);
+    }
+};
+
+} // namespace nxl::rci
