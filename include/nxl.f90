@@ -1,6 +1,6 @@
 ! nxl: explicit Fortran interfaces, the twin of nxl.h, which explains every routine.
-! Compile this file with your program and say "use nxl". Names are bound as the library exports them; Fortran does not tell
-! upper from lower case, so an upper-case alias has no interface of its own here where the lower-case name exists.
+! Compile this file with your program and say "use nxl". Names are bound as the library exports them; Fortran does not
+! tell upper from lower case, so an upper-case alias has no interface of its own here where the lower-case name exists.
 module nxl
     use, intrinsic :: iso_c_binding, only: c_char, c_double, c_double_complex, c_float, c_funptr, c_int
     implicit none (type, external)
@@ -385,6 +385,94 @@ module nxl
             integer(c_int), intent(in) :: i
             real(c_float) :: R1MACH
         end function
+
+        ! ---- Errors ----
+
+        ! Reports a bad argument. A host may define a subroutine of this name itself.
+        subroutine XERBLA(srname, info, len) bind(c, name="XERBLA")
+            import :: c_char, c_int
+            character(kind=c_char), intent(in) :: srname(*)
+            integer(c_int), intent(in) :: info
+            integer(c_int), value :: len
+        end subroutine
+
+        ! ---- Conjugate gradients, by reverse communication ----
+
+        ! Defaults.
+        subroutine DCG_INIT(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG_INIT")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Examines and mends the parameters.
+        subroutine DCG_CHECK(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG_CHECK")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! One right-hand side: goes on to the next request.
+        subroutine DCG(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
+            real(c_double), intent(in) :: b(*)
+            integer(c_int), intent(inout) :: RCI_request, ipar(*)
+        end subroutine
+
+        ! Iterations so far.
+        subroutine DCG_GET(n, x, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DCG_GET")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*), dpar(*), tmp(*)
+            integer(c_int), intent(in) :: RCI_request, ipar(*)
+            integer(c_int), intent(out) :: itercount
+        end subroutine
+
+        ! Defaults, for nrhs systems.
+        subroutine DCGMRHS_INIT(n, x, nrhs, b, method, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS_INIT")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, nrhs, method
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Examines and mends the parameters.
+        subroutine DCGMRHS_CHECK(n, x, nrhs, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS_CHECK")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, nrhs
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Several right-hand sides, x(n, nrhs) and b(n, nrhs): goes on to the next request.
+        subroutine DCGMRHS(n, x, nrhs, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, nrhs
+            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
+            real(c_double), intent(in) :: b(*)
+            integer(c_int), intent(inout) :: RCI_request, ipar(*)
+        end subroutine
+
+        ! Iterations spent on each system.
+        subroutine DCGMRHS_GET(n, x, nrhs, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DCGMRHS_GET")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, nrhs
+            real(c_double), intent(in) :: x(*), b(*), dpar(*), tmp(*)
+            integer(c_int), intent(in) :: RCI_request, ipar(*)
+            integer(c_int), intent(inout) :: itercount(*)
+        end subroutine
 
     end interface
 

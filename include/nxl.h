@@ -25,6 +25,13 @@ extern "C" {
 
 /* ==== Errors ====================================================================================================== */
 
+/* Where BLAS and LAPACK routines report a bad argument. Prints one line on standard output and returns; it never stops
+ * the program. A host that wants the reports defines a function of this name itself, which then replaces this one.
+ *   srname  the routine's name, not terminated, padded with blanks to six characters by the library's own calls;
+ *           at most 20 characters are printed
+ *   info    above 0: the position, from 1, of the bad argument; 1000: no work memory; 1001: optional parameters that do
+ *           not go together; 0 or below: an internal condition, printed negated
+ *   len     length of srname, by value. */
 void XERBLA(const char* srname, const int* info, int len) NXL_NOEXCEPT;
 
 /* ==== Threads =====================================================================================================
@@ -88,22 +95,80 @@ double D1MACH(const int* i) NXL_NOEXCEPT;
 /* The same of single precision. */
 float R1MACH(const int* i) NXL_NOEXCEPT;
 
-/* ==== Conjugate gradients, by reverse communication =============================================================== */
+/* ==== Conjugate gradients, by reverse communication ===============================================================
+ * For A x = b with A symmetric positive definite. The solver never sees A: call it in a loop, do what RCI_request asks
+ * on columns of tmp, call again. A run is its ipar, dpar and tmp; nothing else is kept, and runs on arrays of their own
+ * may go side by side. A whole program: docs/iterative-solvers.md. Indices below count from 1, columns hold n doubles.
+ *
+ * RCI_request as DCG and DCGMRHS return it:
+ *      0  finished                           1  put A tmp(:,1) into tmp(:,2)
+ *      2  test for yourself; to stop, leave the loop of DCG, or call DCGMRHS with RCI_request 1003
+ *      3  DCG: put the preconditioned tmp(:,3) into tmp(:,4). DCGMRHS: put the preconditioned tmp(:,3+s), s = ipar(3),
+ *         into tmp(:,3)
+ *     -1  DCG: iteration limit reached, residual test not met
+ *     -2  DCG: p.Ap is 0: A is not positive definite, or the solution has been found already
+ *    -10  DCG: the last test quantity dpar(6) is 0        -11  DCG: no stopping test is on
+ * DCGMRHS has no negative values: what went wrong shows in reports and in dpar(128+nrhs+s).
+ *
+ * ipar, 128 integers (DCGMRHS: 128 + 2 nrhs); in brackets what _INIT sets:
+ *      1  [n] size: all lengths come from here            2  [6] reports to standard output; any other value: to files
+ *      3  [1] DCG: stage; DCGMRHS: system s of a request  4  [0] iterations
+ *      5  [min(150, n)] iteration limit                   6  [1] non-zero: report errors
+ *      7  [1] non-zero: report warnings of _CHECK         8  [1] non-zero: test for the iteration limit
+ *      9  [0] non-zero: test the residual                10  [1] non-zero: ask for the caller's test
+ *     11  [0] non-zero: ask for preconditioning
+ *   DCGMRHS alone: 30 the system now iterated on, the seed; 31 the system whose residual is computed afresh; 32 seed is
+ *   done; 33 [nrhs]; 39 stage; 128+s 1 when system s is done; 128+nrhs+s iterations of system s.
+ *   _INIT does not set 39 and 128+s: zero them before the first call of DCGMRHS.
+ *
+ * dpar, 128 doubles (DCGMRHS: 128 + 2 nrhs):
+ *      1  [1e-6] relative tolerance       2  [0] absolute tolerance
+ *   DCG: 3 initial test quantity, 4 target dpar(1) dpar(3) + dpar(2), 5 test quantity, 6 that of the last iteration,
+ *   7 alpha, 8 beta [all 0]. The test quantity is the squared norm r.r, preconditioned r.z: 1e-6 asks for three digits.
+ *   DCGMRHS: 3 alpha, 4 beta, 30 last gamma, 31 gamma = r.z, 32 projection coefficient, 33 p.Ap, 128+s initial residual
+ *   norm of system s, 128+nrhs+s its final value: relative residual norm; initial norm when the run broke down, or when
+ *   that met a tolerance at once; -1 when the caller stopped the system.
+ *
+ * tmp: DCG 4 columns: p, Ap, r, z (the last only with a preconditioner). DCGMRHS nrhs + 3: p, Ap, z, then each r.
+ *
+ * Reports with ipar(2) other than 6 are appended to Dcg_errors.txt and Dcg_check_warnings.txt, current directory. */
 
+/* Sets ipar(1..11) and dpar(1..8) to their defaults, tmp(:,1..3) to 0 and RCI_request to 0. x and b are not read. */
 void DCG_INIT(const int* n, const double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
               double* tmp) NXL_NOEXCEPT;
+
+/* Examines the parameters after the caller's changes, warns and mends. RCI_request: 0 nothing found; -1001 a suspicious
+ * value was left; -1010 a value was replaced by its default; -1011 both; -1100 a size below 1, do not go on. */
 void DCG_CHECK(const int* n, const double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
                double* tmp) NXL_NOEXCEPT;
-void DCG(const int* n, double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
-         double* tmp) NXL_NOEXCEPT;
+
+/* Conjugate gradients for one right-hand side. x(n): in, the start vector; out, the solution as far as it has come, at
+ * every request. b(n): right-hand side. RCI_request is not read: its value says what to do before the next call.
+ * Method: Hestenes and Stiefel, J. Res. NBS 49 (1952). */
+void DCG(const int* n, double* x, const double* b, int* RCI_request, int* ipar, double* dpar, double* tmp) NXL_NOEXCEPT;
+
+/* itercount := ipar(4), the iterations so far; at any time. */
 void DCG_GET(const int* n, const double* x, const double* b, const int* RCI_request, const int* ipar,
              const double* dpar, const double* tmp, int* itercount) NXL_NOEXCEPT;
-void DCGMRHS_INIT(const int* n, const double* x, const int* nrhs, const double* b, const int* method,
-                  int* RCI_request, int* ipar, double* dpar, double* tmp) NXL_NOEXCEPT;
+
+/* As DCG_INIT, for nrhs systems; sets ipar(33) too, and all nrhs + 3 columns of tmp to 0. method is not read. */
+void DCGMRHS_INIT(const int* n, const double* x, const int* nrhs, const double* b, const int* method, int* RCI_request,
+                  int* ipar, double* dpar, double* tmp) NXL_NOEXCEPT;
+
+/* As DCG_CHECK, with the same texts; -1100 also when ipar(33) is below 1. */
 void DCGMRHS_CHECK(const int* n, const double* x, const int* nrhs, const double* b, int* RCI_request, int* ipar,
                    double* dpar, double* tmp) NXL_NOEXCEPT;
+
+/* Conjugate gradients for nrhs right-hand sides of one matrix. x(n,nrhs): start vectors, then solutions; b(n,nrhs).
+ * Iterates on one system at a time and projects the others onto its directions, so that later ones start close.
+ * RCI_request is read after a request 2: 1003 stops the system ipar(3), anything else goes on. The residual test
+ * compares the relative residual norm of system s with dpar(1) dpar(128+s) + dpar(2); a system whose initial norm is at
+ * most dpar(1) or dpar(2) is taken as solved. Method: seed projection; Smith, Peterson and Mittra, IEEE Trans. Antennas
+ * Propag. 37 (1989); Chan and Wan, SIAM J. Sci. Comput. 18 (1997). */
 void DCGMRHS(const int* n, double* x, const int* nrhs, const double* b, int* RCI_request, int* ipar, double* dpar,
              double* tmp) NXL_NOEXCEPT;
+
+/* itercount(nrhs): iterations spent on each system. Nothing is written when nrhs is below 1. */
 void DCGMRHS_GET(const int* n, const double* x, const int* nrhs, const double* b, const int* RCI_request,
                  const int* ipar, const double* dpar, const double* tmp, int* itercount) NXL_NOEXCEPT;
 
