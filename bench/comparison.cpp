@@ -44,7 +44,10 @@ class CaseRun {
 
   public:
     CaseRun(const std::vector<Contender>& contenders, const Case& which)
-        : contenders_(contenders), routine_(routine(which.routine)), n_(which.n), work_(routine_.work(n_)),
+        : contenders_(contenders),
+          routine_(routine(which.routine)),
+          n_(which.n),
+          work_(routine_.work(n_)),
           operands_(n_, work_.doubles) {
         for (std::size_t i = 0; i < contenders_.size(); ++i)
             if (symbol_of(i).address) present_.push_back(i);
@@ -138,7 +141,9 @@ std::vector<Column> columns_of(const std::vector<Contender>& contenders) {
 } // namespace
 
 Comparison::Comparison(std::string family, std::vector<Contender> contenders)
-    : family_(std::move(family)), contenders_(std::move(contenders)), report_(family_, columns_of(contenders_)) {}
+    : family_(std::move(family)),
+      contenders_(std::move(contenders)),
+      report_(family_, columns_of(contenders_)) {}
 
 bool Comparison::run(const std::vector<Case>& cases, const std::string& filter) {
     Current current;

@@ -44,9 +44,9 @@ int compare_on_one_thread(const Request& request, const std::vector<Case>& cases
 }
 
 int run_level1(const Request& request) {
-    static const std::vector<const char*> routines = {
-        "ddot",  "daxpy", "dscal", "dcopy",  "dswap", "dasum", "idamax", "drot",   "dnrm2", "zdotc",
-        "zdotu", "zaxpy", "zscal", "zdscal", "zcopy", "zswap", "dzasum", "izamax", "zdrot", "dznrm2"};
+    static const std::vector<const char*> routines = {"ddot",  "daxpy", "dscal",  "dcopy",  "dswap", "dasum", "idamax",
+                                                      "drot",  "dnrm2", "zdotc",  "zdotu",  "zaxpy", "zscal", "zdscal",
+                                                      "zcopy", "zswap", "dzasum", "izamax", "zdrot", "dznrm2"};
     return compare_on_one_thread(request, cases_of(routines, {100, 1'000, 10'000, 10'000'000}));
 }
 

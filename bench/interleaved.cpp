@@ -29,7 +29,8 @@ i64 calls_per_batch(const Batch& batch) {
 } // namespace
 
 Interleaved::Interleaved(std::vector<Batch> contenders)
-    : contenders_(std::move(contenders)), samples_(contenders_.size()) {
+    : contenders_(std::move(contenders)),
+      samples_(contenders_.size()) {
     for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch));
 }
 

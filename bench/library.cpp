@@ -10,8 +10,11 @@ namespace nxl::bench {
 
 Library::Library(std::string library_name, const std::string& file, std::string name_suffix,
                  ComplexResult complex_result)
-    : handle_(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND)), name_suffix_(std::move(name_suffix)),
-      complex_result_(complex_result), set_threads_([](int) {}), name(std::move(library_name)) {}
+    : handle_(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND)),
+      name_suffix_(std::move(name_suffix)),
+      complex_result_(complex_result),
+      set_threads_([](int) {}),
+      name(std::move(library_name)) {}
 
 template <class Function> Function* Library::function(const char* symbol_name) const {
     return reinterpret_cast<Function*>(dlsym(handle_, symbol_name));

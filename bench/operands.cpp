@@ -9,7 +9,8 @@ namespace nxl::bench {
 namespace {
 
 constexpr i64 line = 64 / sizeof(double);
-// Where x and y lie the same distance into their pages, a processor takes a load of one for a hit on a store to the other.
+// Where x and y lie the same distance into their pages, a processor takes a load of one for a hit on a store to the
+// other.
 constexpr i64 half_page = 2048 / sizeof(double);
 
 i64 round_up(i64 value, i64 step) { return (value + step - 1) / step * step; }

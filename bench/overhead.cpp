@@ -1,5 +1,5 @@
-// The cost of a call on one element, for each step of its road: the kernel called directly, through its slot, and through the
-// entry of the shared library; and the entries of the peers.
+// The cost of a call on one element, for each step of its road: the kernel called directly, through its slot, and
+// through the entry of the shared library; and the entries of the peers.
 #include "bench/families.hpp"
 #include "bench/interleaved.hpp"
 #include "bench/machine.hpp"

@@ -71,7 +71,7 @@ double rate_of(double (*chains)(long)) {
 }
 
 [[gnu::target_clones("avx2", "default")]] void triad_pass(double* __restrict x, double* __restrict y,
-                                                         double* __restrict z, long n) {
+                                                          double* __restrict z, long n) {
     for (long i = 0; i < n; ++i) z[i] = x[i] + 0.5 * y[i];
 }
 
@@ -92,9 +92,11 @@ class Team {
 
   public:
     Team(const Traffic& traffic, double bytes, int threads)
-        : traffic_(traffic), n_(static_cast<long>(bytes / sizeof(double) / traffic.arrays)),
+        : traffic_(traffic),
+          n_(static_cast<long>(bytes / sizeof(double) / traffic.arrays)),
           passes_(std::max(1L, static_cast<long>(4e7 / bytes))),
-          memory_(static_cast<std::size_t>(threads), std::vector<double>(static_cast<std::size_t>(traffic.arrays * n_), 0.5)) {}
+          memory_(static_cast<std::size_t>(threads),
+                  std::vector<double>(static_cast<std::size_t>(traffic.arrays * n_), 0.5)) {}
 
     double bytes() const {
         return static_cast<double>(n_) * static_cast<double>(passes_) * traffic_.bytes_per_element *
@@ -150,8 +152,7 @@ double peak_bandwidth(Traffic::Kind kind, double bytes, int threads) {
     double& best = known[{kind, size, threads}];
     if (best == 0.0)
         for (const Traffic& traffic : traffic_patterns)
-            if (traffic.kind == kind)
-                best = std::max(best, bandwidth(traffic, static_cast<double>(size), threads));
+            if (traffic.kind == kind) best = std::max(best, bandwidth(traffic, static_cast<double>(size), threads));
     return best;
 }
 

@@ -62,7 +62,8 @@ std::string script(const Report& report, const std::string& file) {
 void plot_ratios(const Report& report, const std::string& file) {
     if (report.columns().size() < 2 || report.timings().empty()) return;
     const std::string commands = script(report, file);
-    FILE* gnuplot = popen("gnuplot", "w"); // NOLINT(cert-env33-c): a plotting program of the user's choice, from the path
+    FILE* gnuplot =
+        popen("gnuplot", "w"); // NOLINT(cert-env33-c): a plotting program of the user's choice, from the path
     const bool written = gnuplot && std::fwrite(commands.data(), 1, commands.size(), gnuplot) == commands.size();
     if (!gnuplot || pclose(gnuplot) != 0 || !written)
         std::fprintf(stderr, "nxl-bench: no plot, because gnuplot did not run\n");

@@ -18,10 +18,8 @@ double rate(const Timing& timing, std::size_t column) {
 }
 
 void print_number(int width, int decimals, double value) {
-    if (std::isnan(value))
-        std::printf(" %*s", width, "-");
-    else
-        std::printf(" %*.*f", width, decimals, value);
+    if (std::isnan(value)) std::printf(" %*s", width, "-");
+    else std::printf(" %*.*f", width, decimals, value);
 }
 
 struct Mean {
@@ -43,7 +41,8 @@ struct Mean {
 double ratio(const Timing& timing, std::size_t column) { return timing.seconds[column] / timing.seconds[0]; }
 
 Report::Report(std::string family, std::vector<Column> columns)
-    : family_(std::move(family)), columns_(std::move(columns)) {}
+    : family_(std::move(family)),
+      columns_(std::move(columns)) {}
 
 void Report::print_heading() const {
     std::printf("\n%-8s %9s %-7s", "routine", "n", "unit");
@@ -79,8 +78,10 @@ void Report::print_means(const std::string& routine) const {
 }
 
 void Report::print_summary() const {
-    std::printf("\nSpeed of %s, geometric mean of the ratios and the least of them\n%-12s", columns_[0].label.c_str(), "");
-    for (std::size_t i = 1; i < columns_.size(); ++i) std::printf(" %16s %10s", ("/ " + columns_[i].label).c_str(), "least");
+    std::printf("\nSpeed of %s, geometric mean of the ratios and the least of them\n%-12s", columns_[0].label.c_str(),
+                "");
+    for (std::size_t i = 1; i < columns_.size(); ++i)
+        std::printf(" %16s %10s", ("/ " + columns_[i].label).c_str(), "least");
     std::printf("\n");
     std::vector<std::string> seen;
     for (const Timing& timing : timings_)
