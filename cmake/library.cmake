@@ -10,7 +10,7 @@ target_include_directories(nxl_code_flags INTERFACE ${PROJECT_SOURCE_DIR} ${PROJ
 target_link_libraries(nxl_code_flags INTERFACE nxl_warnings)
 
 add_library(nxl_objects OBJECT)
-target_link_libraries(nxl_objects PUBLIC nxl_code_flags OpenMP::OpenMP_CXX)
+target_link_libraries(nxl_objects PRIVATE nxl_code_flags PUBLIC OpenMP::OpenMP_CXX)
 
 set_property(GLOBAL PROPERTY NXL_KERNEL_SOURCES "")
 set_property(GLOBAL PROPERTY NXL_KERNEL_TARGETS "")

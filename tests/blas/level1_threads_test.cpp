@@ -2,15 +2,15 @@
 #include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
 #include "nxl.h"
 #include "tests/support/guarded_vector.hpp"
+#include <atomic>
 #include <gtest/gtest.h>
-#include <omp.h>
 #include <sys/wait.h>
 #include <thread>
 
 namespace nxl {
 namespace {
 
-using test::StridedVector;
+using nxl_test::StridedVector;
 
 TEST(Level1Decision, OnlyLongVectorsOnClasses2And3Fork) {
     struct Case {
@@ -93,7 +93,8 @@ class Level1Threads : public ::testing::Test {
 TEST_F(Level1Threads, DotIsTheOrderedSumOfItsBlocks) {
     for (const int n : {2601, 8003, 20001})
         for (const int threads : {2, 3, 5, 130, 4000})
-            for (const auto& [incx, incy] : {std::pair{1, 1}, {-1, -1}, {-2, 3}, {2, -1}}) {
+            for (const auto& increments : {std::pair{1, 1}, {-1, -1}, {-2, 3}, {2, -1}}) {
+                const int incx = increments.first, incy = increments.second;
                 const StridedVector<double> x(n, incx, 1), y(n, incy, 2);
                 const double want = sum_of_blocks(n, threads, x, incx, y, incy);
                 NXL_Set_Num_Threads(threads);

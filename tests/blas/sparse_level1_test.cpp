@@ -1,7 +1,7 @@
 // Sparse level 1 through the exported entries, d and z. CTest runs this program for each processor class and vector width.
 #include "nxl.h"
+#include "tests/support/host_allocator.hpp"
 #include <cmath>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -9,24 +9,12 @@
 #include <vector>
 
 namespace {
-bool allocator_is_exhausted = false;
 std::string reported_name;
 int reported_info = 0;
-
-void* allocate(std::size_t size) { return allocator_is_exhausted ? nullptr : std::malloc(size); }
-void* allocate_zeroed(std::size_t count, std::size_t size) {
-    return allocator_is_exhausted ? nullptr : std::calloc(count, size);
-}
-void* reallocate(void* block, std::size_t size) { return allocator_is_exhausted ? nullptr : std::realloc(block, size); }
-void release(void* block) { std::free(block); }
 } // namespace
 
-// This host brings its own allocator and its own error handler; the library takes both.
+// This host brings its own error handler, and the allocator of host_allocator.cpp.
 extern "C" {
-__attribute__((visibility("default"))) void* (*i_malloc_dll)(std::size_t) = allocate;
-__attribute__((visibility("default"))) void* (*i_calloc_dll)(std::size_t, std::size_t) = allocate_zeroed;
-__attribute__((visibility("default"))) void* (*i_realloc_dll)(void*, std::size_t) = reallocate;
-__attribute__((visibility("default"))) void (*i_free_dll)(void*) = release;
 __attribute__((visibility("default"))) void XERBLA(const char* srname, const int* info, int len) noexcept {
     reported_name.assign(srname, static_cast<std::size_t>(len));
     reported_info = *info;
@@ -45,6 +33,7 @@ template <> struct Sparse<double> {
     static double doti(const int* nz, const double* x, const int* indx, const double* y) {
         return ddoti(nz, x, indx, y);
     }
+    static constexpr double doti_without_memory = 0.0;
     static double conjugate(double v) { return v; }
     static constexpr double alpha = 1.5;
 };
@@ -57,6 +46,7 @@ template <> struct Sparse<zcomplex> {
         zdotci(&result, nz, x, indx, y);
         return result;
     }
+    static constexpr zcomplex doti_without_memory{7.0, 7.0}; // the caller's, untouched
     static zcomplex conjugate(zcomplex v) { return std::conj(v); }
     static constexpr zcomplex alpha{1.5, -0.5};
 };
@@ -136,20 +126,21 @@ TYPED_TEST(SparseLevel1, NothingToDo) {
 TYPED_TEST(SparseLevel1, WithoutMemoryTheCallIsReportedAndHasNoEffect) {
     using T = TypeParam;
     using S = Sparse<T>;
+    constexpr bool real = std::is_same_v<T, double>;
     const int nz = 7000000; // its copy is too large to be cached
     std::vector<int> indx(static_cast<std::size_t>(nz), 1);
     const std::vector<T> x(static_cast<std::size_t>(nz), T(1.0));
     T y(4.0);
     const T alpha = S::alpha;
-    allocator_is_exhausted = true;
     reported_info = 0;
+    nxl_test::fail_allocation(1);
     S::axpyi(&nz, &alpha, x.data(), indx.data(), &y);
     EXPECT_EQ(reported_info, 1000);
-    EXPECT_EQ(reported_name, (std::is_same_v<T, double> ? "DAXPYI" : "ZAXPYI"));
+    EXPECT_EQ(reported_name, real ? "DAXPYI" : "ZAXPYI");
     EXPECT_EQ(y, T(4.0));
-    EXPECT_EQ(S::doti(&nz, x.data(), indx.data(), &y), std::is_same_v<T, double> ? T(0.0) : T(7.0));
-    EXPECT_EQ(reported_name, (std::is_same_v<T, double> ? "DDOTI " : "ZDOTCI"));
-    allocator_is_exhausted = false;
+    nxl_test::fail_allocation(1);
+    EXPECT_EQ(S::doti(&nz, x.data(), indx.data(), &y), T(S::doti_without_memory));
+    EXPECT_EQ(reported_name, real ? "DDOTI " : "ZDOTCI");
 }
 
 TEST(SparseLevel1Complex, DotUDoesNotConjugate) {

@@ -9,7 +9,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace nxl::test {
+namespace nxl_test {
 
 /// Memory that ends at (or starts right behind) a page that may not be touched.
 class GuardedMemory {
@@ -76,4 +76,4 @@ template <class T> class StridedVector {
     }
 };
 
-} // namespace nxl::test
+} // namespace nxl_test
