@@ -12,19 +12,20 @@
 namespace solve {
 
 bool LineReader::next() {
-    for (;;) {
-        const char* first = buffer_.data() + begin_;
-        const void* newline = std::memchr(first, '\n', end_ - begin_);
-        if (newline == nullptr && end_ - begin_ <= kMaxLine && refill()) continue;
-        if (newline == nullptr && begin_ == end_) return false;
-        ++number_;
-        const char* last = newline ? static_cast<const char*>(newline) : buffer_.data() + end_;
-        line_ = std::string_view(first, static_cast<std::size_t>(last - first));
-        if (line_.size() > kMaxLine) fail("the line is longer than " + std::to_string(kMaxLine) + " characters");
-        begin_ += line_.size() + (newline ? 1 : 0);
-        if (line_.ends_with('\r')) line_.remove_suffix(1);
-        return true;
-    }
+    const auto find_newline = [this] {
+        return static_cast<const char*>(std::memchr(buffer_.data() + begin_, '\n', end_ - begin_));
+    };
+    const char* newline = find_newline();
+    while (newline == nullptr && end_ - begin_ <= kMaxLine && refill()) newline = find_newline();
+    if (newline == nullptr && begin_ == end_) return false;
+    ++number_;
+    const char* first = buffer_.data() + begin_;
+    const char* last = newline ? newline : buffer_.data() + end_;
+    line_ = std::string_view(first, static_cast<std::size_t>(last - first));
+    if (line_.size() > kMaxLine) fail("the line is longer than " + std::to_string(kMaxLine) + " characters");
+    begin_ += line_.size() + (newline ? 1 : 0);
+    if (line_.ends_with('\r')) line_.remove_suffix(1);
+    return true;
 }
 
 /// Moves what is left to the front and reads behind it; false at the end of the file.

@@ -47,9 +47,7 @@ Input get_matrix(const Options& options) {
 std::string describe(const Settings& settings) {
     std::array<char, 32> tolerance{};
     std::snprintf(tolerance.data(), tolerance.size(), "%g", settings.tolerance);
-    const bool jacobi = settings.preconditioner == Preconditioner::jacobi;
-    return settings.method + (jacobi ? ", jacobi preconditioner" : ", no preconditioner") + ", tolerance " +
-           tolerance.data();
+    return settings.method + ", preconditioner " + settings.preconditioner + ", tolerance " + tolerance.data();
 }
 
 /// Solves while the history is kept and shown.
@@ -99,7 +97,8 @@ template <class T> int run(const SparseMatrix<T>& a, const Input& input, const O
                .generated = options.file.empty()});
     }
     if (!options.output.empty()) write_block(options.output, x);
-    if (!options.plot.empty()) plot_history(options.plot, source_of(options), history);
+    if (!options.plot.empty() && !plot_history(options.plot, source_of(options), history))
+        std::fprintf(stderr, "nxl-solve: %s: note: no plot, gnuplot is not installed\n", options.plot.c_str());
     return judge(outcome);
 }
 

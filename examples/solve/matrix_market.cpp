@@ -97,10 +97,15 @@ Header read_header(LineReader& lines) {
     return header;
 }
 
+/// Where from_chars has to start: it knows no plus sign.
+const char* behind_plus(std::string_view number) {
+    return number.data() + (number.starts_with('+') && !number.starts_with("+-") ? 1 : 0);
+}
+
 long long take_integer(const LineReader& lines, std::string_view& rest, const char* what) {
     const auto word = take_word(rest);
     if (word.empty()) lines.fail(std::string("the line ends where ") + what + " should stand");
-    const char* first = word.data() + (word.starts_with('+') ? 1 : 0);
+    const char* first = behind_plus(word);
     const char* last = word.data() + word.size();
     long long value = 0;
     const auto [end, status] = std::from_chars(first, last, value);
@@ -112,7 +117,7 @@ long long take_integer(const LineReader& lines, std::string_view& rest, const ch
 double take_real(const LineReader& lines, std::string_view& rest) {
     const auto word = take_word(rest);
     if (word.empty()) lines.fail("the line ends where a value should stand");
-    const char* first = word.data() + (word.starts_with('+') ? 1 : 0);
+    const char* first = behind_plus(word);
     const char* last = word.data() + word.size();
     double value = 0.0;
     const auto [end, status] = std::from_chars(first, last, value);

@@ -13,13 +13,11 @@
 
 namespace solve {
 
-enum class Preconditioner { none, jacobi };
-
 struct Settings {
     std::string method = "cg";
-    Preconditioner preconditioner = Preconditioner::none;
-    double tolerance = 1e-8; // the residual's 2-norm is to shrink to this fraction of its initial value
-    int max_iterations = 0;  // for each right-hand side; 0 lets the method choose
+    std::string preconditioner = "none"; // or "jacobi"
+    double tolerance = 1e-8;             // the residual's 2-norm is to shrink to this fraction of its initial value
+    int max_iterations = 0;              // for each right-hand side; 0 lets the method choose
 };
 
 /// One iteration, as seen by whoever watches.

@@ -62,7 +62,7 @@ class ConjugateGradients final : public Method<double> {
     }
 
   private:
-    bool preconditioned() const { return settings_.preconditioner == Preconditioner::jacobi; }
+    bool preconditioned() const { return settings_.preconditioner == "jacobi"; }
     void precondition(const double* r, double* z) const {
         for (int i = 0; i < a_->n; ++i) z[i] = inverse_diagonal_.data()[i] * r[i];
     }
@@ -111,7 +111,10 @@ Outcome ConjugateGradients::solve_one(const double* b, double* x, const Observer
         outcome.residual = initial > 0.0 ? norm / initial : norm;
         outcome.converged = outcome.residual <= settings_.tolerance;
         if (request < 0 || dpar[kDcgStep] < 0.0) outcome.trouble = kNotDefinite;
-        if (!std::isfinite(norm)) outcome.trouble = kOverflow;
+        if (!std::isfinite(norm)) {
+            outcome.trouble = kOverflow;
+            outcome.residual = std::numeric_limits<double>::infinity();
+        }
         observe({0, ipar[kIteration], outcome.residual});
         if (request != kTest || outcome.converged || !outcome.trouble.empty()) break;
     }

@@ -6,7 +6,6 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
-#include <map>
 
 namespace solve {
 namespace {
@@ -17,9 +16,6 @@ std::string footer() {
            "Example: nxl-solve --generate heat3d:100 --precond jacobi --plot history.svg";
 }
 
-const std::map<std::string, Preconditioner> kPreconditioners{{"none", Preconditioner::none},
-                                                             {"jacobi", Preconditioner::jacobi}};
-
 void declare(CLI::App& app, Options& o) {
     app.set_version_flag("--version", "nxl-solve " NXL_SOLVE_VERSION);
     app.footer(footer());
@@ -28,9 +24,9 @@ void declare(CLI::App& app, Options& o) {
     app.add_option("--method", o.settings.method, "Conjugate gradients, for symmetric positive definite matrices")
         ->check(CLI::IsMember({"cg"}))
         ->option_text("cg");
-    app.add_option("--precond", o.settings.preconditioner, "Preconditioner: none or jacobi (the diagonal)")
-        ->transform(CLI::CheckedTransformer(kPreconditioners).description(""))
-        ->option_text("NAME [none]");
+    app.add_option("--precond", o.settings.preconditioner, "Preconditioner: none, or jacobi (the diagonal)")
+        ->check(CLI::IsMember({"none", "jacobi"}))
+        ->option_text("none|jacobi [none]");
     app.add_option("--rhs", o.right_hand_side,
                    "Right-hand side: known (A times ones, so that the error is known), ones, load (the generated "
                    "problem's own), or an array file")
