@@ -21,20 +21,21 @@ struct Cell {
 enum Direction { kBelow, kSouth, kWest, kEast, kNorth, kAbove };
 constexpr int kDirections = 6;
 
-/// The matrix of a grid of nx by ny by nz cells in which the flow from a cell in a direction is
+/// The matrix of a square or cube of n cells a side in which the flow from a cell in a direction is
 /// coupling(cell, direction) times (value here - value there); values beyond the boundary are 0.
-template <class Coupling> SparseMatrix<double> grid_matrix(int nx, int ny, int nz, Coupling coupling) {
-    const std::array<int, kDirections> distance{-nx * ny, -nx, -1, 1, nx, nx * ny};
-    const int first = nz == 1 ? kSouth : kBelow, last = nz == 1 ? kNorth : kAbove;
-    SparseMatrix<double> a{.n = nx * ny * nz, .row_start = {0}, .column = {}, .value = {}};
+template <class Coupling> SparseMatrix<double> grid_matrix(int dimensions, int n, Coupling coupling) {
+    const std::array<int, kDirections> distance{-n * n, -n, -1, 1, n, n * n};
+    const bool flat = dimensions == 2;
+    const int first = flat ? kSouth : kBelow, last = flat ? kNorth : kAbove, layers = flat ? 1 : n;
+    SparseMatrix<double> a{.n = n * n * layers, .row_start = {0}, .column = {}, .value = {}};
     const auto most = static_cast<std::size_t>(a.n) * static_cast<std::size_t>(last - first + 2);
     a.column.reserve(most);
     a.value.reserve(most);
     a.row_start.reserve(static_cast<std::size_t>(a.n) + 1);
 
     const auto add_row = [&](const Cell& c) {
-        const std::array<bool, kDirections> inside{c.z > 0, c.y > 0, c.x > 0, c.x + 1 < nx, c.y + 1 < ny, c.z + 1 < nz};
-        const int row = c.x + nx * (c.y + ny * c.z);
+        const std::array<bool, kDirections> inside{c.z > 0, c.y > 0, c.x > 0, c.x + 1 < n, c.y + 1 < n, c.z + 1 < n};
+        const int row = c.x + n * (c.y + n * c.z);
         std::size_t diagonal = 0;
         double sum = 0.0;
         for (int d = first; d <= last; ++d) {
@@ -52,38 +53,38 @@ template <class Coupling> SparseMatrix<double> grid_matrix(int nx, int ny, int n
         a.value[diagonal] = sum;
         a.row_start.push_back(a.entries());
     };
-    for (int z = 0; z < nz; ++z) {
-        for (int y = 0; y < ny; ++y) {
-            for (int x = 0; x < nx; ++x) add_row({x, y, z});
+    for (int z = 0; z < layers; ++z) {
+        for (int y = 0; y < n; ++y) {
+            for (int x = 0; x < n; ++x) add_row({x, y, z});
         }
     }
     return a;
 }
 
 /// A symmetric grid problem with uniform heating.
-template <class Coupling> Problem diffusion(int nx, int ny, int nz, Coupling coupling) {
-    Problem problem{grid_matrix(nx, ny, nz, coupling), {}};
+template <class Coupling> Problem diffusion(int dimensions, int n, Coupling coupling) {
+    Problem problem{grid_matrix(dimensions, n, coupling), {}};
     problem.matrix.symmetry = Symmetry::symmetric;
     problem.load.assign(static_cast<std::size_t>(problem.matrix.n), 1.0);
     return problem;
 }
 
 Problem poisson2d(int n) {
-    return diffusion(n, n, 1, [](const Cell&, Direction) { return 1.0; });
+    return diffusion(2, n, [](const Cell&, Direction) { return 1.0; });
 }
 
 Problem heat3d(int n) {
-    return diffusion(n, n, n, [](const Cell&, Direction) { return 1.0; });
+    return diffusion(3, n, [](const Cell&, Direction) { return 1.0; });
 }
 
 Problem anisotropic2d(int n) {
-    return diffusion(n, n, 1, [](const Cell&, Direction d) { return d == kWest || d == kEast ? 1.0 : 0.01; });
+    return diffusion(2, n, [](const Cell&, Direction d) { return d == kWest || d == kEast ? 1.0 : 0.01; });
 }
 
 /// Layers of four cells in z that conduct heat 1 and 1000 in turn; between layers the harmonic mean holds.
 Problem layers3d(int n) {
     const auto conductivity = [](int z) { return (z / 4) % 2 == 0 ? 1.0 : 1000.0; };
-    return diffusion(n, n, n, [=](const Cell& c, Direction d) {
+    return diffusion(3, n, [=](const Cell& c, Direction d) {
         const double here = conductivity(c.z);
         if (d != kBelow && d != kAbove) return here;
         const double there = conductivity(std::clamp(c.z + (d == kAbove ? 1 : -1), 0, n - 1));
@@ -93,7 +94,7 @@ Problem layers3d(int n) {
 
 /// Diffusion in a wind along x, upwind differences: what comes from the west weighs 1.5, so the matrix is unsymmetric.
 Problem convection2d(int n) {
-    Problem problem = diffusion(n, n, 1, [](const Cell&, Direction d) { return d == kWest ? 1.5 : 1.0; });
+    Problem problem = diffusion(2, n, [](const Cell&, Direction d) { return d == kWest ? 1.5 : 1.0; });
     problem.matrix.symmetry = Symmetry::general;
     return problem;
 }
@@ -124,7 +125,7 @@ struct Kind {
     const char* name;
     Problem (*make)(int size);
     int dimensions;         // unknowns grow with this power of the size
-    double entries_per_one; // entries per size^dimensions, at most
+    double entries_per_one; // triplets or entries on the way to the matrix per size^dimensions, at most
     const char* explanation;
 };
 

@@ -328,8 +328,9 @@ template <class T> void write_block(const std::string& path, const Block<T>& blo
         line += '\n';
         std::fwrite(line.data(), 1, line.size(), file);
     }
-    const bool failed = std::ferror(file) != 0;
-    if ((std::fclose(file) != 0) | failed) throw InputError(path, std::strerror(errno));
+    const bool written = std::ferror(file) == 0;
+    const bool closed = std::fclose(file) == 0;
+    if (!written || !closed) throw InputError(path, std::strerror(errno));
 }
 
 template Block<double> read_block(LineReader, int);

@@ -89,7 +89,8 @@ template <class T> void multiply(const SparseMatrix<T>& a, const T* x, T* y) {
     const int* start = a.row_start.data();
     const int* column = a.column.data();
     const T* value = a.value.data();
-    // Below some ten thousand entries, a microsecond's work each thousand, waking a team costs more than it saves.
+    // A thousand entries are about a microsecond of work: below some ten thousand, waking a team costs more than it
+    // saves.
 #pragma omp parallel for schedule(static) if (a.entries() > 20000)
     for (int i = 0; i < a.n; ++i) {
         T sum{};
