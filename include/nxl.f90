@@ -293,6 +293,99 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
+        ! ---- Threads: arguments by value ----
+
+        ! Sets the thread count of all routines.
+        subroutine NXL_Set_Num_Threads(n) bind(c, name="NXL_Set_Num_Threads")
+            import :: c_int
+            integer(c_int), value :: n
+        end subroutine
+
+        ! The threads that a call may use.
+        function NXL_Get_Max_Threads() bind(c, name="NXL_Get_Max_Threads")
+            import :: c_int
+            integer(c_int) :: NXL_Get_Max_Threads
+        end function
+
+        ! Sets the thread count of one domain: 0 all, 1 BLAS, 2 FFT, 3 VML. 1 when it was taken, else 0.
+        function NXL_Domain_Set_Num_Threads(n, domain) bind(c, name="NXL_Domain_Set_Num_Threads")
+            import :: c_int
+            integer(c_int), value :: n, domain
+            integer(c_int) :: NXL_Domain_Set_Num_Threads
+        end function
+
+        ! The threads that a call of one domain may use.
+        function NXL_Domain_Get_Max_Threads(domain) bind(c, name="NXL_Domain_Get_Max_Threads")
+            import :: c_int
+            integer(c_int), value :: domain
+            integer(c_int) :: NXL_Domain_Get_Max_Threads
+        end function
+
+        ! Dynamic adjustment: off with flag 0, else on.
+        subroutine NXL_Set_Dynamic(flag) bind(c, name="NXL_Set_Dynamic")
+            import :: c_int
+            integer(c_int), value :: flag
+        end subroutine
+
+        ! 1 when dynamic adjustment is on, else 0.
+        function NXL_Get_Dynamic() bind(c, name="NXL_Get_Dynamic")
+            import :: c_int
+            integer(c_int) :: NXL_Get_Dynamic
+        end function
+
+        ! How long OpenMP's threads stay awake after a parallel region, in milliseconds.
+        subroutine okmp_set_blocktime(milliseconds) bind(c, name="okmp_set_blocktime")
+            import :: c_int
+            integer(c_int), value :: milliseconds
+        end subroutine
+
+        ! ---- Memory, progress, timers, machine constants ----
+
+        ! Gives cached scratch memory back; no other call into the library may run meanwhile.
+        subroutine NXL_FreeBuffers() bind(c, name="NXL_FreeBuffers")
+        end subroutine
+
+        ! Returns 0. A host may define a function of this name itself.
+        function NXL_PROGRESS(thread, step, stage, stage_length) bind(c, name="NXL_PROGRESS")
+            import :: c_char, c_int
+            integer(c_int), intent(in) :: thread, step
+            character(kind=c_char), intent(in) :: stage(*)
+            integer(c_int), value :: stage_length
+            integer(c_int) :: NXL_PROGRESS
+        end function
+
+        ! Keeps a callback with the arguments of NXL_PROGRESS, as in c_funloc(f); c_null_funptr takes it away.
+        subroutine set_NXL_Progress_Callback(callback) bind(c, name="set_NXL_Progress_Callback")
+            import :: c_funptr
+            type(c_funptr), value :: callback
+        end subroutine
+
+        ! Calls the callback once for trial; 0 when there is none.
+        function test_NXL_Progress_Callback() bind(c, name="test_NXL_Progress_Callback")
+            import :: c_int
+            integer(c_int) :: test_NXL_Progress_Callback
+        end function
+
+        ! Elapsed seconds; only differences mean anything.
+        function DSECND() bind(c, name="DSECND")
+            import :: c_double
+            real(c_double) :: DSECND
+        end function
+
+        ! Machine constant i, from 1 to 5, of double precision.
+        function D1MACH(i) bind(c, name="D1MACH")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: i
+            real(c_double) :: D1MACH
+        end function
+
+        ! The same of single precision.
+        function R1MACH(i) bind(c, name="R1MACH")
+            import :: c_float, c_int
+            integer(c_int), intent(in) :: i
+            real(c_float) :: R1MACH
+        end function
+
     end interface
 
 end module nxl

@@ -27,26 +27,65 @@ extern "C" {
 
 void XERBLA(const char* srname, const int* info, int len) NXL_NOEXCEPT;
 
-/* ==== Threads ===================================================================================================== */
+/* ==== Threads =====================================================================================================
+ * How many OpenMP threads a call may use. Arguments come by value. Counts are kept per domain: 0 all routines, 1 BLAS,
+ * 2 FFT, 3 VML; the last two are kept for hosts that name them, no routine here asks for them. What the program sets
+ * beats the environment, before the first query and after. The environment: docs/threads-and-memory.md. */
 
+/* Sets the count of domain 0. An n below 1 is ignored. */
 void NXL_Set_Num_Threads(int n) NXL_NOEXCEPT;
+
+/* The threads that a call may use, at least 1: the count of domain 0, else what omp_get_max_threads says. With dynamic
+ * adjustment on, at most the physical cores, and 1 inside a parallel region. */
 int NXL_Get_Max_Threads(void) NXL_NOEXCEPT;
+
+/* Sets the count of one domain. Returns 1; or 0, with nothing changed, for a negative n or a domain outside 0 to 3. A
+ * stored 0 means: go by domain 0; and for domain 0: go by OpenMP's own default, whatever the environment says. */
 int NXL_Domain_Set_Num_Threads(int n, int domain) NXL_NOEXCEPT;
+
+/* As NXL_Get_Max_Threads, for routines of one domain: its own count first, then that of domain 0. A domain outside 0 to
+ * 3 is answered as domain 0. */
 int NXL_Domain_Get_Max_Threads(int domain) NXL_NOEXCEPT;
+
+/* Turns dynamic adjustment off (flag 0) or on (any other). It is on unless the environment has NXL_DYNAMIC=FALSE. */
 void NXL_Set_Dynamic(int flag) NXL_NOEXCEPT;
+
+/* 1 when dynamic adjustment is on, else 0. */
 int NXL_Get_Dynamic(void) NXL_NOEXCEPT;
+
+/* How long OpenMP's threads stay awake after a parallel region, in milliseconds: kmp_set_blocktime of the runtime. */
 void okmp_set_blocktime(int milliseconds) NXL_NOEXCEPT;
 
 /* ==== Memory, progress, timers, machine constants ================================================================= */
 
+/* Gives the scratch memory that the library keeps for reuse, on all threads, back to the system. Call it when no other
+ * call into the library is running. Blocks in use stay. Afterwards every thread may go on calling. */
+void NXL_FreeBuffers(void) NXL_NOEXCEPT;
+
+/* A host's function that is told about progress: thread number, step, and the stage's name with its length. */
 typedef int (*nxl_progress_callback)(const int* thread, const int* step, const char* stage, int stage_length);
 
-void NXL_FreeBuffers(void) NXL_NOEXCEPT;
+/* Called by routines that report progress; returns 0. A host that wants to follow them defines a function of this name
+ * itself, which then takes the place of this one. */
 int NXL_PROGRESS(const int* thread, const int* step, const char* stage, int stage_length) NXL_NOEXCEPT;
+
+/* Keeps a callback, in place of the one before; null takes it away. Only test_NXL_Progress_Callback calls it. */
 void set_NXL_Progress_Callback(nxl_progress_callback callback) NXL_NOEXCEPT;
+
+/* Calls the callback once for trial and returns its answer, or 0 when there is none. The callback gets the addresses of
+ * the integers 1, 2 and 3 (stage points to an int here, not to text) and the length 4. */
 int test_NXL_Progress_Callback(void) NXL_NOEXCEPT;
+
+/* Elapsed seconds from the processor's time-stamp counter. Only differences mean anything. The first call takes a tenth
+ * of a second, in which the counter's rate is measured against the system's monotonic clock. */
 double DSECND(void) NXL_NOEXCEPT;
+
+/* Machine constants of double precision: i = 1 smallest positive number, 2 largest number, 3 smallest relative spacing,
+ * 4 largest relative spacing, 5 log10 of 2; 0 for any other i. They are traditional decimal values, close to the limits
+ * of the format but not exactly at them. */
 double D1MACH(const int* i) NXL_NOEXCEPT;
+
+/* The same of single precision. */
 float R1MACH(const int* i) NXL_NOEXCEPT;
 
 /* ==== Conjugate gradients, by reverse communication =============================================================== */

@@ -1,0 +1,25 @@
+# cmake -DDATABASE=compile_commands.json -DOUTPUT=FOLDER -P lint_database.cmake
+# Writes FOLDER/compile_commands.json with one entry per C or C++ source, the last one (of a kernel, its widest target), and
+# FOLDER/files.txt with the sources.
+file(READ ${DATABASE} database)
+string(JSON count LENGTH "${database}")
+math(EXPR last "${count} - 1")
+foreach(index RANGE ${last})
+    string(JSON entry GET "${database}" ${index})
+    string(JSON source GET "${entry}" file)
+    if(source MATCHES "\\.(c|cpp)$")
+        string(MAKE_C_IDENTIFIER "${source}" key)
+        set(entry_${key} "${entry}")
+        list(APPEND sources "${source}")
+    endif()
+endforeach()
+
+list(REMOVE_DUPLICATES sources)
+foreach(source IN LISTS sources)
+    string(MAKE_C_IDENTIFIER "${source}" key)
+    string(APPEND entries "${separator}${entry_${key}}")
+    set(separator ",\n")
+    string(APPEND files "${source}\n")
+endforeach()
+file(WRITE ${OUTPUT}/compile_commands.json "[\n${entries}\n]\n")
+file(WRITE ${OUTPUT}/files.txt "${files}")

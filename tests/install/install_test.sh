@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# install_test.sh BUILD_DIR SOURCE_DIR VERSION: installs, moves the tree, and builds and runs one program of each kind of user
+# against it, by find_package, by pkg-config and with gfortran.
+set -euo pipefail
+build=$1
+examples=$2/examples
+version=$3
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+fail() {
+    echo "FAIL: $*"
+    exit 1
+}
+
+# Nothing installed may point to where it was built, or to where it was installed first.
+cmake --install "$build" --prefix "$work/first" >"$work/install.log" || fail "$(cat "$work/install.log")"
+mv "$work/first" "$work/moved"
+prefix=$work/moved
+library=$(find "$prefix" -name "libnxl.so.$version")
+[[ -n $library ]] || fail "no libnxl.so.$version"
+lib=$(dirname "$library")
+leaks=$(grep -rIlF -e "$build" -e "$work/first" "$prefix" || true)
+[[ -z $leaks ]] || fail "paths of the build tree in: $leaks"
+! readelf -d "$library" | grep -F "$build" || fail "the library searches the build tree"
+
+soname=$(readelf -d "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
+[[ $soname == "libnxl.so.${version%%.*}" ]] || fail "soname $soname"
+[[ $(readlink -f "$lib/$soname") == "$library" ]] || fail "$soname does not lead to $library"
+
+# Each user builds from a copy, out of reach of the source tree.
+cp -r "$examples/consumer" "$examples/c_caller.c" "$examples/fortran_caller.f90" "$work"
+cd "$work"
+
+cmake -S consumer -B consumer/build -DCMAKE_PREFIX_PATH="$prefix" >cmake.log || fail "$(cat cmake.log)"
+cmake --build consumer/build >cmake.log || fail "$(cat cmake.log)"
+consumer/build/consumer
+
+export PKG_CONFIG_PATH=$lib/pkgconfig
+[[ $(pkg-config --modversion nxl) == "$version" ]] || fail "pkg-config says version $(pkg-config --modversion nxl)"
+# shellcheck disable=SC2046 # flags are words
+"$CC" -Wall -Werror c_caller.c -o c_caller $(pkg-config --cflags --libs nxl) -lm "-Wl,-rpath,$lib"
+./c_caller
+
+module=$(pkg-config --variable=includedir nxl)/nxl.f90
+# shellcheck disable=SC2046
+gfortran "$module" fortran_caller.f90 -o fortran_caller $(pkg-config --libs nxl) "-Wl,-rpath,$lib"
+./fortran_caller
+
+[[ ! -x $prefix/bin/nxl-solve ]] || "$prefix/bin/nxl-solve" --version
