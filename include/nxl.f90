@@ -1,6 +1,6 @@
 ! nxl: explicit Fortran interfaces, the twin of nxl.h, which explains every routine.
-! Compile this file with your program and say "use nxl". Names are bound as the library exports them; Fortran does not tell
-! upper from lower case, so an upper-case alias has no interface of its own here where the lower-case name exists.
+! Compile this file with your program and say "use nxl". Names are bound as the library exports them; Fortran does not
+! tell upper from lower case, so an upper-case alias has no interface of its own here where the lower-case name exists.
 module nxl
     use, intrinsic :: iso_c_binding, only: c_char, c_double, c_double_complex, c_float, c_funptr, c_int
     implicit none (type, external)

@@ -94,12 +94,11 @@ void DCG_INIT(const int* n, const double* x, const double* b, int* RCI_request, 
               double* tmp) NXL_NOEXCEPT;
 void DCG_CHECK(const int* n, const double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
                double* tmp) NXL_NOEXCEPT;
-void DCG(const int* n, double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
-         double* tmp) NXL_NOEXCEPT;
+void DCG(const int* n, double* x, const double* b, int* RCI_request, int* ipar, double* dpar, double* tmp) NXL_NOEXCEPT;
 void DCG_GET(const int* n, const double* x, const double* b, const int* RCI_request, const int* ipar,
              const double* dpar, const double* tmp, int* itercount) NXL_NOEXCEPT;
-void DCGMRHS_INIT(const int* n, const double* x, const int* nrhs, const double* b, const int* method,
-                  int* RCI_request, int* ipar, double* dpar, double* tmp) NXL_NOEXCEPT;
+void DCGMRHS_INIT(const int* n, const double* x, const int* nrhs, const double* b, const int* method, int* RCI_request,
+                  int* ipar, double* dpar, double* tmp) NXL_NOEXCEPT;
 void DCGMRHS_CHECK(const int* n, const double* x, const int* nrhs, const double* b, int* RCI_request, int* ipar,
                    double* dpar, double* tmp) NXL_NOEXCEPT;
 void DCGMRHS(const int* n, double* x, const int* nrhs, const double* b, int* RCI_request, int* ipar, double* dpar,

@@ -16,8 +16,8 @@ const char* nxl_msg_format(int id, int nargs, ...);
 /// `mode` is 0 or 1 and changes nothing. Lines of concurrent callers stay whole.
 void nxl_msg_print(int mode, int id, int nargs, ...);
 
-/// True when the first bytes of `a` and `b` are the same letter, whatever its case, or the same byte. The lengths are the
-/// hidden ones of a Fortran call and are not looked at.
+/// True when the first bytes of `a` and `b` are the same letter, whatever its case, or the same byte. The lengths are
+/// the hidden ones of a Fortran call and are not looked at.
 bool LSAME(const char* a, const char* b, int a_length, int b_length);
 
 } // namespace nxl

@@ -17,10 +17,8 @@ class SpinLock {
     void lock() {
         constexpr unsigned patience = 1000; // pauses, some tens of microseconds
         for (unsigned tries = 1; !try_lock(); ++tries) {
-            if (tries % patience == 0)
-                sched_yield(); // to the holder, should it wait for this very processor
-            else
-                __builtin_ia32_pause();
+            if (tries % patience == 0) sched_yield(); // to the holder, should it wait for this very processor
+            else __builtin_ia32_pause();
         }
     }
     void unlock() { word_.store(0, std::memory_order_release); }

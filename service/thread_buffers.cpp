@@ -59,10 +59,8 @@ bool ThreadBufferRecord::give_back(const void* block) {
 bool ThreadBufferRecord::release_free_blocks() {
     bool all_free = true;
     for (BufferSlot* slot = slots; slot != slots + count; ++slot)
-        if (slot->in_use)
-            all_free = false;
-        else
-            empty(*slot);
+        if (slot->in_use) all_free = false;
+        else empty(*slot);
     return all_free;
 }
 

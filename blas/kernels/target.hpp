@@ -1,5 +1,6 @@
 // The target that a kernel source is being compiled for, and vectors of its width on the compiler's vector extension.
-// Everything here is inlined or local to one source, so that no code for a wide target can be shared with a narrower one.
+// Everything here is inlined or local to one source, so that no code for a wide target can be shared with a narrower
+// one.
 #pragma once
 #include "service/kernel_table.hpp"
 
@@ -39,12 +40,13 @@ template <int W> [[gnu::always_inline]] inline Vec<W> alternate(double even, dou
     return v;
 }
 
-/// Doubles at the parts of complex numbers: arrays of zcomplex are read and written as pairs of doubles, which the language
-/// allows and which keeps the members of std::complex out of code for wide targets.
+/// Doubles at the parts of complex numbers: arrays of zcomplex are read and written as pairs of doubles, which the
+/// language allows and which keeps the members of std::complex out of code for wide targets.
 [[gnu::always_inline]] inline double* parts(zcomplex* z) { return reinterpret_cast<double*>(z); }
 [[gnu::always_inline]] inline const double* parts(const zcomplex* z) { return reinterpret_cast<const double*>(z); }
 
-/// Index of the vector's first element in memory order of the published BLAS: a negative increment starts at the far end.
+/// Index of the vector's first element in memory order of the published BLAS: a negative increment starts at the far
+/// end.
 [[gnu::always_inline]] inline i64 first_index(i64 n, i64 inc) { return inc < 0 ? (1 - n) * inc : 0; }
 
 } // namespace nxl::NXL_TARGET

@@ -58,10 +58,8 @@ class WideInts {
         : out_(user),
           out_count_(elements_out(count, way)),
           wide_(count < 1 ? 1 : count) {
-        if (way == Transfer::in || way == Transfer::in_out)
-            widen(user, count);
-        else
-            mark_untouched();
+        if (way == Transfer::in || way == Transfer::in_out) widen(user, count);
+        else mark_untouched();
     }
     ~WideInts() {
         if (data())

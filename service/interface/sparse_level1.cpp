@@ -1,5 +1,5 @@
-// Sparse BLAS level 1: entries. Each hands its kernel a 64-bit copy of the index array; without memory for it the call is
-// reported as such and has no effect.
+// Sparse BLAS level 1: entries. Each hands its kernel a 64-bit copy of the index array; without memory for it the call
+// is reported as such and has no effect.
 #include "blas/kernel/default_em64t/level1/slots.hpp"
 #include "nxl.h"
 #include "service/errors.hpp"

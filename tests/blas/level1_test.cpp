@@ -1,5 +1,5 @@
-// Level 1 through the exported entries, against plain loops over the published definitions. CTest runs this program once
-// for each processor class and vector width.
+// Level 1 through the exported entries, against plain loops over the published definitions. CTest runs this program
+// once for each processor class and vector width.
 #include "nxl.h"
 #include "tests/support/guarded_vector.hpp"
 #include <array>
@@ -64,7 +64,7 @@ template <> struct Blas<zcomplex> {
 };
 
 /// Around every unroll of both widths, and across the block lengths of nrm2 and iamax.
-constexpr std::array sizes = {-1, 0,  1,  2,  3,  4,  5,  6,  7,   8,   9,   11,  12,   13,   15,   16,  17,
+constexpr std::array sizes = {-1, 0,  1,  2,  3,  4,  5,  6,  7,  8,  9,   11,  12,   13,   15,   16,  17,
                               18, 19, 23, 31, 32, 33, 35, 63, 64, 65, 100, 129, 2047, 2048, 2049, 4103};
 constexpr std::array<std::array<int, 2>, 9> increments = {
     {{1, 1}, {-1, -1}, {1, -1}, {-1, 1}, {2, 3}, {-2, 3}, {3, -2}, {0, 1}, {2, 0}}};
@@ -337,7 +337,8 @@ TEST(Level1Real, RotationAnnihilatesAndEncodes) {
     struct Case {
         double a, b;
     };
-    for (const auto& [a, b] : {Case{3, 4}, {-3, 4}, {3, -4}, {4, 3}, {-4, -3}, {0, 2}, {2, 0}, {1e300, 1e300}, {5e-324, 1}}) {
+    for (const auto& [a, b] :
+         {Case{3, 4}, {-3, 4}, {3, -4}, {4, 3}, {-4, -3}, {0, 2}, {2, 0}, {1e300, 1e300}, {5e-324, 1}}) {
         double r = a, z = b, c = nan_value, s = nan_value;
         drotg(&r, &z, &c, &s);
         const double size = std::hypot(a, b);

@@ -84,7 +84,8 @@ class Level1Threads : public ::testing::Test {
         for (int i = 0; i < threads; ++i) {
             const VectorBlock block = vector_block(n, i, threads);
             const int length = static_cast<int>(block.length);
-            sum += ddot(&length, block_base(x.data(), n, incx, block), &incx, block_base(y.data(), n, incy, block), &incy);
+            sum +=
+                ddot(&length, block_base(x.data(), n, incx, block), &incx, block_base(y.data(), n, incy, block), &incy);
         }
         return sum;
     }

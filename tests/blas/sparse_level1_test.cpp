@@ -1,4 +1,5 @@
-// Sparse level 1 through the exported entries, d and z. CTest runs this program for each processor class and vector width.
+// Sparse level 1 through the exported entries, d and z. CTest runs this program for each processor class and vector
+// width.
 #include "nxl.h"
 #include "tests/support/host_allocator.hpp"
 #include <cmath>

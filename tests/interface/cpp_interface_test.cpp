@@ -1,4 +1,5 @@
-// nxl.h from C++, with strict warnings, and the two routines that a host may replace: the library's own reports come here.
+// nxl.h from C++, with strict warnings, and the two routines that a host may replace: the library's own reports come
+// here.
 #include "nxl.h"
 #include "tests/support/host_allocator.hpp"
 #include <cstdio>

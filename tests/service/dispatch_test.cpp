@@ -17,10 +17,13 @@ CpuClass class_with(const char* setting) {
 
 TEST(CpuClass, OverrideTakesOnlyTheFourClasses) {
     const CpuClass detected = class_with(nullptr);
-    for (const char* setting : {"0", "1", "2", "3"}) EXPECT_EQ(static_cast<int>(class_with(setting)), std::atoi(setting));
+    for (const char* setting : {"0", "1", "2", "3"})
+        EXPECT_EQ(static_cast<int>(class_with(setting)), std::atoi(setting));
     EXPECT_EQ(class_with("3 or so"), CpuClass::mc3);
-    // Detection decides. Where it finds class 0 a wrong reading of "00" or "x" would not show, so both sides are looked at.
-    for (const char* setting : {"4", "-1", "x", "", "99999999999", "-4294967295"}) EXPECT_EQ(class_with(setting), detected) << setting;
+    // Detection decides. Where it finds class 0 a wrong reading of "00" or "x" would not show, so both sides are looked
+    // at.
+    for (const char* setting : {"4", "-1", "x", "", "99999999999", "-4294967295"})
+        EXPECT_EQ(class_with(setting), detected) << setting;
     for (const char* setting : {"00", "abc", "0 "}) EXPECT_EQ(class_with(setting), detected) << setting;
 }
 
@@ -32,7 +35,7 @@ TEST(CpuClass, OtherVendorsAreClass0) {
     const CpuClass detected = class_with(nullptr);
     if (std::strcmp(vendor, "GenuineIntel") != 0) EXPECT_EQ(detected, CpuClass::def);
     else EXPECT_NE(detected, CpuClass::def); // all that run 64-bit code and are still in use have SSE3
-    EXPECT_EQ(nxl_cpu_class(), detected); // what detection stored is what everybody reads
+    EXPECT_EQ(nxl_cpu_class(), detected);    // what detection stored is what everybody reads
 }
 
 TEST(KernelTables, EveryPlaceIsFilledAndEachClassHasItsOwn) {

@@ -44,7 +44,9 @@ template <class T> class StridedVector {
 
   public:
     StridedVector(int n, int inc, unsigned seed, Flush flush = Flush::end)
-        : n_(n), inc_(inc), span_(n < 1 ? 0 : 1 + static_cast<std::size_t>(n - 1) * static_cast<unsigned>(std::abs(inc))),
+        : n_(n),
+          inc_(inc),
+          span_(n < 1 ? 0 : 1 + static_cast<std::size_t>(n - 1) * static_cast<unsigned>(std::abs(inc))),
           memory_(span_ * sizeof(T) + 1),
           data_(reinterpret_cast<T*>(flush == Flush::end ? memory_.at_end(span_ * sizeof(T)) : memory_.at_start())) {
         std::memset(static_cast<void*>(data_), 0xff, span_ * sizeof(T)); // NaN

@@ -11,7 +11,8 @@ template <int W> [[gnu::always_inline]] inline void stream(double* p, Vec<W> v) 
     __builtin_nontemporal_store(v, reinterpret_cast<Vec<W>*>(p));
 }
 
-/// Copies from the first vector boundary of y on, in whole cache lines, past the cache. Returns how many doubles are done.
+/// Copies from the first vector boundary of y on, in whole cache lines, past the cache. Returns how many doubles are
+/// done.
 template <int W> i64 copy_streaming(i64 count, const double* x, double* y) {
     i64 i = 0;
     while (reinterpret_cast<std::uintptr_t>(y + i) % 64 != 0) {
@@ -77,9 +78,7 @@ template <int K> void swap(i64 n, double* x, i64 incx, double* y, i64 incy) {
 
 } // namespace
 
-void dcopy(const i64& n, const double* x, const i64& incx, double* y, const i64& incy) {
-    copy<1>(n, x, incx, y, incy);
-}
+void dcopy(const i64& n, const double* x, const i64& incx, double* y, const i64& incy) { copy<1>(n, x, incx, y, incy); }
 void zcopy(const i64& n, const zcomplex* x, const i64& incx, zcomplex* y, const i64& incy) {
     copy<2>(n, parts(x), incx, parts(y), incy);
 }

@@ -8,8 +8,7 @@ template <int W> double dot_unit(i64 n, const double* x, const double* y) {
     Vec<W> sum[4] = {}; // four chains hide the latency of the add
     i64 i = 0;
     for (; i + 4 * W <= n; i += 4 * W)
-        for (int chain = 0; chain < 4; ++chain)
-            sum[chain] += load<W>(x + i + chain * W) * load<W>(y + i + chain * W);
+        for (int chain = 0; chain < 4; ++chain) sum[chain] += load<W>(x + i + chain * W) * load<W>(y + i + chain * W);
     for (; i + W <= n; i += W) sum[0] += load<W>(x + i) * load<W>(y + i);
     double total = sum_lanes<W>((sum[0] + sum[1]) + (sum[2] + sum[3]));
     for (; i < n; ++i) total += x[i] * y[i];

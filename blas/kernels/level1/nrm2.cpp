@@ -1,14 +1,14 @@
 // dnrm2, dznrm2: the Euclidean norm over the full range of doubles.
-// Squares are summed plainly, a block at a time; a block whose sum leaves the safe range goes through the scaled recurrence
-// of Lawson, Hanson, Kincaid and Krogh (ACM TOMS 5, 1979), which neither overflows nor underflows.
+// Squares are summed plainly, a block at a time; a block whose sum leaves the safe range goes through the scaled
+// recurrence of Lawson, Hanson, Kincaid and Krogh (ACM TOMS 5, 1979), which neither overflows nor underflows.
 #include "blas/kernels/kernels.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
 
-constexpr i64 block_count = 2048;                // elements; a block with extreme values costs one slow pass over itself
-constexpr double safe_low = 0x1p-900;            // above it, squares lost to underflow (below 2^-1022) do not count
-constexpr double safe_high = 0x1p960;            // below it, 2^31 blocks can be added
+constexpr i64 block_count = 2048;     // elements; a block with extreme values costs one slow pass over itself
+constexpr double safe_low = 0x1p-900; // above it, squares lost to underflow (below 2^-1022) do not count
+constexpr double safe_high = 0x1p960; // below it, 2^31 blocks can be added
 constexpr double no_magnitude_yet = 0.0;
 
 /// The norm as scale sqrt(ssq).

@@ -54,8 +54,7 @@ void drot(const i64& n, double* x, const i64& incx, double* y, const i64& incy, 
     apply_all<1>({c, -s, s, c}, n, x, incx, y, incy);
 }
 
-void zdrot(const i64& n, zcomplex* x, const i64& incx, zcomplex* y, const i64& incy, const double& c,
-           const double& s) {
+void zdrot(const i64& n, zcomplex* x, const i64& incx, zcomplex* y, const i64& incy, const double& c, const double& s) {
     apply_all<2>({c, -s, s, c}, n, parts(x), incx, parts(y), incy);
 }
 
@@ -69,8 +68,7 @@ void zrot(const i64& n, zcomplex* x, const i64& incx, zcomplex* y, const i64& in
     const double cosine = c, sr = parts(&s)[0], si = parts(&s)[1];
     i64 i = 0;
     if (incx == 1 && incy == 1)
-        for (; 2 * i + kWidth <= 2 * n; i += kWidth / 2)
-            zrot_step<kWidth>(cosine, sr, si, parts(x + i), parts(y + i));
+        for (; 2 * i + kWidth <= 2 * n; i += kWidth / 2) zrot_step<kWidth>(cosine, sr, si, parts(x + i), parts(y + i));
     i64 ix = first_index(n, incx) + i * incx, iy = first_index(n, incy) + i * incy;
     for (; i < n; ++i, ix += incx, iy += incy) zrot_step<2>(cosine, sr, si, parts(x + ix), parts(y + iy));
 }

@@ -42,8 +42,8 @@ struct VectorBlock {
 /// Block `index` of `count`: n / count elements rounded down to a multiple of 8; the last block takes the rest.
 VectorBlock vector_block(i64 n, i64 index, i64 count);
 
-/// Where a kernel finds its block of a vector that starts at `base`: for a negative increment the kernel itself moves to
-/// the far end of its block, so that element k keeps its place at (k + 1 - n) inc from the base.
+/// Where a kernel finds its block of a vector that starts at `base`: for a negative increment the kernel itself moves
+/// to the far end of its block, so that element k keeps its place at (k + 1 - n) inc from the base.
 template <class T> T* block_base(T* base, i64 n, i64 inc, const VectorBlock& block) {
     const i64 offset = block.start * inc;
     return base + (inc < 0 ? offset + (block.length - n) * inc : offset);
