@@ -39,7 +39,7 @@ Input get_matrix(const Options& options) {
     }
     MatrixFile file = read_matrix(open_lines(options.file));
     if (file.duplicates > 0 && !options.quiet)
-        std::fprintf(stderr, "nxl-solve: %s: note: %ld duplicate entries were summed\n", options.file.c_str(),
+        std::fprintf(stderr, "nxl-solve: %s: note: duplicate entries were summed: %ld\n", options.file.c_str(),
                      file.duplicates);
     return {std::move(file.matrix), {}, watch.lap()};
 }

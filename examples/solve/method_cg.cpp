@@ -172,7 +172,7 @@ Outcome ConjugateGradients::solve_several(Block<double> b, Block<double>& x, con
     DCGMRHS_INIT(&n, x.value.data(), &count, b.value.data(), &method, &request, ipar, dpar, tmp);
     set_flags(ipar);
     ipar[kTestResidual] = 1;
-    ipar[kMaxIterations] = std::max(1, limit_ - 1); // DCGMRHS makes one more than this
+    ipar[kMaxIterations] = limit_ - 1; // DCGMRHS makes one more than this
     dpar[kRelative] = 0.0;
     dpar[kAbsolute] = settings_.tolerance;
     std::fill_n(reduced, count, std::numeric_limits<double>::infinity()); // systems that are never reached

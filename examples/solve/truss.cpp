@@ -26,8 +26,8 @@ int joint(int frame, int corner) { return kJointsPerFrame * frame + corner; }
 
 std::array<double, kAxes> position(int joint) {
     constexpr std::array<double, 4> across{0.0, kWidth, kWidth, 0.0}, up{0.0, 0.0, kHeight, kHeight};
-    const int corner = joint % kJointsPerFrame;
-    return {kBayLength * (joint / kJointsPerFrame), across.data()[corner], up.data()[corner]};
+    const int frame = joint / kJointsPerFrame, corner = joint % kJointsPerFrame;
+    return {kBayLength * frame, across.data()[corner], up.data()[corner]};
 }
 
 /// Four sides and a diagonal in every frame; four chords and a diagonal on every side of the box in every bay.

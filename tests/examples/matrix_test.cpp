@@ -16,10 +16,8 @@ using solve_test::Dense;
 
 template <class T> T random_value(std::mt19937& random) {
     std::uniform_real_distribution<double> value(-1.0, 1.0);
-    if constexpr (std::is_same_v<T, double>)
-        return value(random);
-    else
-        return {value(random), value(random)};
+    if constexpr (std::is_same_v<T, double>) return value(random);
+    else return {value(random), value(random)};
 }
 
 template <class T> double largest_difference(const std::vector<T>& a, const std::vector<T>& b) {

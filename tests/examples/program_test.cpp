@@ -66,7 +66,7 @@ TEST_F(Program, SymmetricValuesMayStandInAGeneralFileAndDuplicatesAreTold) {
     write("a.mtx", kHeader + "2 2 5\n1 1 3\n1 2 1\n2 1 1\n2 2 1\n2 2 1\n");
     const auto run = this->run("a.mtx");
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.err, "nxl-solve: a.mtx: note: 1 duplicate entries were summed\n");
+    EXPECT_EQ(run.err, "nxl-solve: a.mtx: note: duplicate entries were summed: 1\n");
     EXPECT_NE(run.out.find("n = 2, 4 entries, real symmetric by its values, norm 4"), std::string::npos) << run.out;
 }
 
@@ -106,7 +106,6 @@ struct Fault {
 TEST_F(Program, FaultsGetOneLineAndTheirStatus) {
     write("late.mtx", kHeader + "2 2 2\n1 1 1\n3 1 1\n");
     write("negative.mtx", kHeader + "2 2 2\n1 1 1\n2 2 -1\n");
-    write("indefinite.mtx", kHeader + "2 2 4\n1 1 1\n1 2 2\n2 1 2\n2 2 1\n");
     write("huge.mtx", kHeader + "2 2 4\n1 1 1e200\n1 2 1e199\n2 1 1e199\n2 2 1e200\n");
     write("b.mtx", "%%MatrixMarket matrix array real general\n2 1\n1\n-2\n");
     write("complex.mtx", "%%MatrixMarket matrix coordinate complex general\n1 1 1\n1 1 1 0\n");
@@ -151,9 +150,12 @@ TEST_F(Program, FailsTheSameWithOneAndWithSeveralRightHandSides) {
         const auto indefinite = run("indefinite.mtx --rhs " + systems + ".mtx");
         EXPECT_EQ(indefinite.status, 3);
         EXPECT_TRUE(indefinite.err.ends_with(": the matrix is not positive definite\n")) << indefinite.err;
-        const auto limited = run("--generate heat3d:9 --max-iterations 4 --nrhs " + systems);
-        EXPECT_EQ(limited.status, 3);
-        EXPECT_EQ(number_after(limited.err, "not converged after "), 4.0 * std::stoi(systems)) << limited.err;
+        for (const int limit : {1, 4}) {
+            const auto limited =
+                run("--generate heat3d:9 --max-iterations " + std::to_string(limit) + " --nrhs " + systems);
+            EXPECT_EQ(limited.status, 3);
+            EXPECT_EQ(number_after(limited.err, "not converged after "), limit * std::stoi(systems)) << limited.err;
+        }
     }
 }
 
