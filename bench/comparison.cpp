@@ -1,0 +1,163 @@
+// Google Benchmark selects the cases and runs the rounds; times are taken by Interleaved and lines printed by Report.
+#include "bench/comparison.hpp"
+#include "bench/interleaved.hpp"
+#include "bench/peak.hpp"
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace nxl::bench {
+namespace {
+
+/// One case: a routine at a size, its operands, and those contenders that have it.
+class CaseRun {
+    const std::vector<Contender>& contenders_;
+    const Routine& routine_;
+    int n_;
+    Work work_;
+    Operands operands_;
+    std::vector<std::size_t> present_;
+    std::optional<Interleaved> rounds_;
+
+    void start_rounds() {
+        std::vector<Batch> batches;
+        for (const std::size_t i : present_) batches.push_back(batch(i));
+        rounds_.emplace(std::move(batches));
+    }
+
+    Symbol symbol_of(std::size_t i) const { return contenders_[i].library->symbol(routine_.name); }
+
+    void run(std::size_t i, Operands& operands, i64 calls) const { routine_.run(symbol_of(i), operands, calls); }
+
+    Batch batch(std::size_t i) {
+        return [this, symbol = symbol_of(i), contender = &contenders_[i]](i64 calls) {
+            contender->library->set_threads(contender->threads);
+            routine_.run(symbol, operands_, calls);
+        };
+    }
+
+  public:
+    CaseRun(const std::vector<Contender>& contenders, const Case& which)
+        : contenders_(contenders),
+          routine_(routine(which.routine)),
+          n_(which.n),
+          work_(routine_.work(n_)),
+          operands_(n_, work_.doubles) {
+        for (std::size_t i = 0; i < contenders_.size(); ++i)
+            if (symbol_of(i).address) present_.push_back(i);
+    }
+
+    /// The first contender that disagrees with the one in the first column; null when there is none.
+    const Contender* first_to_disagree() {
+        // Sums in another order differ by as much as n roundings, or in a run of random signs by the root of it.
+        const double elements = std::max<double>(16.0, n_);
+        const double tolerance = std::numeric_limits<double>::epsilon() * elements * std::sqrt(elements);
+        operands_.refill();
+        run(present_.front(), operands_, 2);
+        Operands theirs(n_, work_.doubles);
+        for (const std::size_t i : present_) {
+            theirs.refill();
+            run(i, theirs, 2);
+            if (!(theirs.difference(operands_) <= tolerance)) return &contenders_[i];
+        }
+        return nullptr;
+    }
+
+    /// More rounds at each call: Google Benchmark calls again until they have taken the time that it wants.
+    Timing time(benchmark::State& state) {
+        if (!rounds_) start_rounds();
+        for (auto _ : state) state.SetIterationTime(rounds_->round());
+
+        Timing timing{routine_.name, n_, work_, std::vector<double>(contenders_.size(), NAN), least_seconds()};
+        const std::vector<double> seconds = rounds_->seconds();
+        for (std::size_t i = 0; i < present_.size(); ++i) timing.seconds[present_[i]] = seconds[i];
+        return timing;
+    }
+
+    /// Whichever takes longer at the machine's peak: the arithmetic, or the traffic with the level of memory that holds
+    /// the operands.
+    double least_seconds() const {
+        static const double flops = peak_flops_per_second();
+        const int threads = contenders_.front().threads;
+        const double footprint = std::min(work_.bytes(), 16.0 * static_cast<double>(work_.doubles));
+        const auto kind = work_.stored > 0.0 ? Traffic::stores : Traffic::reads;
+        return std::max(work_.flops / (flops * threads), work_.bytes() / peak_bandwidth(kind, footprint, threads));
+    }
+};
+
+/// What the benchmark of a case hands over to the reporter, and keeps between its calls.
+struct Current {
+    std::unique_ptr<CaseRun> run;
+    std::optional<Timing> timing;
+};
+
+void run_case(benchmark::State& state, Current& current, const std::vector<Contender>& contenders, const Case& which) {
+    if (!current.run) {
+        current.run = std::make_unique<CaseRun>(contenders, which);
+        if (const Contender* odd = current.run->first_to_disagree())
+            return state.SkipWithError((odd->label + " has another result than " + contenders[0].label).c_str());
+    }
+    current.timing = current.run->time(state);
+}
+
+/// Prints the line of a case when its benchmark has ended.
+class LineReporter : public benchmark::BenchmarkReporter {
+    Report& report_;
+    Current& current_;
+
+  public:
+    bool all_agreed = true;
+
+    LineReporter(Report& report, Current& current) : report_(report), current_(current) {}
+
+    bool ReportContext(const Context&) override {
+        report_.print_heading();
+        return true;
+    }
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs)
+            if (run.error_occurred) {
+                all_agreed = false;
+                std::printf("%s: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
+            }
+        if (current_.timing) report_.add(*current_.timing);
+        current_ = {};
+    }
+};
+
+std::vector<Column> columns_of(const std::vector<Contender>& contenders) {
+    std::vector<Column> columns;
+    for (const Contender& contender : contenders)
+        columns.push_back({contender.label, contender.library->version, contender.threads});
+    return columns;
+}
+
+} // namespace
+
+Comparison::Comparison(std::string family, std::vector<Contender> contenders)
+    : family_(std::move(family)),
+      contenders_(std::move(contenders)),
+      report_(family_, columns_of(contenders_)) {}
+
+bool Comparison::run(const std::vector<Case>& cases, const std::string& filter) {
+    Current current;
+    for (const Case& which : cases) {
+        const std::string name = family_ + "/" + which.routine + "/" + std::to_string(which.n);
+        const double seconds = which.n > 1'000'000 ? 1.5 : 0.3;
+        benchmark::RegisterBenchmark(name.c_str(), run_case, std::ref(current), std::cref(contenders_), which)
+            ->UseManualTime()
+            ->MinTime(seconds);
+    }
+    LineReporter reporter(report_, current);
+    const bool any = benchmark::RunSpecifiedBenchmarks(&reporter, filter) > 0;
+    if (any) report_.print_summary();
+    return any && reporter.all_agreed;
+}
+
+} // namespace nxl::bench

@@ -1,0 +1,28 @@
+// The families that nxl-bench runs by name.
+#pragma once
+#include "bench/comparison.hpp"
+#include <string>
+#include <vector>
+
+namespace nxl::bench {
+
+/// What a user asked for.
+struct Request {
+    std::string family;
+    std::string library = "libnxl.so.0";
+    std::string filter = "."; // a regular expression over the names of cases
+    std::string csv, plot;    // files to write; none when empty
+};
+
+struct Family {
+    const char* name;
+    const char* description;
+    int (*run)(const Request& request); // returns the program's exit status
+};
+
+const std::vector<Family>& families();
+
+/// How much a bound kernel slot, a driver and an entry add to a direct call of the kernel.
+int run_overhead(const Request& request);
+
+} // namespace nxl::bench

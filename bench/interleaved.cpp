@@ -1,0 +1,59 @@
+#include "bench/interleaved.hpp"
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+namespace nxl::bench {
+namespace {
+
+constexpr double batch_seconds = 30e-6; // a thousand times what reading the clock costs, and seldom interrupted
+
+double time_of(const Batch& batch, i64 calls) {
+    const auto start = std::chrono::steady_clock::now();
+    batch(calls);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// The shortest of three, so that neither a first call nor an interruption counts.
+double settled_time_of(const Batch& batch, i64 calls) {
+    return std::min({time_of(batch, calls), time_of(batch, calls), time_of(batch, calls)});
+}
+
+i64 calls_per_batch(const Batch& batch) {
+    for (i64 calls = 1;; calls *= 2)
+        if (const double seconds = settled_time_of(batch, calls); seconds >= batch_seconds / 2)
+            return std::max(i64{1}, std::lround(static_cast<double>(calls) * batch_seconds / seconds));
+}
+
+} // namespace
+
+Interleaved::Interleaved(std::vector<Batch> contenders)
+    : contenders_(std::move(contenders)),
+      samples_(contenders_.size()) {
+    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch));
+}
+
+double Interleaved::round() {
+    double total = 0.0;
+    for (std::size_t place = 0; place < contenders_.size(); ++place) {
+        const std::size_t i = (first_ + place) % contenders_.size();
+        const double seconds = time_of(contenders_[i], calls_[i]);
+        samples_[i].push_back(seconds / static_cast<double>(calls_[i]));
+        total += seconds;
+    }
+    ++first_;
+    return total;
+}
+
+std::vector<double> Interleaved::seconds() const {
+    std::vector<double> result;
+    for (std::vector<double> sample : samples_) {
+        const auto quartile = sample.begin() + static_cast<i64>(sample.size()) / 4;
+        std::ranges::nth_element(sample, quartile);
+        result.push_back(*quartile);
+    }
+    return result;
+}
+
+} // namespace nxl::bench

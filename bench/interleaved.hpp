@@ -1,0 +1,31 @@
+// Times several contenders in turn, so that what disturbs the machine disturbs all of them.
+#pragma once
+#include "bench/operands.hpp"
+#include <functional>
+#include <vector>
+
+namespace nxl::bench {
+
+/// Does its work `calls` times over.
+using Batch = std::function<void(i64 calls)>;
+
+/// Rounds of one short batch per contender; the first to run moves on by one every round.
+class Interleaved {
+    std::vector<Batch> contenders_;
+    std::vector<i64> calls_;                   // per batch, for each contender
+    std::vector<std::vector<double>> samples_; // seconds per call
+    std::size_t first_ = 0;
+
+  public:
+    /// Finds how many calls make a batch worth timing.
+    explicit Interleaved(std::vector<Batch> contenders);
+
+    /// Returns the seconds that the timed part took.
+    double round();
+
+    /// Seconds per call of each contender: the lower quartile of its batches. The minimum favours whoever was lucky
+    /// once, the median includes disturbances as soon as they are frequent.
+    std::vector<double> seconds() const;
+};
+
+} // namespace nxl::bench

@@ -1,0 +1,72 @@
+#include "bench/plot.hpp"
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <sstream>
+
+namespace nxl::bench {
+namespace {
+
+template <class Value> std::size_t place_of(std::vector<Value>& seen, const Value& value) {
+    const auto found = std::ranges::find(seen, value);
+    if (found != seen.end()) return static_cast<std::size_t>(found - seen.begin());
+    seen.push_back(value);
+    return seen.size() - 1;
+}
+
+/// The data of one panel: a block per size, a line per routine, its place on the axis spread a little by size.
+std::string blocks(const Report& report, std::size_t column, std::vector<std::string>& routines,
+                   std::vector<int>& sizes) {
+    for (const Timing& timing : report.timings()) {
+        place_of(routines, timing.routine);
+        place_of(sizes, timing.n);
+    }
+    std::ostringstream out;
+    for (std::size_t size = 0; size < sizes.size(); ++size) {
+        const double shift = 0.15 * (static_cast<double>(size) - 0.5 * static_cast<double>(sizes.size() - 1));
+        for (const Timing& timing : report.timings())
+            if (timing.n == sizes[size] && !std::isnan(ratio(timing, column)))
+                out << static_cast<double>(place_of(routines, timing.routine)) + shift << ' ' << ratio(timing, column)
+                    << '\n';
+        out << "\n\n";
+    }
+    return out.str();
+}
+
+std::string panel(const Report& report, std::size_t column) {
+    std::vector<std::string> routines;
+    std::vector<int> sizes;
+    const std::string data = blocks(report, column, routines, sizes);
+    std::ostringstream out;
+    out << "$data << EOD\n" << data << "EOD\nset xtics rotate by -45 (";
+    for (std::size_t i = 0; i < routines.size(); ++i) out << (i > 0 ? ", " : "") << '"' << routines[i] << "\" " << i;
+    out << ")\nset title \"Speed of " << report.columns()[0].label << " relative to " << report.columns()[column].label
+        << "\"\nset xrange [-0.5:" << routines.size() << "-0.5]\nplot 1 notitle lc rgb \"#888888\"";
+    for (std::size_t i = 0; i < sizes.size(); ++i)
+        out << ", $data index " << i << " title \"n = " << sizes[i] << "\" with points pt 7 ps 0.6 lc " << i + 1;
+    out << '\n';
+    return out.str();
+}
+
+std::string script(const Report& report, const std::string& file) {
+    const std::size_t panels = report.columns().size() - 1;
+    std::ostringstream out;
+    out << "set terminal svg size 1000," << 360 * panels << " font 'sans,12' background '#ffffff'\nset output '" << file
+        << "'\nset logscale y 2\nset grid y\nset key outside\nset multiplot layout " << panels << ",1\n";
+    for (std::size_t column = 1; column <= panels; ++column) out << panel(report, column);
+    return out.str();
+}
+
+} // namespace
+
+void plot_ratios(const Report& report, const std::string& file) {
+    if (report.columns().size() < 2 || report.timings().empty()) return;
+    const std::string commands = script(report, file);
+    FILE* gnuplot =
+        popen("gnuplot", "w"); // NOLINT(cert-env33-c): a plotting program of the user's choice, from the path
+    const bool written = gnuplot && std::fwrite(commands.data(), 1, commands.size(), gnuplot) == commands.size();
+    if (!gnuplot || pclose(gnuplot) != 0 || !written)
+        std::fprintf(stderr, "nxl-bench: no plot, because gnuplot did not run\n");
+}
+
+} // namespace nxl::bench

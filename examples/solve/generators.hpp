@@ -1,0 +1,25 @@
+// Test problems made on the spot: grids with a stencil, a truss bridge, random sparsity.
+#pragma once
+
+#include "sparse_matrix.hpp"
+
+#include <string>
+#include <vector>
+
+namespace solve {
+
+struct Problem {
+    SparseMatrix<double> matrix;
+    std::vector<double> load; // the right-hand side that belongs to the problem
+};
+
+/// Makes the problem named by "KIND:SIZE"; throws UsageError when there is none of that name or size.
+Problem generate(const std::string& description);
+
+/// One line per kind, for --help.
+std::string list_of_problems();
+
+/// A bridge of `bays` bays, as a pin-jointed space truss: see truss.cpp.
+Problem truss_bridge(int bays);
+
+} // namespace solve

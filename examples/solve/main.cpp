@@ -1,0 +1,127 @@
+// nxl-solve: reads or makes a sparse linear system, solves it with nxl, reports.
+#include "generators.hpp"
+#include "input_error.hpp"
+#include "options.hpp"
+#include "plot.hpp"
+#include "progress.hpp"
+#include "report.hpp"
+#include "right_hand_side.hpp"
+
+#include <cstdio>
+#include <exception>
+#include <new>
+
+namespace solve {
+namespace {
+
+enum ExitStatus { kSolved = 0, kBadInput = 1, kBadUsage = 2, kNotConverged = 3 };
+
+int complain(const char* what, ExitStatus status) {
+    std::fprintf(stderr, "nxl-solve: %s\n", what);
+    return status;
+}
+
+const std::string& source_of(const Options& options) {
+    return options.generate.empty() ? options.file : options.generate;
+}
+
+struct Input {
+    AnyMatrix matrix;
+    std::vector<double> load;
+    double seconds = 0.0;
+};
+
+Input get_matrix(const Options& options) {
+    Stopwatch watch;
+    if (!options.generate.empty()) {
+        Problem problem = generate(options.generate);
+        return {std::move(problem.matrix), std::move(problem.load), watch.lap()};
+    }
+    MatrixFile file = read_matrix(open_lines(options.file));
+    if (file.duplicates > 0 && !options.quiet)
+        std::fprintf(stderr, "nxl-solve: %s: note: duplicate entries were summed: %ld\n", options.file.c_str(),
+                     file.duplicates);
+    return {std::move(file.matrix), {}, watch.lap()};
+}
+
+std::string describe(const Settings& settings) {
+    std::array<char, 32> tolerance{};
+    std::snprintf(tolerance.data(), tolerance.size(), "%g", settings.tolerance);
+    return settings.method + ", preconditioner " + settings.preconditioner + ", tolerance " + tolerance.data();
+}
+
+/// Solves while the history is kept and shown.
+template <class T>
+Outcome watched_solve(Method<T>& method, const Block<T>& b, Block<T>& x, const Options& options,
+                      std::vector<Step>& history) {
+    ProgressBar bar(!options.quiet && !options.verbose, options.settings.tolerance, b.count);
+    if (options.verbose) std::puts("  rhs  iteration  residual");
+    return method.solve(b, x, [&](const Step& step) {
+        if (options.verbose) std::printf("%5d  %9d  %.6e\n", step.system + 1, step.iteration, step.residual);
+        if (!options.plot.empty()) history.push_back(step);
+        bar.show(step);
+    });
+}
+
+int judge(const Outcome& outcome) {
+    if (outcome.converged) return kSolved;
+    const std::string reason = outcome.trouble.empty() ? "" : ": " + outcome.trouble;
+    std::fprintf(stderr, "nxl-solve: not converged after %ld iterations, residual reduced to %.2e%s\n",
+                 outcome.iterations, outcome.residual, reason.c_str());
+    return kNotConverged;
+}
+
+template <class T> int run(const SparseMatrix<T>& a, const Input& input, const Options& options) {
+    const auto method = make_method<T>(options.settings);
+    const auto rhs = make_right_hand_side(options.right_hand_side, options.systems, a, input.load);
+    Times times{.input = input.seconds};
+    Stopwatch watch;
+    method->set_up(a);
+    times.setup = watch.lap();
+    Block<T> x(a.n, rhs.b.count);
+    std::vector<Step> history;
+    const Outcome outcome = watched_solve(*method, rhs.b, x, options, history);
+    times.solve = watch.lap();
+
+    if (!options.quiet) {
+        const double error = rhs.solution ? relative_error(x, *rhs.solution) : 0.0;
+        print({.source = source_of(options),
+               .facts = facts(a),
+               .method = describe(options.settings),
+               .right_hand_side = rhs.description,
+               .systems = rhs.b.count,
+               .outcome = outcome,
+               .times = times,
+               .residual = scaled_residual(a, rhs.b, x),
+               .error = rhs.solution ? &error : nullptr,
+               .generated = options.file.empty()});
+    }
+    if (!options.output.empty()) write_block(options.output, x);
+    if (!options.plot.empty() && !plot_history(options.plot, source_of(options), history))
+        std::fprintf(stderr, "nxl-solve: %s: note: no plot, gnuplot is not installed\n", options.plot.c_str());
+    return judge(outcome);
+}
+
+int run(int argc, char** argv) {
+    std::string source; // for the message of a method that refuses the matrix
+    try {
+        const auto options = parse_options(argc, argv);
+        if (!options) return kSolved;
+        source = source_of(*options) + ": ";
+        const Input input = get_matrix(*options);
+        return std::visit([&](const auto& a) { return run(a, input, *options); }, input.matrix);
+    } catch (const Refusal& refusal) {
+        return complain((source + refusal.what()).c_str(), kBadInput);
+    } catch (const UsageError& error) {
+        return complain(error.what(), kBadUsage);
+    } catch (const std::bad_alloc&) {
+        return complain("not enough memory", kBadInput);
+    } catch (const std::exception& error) {
+        return complain(error.what(), kBadInput);
+    }
+}
+
+} // namespace
+} // namespace solve
+
+int main(int argc, char** argv) { return solve::run(argc, argv); }

@@ -1,0 +1,72 @@
+// The command line as CLI11 sees it.
+#include "options.hpp"
+
+#include "generators.hpp"
+#include "input_error.hpp"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+namespace solve {
+namespace {
+
+std::string footer() {
+    return "Problems for --generate:\n" + list_of_problems() +
+           "\nExit status: 0 solved, 1 bad input or no memory, 2 bad usage, 3 not converged.\n"
+           "Example: nxl-solve --generate heat3d:100 --precond jacobi --plot history.svg";
+}
+
+void declare(CLI::App& app, Options& o) {
+    app.set_version_flag("--version", "nxl-solve " NXL_SOLVE_VERSION);
+    app.footer(footer());
+    app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(" ");
+    app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
+    app.add_option("--method", o.settings.method, "Conjugate gradients, for symmetric positive definite matrices")
+        ->check(CLI::IsMember({"cg"}))
+        ->option_text("cg");
+    app.add_option("--precond", o.settings.preconditioner, "Preconditioner: none, or jacobi (the diagonal)")
+        ->check(CLI::IsMember({"none", "jacobi"}))
+        ->option_text("none|jacobi [none]");
+    app.add_option("--rhs", o.right_hand_side,
+                   "Right-hand side: known (A times ones, so that the error is known), ones, load (the generated "
+                   "problem's own), or an array file")
+        ->option_text("known|ones|load|FILE [known]");
+    app.add_option("--nrhs", o.systems, "Number of right-hand sides")
+        ->check(CLI::Range(1, 100000))
+        ->option_text("K [1]");
+    app.add_option("--tolerance", o.settings.tolerance, "Reduce the 2-norm of the residual by this factor")
+        ->check([](const std::string& text) {
+            double value = 0.0;
+            const bool good = CLI::detail::lexical_cast(text, value) && value > 0.0 && value < 1.0;
+            return good ? std::string() : "'" + text + "' is not between 0 and 1";
+        })
+        ->option_text("T [1e-08]");
+    app.add_option("--max-iterations", o.settings.max_iterations, "Limit for each right-hand side")
+        ->check(CLI::Range(1, 2000000000))
+        ->option_text("N [10 n, in 100 to 100000]");
+    app.add_option("--output", o.output, "Write the solution, an array of 17 digits")->option_text("FILE");
+    app.add_option("--plot", o.plot, "Draw the residual history through gnuplot")->option_text("FILE.svg");
+    auto* verbose = app.add_flag("--verbose", o.verbose, "Print the residual of every iteration");
+    app.add_flag("--quiet", o.quiet, "Print nothing but errors")->excludes(verbose);
+}
+
+} // namespace
+
+std::optional<Options> parse_options(int argc, char** argv) {
+    Options options;
+    CLI::App app("Solves A x = b for a sparse matrix from a Matrix Market file or a generated problem.", "nxl-solve");
+    declare(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& answered) {
+        app.exit(answered, std::cout, std::cerr);
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(error.what());
+    }
+    if (options.file.empty() == options.generate.empty())
+        throw UsageError("one matrix is expected: a FILE or --generate KIND:SIZE");
+    return options;
+}
+
+} // namespace solve

@@ -1,0 +1,87 @@
+// Norms over blocks of columns, and the lines of the report.
+#include "report.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <sys/resource.h>
+
+namespace solve {
+namespace {
+
+/// The larger one, or NaN if either is: a solution that is not a number must not pass for a good one.
+double worse(double a, double b) { return std::isnan(a) || a > b ? a : b; }
+
+template <class T> double largest(const T* x, int n) {
+    double m = 0.0;
+    for (int i = 0; i < n; ++i) m = worse(m, std::abs(x[i]));
+    return m;
+}
+
+template <class T> double largest_difference(const T* x, const T* y, int n) {
+    double m = 0.0;
+    for (int i = 0; i < n; ++i) m = worse(m, std::abs(x[i] - y[i]));
+    return m;
+}
+
+double ratio(double part, double whole) { return part == 0.0 ? 0.0 : part / whole; }
+
+double peak_megabytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024.0; // Linux counts in KiB
+}
+
+} // namespace
+
+template <class T> double scaled_residual(const SparseMatrix<T>& a, const Block<T>& b, const Block<T>& x) {
+    const double a_norm = norm(a);
+    std::vector<T> product(static_cast<std::size_t>(a.n));
+    double worst = 0.0;
+    for (int k = 0; k < b.count; ++k) {
+        multiply(a, x.column(k), product.data());
+        const double scale = a_norm * largest(x.column(k), a.n) + largest(b.column(k), a.n);
+        worst = worse(worst, ratio(largest_difference(b.column(k), product.data(), a.n), scale));
+    }
+    return worst;
+}
+
+template <class T> double relative_error(const Block<T>& x, const Block<T>& exact) {
+    double worst = 0.0;
+    for (int k = 0; k < x.count; ++k) {
+        const double difference = largest_difference(x.column(k), exact.column(k), x.n);
+        worst = worse(worst, ratio(difference, largest(exact.column(k), x.n)));
+    }
+    return worst;
+}
+
+template <class T> std::string facts(const SparseMatrix<T>& a) {
+    std::string symmetry = name_of(a.symmetry);
+    if (a.symmetry == Symmetry::general) symmetry = is_symmetric(a) ? "symmetric by its values" : "unsymmetric";
+    std::array<char, 32> norm_text{};
+    std::snprintf(norm_text.data(), norm_text.size(), "%.3g", norm(a));
+    return "n = " + std::to_string(a.n) + ", " + std::to_string(a.entries()) + " entries, " +
+           (std::is_same_v<T, double> ? "real " : "complex ") + symmetry + ", norm " + norm_text.data();
+}
+
+void print(const Report& r) {
+    std::printf("matrix       %s%s\n", r.source.c_str(), r.generated ? " (generated)" : "");
+    std::printf("             %s\n", r.facts.c_str());
+    std::printf("right sides  %d: %s\n", r.systems, r.right_hand_side.c_str());
+    std::printf("method       %s\n", r.method.c_str());
+    std::printf("iterations   %ld, residual reduced to %.2e\n", r.outcome.iterations, r.outcome.residual);
+    std::printf("time         %s %.3f s, setup %.3f s, solve %.3f s\n", r.generated ? "generate" : "read",
+                r.times.input, r.times.setup, r.times.solve);
+    std::printf("residual     %.2e  |b - A x| / (|A| |x| + |b|)\n", r.residual);
+    if (r.error != nullptr) std::printf("error        %.2e  |x - x_known| / |x_known|\n", *r.error);
+    std::printf("memory       %.0f MiB at the peak\n", peak_megabytes());
+}
+
+template double scaled_residual(const SparseMatrix<double>&, const Block<double>&, const Block<double>&);
+template double scaled_residual(const SparseMatrix<Complex>&, const Block<Complex>&, const Block<Complex>&);
+template double relative_error(const Block<double>&, const Block<double>&);
+template double relative_error(const Block<Complex>&, const Block<Complex>&);
+template std::string facts(const SparseMatrix<double>&);
+template std::string facts(const SparseMatrix<Complex>&);
+
+} // namespace solve
