@@ -1,0 +1,182 @@
+// The checks of both solvers and their reports, to the byte, on standard output and in the report files.
+#include "tests/solvers_rci/cg_support.hpp"
+#include <functional>
+
+namespace {
+
+using namespace nxl_test;
+
+const std::string no_test = "At least one of the parameters IPAR(8), IPAR(9), or\nIPAR(10) must have the value 1";
+const std::string relative = "The relative stopping parameter DPAR(1) is out of\n"
+                             "admissible interval [0,1]. Assigning DPAR(1) to\nthe default value.";
+const std::string absolute = "The absolute stopping parameter DPAR(2) is out of\n"
+                             "admissible interval [0,infinity). Assigning DPAR(2) to\nthe default value...";
+const std::string both_zero = "Stopping parameters DPAR(1) and DPAR(2) should not be\n"
+                              "equal to 0 simultaneously. The method may fail to\nconverge...";
+const std::string size_differs = "Parameter IPAR(1) is not equal to the parameter N.\n"
+                                 "It may be an error in one of the parameters.\nThe method may fail to proceed...";
+const std::string not_positive = "Parameter IPAR(1) must be a positive integer.";
+const std::string started = "Parameter IPAR(3) must be equal to 1 before the first\ncall to DCG routine.";
+const std::string negative_limit =
+    "Parameter IPAR(5) must be greater or equal to 0 before\n"
+    "the first call to DCG routine. Otherwise, the maximal\nnumber of iterations is equal to IPAR(5)-IPAR(4).";
+const std::string counted =
+    "Parameter IPAR(4) must be equal to 0 before the first\n"
+    "call to DCG routine.  Otherwise, the maximal number\nof iterations is equal to IPAR(5)-IPAR(4).";
+const std::string no_iterations =
+    "No (P)CG iterations will be performed as parameter\nIPAR(4) is greater or equal to IPAR(5).";
+
+/// A change to the defaults for 20 unknowns and 2 systems, and what the check makes of it.
+struct Finding {
+    const char* name;
+    std::function<void(CgCase&)> change;
+    int request;
+    std::vector<std::string> warnings;
+    std::function<void(CgCase&)> mended = [](CgCase&) {};
+};
+
+const std::vector<Finding> findings{
+    {"defaults", [](CgCase&) {}, 0, {}},
+    {"tests_off",
+     [](CgCase& run) { run.ip(8) = run.ip(9) = run.ip(10) = 0; },
+     -1010,
+     {no_test},
+     [](CgCase& run) { run.ip(8) = run.ip(9) = 1; }},
+    {"tests_cancel",
+     [](CgCase& run) { run.ip(8) = -1, run.dp(1) = 2.0; },
+     -1010,
+     {no_test, relative},
+     [](CgCase& run) { run.ip(8) = run.ip(9) = 1, run.dp(1) = 1e-6; }},
+    {"unread_tolerance", [](CgCase& run) { run.dp(1) = 2.0, run.dp(2) = NAN; }, 0, {}},
+    {"relative",
+     [](CgCase& run) { run.ip(9) = 1, run.dp(1) = 1.0 + 1e-15; },
+     -1010,
+     {relative},
+     [](CgCase& run) { run.dp(1) = 1e-6; }},
+    {"relative_at_its_ends", [](CgCase& run) { run.ip(9) = 1, run.dp(1) = 1.0; }, 0, {}},
+    {"nan",
+     [](CgCase& run) { run.ip(9) = 1, run.dp(1) = run.dp(2) = NAN; },
+     -1010,
+     {relative, absolute},
+     [](CgCase& run) { run.dp(1) = 1e-6, run.dp(2) = 0.0; }},
+    {"absolute_becomes_zero",
+     [](CgCase& run) { run.ip(9) = 1, run.dp(1) = 0.0, run.dp(2) = -1.0; },
+     -1011,
+     {absolute, both_zero},
+     [](CgCase& run) { run.dp(2) = 0.0; }},
+    {"both_zero", [](CgCase& run) { run.ip(9) = 1, run.dp(1) = run.dp(2) = 0.0; }, -1001, {both_zero}},
+    {"other_size", [](CgCase& run) { run.ip(1) = 19; }, -1001, {size_differs}},
+    {"no_size", [](CgCase& run) { run.n = run.ip(1) = 0; }, -1100, {not_positive}},
+    {"no_size_after_others",
+     [](CgCase& run) { run.ip(8) = run.ip(10) = 0, run.ip(1) = -1, run.ip(3) = 4; },
+     -1100,
+     {no_test, size_differs, not_positive},
+     [](CgCase& run) { run.ip(8) = run.ip(9) = 1; }},
+    {"started", [](CgCase& run) { run.ip(3) = 2; }, -1001, {started}},
+    {"limits", [](CgCase& run) { run.ip(5) = -1, run.ip(4) = 1; }, -1001, {negative_limit, counted, no_iterations}},
+    {"limit_reached", [](CgCase& run) { run.ip(5) = 0; }, -1001, {no_iterations}},
+    {"limit_test_off", [](CgCase& run) { run.ip(5) = -1, run.ip(4) = 1, run.ip(8) = 0; }, 0, {}},
+};
+
+std::string joined(const std::vector<std::string>& warnings) {
+    std::string text;
+    for (const std::string& warning : warnings) text += warning_report(warning);
+    return text;
+}
+
+/// The run that a finding is about, and the check that it goes through.
+struct Checked {
+    CgCase run{20, 2};
+    int (CgCase::*check)();
+
+    Checked(const Finding& finding, bool many) : check(many ? &CgCase::check_many : &CgCase::check) {
+        many ? run.init_many() : run.init();
+        finding.change(run);
+    }
+};
+
+class CgCheck : public testing::TestWithParam<std::tuple<Finding, bool>> {
+  protected:
+    const Finding& finding_ = std::get<0>(GetParam());
+    const bool many_ = std::get<1>(GetParam());
+};
+
+TEST_P(CgCheck, WarnsOnStandardOutputAndMends) {
+    Checked checked(finding_, many_), expected(finding_, many_);
+    finding_.mended(expected.run);
+    EXPECT_EQ(printed_by([&] { (checked.run.*checked.check)(); }), joined(finding_.warnings));
+    EXPECT_EQ(checked.run.request, finding_.request);
+    EXPECT_EQ(checked.run.ipar, expected.run.ipar);
+    for (const int i : {1, 2})
+        EXPECT_TRUE(checked.run.dp(i) == expected.run.dp(i) ||
+                    (std::isnan(checked.run.dp(i)) && finding_.request == 0));
+}
+
+TEST_P(CgCheck, SilenceChangesNothingElse) {
+    Checked checked(finding_, many_);
+    checked.run.ip(7) = 0;
+    EXPECT_EQ(printed_by([&] { (checked.run.*checked.check)(); }), "");
+    EXPECT_EQ(checked.run.request, finding_.request);
+}
+
+TEST_P(CgCheck, WarnsInTheFile) {
+    const TemporaryDirectory here;
+    Checked checked(finding_, many_);
+    checked.run.ip(2) = 7;
+    std::string notices;
+    for (std::size_t i = 0; i < finding_.warnings.size(); ++i)
+        notices += "\nWarning message has been written in Dcg_check_warnings.txt\n";
+    EXPECT_EQ(printed_by([&] { (checked.run.*checked.check)(); }), notices);
+    EXPECT_EQ(contents("Dcg_check_warnings.txt"), joined(finding_.warnings));
+}
+
+INSTANTIATE_TEST_SUITE_P(, CgCheck, testing::Combine(testing::ValuesIn(findings), testing::Bool()),
+                         [](const auto& info) {
+                             return std::string(std::get<0>(info.param).name) +
+                                    (std::get<1>(info.param) ? "_many" : "_one");
+                         });
+
+TEST(CgCheckOfMany, NoSystemsReadAsNoSize) {
+    CgCase run(20, 0);
+    run.init_many();
+    EXPECT_EQ(printed_by([&] { run.check_many(); }), warning_report(not_positive));
+    EXPECT_EQ(run.request, -1100);
+    run.init();
+    EXPECT_EQ(run.check(), 0); // one system needs no ipar(33)
+}
+
+/// A run of one unknown that divides by 0 at its next step.
+CgCase about_to_fail() {
+    CgCase run(1);
+    run.init();
+    run.tmp.assign(4, 0.0);
+    run.ip(3) = 4;
+    return run;
+}
+
+TEST(CgReportFiles, ErrorsAccumulate) {
+    const TemporaryDirectory here;
+    CgCase run = about_to_fail();
+    run.ip(2) = 0;
+    const std::string notice = "\nError message has been written in Dcg_errors.txt\n";
+    EXPECT_EQ(printed_by([&] { run.step(), run.step(); }), notice + notice);
+    EXPECT_EQ(contents("Dcg_errors.txt"), error_report(indefinite_text) + error_report(indefinite_text));
+    EXPECT_EQ(run.request, -2);
+}
+
+TEST(CgReportFiles, AFileThatCannotBeOpenedCostsTheReportAlone) {
+    const TemporaryDirectory here;
+    std::filesystem::create_directory("Dcg_errors.txt");
+    std::filesystem::create_directory("Dcg_check_warnings.txt");
+    const auto lost = [](const std::string& file) {
+        return "\nCannot create file " + file + " ...\nAn error/warning message cannot be saved in the file.\n";
+    };
+    CgCase run = about_to_fail();
+    run.ip(2) = 7;
+    EXPECT_EQ(printed_by([&] { run.step(); }), lost("Dcg_errors.txt"));
+    EXPECT_EQ(run.request, -2);
+    EXPECT_EQ(printed_by([&] { run.check(); }), lost("Dcg_check_warnings.txt"));
+    EXPECT_EQ(run.request, -1001);
+}
+
+} // namespace
