@@ -66,6 +66,7 @@ class ConjugateGradients final : public Method<double> {
   private:
     Outcome solve_one(const double* b, double* x, const Observer& observe) const;
     Outcome solve_several(Block<double> b, Block<double>& x, const Observer& observe) const;
+    Outcome solve_alone(const Block<double>& b, Block<double>& x, int system, const Observer& observe) const;
     Outcome judge(double norm, double initial, bool definite) const;
     void set_flags(int* ipar) const;
     bool preconditioned() const { return settings_.preconditioner == "jacobi"; }
@@ -162,6 +163,13 @@ void scale_columns(Block<double>& x, const std::vector<double>& factors) {
         std::for_each_n(x.column(j), x.n, [factor = factors.data()[j]](double& value) { value *= factor; });
 }
 
+Outcome ConjugateGradients::solve_alone(const Block<double>& b, Block<double>& x, int system,
+                                        const Observer& observe) const {
+    std::fill_n(x.column(system), x.n, 0.0); // the residual is reduced from that of zero, as for the other systems
+    return solve_one(b.column(system), x.column(system),
+                     [&](const Step& step) { observe({system, step.iteration, step.residual}); });
+}
+
 Outcome ConjugateGradients::solve_several(Block<double> b, Block<double>& x, const Observer& observe) const {
     const int n = a_->n, count = b.count, method = 0;
     const auto norms = normalise(b);
@@ -188,11 +196,18 @@ Outcome ConjugateGradients::solve_several(Block<double> b, Block<double>& x, con
             observe({system, ipar[kIteration], reduced[system]});
         }
     } while (request != kFinished && outcome.trouble.empty());
-    scale_columns(x, norms);
-
     std::vector<int> iterations(norms.size());
     DCGMRHS_GET(&n, x.value.data(), &count, b.value.data(), &request, ipar, dpar, tmp, iterations.data());
     outcome.iterations = std::accumulate(iterations.begin(), iterations.end(), 0L);
+    // A seed that meets its solution exactly leaves no direction to go on with, and the run ends for all systems.
+    for (int j = 0; j < count && outcome.trouble.empty(); ++j) {
+        if (reduced[j] <= settings_.tolerance || iterations.data()[j] >= limit_) continue;
+        const Outcome alone = solve_alone(b, x, j, observe);
+        reduced[j] = alone.residual;
+        outcome.trouble = alone.trouble;
+        outcome.iterations += alone.iterations;
+    }
+    scale_columns(x, norms);
     outcome.converged = std::all_of(reduced, reduced + count, [&](double r) { return r <= settings_.tolerance; });
     outcome.residual = *std::max_element(reduced, reduced + count);
     return outcome;

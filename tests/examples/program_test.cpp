@@ -44,6 +44,13 @@ TEST_F(Program, EveryColumnCountsHoweverSmall) { // scales apart by 1e-150, and 
     EXPECT_NEAR(x.value[10], (2.0 * 3.0 + 1.0 + 7.0 * 4.0 + 2.0) / 24.0, 1e-11);
 }
 
+TEST_F(Program, ASeedThatMeetsItsSolutionExactlyLeavesNoneUnsolved) {
+    write("diagonal.mtx", "%%MatrixMarket matrix coordinate real symmetric\n3 3 3\n1 1 2\n2 2 2\n3 3 2\n");
+    const auto run = this->run("diagonal.mtx --nrhs 4");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_LT(number_after(run.out, "error "), 1e-14);
+}
+
 TEST_F(Program, ZeroRightHandSideIsSolvedAtOnce) {
     write("b.mtx", "%%MatrixMarket matrix array integer general\n4 1\n0\n0\n0\n0\n");
     for (const std::string options : {"", " --precond jacobi"}) {
