@@ -1,7 +1,7 @@
 #!/bin/sh
 # check_kernel_symbols.sh NM TARGET OBJECT...
-# Code built for a wide target must not be reachable from elsewhere: every symbol that these objects define has to be local
-# or in the namespace nxl::TARGET, and none may be weak (the linker keeps one copy of a weak symbol for the whole program).
+# Code built for a wide target must not be reachable from elsewhere: every symbol that these objects define has to be
+# local or in the namespace nxl::TARGET, and none may be weak (of a weak symbol the linker keeps one copy for all).
 set -eu
 nm=$1
 target=$2

@@ -1,7 +1,7 @@
-# How libnxl.so is put together: nxl_objects collects the library's sources, add_kernel_target compiles the kernel sources
-# once per processor class and vector width, nxl_link_library makes the shared library of both.
+# How libnxl.so is put together: nxl_objects collects the library's sources, add_kernel_target compiles the kernel
+# sources once per processor class and vector width, nxl_link_library makes the shared library of both.
 
-# Flags of the library's own code: errors are integers, sums are in the order written, complex products are plain formulas.
+# Flags of the library's own code: errors are integers, sums are in the order written, complex products plain formulas.
 add_library(nxl_code_flags INTERFACE)
 target_compile_options(nxl_code_flags INTERFACE
     -fno-exceptions -fno-rtti -fvisibility=hidden -fvisibility-inlines-hidden -fno-threadsafe-statics

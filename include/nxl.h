@@ -213,8 +213,9 @@ void drotm(const int* n, double* x, const int* incx, double* y, const int* incy,
  * or a negative d2 y1^2 where that leads gives flag -1 with H, d1, d2 and x1 zero; d2 y1 = 0 gives flag -2. */
 void drotmg(double* d1, double* d2, double* x1, const double* y1, double* param) NXL_NOEXCEPT;
 
-/* x := alpha x; every element is multiplied, also by 0, so that NaN and infinity do not vanish. incx 0 multiplies the
- * first element n times; a negative incx scales the same n elements as its magnitude. */
+/* x := alpha x. With alpha 0 the elements are multiplied too, so that NaN and infinity do not vanish; with alpha 1 some
+ * processor classes return at once. incx 0 multiplies the first element n times; a negative incx scales the same n
+ * elements as its magnitude. */
 void dscal(const int* n, const double* alpha, double* x, const int* incx) NXL_NOEXCEPT;
 
 /* Exchanges x and y. */
