@@ -8,10 +8,10 @@ namespace nxl::bench {
 
 /// Operands of one case. Routines change x and y, but keep their size: see the scalars in routines.cpp.
 struct Operands {
-    int n;                // the size of the case
-    i64 doubles;          // in each array
-    zcomplex result = {}; // of the last call
-    unsigned turn = 0;    // lets a call undo what the one before it did
+    int n;             // the size of the case
+    i64 doubles;       // in each array
+    zcomplex result;   // of the last call
+    unsigned turn = 0; // lets a call undo what the one before it did
 
     Operands(int size, i64 array_doubles);
 

@@ -18,7 +18,7 @@ template <int Bytes> using Register [[gnu::vector_size(Bytes)]] = double;
 
 /// Twelve independent chains: more than two units with a latency of four or five need. Returns the operations done.
 template <int Bytes> [[gnu::always_inline]] inline double multiply_add_chains(long steps) {
-    constexpr int chains = 12;
+    constexpr int chains = 12, lanes = Bytes / sizeof(double);
     Register<Bytes> sum[chains] = {}, factor{}, term{};
     factor += 0.5;
     term += 1.0;
@@ -26,7 +26,7 @@ template <int Bytes> [[gnu::always_inline]] inline double multiply_add_chains(lo
         for (auto& chain : sum) chain = chain * factor + term;
         for (auto& chain : sum) __asm__ volatile("" : "+x"(chain)); // in registers, and not folded away
     }
-    return 2.0 * chains * (Bytes / sizeof(double)) * static_cast<double>(steps);
+    return 2.0 * chains * lanes * static_cast<double>(steps);
 }
 
 double chains_128(long steps) { return multiply_add_chains<16>(steps); }

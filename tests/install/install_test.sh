@@ -32,7 +32,7 @@ soname=$(readelf -d "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
 cp -r "$examples/consumer" "$examples/c_caller.c" "$examples/fortran_caller.f90" "$work"
 cd "$work"
 
-cmake -S consumer -B consumer/build -DCMAKE_PREFIX_PATH="$prefix" >cmake.log || fail "$(cat cmake.log)"
+cmake -G Ninja -S consumer -B consumer/build -DCMAKE_PREFIX_PATH="$prefix" >cmake.log || fail "$(cat cmake.log)"
 cmake --build consumer/build >cmake.log || fail "$(cat cmake.log)"
 consumer/build/consumer
 

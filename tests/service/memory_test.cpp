@@ -204,6 +204,9 @@ class Worker {
         asked_.release();
         done_.acquire();
     }
+    Worker() = default;
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
     ~Worker() {
         more_ = false;
         asked_.release();
