@@ -48,11 +48,12 @@ bool may_be_format(const char* text) {
 /// reach as far as ten long doubles do, five arguments in registers and the rest on the stack.
 void print_as_format(const char* text) {
     char no[16] = {};
-    if (may_be_format(text))
-        std::printf(text, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no,
-                    no, no, no);
-    else
+    if (!may_be_format(text)) {
         std::fputs(text, stdout);
+        return;
+    }
+    std::printf(text, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no,
+                no, no);
 }
 
 void print_line(const char* text) {

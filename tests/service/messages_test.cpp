@@ -112,6 +112,7 @@ TEST(Messages, ConcurrentLinesStayWhole) {
     constexpr int threads = 4, each = 300;
     const std::string output = printed_by([] {
         std::vector<std::thread> team;
+        team.reserve(threads);
         for (int t = 0; t < threads; ++t)
             team.emplace_back([t] {
                 const std::string name(static_cast<std::size_t>(t) + 1, static_cast<char>('A' + t));
