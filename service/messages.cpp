@@ -51,8 +51,7 @@ void print_as_format(const char* text) {
     if (may_be_format(text))
         std::printf(text, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no,
                     no, no, no);
-    else
-        std::fputs(text, stdout);
+    else std::fputs(text, stdout);
 }
 
 void print_line(const char* text) {
