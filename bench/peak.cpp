@@ -75,6 +75,12 @@ double rate_of(double (*chains)(long)) {
     for (long i = 0; i < n; ++i) z[i] = x[i] + 0.5 * y[i];
 }
 
+constexpr long line = 64 / sizeof(double); // of the cache: arrays start and end with one
+
+long first_of_line(const double* memory) {
+    return -static_cast<long>(reinterpret_cast<std::uintptr_t>(memory) / sizeof(double)) & (line - 1);
+}
+
 /// Seconds of the slowest of `threads` threads that all make `passes` passes, each over its own arrays.
 class Team {
     const Traffic& traffic_;
@@ -83,7 +89,7 @@ class Team {
 
     void make_passes(std::vector<double>& memory) const {
         for (long pass = 0; pass < passes_; ++pass) {
-            double* x = memory.data();
+            double* x = memory.data() + first_of_line(memory.data());
             double* y = x + (traffic_.arrays > 1 ? n_ : 0);
             traffic_.pass(x, y, y + (traffic_.arrays > 2 ? n_ : 0), n_);
             benchmark::ClobberMemory();
@@ -93,10 +99,10 @@ class Team {
   public:
     Team(const Traffic& traffic, double bytes, int threads)
         : traffic_(traffic),
-          n_(static_cast<long>(bytes / sizeof(double) / traffic.arrays)),
+          n_(static_cast<long>(bytes / sizeof(double) / traffic.arrays) / line * line),
           passes_(std::max(1L, static_cast<long>(4e7 / bytes))),
           memory_(static_cast<std::size_t>(threads),
-                  std::vector<double>(static_cast<std::size_t>(traffic.arrays * n_), 0.5)) {}
+                  std::vector<double>(static_cast<std::size_t>(traffic.arrays * n_ + line), 0.5)) {}
 
     double bytes() const {
         return static_cast<double>(n_) * static_cast<double>(passes_) * traffic_.bytes_per_element *
