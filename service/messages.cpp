@@ -29,8 +29,9 @@ int fill_in(char* text, std::size_t size, const char* format, va_list values) {
 
 constexpr int most_conversions = 10; // in a routine name, the longest text that a caller can put into a message
 
-/// Whether printf can take a filled-in text as its format without arguments of its own: few conversions, and none with
-/// a width, a precision or a position, which could make it print gigabytes or look for arguments far away.
+/// Whether printf can take a filled-in text as its format without arguments of its own: few conversions, none that
+/// writes ("%n"), and none with a width, a precision or a position, which could make it print gigabytes or look for
+/// arguments far away.
 bool may_be_format(const char* text) {
     int conversions = 0;
     for (const char* at = std::strchr(text, '%'); at; at = std::strchr(at, '%')) {
@@ -38,20 +39,22 @@ bool may_be_format(const char* text) {
         at += std::strspn(at, "-+ #0'I"); // flags
         if (*at == '\0' || std::strchr("123456789*.", *at)) return false;
         at += std::strspn(at, "hlLqjztZ"); // sizes
-        if (*at == '\0' || (*at != '%' && ++conversions > most_conversions)) return false;
+        if (*at == '\0' || *at == 'n' || (*at != '%' && ++conversions > most_conversions)) return false;
         ++at;
     }
     return true;
 }
 
-/// Prints a filled-in text as a format. Each conversion finds an empty string, which "%n" may also write to: 26 of them
-/// reach as far as ten long doubles do, five arguments in registers and the rest on the stack.
+/// Prints a filled-in text as a format. Each conversion finds an empty string: 26 of them reach as far as ten long
+/// doubles do, five arguments in registers and the rest on the stack.
 void print_as_format(const char* text) {
-    char no[16] = {};
-    if (may_be_format(text))
-        std::printf(text, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no,
-                    no, no, no);
-    else std::fputs(text, stdout);
+    const char no[16] = {};
+    if (!may_be_format(text)) {
+        std::fputs(text, stdout);
+        return;
+    }
+    std::printf(text, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no, no,
+                no, no);
 }
 
 void print_line(const char* text) {

@@ -56,6 +56,7 @@ class CgRun {
     int& residual_test() const { return ipar_[8]; }
     int& caller_test() const { return ipar_[9]; }
     int& preconditioned() const { return ipar_[10]; }
+    int& systems() const { return ipar_[32]; } // DCGMRHS: right-hand sides, for the check alone
     double& relative_tolerance() const { return dpar_[0]; }
     double& absolute_tolerance() const { return dpar_[1]; }
 

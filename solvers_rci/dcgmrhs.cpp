@@ -294,13 +294,17 @@ int DcgMrhsRun::refresh_test_answered() const {
 } // namespace
 
 int dcgmrhs_init(int n, int nrhs, int* ipar, double* dpar, double* tmp) {
-    CgRun(ipar, dpar).set_defaults(n);
-    ipar[32] = nrhs;
+    const CgRun run(ipar, dpar);
+    run.set_defaults(n);
+    run.systems() = nrhs;
     Columns(tmp, n).zero(i64{nrhs} + 3);
     return finished;
 }
 
-int dcgmrhs_check(int n, int* ipar, double* dpar) { return CgRun(ipar, dpar).check(n, ipar[32]); }
+int dcgmrhs_check(int n, int* ipar, double* dpar) {
+    const CgRun run(ipar, dpar);
+    return run.check(n, run.systems());
+}
 
 int dcgmrhs(double* x, int nrhs, const double* b, int answer, int* ipar, double* dpar, double* tmp) {
     return DcgMrhsRun(x, nrhs, b, answer, ipar, dpar, tmp).resume();

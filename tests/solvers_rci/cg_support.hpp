@@ -54,9 +54,10 @@ inline Vector product(const Matrix& a, const Vector& x) {
 }
 
 /// Jacobi: x divided by the diagonal.
-inline Vector jacobi(const Matrix& a, Vector x) {
-    for (std::size_t i = 0; i < x.size(); ++i) x[i] /= a[i][i];
-    return x;
+inline Vector jacobi(const Matrix& a, const Vector& x) {
+    Vector scaled = x;
+    for (std::size_t i = 0; i < x.size(); ++i) scaled[i] /= a[i][i];
+    return scaled;
 }
 
 /// Gaussian elimination; no pivots are needed where the diagonal dominates.

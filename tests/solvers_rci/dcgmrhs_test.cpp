@@ -12,7 +12,7 @@ struct Scenario {
     int n = 12, systems = 3;
     int limit_test = 1, limit = 50, residual_test = 1, caller_test = 0;
     double relative = 1e-8, absolute = 0.0;
-    std::function<Vector(const Matrix&, const Vector&)> preconditioner = {};
+    Vector (*preconditioner)(const Matrix&, const Vector&) = nullptr;
     std::function<bool(int system, int iterations)> stops = [](int, int) { return false; };
     std::function<void(Matrix&, Matrix& b)> change = [](Matrix&, Matrix&) {};
 
