@@ -35,7 +35,7 @@ int main(int argc, char** argv) try {
     app.footer(family_list());
     app.set_version_flag("--version", "nxl-bench " NXL_BENCH_VERSION);
     app.add_option("family", request.family, "What to measure")->required()->check(CLI::IsMember(names));
-    app.add_option("--filter", request.filter, "Only cases whose name matches, as in 'ddot/1000$'");
+    app.add_option("--filter", request.filter, "Only cases whose name matches, as in 'ddot/1000/'");
     app.add_option("--library", request.library, "Another build of libnxl.so to measure");
     app.add_option("--csv", request.csv, "Write all figures to this file");
     app.add_option("--plot", request.plot, "Draw the ratios to this SVG file, with gnuplot");
