@@ -414,25 +414,4 @@ TEST(Level1Real, LongCopiesGoPastTheCacheAndStayExact) {
     EXPECT_EQ(std::memcmp(x.data(), y.data(), static_cast<std::size_t>(n) * sizeof(double)), 0);
 }
 
-TEST(Level1Real, AliasesAreTheSameRoutines) {
-    const int n = 19, one = 1;
-    const double alpha = 2.5;
-    const zcomplex z_alpha(0.5, -2.0);
-    StridedVector<double> x(n, 1, 1), y(n, 1, 2), y2(n, 1, 2), x2(n, 1, 1);
-    StridedVector<zcomplex> u(n, 1, 1), v(n, 1, 2), u2(n, 1, 1), v2(n, 1, 2);
-    EXPECT_EQ(DDOT(&n, x.data(), &one, y.data(), &one), ddot(&n, x.data(), &one, y.data(), &one));
-    EXPECT_EQ(DNRM2(&n, x.data(), &one), dnrm2(&n, x.data(), &one));
-    EXPECT_EQ(IDAMAX(&n, x.data(), &one), idamax(&n, x.data(), &one));
-    EXPECT_EQ(IZAMAX(&n, u.data(), &one), izamax(&n, u.data(), &one));
-    DAXPY(&n, &alpha, x.data(), &one, y.data(), &one), daxpy(&n, &alpha, x.data(), &one, y2.data(), &one);
-    DSCAL(&n, &alpha, x.data(), &one), dscal(&n, &alpha, x2.data(), &one);
-    DSWAP(&n, x.data(), &one, y.data(), &one), dswap(&n, x2.data(), &one, y2.data(), &one);
-    ZSCAL(&n, &z_alpha, u.data(), &one), zscal(&n, &z_alpha, u2.data(), &one);
-    ZDSCAL(&n, &alpha, u.data(), &one), zdscal(&n, &alpha, u2.data(), &one);
-    ZSWAP(&n, u.data(), &one, v.data(), &one), zswap(&n, u2.data(), &one, v2.data(), &one);
-    for (int k = 0; k < n; ++k) EXPECT_TRUE(x[k] == x2[k] && y[k] == y2[k] && u[k] == u2[k] && v[k] == v2[k]);
-    DCOPY(&n, x.data(), &one, y.data(), &one);
-    EXPECT_EQ(x[n - 1], y[n - 1]);
-}
-
 } // namespace
