@@ -1,7 +1,7 @@
 // The table of routines. Scalars are such that values neither grow nor vanish over millions of calls, and never 0 or 1,
 // which have short cuts: one call undoes what the call before it did.
 #include "bench/routines.hpp"
-#include "include/nxl.h"
+#include "nxl.h"
 #include <algorithm>
 #include <stdexcept>
 

@@ -10,6 +10,7 @@ namespace nxl {
 namespace {
 
 constinit std::atomic<int> cached_class{-1};
+constinit std::atomic<int> cached_pack_class{-1};
 constinit std::atomic<int> cached_bits{0};
 
 constexpr int no_override = -666;
@@ -36,14 +37,7 @@ bool vendor_is_intel() {
     return id.ebx == 0x756E6547 && id.edx == 0x49656E69 && id.ecx == 0x6C65746E; // "Genu" "ineI" "ntel"
 }
 
-CpuClass detected_class() {
-    if (!vendor_is_intel()) return CpuClass::def;
-    const unsigned features = Cpuid(1).ecx;
-    if (features & bit_SSE4_2) return CpuClass::mc3;
-    if (features & bit_SSSE3) return CpuClass::mc;
-    if (features & bit_SSE3) return CpuClass::p4n;
-    return CpuClass::def;
-}
+CpuFeatures this_processor() { return {vendor_is_intel(), Cpuid(1).ecx}; }
 
 /// The operating system saves the upper halves of the 256-bit registers: XCR0 bits 1 and 2.
 bool system_saves_wide_registers() {
@@ -65,9 +59,24 @@ int chosen_bits() {
 
 } // namespace
 
+CpuClass class_of(const CpuFeatures& features) {
+    if (!features.intel) return CpuClass::def;
+    if (features.ecx1 & bit_SSE4_2) return CpuClass::mc3;
+    if (features.ecx1 & bit_SSSE3) return CpuClass::mc;
+    if (features.ecx1 & bit_SSE3) return CpuClass::p4n;
+    return CpuClass::def;
+}
+
+int pack_class_of(const CpuFeatures& features) {
+    if (!features.intel) return 0;
+    if (features.ecx1 & bit_SSE4_2) return 4;
+    if (features.ecx1 & bit_SSE4_1) return 3;
+    return features.ecx1 & bit_SSSE3 ? 2 : 1;
+}
+
 CpuClass nxl_cpu_class_detect() {
     const int override_class = class_override();
-    const CpuClass detected = detected_class();
+    const CpuClass detected = class_of(this_processor());
     const CpuClass result = override_class == no_override ? detected : static_cast<CpuClass>(override_class);
     cached_class.store(static_cast<int>(result), std::memory_order_relaxed);
     return result;
@@ -76,6 +85,12 @@ CpuClass nxl_cpu_class_detect() {
 CpuClass nxl_cpu_class() {
     const int cached = cached_class.load(std::memory_order_relaxed);
     return cached >= 0 ? static_cast<CpuClass>(cached) : nxl_cpu_class_detect();
+}
+
+int nxl_pack_cpu_class() {
+    int cached = cached_pack_class.load(std::memory_order_relaxed);
+    if (cached < 0) cached_pack_class.store(cached = pack_class_of(this_processor()), std::memory_order_relaxed);
+    return cached;
 }
 
 int nxl_vector_bits() {

@@ -10,6 +10,17 @@ CpuClass nxl_cpu_class();
 /// Finds the class anew from the environment and CPUID and stores it for nxl_cpu_class.
 CpuClass nxl_cpu_class_detect();
 
+/// The class of the pack and unpack family, 0 to 4, found at the first call. NXL_DEBUG_CPU_TYPE does not touch it.
+int nxl_pack_cpu_class();
+
+/// What detection looks at.
+struct CpuFeatures {
+    bool intel;    ///< the vendor string is "GenuineIntel"
+    unsigned ecx1; ///< ECX of CPUID leaf 1
+};
+CpuClass class_of(const CpuFeatures& features);
+int pack_class_of(const CpuFeatures& features);
+
 /// Bits of a vector register that kernels are bound for: 256 where the processor has AVX2 and FMA and the system saves
 /// their registers, else 128. NXL_VECTOR_BITS=128 asks for the narrow ones. Fixed at the first call.
 int nxl_vector_bits();

@@ -1,6 +1,6 @@
 // Vector work of the solvers on contiguous columns, through the exported entries.
 #pragma once
-#include "include/nxl.h"
+#include "nxl.h"
 
 namespace nxl::rci {
 

@@ -1,5 +1,5 @@
 // Entries of the small services: memory, progress, timer, machine constants.
-#include "include/nxl.h"
+#include "nxl.h"
 #include "service/export.hpp"
 #include "service/machine_constants.hpp"
 #include "service/memory.hpp"

@@ -1,5 +1,5 @@
 // Entries of the reverse-communication solvers.
-#include "include/nxl.h"
+#include "nxl.h"
 #include "service/export.hpp"
 #include "solvers_rci/dcg.hpp"
 #include "solvers_rci/dcgmrhs.hpp"

@@ -1,5 +1,5 @@
 // Entries of thread control. Their arguments come by value.
-#include "include/nxl.h"
+#include "nxl.h"
 #include "service/export.hpp"
 #include "service/threads.hpp"
 #include <omp.h>

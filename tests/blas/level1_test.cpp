@@ -70,12 +70,12 @@ constexpr std::array<std::array<int, 2>, 9> increments = {
     {{1, 1}, {-1, -1}, {1, -1}, {-1, 1}, {2, 3}, {-2, 3}, {3, -2}, {0, 1}, {2, 0}}};
 
 template <class T> class Level1 : public ::testing::Test {
-  protected:
-    /// Calls body(n, incx, incy, flush) for every size and pair of increments, at both ends of a guarded block.
+  public:
+    /// Calls body(n, incx, incy, flush) for every size and pair of increments, at every place of x in a guarded block.
     template <class Body> static void for_all(Body body) {
         for (const int n : sizes)
             for (const auto& [incx, incy] : increments)
-                for (const Flush flush : {Flush::start, Flush::end}) {
+                for (const Flush flush : {Flush::start, Flush::end, Flush::off_by_8}) {
                     SCOPED_TRACE(::testing::Message() << "n " << n << " incx " << incx << " incy " << incy);
                     body(n, incx, incy, flush);
                     if (::testing::Test::HasFailure()) return;
@@ -86,11 +86,14 @@ template <class T> class Level1 : public ::testing::Test {
 using Scalars = ::testing::Types<double, zcomplex>;
 TYPED_TEST_SUITE(Level1, Scalars);
 
+/// Where y goes beside x: to the same end, or, with an x off its boundary, on one of its own.
+Flush beside(Flush x) { return x == Flush::off_by_8 ? Flush::start : x; }
+
 /// Runs an update of two vectors through the library and, element after element in the published order, through `step`;
 /// then compares, with an allowance of `ulps` roundings of values near 1 for each time that an element is met.
 template <class T, class Call, class Step>
 void expect_same_update(int n, int incx, int incy, Flush flush, double ulps, Call call, Step step) {
-    StridedVector<T> x(n, incx, 1, flush), y(n, incy, 2, flush), x_want(n, incx, 1), y_want(n, incy, 2);
+    StridedVector<T> x(n, incx, 1, flush), y(n, incy, 2, beside(flush)), x_want(n, incx, 1), y_want(n, incy, 2);
     call(x.data(), y.data());
     for (int k = 0; k < n; ++k) step(x_want[k], y_want[k]);
     const double tolerance = ulps * eps * (incx == 0 || incy == 0 ? n : 1);
@@ -150,7 +153,7 @@ TYPED_TEST(Level1, Scal) {
 TYPED_TEST(Level1, DotAsumNrm2) {
     using T = TypeParam;
     this->for_all([&](int n, int incx, int incy, Flush flush) {
-        StridedVector<T> x(n, incx, 1, flush), y(n, incy, 2, flush);
+        StridedVector<T> x(n, incx, 1, flush), y(n, incy, 2, beside(flush));
         // The norm starts at the first element whatever the sign, which over all n elements is the same sum.
         T dot{};
         double asum = 0.0, squares = 0.0, products = 0.0;
@@ -277,7 +280,7 @@ TEST(Level1Complex, DotUDoesNotConjugate) {
     for (const int n : sizes) {
         for (const int inc : {1, -1, 2}) {
             const int incy = 1;
-            StridedVector<zcomplex> x(n, inc, 1), y(n, incy, 2);
+            StridedVector<zcomplex> x(n, inc, 1), y(n, incy, 2, Flush::off_by_8);
             zcomplex want{}, got(nan_value, nan_value);
             for (int k = 0; k < n; ++k) want += x[k] * y[k];
             zdotu(&got, &n, x.data(), &inc, y.data(), &incy);
@@ -289,22 +292,18 @@ TEST(Level1Complex, DotUDoesNotConjugate) {
 TEST(Level1Complex, RotationWithComplexSineAndRealScaling) {
     const double c = 0.6, alpha = -0.875;
     const zcomplex s(0.48, 0.64);
-    for (const int n : sizes) {
-        for (const auto& [incx, incy] : increments) {
-            SCOPED_TRACE(::testing::Message() << "n " << n << " incx " << incx << " incy " << incy);
-            expect_same_update<zcomplex>(
-                n, incx, incy, Flush::end, 6.0,
-                [&, ix = incx, iy = incy](zcomplex* x, zcomplex* y) { ZROT(&n, x, &ix, y, &iy, &c, &s); },
-                [&](zcomplex& x, zcomplex& y) {
-                    const zcomplex old = x;
-                    x = c * x + s * y;
-                    y = c * y - std::conj(s) * old;
-                });
-            expect_same_update<zcomplex>(
-                n, incx, incy, Flush::end, 2.0, [&, ix = incx](zcomplex* x, zcomplex*) { zdscal(&n, &alpha, x, &ix); },
-                [&](zcomplex& x, const zcomplex&) { x *= alpha; });
-        }
-    }
+    Level1<zcomplex>::for_all([&](int n, int incx, int incy, Flush flush) {
+        expect_same_update<zcomplex>(
+            n, incx, incy, flush, 6.0, [&](zcomplex* x, zcomplex* y) { ZROT(&n, x, &incx, y, &incy, &c, &s); },
+            [&](zcomplex& x, zcomplex& y) {
+                const zcomplex old = x;
+                x = c * x + s * y;
+                y = c * y - std::conj(s) * old;
+            });
+        expect_same_update<zcomplex>(
+            n, incx, incy, flush, 2.0, [&](zcomplex* x, zcomplex*) { zdscal(&n, &alpha, x, &incx); },
+            [&](zcomplex& x, const zcomplex&) { x *= alpha; });
+    });
 }
 
 TEST(Level1Real, ModifiedRotationReadsWhatItsFlagSays) {

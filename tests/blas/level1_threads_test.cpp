@@ -48,8 +48,8 @@ TEST(Level1Decision, DynamicReducesThreadsBySize) {
                           {daxpy_gates, 10999, 8, 4, 8},
                           {daxpy_gates, 11000, 8, 8, 8},
                           {daxpy_gates, 4301, 1, 1, 1}}) {
-        EXPECT_EQ(threads_for(c.gates, c.n, {CpuClass::mc3, c.offered, true}), c.dynamic_on) << c.n;
-        EXPECT_EQ(threads_for(c.gates, c.n, {CpuClass::mc3, c.offered, false}), c.dynamic_off) << c.n;
+        EXPECT_EQ(threads_for(c.gates, c.n, c.offered, true), c.dynamic_on) << c.n;
+        EXPECT_EQ(threads_for(c.gates, c.n, c.offered, false), c.dynamic_off) << c.n;
     }
 }
 

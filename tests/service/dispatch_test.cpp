@@ -27,6 +27,26 @@ TEST(CpuClass, OverrideTakesOnlyTheFourClasses) {
     for (const char* setting : {"00", "abc", "0 "}) EXPECT_EQ(class_with(setting), detected) << setting;
 }
 
+TEST(CpuClass, FollowsFromVendorAndFeatures) {
+    constexpr unsigned sse3 = 1U << 0, ssse3 = 1U << 9, sse4_1 = 1U << 19, sse4_2 = 1U << 20; // of CPUID leaf 1, ECX
+    struct Case {
+        bool intel;
+        unsigned ecx1;
+        int cpu_class, pack_class;
+    };
+    for (const Case& c : {Case{false, ~0U, 0, 0},
+                          {true, 0, 0, 1},
+                          {true, sse3, 1, 1},
+                          {true, sse3 | ssse3, 2, 2},
+                          {true, sse3 | ssse3 | sse4_1, 2, 3},
+                          {true, ~0U, 3, 4},
+                          {true, sse4_2, 3, 4},
+                          {true, ~(sse3 | ssse3 | sse4_1 | sse4_2), 0, 1}}) {
+        EXPECT_EQ(static_cast<int>(class_of({c.intel, c.ecx1})), c.cpu_class) << c.ecx1;
+        EXPECT_EQ(pack_class_of({c.intel, c.ecx1}), c.pack_class) << c.ecx1;
+    }
+}
+
 TEST(CpuClass, OtherVendorsAreClass0) {
     unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
     __get_cpuid(0, &eax, &ebx, &ecx, &edx);
@@ -35,7 +55,8 @@ TEST(CpuClass, OtherVendorsAreClass0) {
     const CpuClass detected = class_with(nullptr);
     if (std::strcmp(vendor, "GenuineIntel") != 0) EXPECT_EQ(detected, CpuClass::def);
     else EXPECT_NE(detected, CpuClass::def); // all that run 64-bit code and are still in use have SSE3
-    EXPECT_EQ(nxl_cpu_class(), detected);    // what detection stored is what everybody reads
+    EXPECT_EQ(nxl_pack_cpu_class() == 0, std::strcmp(vendor, "GenuineIntel") != 0);
+    EXPECT_EQ(nxl_cpu_class(), detected); // what detection stored is what everybody reads
 }
 
 TEST(KernelTables, EveryPlaceIsFilledAndEachClassHasItsOwn) {

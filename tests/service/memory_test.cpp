@@ -1,6 +1,6 @@
 // The memory service over an allocator that counts and fails on demand: slot rules, release, threads that come and go,
 // exhaustion. Every test ends with all blocks back at the allocator.
-#include "include/nxl.h"
+#include "nxl.h"
 #include "service/allocator_hooks.hpp"
 #include "service/interface/arguments.hpp"
 #include "service/memory.hpp"

@@ -1,5 +1,5 @@
 // The small services as a host sees them: progress callback, timer, machine constants.
-#include "include/nxl.h"
+#include "nxl.h"
 #include <array>
 #include <bit>
 #include <chrono>

@@ -1,6 +1,6 @@
 // Thread counts: the environment's grammar, who wins over whom, dynamic adjustment, and the counting of cores. Each
 // case of the environment runs in a child process, since a process reads it once.
-#include "include/nxl.h"
+#include "nxl.h"
 #include "service/parallel.hpp"
 #include "service/physical_cores.hpp"
 #include "service/thread_environment.hpp"

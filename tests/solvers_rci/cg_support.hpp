@@ -1,6 +1,6 @@
 // Small dense systems and the arrays of a run, for the tests of the conjugate-gradient solvers.
 #pragma once
-#include "include/nxl.h"
+#include "nxl.h"
 #include "tests/support/captured.hpp"
 #include <cmath>
 #include <random>

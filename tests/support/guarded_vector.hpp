@@ -32,7 +32,9 @@ class GuardedMemory {
     char* at_end(std::size_t bytes) const { return base_ + page_ + inner_ - bytes; }
 };
 
-enum class Flush { start, end };
+/// Where a vector lies: behind one guard page, before the other, or 8 bytes off the start, where nothing wider than a
+/// double is aligned.
+enum class Flush { start, end, off_by_8 };
 
 /// n elements `inc` apart, filled with random values in (-1, 1); the gaps hold NaN.
 template <class T> class StridedVector {
@@ -47,8 +49,8 @@ template <class T> class StridedVector {
         : n_(n),
           inc_(inc),
           span_(n < 1 ? 0 : 1 + static_cast<std::size_t>(n - 1) * static_cast<unsigned>(std::abs(inc))),
-          memory_(span_ * sizeof(T) + 1),
-          data_(reinterpret_cast<T*>(flush == Flush::end ? memory_.at_end(span_ * sizeof(T)) : memory_.at_start())) {
+          memory_(span_ * sizeof(T) + sizeof(double)),
+          data_(reinterpret_cast<T*>(place_for(flush))) {
         std::memset(static_cast<void*>(data_), 0xff, span_ * sizeof(T)); // NaN
         std::mt19937_64 generator(seed);
         std::uniform_real_distribution<double> uniform(-1.0, 1.0);
@@ -72,6 +74,10 @@ template <class T> class StridedVector {
     }
 
   private:
+    char* place_for(Flush flush) const {
+        if (flush == Flush::end) return memory_.at_end(span_ * sizeof(T));
+        return memory_.at_start() + (flush == Flush::off_by_8 ? sizeof(double) : 0);
+    }
     std::size_t place(int k) const {
         const int from_start = inc_ < 0 ? n_ - 1 - k : k;
         return static_cast<std::size_t>(from_start) * static_cast<unsigned>(std::abs(inc_));

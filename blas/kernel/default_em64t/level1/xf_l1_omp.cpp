@@ -11,9 +11,8 @@ namespace {
 
 /// Apart from the short call, which shall pay for nothing but the test of its length.
 [[gnu::noinline]] int decide_threads(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
-    const CpuClass cpu_class = nxl_cpu_class();
-    if (!may_fork(gates, n, incx, incy, cpu_class)) return 1;
-    return threads_for(gates, n, {cpu_class, max_threads(domain_blas), dynamic_threads()});
+    if (!may_fork(gates, n, incx, incy, nxl_cpu_class())) return 1;
+    return threads_for(gates, n, max_threads(domain_blas), dynamic_threads());
 }
 
 int threads_of_call(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
@@ -59,9 +58,9 @@ bool may_fork(const Level1Gates& gates, i64 n, i64 incx, i64 incy, CpuClass cpu_
     return cpu_class == CpuClass::mc || cpu_class == CpuClass::mc3;
 }
 
-int threads_for(const Level1Gates& gates, i64 n, const Level1Offer& offer) {
-    int threads = offer.threads;
-    if (!offer.dynamic) return threads;
+int threads_for(const Level1Gates& gates, i64 n, int offered, bool dynamic) {
+    int threads = offered;
+    if (!dynamic) return threads;
     if (threads > 2 && n < gates.two_below) threads = 2;
     if (threads > 4 && n < gates.four_below) threads = 4;
     return threads;

@@ -20,18 +20,12 @@ struct Level1Gates {
 inline constexpr Level1Gates daxpy_gates{4300, 4300, 11000};
 inline constexpr Level1Gates ddot_gates{2600, 6000, 10000};
 
-/// What a call could have: the processor class, the threads on offer, and whether the library may take fewer.
-struct Level1Offer {
-    CpuClass cpu_class;
-    int threads;
-    bool dynamic;
-};
-
 /// True when a vector of n elements is long enough, and the class such, that threads may pay.
 bool may_fork(const Level1Gates& gates, i64 n, i64 incx, i64 incy, CpuClass cpu_class);
 
-/// Threads for a call that may fork; below 2 means serial.
-int threads_for(const Level1Gates& gates, i64 n, const Level1Offer& offer);
+/// Threads for a call that may fork, of `offered` ones; with `dynamic` the library may take fewer. Below 2 means
+/// serial.
+int threads_for(const Level1Gates& gates, i64 n, int offered, bool dynamic);
 
 /// Elements start .. start + length - 1 of a vector.
 struct VectorBlock {
