@@ -9,6 +9,66 @@ namespace nxl {
 using NoKernel = void (*)();
 void no_kernel();
 
+// Signatures that several kernels share; T is double or zcomplex.
+template <class T>
+using GemvKernel = void (*)(const char& trans, const i64& m, const i64& n, const T& alpha, const T* a, const i64& lda,
+                            const T* x, const i64& incx, const T& beta, T* y, const i64& incy);
+template <class T>
+using GerKernel = void (*)(const i64& m, const i64& n, const T& alpha, const T* x, const i64& incx, const T* y,
+                           const i64& incy, T* a, const i64& lda);
+template <class T>
+using SymvKernel = void (*)(const char& uplo, const i64& n, const T& alpha, const T* a, const i64& lda, const T* x,
+                            const i64& incx, const T& beta, T* y, const i64& incy);
+template <class T, class Alpha>
+using SyrKernel = void (*)(const char& uplo, const i64& n, const Alpha& alpha, const T* x, const i64& incx, T* a,
+                           const i64& lda);
+template <class T>
+using Syr2Kernel = void (*)(const char& uplo, const i64& n, const T& alpha, const T* x, const i64& incx, const T* y,
+                            const i64& incy, T* a, const i64& lda);
+/// Product with, or solution of, a triangular matrix and one vector.
+template <class T>
+using TrvKernel = void (*)(const char& uplo, const char& trans, const char& diag, const i64& n, const T* a,
+                           const i64& lda, T* x, const i64& incx);
+
+template <class T>
+using GemmKernel = void (*)(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k,
+                            const T& alpha, const T* a, const i64& lda, const T* b, const i64& ldb, const T& beta, T* c,
+                            const i64& ldc);
+template <class T> using GemmBetaKernel = void (*)(const i64& m, const i64& n, const T& beta, T* c, const i64& ldc);
+/// A tile against a B panel that the caller has packed; b itself serves tiles too small for packing.
+template <class T>
+using GemmTilePbKernel = void (*)(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k,
+                                  const T& alpha, const T* a, const i64& lda, const T* b, const i64& ldb,
+                                  const T* packed_b, const i64& ldbuf, const T& beta, T* c, const i64& ldc);
+/// A tile against an A block, scaled by alpha, and a B panel that the caller has packed.
+template <class T>
+using GemmTilePabKernel = void (*)(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k,
+                                   const T& alpha, const T* a, const i64& lda, const T* packed_a, const i64& a_stride,
+                                   const T* b, const i64& ldb, const T* packed_b, const i64& b_stride, const T& beta,
+                                   T* c, const i64& ldc);
+using GemmBlocksKernel = void (*)(const i64& m, const i64& n, const i64& k, i64& mb, i64& nb, i64& kb);
+template <class T>
+using GemmCopyAKernel = void (*)(const i64& rows, const i64& k, const T* a, const i64& lda, T* buffer,
+                                 const i64& stride, const T& alpha);
+template <class T>
+using GemmCopyBKernel = void (*)(const i64& k, const i64& columns, const T* b, const i64& ldb, T* buffer,
+                                 const i64& stride);
+
+template <class T>
+using SymmKernel = void (*)(const char& side, const char& uplo, const i64& m, const i64& n, const T& alpha, const T* a,
+                            const i64& lda, const T* b, const i64& ldb, const T& beta, T* c, const i64& ldc);
+template <class T, class Scalar>
+using SyrkKernel = void (*)(const char& uplo, const char& trans, const i64& n, const i64& k, const Scalar& alpha,
+                            const T* a, const i64& lda, const Scalar& beta, T* c, const i64& ldc);
+template <class T, class Beta>
+using Syr2kKernel = void (*)(const char& uplo, const char& trans, const i64& n, const i64& k, const T& alpha,
+                             const T* a, const i64& lda, const T* b, const i64& ldb, const Beta& beta, T* c,
+                             const i64& ldc);
+/// Product with, or solution of, a triangular matrix and many vectors.
+template <class T>
+using TrmKernel = void (*)(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m,
+                           const i64& n, const T& alpha, const T* a, const i64& lda, T* b, const i64& ldb);
+
 struct KernelTable {
     // Level 1, real.
     double (*dasum)(const i64& n, const double* x, const i64& incx);
@@ -58,12 +118,83 @@ struct KernelTable {
     void (*zgthr)(const i64& nz, const zcomplex* y, zcomplex* x, const i64* indx);
     void (*zsctr)(const i64& nz, const zcomplex* x, const i64* indx, zcomplex* y);
 
+    // Level 2.
+    GemvKernel<double> dgemv;
+    GerKernel<double> dger;
+    SymvKernel<double> dsymv;
+    SyrKernel<double, double> dsyr;
+    Syr2Kernel<double> dsyr2;
+    TrvKernel<double> dtrmv;
+    TrvKernel<double> dtrsv;
+    GemvKernel<zcomplex> zgemv;
+    GerKernel<zcomplex> zgerc;
+    GerKernel<zcomplex> zgeru;
+    SymvKernel<zcomplex> zhemv;
+    SyrKernel<zcomplex, double> zher;
+    Syr2Kernel<zcomplex> zher2;
+    SyrKernel<zcomplex, zcomplex> zsyr;
+    TrvKernel<zcomplex> ztrmv;
+    TrvKernel<zcomplex> ztrsv;
+
+    // Level 3: whole problems on one thread.
+    GemmKernel<double> xdgemm;
+    GemmKernel<zcomplex> xzgemm;
+    SymmKernel<double> dsymm;
+    SymmKernel<zcomplex> zsymm;
+    SymmKernel<zcomplex> zhemm;
+    SyrkKernel<double, double> dsyrk;
+    SyrkKernel<zcomplex, zcomplex> zsyrk;
+    SyrkKernel<zcomplex, double> zherk;
+    Syr2kKernel<double, double> dsyr2k;
+    Syr2kKernel<zcomplex, zcomplex> zsyr2k;
+    Syr2kKernel<zcomplex, double> zher2k;
+    TrmKernel<double> dtrmm;
+    TrmKernel<zcomplex> ztrmm;
+    TrmKernel<double> dtrsm;
+    TrmKernel<zcomplex> ztrsm;
+
+    // Pieces of GEMM that the threaded strategies put together. Only classes 2 and 3, or 2 alone, have most of them;
+    // "htn" marks the form for class 2 with SSE4.1.
+    GemmCopyAKernel<double> xdgemm_copy_at;
+    GemmCopyAKernel<zcomplex> xzgemm_copy_at;
+
+    // Classes 2 and 3.
+    GemmBetaKernel<double> xdgemm_beta;
+    GemmBetaKernel<zcomplex> xzgemm_beta;
+    GemmKernel<double> xdgemm_tile;
+    GemmKernel<zcomplex> xzgemm_tile;
+    GemmTilePbKernel<double> xdgemm_tile_pb;
+    GemmTilePbKernel<zcomplex> xzgemm_tile_pb;
+    GemmBlocksKernel xzgemm_blocks;
+    GemmCopyBKernel<zcomplex> xzgemm_copy_bn;
+    GemmCopyBKernel<zcomplex> xzgemm_copy_bt;
+    GemmCopyBKernel<zcomplex> xzgemm_copy_bc;
+
+    // Class 2 alone.
+    GemmBlocksKernel xdgemm_blocks_mc;
+    GemmCopyBKernel<double> xdgemm_copy_bn_mc;
+    GemmCopyBKernel<double> xdgemm_copy_bt_mc;
+    GemmKernel<double> xdgemm_tile_htn;
+    GemmTilePbKernel<double> xdgemm_tile_pb_htn;
+    GemmTilePabKernel<double> xdgemm_tile_pab;
+    GemmBlocksKernel xdgemm_blocks_htn;
+    GemmCopyAKernel<double> xdgemm_copy_an;
+    GemmCopyBKernel<double> xdgemm_copy_bn_htn;
+    GemmCopyBKernel<double> xdgemm_copy_bt_htn;
+    GemmKernel<zcomplex> xzgemm_tile_htn;
+    GemmTilePbKernel<zcomplex> xzgemm_tile_pb_htn;
+    GemmTilePabKernel<zcomplex> xzgemm_tile_pab;
+    GemmBlocksKernel xzgemm_blocks_htn;
+    GemmCopyAKernel<zcomplex> xzgemm_copy_an;
+    GemmCopyAKernel<zcomplex> xzgemm_copy_ac;
+    GemmCopyBKernel<zcomplex> xzgemm_copy_bn_htn;
+    GemmCopyBKernel<zcomplex> xzgemm_copy_bt_htn;
+    GemmCopyBKernel<zcomplex> xzgemm_copy_bc_htn;
+
     // Places kept for the families to come. A kernel that arrives takes one place from its family's row here and gets a
     // member of its own above.
-    NoKernel level2[15];
-    NoKernel level3_and_lapack[57]; // with the inner blocks of level 3 and the unblocked pieces of LAPACK
-    NoKernel tuned_mc_mc3[11];      // GEMM and SYRK pieces of classes 2 and 3
-    NoKernel tuned_mc[19];          // further pieces, class 2 alone
+    NoKernel lapack[39];      // the unblocked pieces of LAPACK, and inner blocks of level 3
+    NoKernel tuned_mc_mc3[1]; // SYRK piece of classes 2 and 3
 };
 
 inline constexpr int kernel_count = 138;

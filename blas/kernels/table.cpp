@@ -4,6 +4,13 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+template <class... Args> void does_nothing(Args...) {}
+
+/// The kernel itself where the class has it, else a routine that does nothing.
+template <bool Present, class... Args> consteval auto only(void (*kernel)(Args...)) {
+    return Present ? kernel : &does_nothing<Args...>;
+}
+
 consteval KernelTable make_table() {
     KernelTable table{
         .dasum = dasum,
@@ -45,15 +52,77 @@ consteval KernelTable make_table() {
         .zgthr = zgthr,
         .zsctr = zsctr,
 
-        .level2 = {},
-        .level3_and_lapack = {},
+        .dgemv = dgemv,
+        .dger = dger,
+        .dsymv = dsymv,
+        .dsyr = dsyr,
+        .dsyr2 = dsyr2,
+        .dtrmv = dtrmv,
+        .dtrsv = dtrsv,
+        .zgemv = zgemv,
+        .zgerc = zgerc,
+        .zgeru = zgeru,
+        .zhemv = zhemv,
+        .zher = zher,
+        .zher2 = zher2,
+        .zsyr = zsyr,
+        .ztrmv = ztrmv,
+        .ztrsv = ztrsv,
+
+        .xdgemm = xdgemm,
+        .xzgemm = xzgemm,
+        .dsymm = dsymm,
+        .zsymm = zsymm,
+        .zhemm = zhemm,
+        .dsyrk = dsyrk,
+        .zsyrk = zsyrk,
+        .zherk = zherk,
+        .dsyr2k = dsyr2k,
+        .zsyr2k = zsyr2k,
+        .zher2k = zher2k,
+        .dtrmm = dtrmm,
+        .ztrmm = ztrmm,
+        .dtrsm = dtrsm,
+        .ztrsm = ztrsm,
+        .xdgemm_copy_at = xdgemm_copy_at,
+        .xzgemm_copy_at = xzgemm_copy_at,
+
+        .xdgemm_beta = only<kClass >= CpuClass::mc>(xdgemm_beta),
+        .xzgemm_beta = only<kClass >= CpuClass::mc>(xzgemm_beta),
+        .xdgemm_tile = only<kClass >= CpuClass::mc>(xdgemm_tile),
+        .xzgemm_tile = only<kClass >= CpuClass::mc>(xzgemm_tile),
+        .xdgemm_tile_pb = only<kClass >= CpuClass::mc>(xdgemm_tile_pb),
+        .xzgemm_tile_pb = only<kClass >= CpuClass::mc>(xzgemm_tile_pb),
+        .xzgemm_blocks = only<kClass >= CpuClass::mc>(xzgemm_blocks),
+        .xzgemm_copy_bn = only<kClass >= CpuClass::mc>(xzgemm_copy_bn),
+        .xzgemm_copy_bt = only<kClass >= CpuClass::mc>(xzgemm_copy_bt),
+        .xzgemm_copy_bc = only<kClass >= CpuClass::mc>(xzgemm_copy_bc),
+
+        .xdgemm_blocks_mc = only < kClass == CpuClass::mc > (xdgemm_blocks_mc),
+        .xdgemm_copy_bn_mc = only < kClass == CpuClass::mc > (xdgemm_copy_bn_mc),
+        .xdgemm_copy_bt_mc = only < kClass == CpuClass::mc > (xdgemm_copy_bt_mc),
+        .xdgemm_tile_htn = only < kClass == CpuClass::mc > (xdgemm_tile_htn),
+        .xdgemm_tile_pb_htn = only < kClass == CpuClass::mc > (xdgemm_tile_pb_htn),
+        .xdgemm_tile_pab = only < kClass == CpuClass::mc > (xdgemm_tile_pab),
+        .xdgemm_blocks_htn = only < kClass == CpuClass::mc > (xdgemm_blocks_htn),
+        .xdgemm_copy_an = only < kClass == CpuClass::mc > (xdgemm_copy_an),
+        .xdgemm_copy_bn_htn = only < kClass == CpuClass::mc > (xdgemm_copy_bn_htn),
+        .xdgemm_copy_bt_htn = only < kClass == CpuClass::mc > (xdgemm_copy_bt_htn),
+        .xzgemm_tile_htn = only < kClass == CpuClass::mc > (xzgemm_tile_htn),
+        .xzgemm_tile_pb_htn = only < kClass == CpuClass::mc > (xzgemm_tile_pb_htn),
+        .xzgemm_tile_pab = only < kClass == CpuClass::mc > (xzgemm_tile_pab),
+        .xzgemm_blocks_htn = only < kClass == CpuClass::mc > (xzgemm_blocks_htn),
+        .xzgemm_copy_an = only < kClass == CpuClass::mc > (xzgemm_copy_an),
+        .xzgemm_copy_ac = only < kClass == CpuClass::mc > (xzgemm_copy_ac),
+        .xzgemm_copy_bn_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bn_htn),
+        .xzgemm_copy_bt_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bt_htn),
+        .xzgemm_copy_bc_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bc_htn),
+
+        .lapack = {},
         .tuned_mc_mc3 = {},
-        .tuned_mc = {},
     };
-    for (NoKernel& place : table.level2) place = no_kernel;
-    for (NoKernel& place : table.level3_and_lapack) place = no_kernel;
+    for (NoKernel& place : table.lapack) place = no_kernel;
     for (NoKernel& place : table.tuned_mc_mc3) place = no_kernel;
-    for (NoKernel& place : table.tuned_mc) place = no_kernel;
     return table;
 }
 

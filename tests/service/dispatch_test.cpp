@@ -67,7 +67,7 @@ TEST(KernelTables, EveryPlaceIsFilledAndEachClassHasItsOwn) {
         void* places[kernel_count];
         std::memcpy(places, &table, sizeof places);
         for (const void* place : places) EXPECT_NE(place, nullptr);
-        for (const NoKernel place : table.tuned_mc) {
+        for (const NoKernel place : table.lapack) {
             EXPECT_EQ(place, &no_kernel);
             place(); // does nothing, and returns
         }

@@ -1,0 +1,18 @@
+// Drivers of the matrix-vector product.
+#include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
+#include "blas/kernel/default_em64t/level2/slots.hpp"
+
+namespace nxl {
+
+void nxl_blas_dgemv(const char* trans, const i64* m, const i64* n, const double* alpha, const double* a, const i64* lda,
+                    const double* x, const i64* incx, const double* beta, double* y, const i64* incy) {
+    dgemv_slot(*trans, *m, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy);
+}
+
+void nxl_blas_zgemv(const char* trans, const i64* m, const i64* n, const zcomplex* alpha, const zcomplex* a,
+                    const i64* lda, const zcomplex* x, const i64* incx, const zcomplex* beta, zcomplex* y,
+                    const i64* incy) {
+    zgemv_slot(*trans, *m, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy);
+}
+
+} // namespace nxl
