@@ -99,7 +99,7 @@ template <class T> void test_symm(char side, char uplo, bool hermitian, i64 m, i
             const auto routine = hermitian ? nxl_blas_zhemm : nxl_blas_zsymm;
             routine(&side, &uplo, &m, &n, &alpha, a.data(), &lda, b.data(), &ldb, &beta, c.data(), &ldc);
         } else nxl_blas_dsymm(&side, &uplo, &m, &n, &alpha, a.data(), &lda, b.data(), &ldb, &beta, c.data(), &ldc);
-        EXPECT_TRUE(c == want) << side << uplo << ' ' << m << " x " << n << " on " << threads;
+        EXPECT_TRUE(c.agrees_with(want)) << side << uplo << ' ' << m << " x " << n << " on " << threads;
     }
 }
 
@@ -159,8 +159,8 @@ template <class T> void test_update(const Update<T>& update) {
         set_num_threads(threads);
         IntegerMatrix<T> c = before;
         update.run(c, a, b);
-        EXPECT_TRUE(c == want) << update.uplo << update.trans << (update.hermitian ? " hermitian " : " ")
-                               << (update.twice ? "2k " : "k ") << update.n << " on " << threads;
+        EXPECT_TRUE(c.agrees_with(want)) << update.uplo << update.trans << (update.hermitian ? " hermitian " : " ")
+                                         << (update.twice ? "2k " : "k ") << update.n << " on " << threads;
     }
 }
 
@@ -170,7 +170,7 @@ TYPED_TEST(Level3Threads, RankUpdates) {
         for (const bool hermitian : {false, sizeof(T) > sizeof(double)})
             for (const char uplo : {'L', 'U'})
                 for (const char trans : {'N', hermitian ? 'C' : 'T'})
-                    for (const auto& [n, k] : {std::pair<i64, i64>{301, 61}, {18, 15000}, {30, 30}})
+                    for (const auto& [n, k] : {std::pair<i64, i64>{301, 61}, {30, 5000}, {30, 30}})
                         test_update<T>({hermitian, twice, uplo, trans, n, k});
 }
 
