@@ -1,0 +1,84 @@
+// SSE4.1 and the caches, from CPUID leaves 1 and 4.
+#include "blas/kernel/default_em64t/level3/gemm_processor.hpp"
+#include "service/spin_lock.hpp"
+#include <algorithm>
+#include <atomic>
+#include <cpuid.h>
+#include <limits>
+
+namespace nxl {
+namespace {
+
+constexpr unsigned cache_leaf = 4;
+constexpr unsigned most_subleaves = 32;
+constexpr std::int32_t most_caches = 4;
+constexpr std::int32_t small_second_cache = 3 * 1024 * 1024;
+
+constinit std::atomic<Sse41> pretended_sse41{Sse41::of_processor};
+constinit std::atomic<const GemmCacheSizes*> pretended_caches{nullptr};
+
+constinit SpinLock probe_lock;
+constinit std::atomic<bool> probed{false};
+constinit GemmCacheSizes caches_found{};
+
+/// Zeros for a leaf above the processor's highest one.
+CpuidRegisters cpuid_of_processor(unsigned leaf, unsigned subleaf) {
+    CpuidRegisters r{};
+    __get_cpuid_count(leaf, subleaf, &r.eax, &r.ebx, &r.ecx, &r.edx);
+    return r;
+}
+
+enum class CacheType : unsigned { none = 0, data = 1, instruction = 2, unified = 3 };
+
+CacheType type_of(const CpuidRegisters& entry) { return static_cast<CacheType>(entry.eax & 0x1F); }
+
+/// ways * partitions * line size * sets, each of which the processor gives less one.
+std::int32_t bytes_of(const CpuidRegisters& entry) {
+    const std::uint64_t ways = (entry.ebx >> 22) + 1;
+    const std::uint64_t partitions = ((entry.ebx >> 12) & 0x3FF) + 1;
+    const std::uint64_t line = (entry.ebx & 0xFFF) + 1;
+    const std::uint64_t sets = std::uint64_t{entry.ecx} + 1;
+    constexpr std::uint64_t most = std::numeric_limits<std::int32_t>::max();
+    const std::uint64_t per_set = ways * partitions * line; // at most 2^32
+    return static_cast<std::int32_t>(sets > most / per_set ? most : per_set * sets);
+}
+
+} // namespace
+
+bool nxl_has_sse41() {
+    const Sse41 pretended = pretended_sse41.load(std::memory_order_relaxed);
+    if (pretended != Sse41::of_processor) return pretended == Sse41::present;
+    unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
+    __cpuid(1, eax, ebx, ecx, edx);
+    return (ecx & bit_SSE4_1) != 0;
+}
+
+GemmCacheSizes gemm_cache_sizes_from(CpuidReader cpuid) {
+    GemmCacheSizes caches{};
+    for (unsigned subleaf = 0; subleaf < most_subleaves && caches.count < most_caches; ++subleaf) {
+        const CpuidRegisters entry = cpuid(cache_leaf, subleaf);
+        if (type_of(entry) == CacheType::none || entry.ebx == 0) break;
+        if (type_of(entry) != CacheType::instruction) caches.size[caches.count++] = bytes_of(entry);
+    }
+    return caches;
+}
+
+bool second_cache_is_small(const GemmCacheSizes& caches) {
+    return caches.count > 0 && caches.size[1] <= small_second_cache;
+}
+
+const GemmCacheSizes& nxl_gemm_cache_sizes() {
+    if (const GemmCacheSizes* pretended = pretended_caches.load(std::memory_order_acquire)) return *pretended;
+    if (!probed.load(std::memory_order_acquire)) [[unlikely]] {
+        const SpinGuard held(probe_lock);
+        if (!probed.load(std::memory_order_relaxed)) caches_found = gemm_cache_sizes_from(cpuid_of_processor);
+        probed.store(true, std::memory_order_release);
+    }
+    return caches_found;
+}
+
+void pretend_sse41(Sse41 answer) { pretended_sse41.store(answer, std::memory_order_relaxed); }
+
+void pretend_cache_sizes(const GemmCacheSizes* caches) { pretended_caches.store(caches, std::memory_order_release); }
+
+} // namespace nxl

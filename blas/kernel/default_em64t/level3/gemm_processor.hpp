@@ -1,0 +1,38 @@
+// What the matrix product asks the processor itself: SSE4.1, and how large the caches are. Kernels include this too, so
+// nothing here is inline.
+#pragma once
+#include "service/types.hpp"
+
+namespace nxl {
+
+/// Whether the processor has SSE4.1 (bit 19 of ECX of CPUID leaf 1). Asked anew at each call: it divides class 2 in
+/// two.
+bool nxl_has_sse41();
+
+/// The caches that hold data, in the order in which the processor lists them; sizes in bytes.
+struct GemmCacheSizes {
+    std::int32_t count;   ///< caches found, at most 4; 0 where the processor does not tell
+    std::int32_t size[4]; ///< 0 beyond count
+};
+
+/// The caches of this processor, found at the first call.
+const GemmCacheSizes& nxl_gemm_cache_sizes();
+
+/// The second cache is known to hold at most 3 MiB, so that blocks of A have to be small.
+bool second_cache_is_small(const GemmCacheSizes& caches);
+
+struct CpuidRegisters {
+    unsigned eax, ebx, ecx, edx;
+};
+using CpuidReader = CpuidRegisters (*)(unsigned leaf, unsigned subleaf);
+
+/// What nxl_gemm_cache_sizes finds on a processor that answers as `cpuid` does: the data and unified caches of leaf 4.
+GemmCacheSizes gemm_cache_sizes_from(CpuidReader cpuid);
+
+/// For tests: what the two questions above answer in place of the processor, in the whole process.
+enum class Sse41 : int { of_processor, absent, present };
+void pretend_sse41(Sse41 answer);
+/// Null gives the processor back its word; else *caches has to live on.
+void pretend_cache_sizes(const GemmCacheSizes* caches);
+
+} // namespace nxl
