@@ -1,19 +1,87 @@
-// Drivers of the general matrix product.
+// Drivers of the general matrix product: gates, the pass that applies beta, the choice of strategy, and the strategy of
+// classes 0 and 1. The other strategies stand in gemm_omp_nhm.cpp, gemm_omp_mc.cpp and gemm_omp_htn.cpp.
 #include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
-#include "blas/kernel/default_em64t/level3/slots.hpp"
+#include "blas/kernel/default_em64t/level3/gemm_strategies.hpp"
+#include "service/parallel.hpp"
+#include "service/threads.hpp"
 
 namespace nxl {
+namespace {
+
+/// C := beta C over threads, in slices of columns.
+template <class T> void apply_beta(int threads, const GemmCall<T>& call) {
+    const i64 chunk = call.n / threads;
+    parallel_blocks(threads, threads, [&call, threads, chunk](int index) {
+        const Slice columns = slice_of(call.n, chunk, index, threads);
+        GemmSlots<T>::beta(call.m, columns.count, call.beta, call.c_at(0, columns.start), call.ldc);
+    });
+}
+
+/// Cuts the longer side of C, each slice a product of its own with the caller's beta.
+template <class T> void split_1d(i64 nt, const GemmCall<T>& call) {
+    const bool by_rows = call.n < call.m;
+    const i64 length = by_rows ? call.m : call.n;
+    const int slices = static_cast<int>(nt);
+    parallel_blocks(slices, slices, [&call, by_rows, length, nt](int index) {
+        const Slice part = slice_of(length, length / nt, index, nt);
+        const Slice rows = by_rows ? part : Slice{0, call.m};
+        const Slice columns = by_rows ? Slice{0, call.n} : part;
+        call.cell(rows, columns).run_serial();
+    });
+}
+
+bool may_fork(const GemmCall<double>& call, i64 nt) { return dgemm_may_fork(call.shape(), nt); }
+bool may_fork(const GemmCall<zcomplex>& call, i64 nt) { return zgemm_may_fork(call.shape(), nt); }
+
+/// Class 2 is divided in two; of the other classes nobody asks.
+bool is_htn(CpuClass cpu_class) { return cpu_class == CpuClass::mc && nxl_has_sse41(); }
+
+void run_strategy(CpuClass cpu_class, i64 nt, const GemmCall<double>& call) {
+    constexpr void (*by_strategy[])(i64, const GemmCall<double>&) = {
+        nxl_blas_dgemm_1d, dgemm_2D_nhm, dgemm_2D, dgemm_2D_abcopy_abx_m_km_par_p_htn, dgemm_1D_with_copy};
+    by_strategy[static_cast<int>(dgemm_strategy(call.shape(), nt, cpu_class, is_htn(cpu_class)))](nt, call);
+}
+
+void run_strategy(CpuClass cpu_class, i64 nt, const GemmCall<zcomplex>& call) {
+    constexpr void (*by_strategy[])(i64, const GemmCall<zcomplex>&) = {nxl_blas_zgemm_1d, zgemm_2D_nhm, zgemm_2D,
+                                                                       zgemm_2D_abcopy_abx_m_km_par_p_htn};
+    by_strategy[static_cast<int>(zgemm_strategy(call.shape(), cpu_class, is_htn(cpu_class)))](nt, call);
+}
+
+template <class T> void gemm_over_threads(int threads, GemmCall<T> call) {
+    const CpuClass cpu_class = nxl_cpu_class();
+    if (cpu_class == CpuClass::mc || cpu_class == CpuClass::mc3) {
+        if (!may_fork(call, threads)) return call.run_serial();
+        if (!counts_as(call.beta, 1.0)) apply_beta(threads, call);
+        if (counts_as(call.alpha, 0.0)) return;
+        call.beta = T{1.0};
+    }
+    run_strategy(cpu_class, threads, call);
+}
+
+template <class T> void gemm(const GemmCall<T>& call) {
+    if (call.m < 1 || call.n < 1) return;
+    if (gemm_is_small(call.shape())) return call.run_serial();
+    const int threads = max_threads(domain_blas);
+    if (threads < 2) return call.run_serial();
+    gemm_over_threads(threads, call);
+}
+
+} // namespace
+
+void nxl_blas_dgemm_1d(i64 nt, const GemmCall<double>& call) { split_1d(nt, call); }
+void nxl_blas_zgemm_1d(i64 nt, const GemmCall<zcomplex>& call) { split_1d(nt, call); }
 
 void nxl_blas_dgemm(const char* transa, const char* transb, const i64* m, const i64* n, const i64* k,
                     const double* alpha, const double* a, const i64* lda, const double* b, const i64* ldb,
                     const double* beta, double* c, const i64* ldc) {
-    xdgemm_slot(*transa, *transb, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+    gemm(GemmCall<double>{*transa, *transb, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc});
 }
 
 void nxl_blas_zgemm(const char* transa, const char* transb, const i64* m, const i64* n, const i64* k,
                     const zcomplex* alpha, const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb,
                     const zcomplex* beta, zcomplex* c, const i64* ldc) {
-    xzgemm_slot(*transa, *transb, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+    gemm(GemmCall<zcomplex>{*transa, *transb, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc});
 }
 
 } // namespace nxl

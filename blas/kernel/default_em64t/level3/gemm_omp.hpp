@@ -4,7 +4,7 @@
 
 namespace nxl {
 
-/// C := alpha op(A) op(B) + beta C.
+/// C := alpha op(A) op(B) + beta C, over threads where that pays.
 void nxl_blas_dgemm(const char* transa, const char* transb, const i64* m, const i64* n, const i64* k,
                     const double* alpha, const double* a, const i64* lda, const double* b, const i64* ldb,
                     const double* beta, double* c, const i64* ldc);

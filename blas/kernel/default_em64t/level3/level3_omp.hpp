@@ -1,4 +1,4 @@
-// Drivers of level 3 beside the general matrix product.
+// Drivers of level 3 beside the general matrix product: trsm_omp.cpp, symm_omp.cpp and rank_update_omp.cpp.
 #pragma once
 #include "service/types.hpp"
 

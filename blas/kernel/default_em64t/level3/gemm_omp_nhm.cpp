@@ -1,0 +1,27 @@
+// The threaded matrix product on class 3.
+#include "blas/kernel/default_em64t/level3/gemm_grid.hpp"
+#include "blas/kernel/default_em64t/level3/gemm_pairs.hpp"
+
+namespace nxl {
+namespace {
+
+struct NhmPairs {
+    static constexpr auto& blocks = xzgemm_blocks_slot;
+    static constexpr auto& copy_bn = xzgemm_copy_bn_slot;
+    static constexpr auto& copy_bt = xzgemm_copy_bt_slot;
+    static constexpr auto& copy_bc = xzgemm_copy_bc_slot;
+    static constexpr auto& tile_pb = xzgemm_tile_pb_slot;
+    static constexpr i64 row_unit = 1, column_unit = 4, depth_unit = 4, panel = 4;
+};
+
+} // namespace
+
+void dgemm_2D_nhm(i64 nt, const GemmCall<double>& call) {
+    const i64 threads = even_threads(nt);
+    const GemmGrid grid(call.shape(), threads, grid_rows(call.shape(), threads), 2, 4);
+    dgemm_on_grid(grid, call, xdgemm_tile_slot);
+}
+
+void zgemm_2D_nhm(i64 nt, const GemmCall<zcomplex>& call) { ZgemmInPairs<NhmPairs>(nt, call).run(); }
+
+} // namespace nxl

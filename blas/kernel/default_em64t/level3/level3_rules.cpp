@@ -1,0 +1,42 @@
+// Thread counts and cuts of symmetric products and rank updates.
+#include "blas/kernel/default_em64t/level3/level3_rules.hpp"
+#include <cmath>
+
+namespace nxl {
+namespace {
+
+constexpr i64 strip_unit = 8; // rows of the tallest register tile
+
+i64 strip_border(i64 n, i64 index, i64 strips) {
+    if (index == strips) return n;
+    const double share = static_cast<double>(index) / static_cast<double>(strips);
+    const auto border = static_cast<i64>(static_cast<double>(n) * std::sqrt(share));
+    return std::min(round_down(border + strip_unit / 2, strip_unit), n);
+}
+
+i64 slice_border(i64 length, i64 unit, i64 index, i64 parts) {
+    return index == parts ? length : round_down(length * index / parts, unit);
+}
+
+} // namespace
+
+int threads_for_work(double flops, int offered) {
+    return static_cast<int>(std::min(flops / flops_per_thread, static_cast<double>(offered)));
+}
+
+Slice balanced_slice(i64 length, i64 unit, i64 index, i64 parts) {
+    const i64 from = slice_border(length, unit, index, parts);
+    return {from, slice_border(length, unit, index + 1, parts) - from};
+}
+
+TriangleStrip triangle_strip(bool lower, i64 n, i64 index, i64 strips) {
+    const i64 from = strip_border(n, index, strips);
+    const Slice own{from, strip_border(n, index + 1, strips) - from}, before{0, from};
+    return {own, lower ? own : before, lower ? before : own};
+}
+
+int strips_for(i64 n, int threads) {
+    return static_cast<int>(std::min(i64{2} * threads, std::max(n / strip_unit, i64{1})));
+}
+
+} // namespace nxl

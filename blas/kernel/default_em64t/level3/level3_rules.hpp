@@ -1,0 +1,38 @@
+// How many threads the drivers of symmetric products and rank updates take, and how they cut C.
+#pragma once
+#include "blas/kernel/default_em64t/level3/slice.hpp"
+#include "service/types.hpp"
+
+namespace nxl {
+
+/// Real operations below which one more thread costs more than it gives: some 50 microseconds of work, against a few
+/// for the region and for the operands that each thread packs again.
+inline constexpr double flops_per_thread = 2e6;
+
+/// Multiply-adds as real operations: 2, or 8 for complex.
+template <class T> constexpr double flops_of(i64 m, i64 n, i64 k) {
+    const double multiply_adds = static_cast<double>(m) * static_cast<double>(n) * static_cast<double>(k);
+    return (sizeof(T) == sizeof(double) ? 2.0 : 8.0) * multiply_adds;
+}
+
+/// Threads for so much work, of `offered` ones; below 2 means serial.
+int threads_for_work(double flops, int offered);
+
+/// Part `index` of `parts` of a side, of nearly equal lengths that are multiples of `unit` but for the last.
+Slice balanced_slice(i64 length, i64 unit, i64 index, i64 parts);
+
+/// A strip of a triangle: the square part of it on the diagonal, and the rectangle that joins it to the edge.
+struct TriangleStrip {
+    Slice diagonal;      ///< rows and columns of the part on the diagonal
+    Slice rows, columns; ///< of the rectangle; the first strip has none
+};
+
+/// Strip `index` of `strips` of a triangle of order n, of equal areas: horizontal strips of a lower triangle, vertical
+/// ones of an upper. The borders lie at n sqrt(i / strips), rounded to a multiple of 8 but for the last.
+TriangleStrip triangle_strip(bool lower, i64 n, i64 index, i64 strips);
+
+/// Strips for a triangle of order n: two for each thread, so that each gets an early one, which is mostly diagonal, and
+/// a late one, which is mostly rectangle; but none without a row of its own.
+int strips_for(i64 n, int threads);
+
+} // namespace nxl

@@ -1,0 +1,72 @@
+// Drivers of the products with a symmetric or Hermitian matrix: the side of C that this matrix does not touch is cut.
+#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "blas/kernel/default_em64t/level3/level3_rules.hpp"
+#include "blas/kernel/default_em64t/level3/slots.hpp"
+#include "service/parallel.hpp"
+#include "service/threads.hpp"
+
+namespace nxl {
+namespace {
+
+constexpr i64 slice_unit = 4; // columns of a packed panel
+
+template <class T> struct SymmCall {
+    char side, uplo;
+    i64 m, n;
+    T alpha;
+    const T* a;
+    i64 lda;
+    const T* b;
+    i64 ldb;
+    T beta;
+    T* c;
+    i64 ldc;
+
+    bool left() const { return side == 'L' || side == 'l'; }
+    i64 free_length() const { return left() ? n : m; }
+    double flops() const { return flops_of<T>(m, n, left() ? m : n); }
+
+    template <class Kernel> void run(Kernel& kernel, Slice part) const {
+        const T* b_part = b + (left() ? part.start * ldb : part.start);
+        T* c_part = c + (left() ? part.start * ldc : part.start);
+        kernel(side, uplo, left() ? m : part.count, left() ? part.count : n, alpha, a, lda, b_part, ldb, beta, c_part,
+               ldc);
+    }
+};
+
+template <class T> int threads_of(const SymmCall<T>& p) {
+    if (p.alpha == T{} || threads_for_work(p.flops(), 2) < 2) return 1;
+    const i64 slices = p.free_length() / slice_unit;
+    return static_cast<int>(std::min(i64{threads_for_work(p.flops(), max_threads(domain_blas))}, slices));
+}
+
+/// C := alpha A B + beta C or alpha B A + beta C, as `kernel` does on one thread.
+template <class T, class Kernel> void symm_driver(const SymmCall<T>& p, Kernel& kernel) {
+    const int threads = threads_of(p);
+    if (threads < 2) return p.run(kernel, {0, p.free_length()});
+    parallel_blocks(threads, threads, [&, threads](int index) {
+        p.run(kernel, balanced_slice(p.free_length(), slice_unit, index, threads));
+    });
+}
+
+} // namespace
+
+void nxl_blas_dsymm(const char* side, const char* uplo, const i64* m, const i64* n, const double* alpha,
+                    const double* a, const i64* lda, const double* b, const i64* ldb, const double* beta, double* c,
+                    const i64* ldc) {
+    symm_driver<double>({*side, *uplo, *m, *n, *alpha, a, *lda, b, *ldb, *beta, c, *ldc}, dsymm_slot);
+}
+
+void nxl_blas_zsymm(const char* side, const char* uplo, const i64* m, const i64* n, const zcomplex* alpha,
+                    const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const zcomplex* beta,
+                    zcomplex* c, const i64* ldc) {
+    symm_driver<zcomplex>({*side, *uplo, *m, *n, *alpha, a, *lda, b, *ldb, *beta, c, *ldc}, zsymm_slot);
+}
+
+void nxl_blas_zhemm(const char* side, const char* uplo, const i64* m, const i64* n, const zcomplex* alpha,
+                    const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const zcomplex* beta,
+                    zcomplex* c, const i64* ldc) {
+    symm_driver<zcomplex>({*side, *uplo, *m, *n, *alpha, a, *lda, b, *ldb, *beta, c, *ldc}, zhemm_slot);
+}
+
+} // namespace nxl

@@ -1,0 +1,130 @@
+// Drivers of the triangular solution and the triangular product with many vectors: gates, then one region per call.
+#include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
+#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "blas/kernel/default_em64t/level3/slots.hpp"
+#include "service/parallel.hpp"
+#include "service/threads.hpp"
+#include <limits>
+
+namespace nxl {
+namespace {
+
+constexpr i64 never = std::numeric_limits<i64>::max();
+constexpr i64 always = -1;
+
+// By class.
+constexpr TriangularGate dtrsm_left_gates[cpu_class_count] = {
+    {false, never, 0, never}, {true, never, 8, 512}, {true, 512, 0, never}, {false, never, 0, never}};
+constexpr TriangularGate dtrsm_right_gates[cpu_class_count] = {
+    {false, never, 0, never}, {true, never, 0, never}, {true, always, 0, never}, {false, never, 0, never}};
+
+// A block of fewer than 4 vectors reads the whole triangle for too little work.
+constexpr TriangularGate left_gate{true, 512, 4, always};
+constexpr TriangularGate right_gate{true, always, 4, always};
+
+/// Estimates of work, in thousands of instructions or so.
+struct TriangularWork {
+    double triangle; ///< of passing over the triangle
+    double block;    ///< of one block
+
+    TriangularWork(i64 order, i64 q, double factor)
+        : triangle(factor * static_cast<double>(order + 1) * static_cast<double>(order) * 0.00390625),
+          block(factor * static_cast<double>(order) * static_cast<double>(q) * 0.0078125) {}
+};
+
+bool too_little_on_the_left(const TriangularWork& work) {
+    return (work.triangle < 1.0 && work.block < 6.0) || work.triangle + work.block <= 6.0;
+}
+
+bool too_little_on_the_right(const TriangularWork& work) {
+    return work.triangle <= 1.0 || work.block < 4.0 || work.triangle + work.block <= 10.0;
+}
+
+/// The arguments of the call that its blocks have in common.
+template <class T> struct TriangularCall {
+    char side, uplo, transa, diag;
+    i64 m, n;
+    T alpha;
+    const T* a;
+    i64 lda;
+    T* b;
+    i64 ldb;
+
+    TriangularShape shape() const { return {side == 'L' || side == 'l', m, n}; }
+};
+
+template <class T, class Kernel> void run_blocks(const TriangularCall<T>& p, int threads, i64 q, Kernel& kernel) {
+    const TriangularShape shape = p.shape();
+    parallel_blocks(threads, threads, [&, threads, q](int index) {
+        const Slice part = slice_of(shape.free_length(), q, index, threads);
+        const i64 rows = shape.left ? p.m : part.count, columns = shape.left ? part.count : p.n;
+        T* block = p.b + (shape.left ? part.start * p.ldb : part.start);
+        kernel(p.side, p.uplo, p.transa, p.diag, rows, columns, p.alpha, p.a, p.lda, block, p.ldb);
+    });
+}
+
+/// B := alpha op(A)^-1 B or alpha op(A) B, or the same from the right, as `kernel` does on one thread. `gate` answers
+/// for the call's side, once threads are there.
+template <class T, class Gate, class Kernel>
+void triangular_driver(const TriangularCall<T>& p, const Gate& gate, Kernel& kernel) {
+    if (p.n == 0) return;
+    const int threads = max_threads(domain_blas);
+    if (threads >= 2) {
+        constexpr double work_factor = sizeof(T) == sizeof(double) ? 1.0 : 4.0;
+        const TriangularGate& asked = gate(p.shape().left);
+        const i64 q = triangular_block(asked, p.shape(), threads);
+        if (!triangular_stays_serial(asked, p.shape(), q, work_factor)) return run_blocks(p, threads, q, kernel);
+    }
+    kernel(p.side, p.uplo, p.transa, p.diag, p.m, p.n, p.alpha, p.a, p.lda, p.b, p.ldb);
+}
+
+const TriangularGate& dtrsm_gate_of_processor(bool left) { return dtrsm_gate(nxl_cpu_class(), left); }
+
+} // namespace
+
+const TriangularGate& dtrsm_gate(CpuClass cpu_class, bool left) {
+    return (left ? dtrsm_left_gates : dtrsm_right_gates)[static_cast<int>(cpu_class)];
+}
+
+const TriangularGate& triangular_gate(bool left) { return left ? left_gate : right_gate; }
+
+i64 triangular_block(const TriangularGate& gate, const TriangularShape& shape, i64 threads) {
+    const i64 q = shape.free_length() / threads;
+    return shape.order() > gate.rounds_above ? round_down(q, 4) : q;
+}
+
+bool triangular_stays_serial(const TriangularGate& gate, const TriangularShape& shape, i64 q, double work_factor) {
+    if (shape.m < 17 && shape.n < 17) return true;
+    if (!gate.weighs_work) return false;
+    if (shape.order() > gate.least_q_above && q < gate.least_q) return true;
+    const TriangularWork work(shape.order(), q, work_factor);
+    return shape.left ? too_little_on_the_left(work) : too_little_on_the_right(work);
+}
+
+void nxl_blas_dtrmm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
+                    const i64* n, const double* alpha, const double* a, const i64* lda, double* b, const i64* ldb) {
+    triangular_driver<double>({*side, *uplo, *transa, *diag, *m, *n, *alpha, a, *lda, b, *ldb}, triangular_gate,
+                              dtrmm_slot);
+}
+
+void nxl_blas_ztrmm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
+                    const i64* n, const zcomplex* alpha, const zcomplex* a, const i64* lda, zcomplex* b,
+                    const i64* ldb) {
+    triangular_driver<zcomplex>({*side, *uplo, *transa, *diag, *m, *n, *alpha, a, *lda, b, *ldb}, triangular_gate,
+                                ztrmm_slot);
+}
+
+void nxl_blas_dtrsm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
+                    const i64* n, const double* alpha, const double* a, const i64* lda, double* b, const i64* ldb) {
+    triangular_driver<double>({*side, *uplo, *transa, *diag, *m, *n, *alpha, a, *lda, b, *ldb}, dtrsm_gate_of_processor,
+                              dtrsm_slot);
+}
+
+void nxl_blas_ztrsm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
+                    const i64* n, const zcomplex* alpha, const zcomplex* a, const i64* lda, zcomplex* b,
+                    const i64* ldb) {
+    triangular_driver<zcomplex>({*side, *uplo, *transa, *diag, *m, *n, *alpha, a, *lda, b, *ldb}, triangular_gate,
+                                ztrsm_slot);
+}
+
+} // namespace nxl
