@@ -8,15 +8,22 @@
 namespace nxl::bench {
 namespace {
 
-std::vector<Case> cases_of(const std::vector<const char*>& routines, const std::vector<int>& sizes) {
+/// A routine with the option letters to time it with.
+struct Variants {
+    const char* routine;
+    std::vector<const char*> options = {""};
+};
+
+std::vector<Case> cases_of(const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
     std::vector<Case> cases;
-    for (const char* routine : routines)
-        for (const int n : sizes) cases.push_back({routine, n});
+    for (const Variants& variants : routines)
+        for (const char* options : variants.options)
+            for (const Size& size : sizes) cases.push_back({variants.routine, options, size});
     return cases;
 }
 
 int compare(const Request& request, const std::vector<Contender>& contenders, const std::vector<Case>& cases) {
-    Comparison comparison(request.family, contenders);
+    Comparison comparison(request.family, contenders, peak_flops_per_second());
     const bool agreed = comparison.run(cases, request.filter);
     if (!request.csv.empty()) comparison.report().write_csv(request.csv);
     if (!request.plot.empty()) plot_ratios(comparison.report(), request.plot);
@@ -38,16 +45,36 @@ int compare_on_one_thread(const Request& request, const std::vector<Case>& cases
     print_machine();
     print_libraries(nxl, peers);
     print_peaks(1);
-    std::vector<Contender> contenders = {{&nxl, 1, nxl.name}};
-    for (const Library& peer : peers) contenders.push_back({&peer, 1, peer.name});
+    std::vector<Contender> contenders = {{&nxl, 1, nxl.name, false}};
+    for (const Library& peer : peers) contenders.push_back({&peer, 1, peer.name, true});
     return compare(request, contenders, cases);
 }
 
 int run_level1(const Request& request) {
-    static const std::vector<const char*> routines = {"ddot",  "daxpy", "dscal",  "dcopy",  "dswap", "dasum", "idamax",
-                                                      "drot",  "dnrm2", "zdotc",  "zdotu",  "zaxpy", "zscal", "zdscal",
-                                                      "zcopy", "zswap", "dzasum", "izamax", "zdrot", "dznrm2"};
+    static const std::vector<Variants> routines = {{"ddot"},  {"daxpy"},  {"dscal"},  {"dcopy"},  {"dswap"},
+                                                   {"dasum"}, {"idamax"}, {"drot"},   {"dnrm2"},  {"zdotc"},
+                                                   {"zdotu"}, {"zaxpy"},  {"zscal"},  {"zdscal"}, {"zcopy"},
+                                                   {"zswap"}, {"dzasum"}, {"izamax"}, {"zdrot"},  {"dznrm2"}};
     return compare_on_one_thread(request, cases_of(routines, {100, 1'000, 10'000, 10'000'000}));
+}
+
+int run_gemm(const Request& request) {
+    static const std::vector<Variants> routines = {{"dgemm", {"NN", "TN", "NT", "TT"}},
+                                                   {"zgemm", {"NN", "TN", "NT", "TT", "NC"}}};
+    static const std::vector<Size> sizes = {16,
+                                            32,
+                                            64,
+                                            128,
+                                            256,
+                                            512,
+                                            1000,
+                                            1001,
+                                            2000,
+                                            {2000, 2000, 32},
+                                            {2000, 8, 2000},
+                                            {8, 2000, 2000},
+                                            {100'000, 16, 16}};
+    return compare_on_one_thread(request, cases_of(routines, sizes));
 }
 
 /// This library on two threads against itself on one, and against peers on two. Classes 0 and 1 do not thread level 1.
@@ -62,9 +89,9 @@ int run_threads(const Request& request) {
     print_machine();
     print_libraries(nxl, peers);
     print_peaks(2);
-    std::vector<Contender> contenders = {{&nxl, 2, nxl.name}, {&nxl, 1, nxl.name + " alone"}};
-    for (const Library& peer : peers) contenders.push_back({&peer, 2, peer.name});
-    return compare(request, contenders, cases_of({"ddot", "daxpy"}, {10'000'000}));
+    std::vector<Contender> contenders = {{&nxl, 2, nxl.name, false}, {&nxl, 1, nxl.name + " alone", false}};
+    for (const Library& peer : peers) contenders.push_back({&peer, 2, peer.name, true});
+    return compare(request, contenders, cases_of({{"ddot"}, {"daxpy"}}, {10'000'000}));
 }
 
 int run_bandwidth(const Request&) {
@@ -82,6 +109,7 @@ int run_bandwidth(const Request&) {
 const std::vector<Family>& families() {
     static const std::vector<Family> all = {
         {"level1", "vector operations, one thread, against each peer", run_level1},
+        {"gemm", "matrix products, one thread, against each peer", run_gemm},
         {"threads", "vector operations of class 3 on two threads", run_threads},
         {"overhead", "what a call costs before its kernel starts", run_overhead},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth},

@@ -18,16 +18,16 @@ template <class Value> std::size_t place_of(std::vector<Value>& seen, const Valu
 std::string blocks(const Report& report, std::size_t column, std::vector<std::string>& routines,
                    std::vector<int>& sizes) {
     for (const Timing& timing : report.timings()) {
-        place_of(routines, timing.routine);
-        place_of(sizes, timing.n);
+        place_of(routines, timing.which.label());
+        place_of(sizes, timing.which.size.n);
     }
     std::ostringstream out;
     for (std::size_t size = 0; size < sizes.size(); ++size) {
         const double shift = 0.15 * (static_cast<double>(size) - 0.5 * static_cast<double>(sizes.size() - 1));
         for (const Timing& timing : report.timings())
-            if (timing.n == sizes[size] && !std::isnan(ratio(timing, column)))
-                out << static_cast<double>(place_of(routines, timing.routine)) + shift << ' ' << ratio(timing, column)
-                    << '\n';
+            if (timing.which.size.n == sizes[size] && !std::isnan(ratio(timing, column)))
+                out << static_cast<double>(place_of(routines, timing.which.label())) + shift << ' '
+                    << ratio(timing, column) << '\n';
         out << "\n\n";
     }
     return out.str();
