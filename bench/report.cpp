@@ -33,6 +33,8 @@ struct Mean {
 
 } // namespace
 
+std::string threads_text(int threads) { return std::to_string(threads) + (threads == 1 ? " thread" : " threads"); }
+
 double rate(const Timing& timing, std::size_t column) {
     const double amount = timing.work.flops > 0.0 ? timing.work.flops : timing.work.bytes();
     return amount / timing.seconds[column] * 1e-9;
@@ -57,8 +59,7 @@ void Report::print_heading() const {
     for (const Column& column : columns_) std::printf(" %11s", column.label.c_str());
     for (std::size_t i = 1; i < columns_.size(); ++i) std::printf(" %14s", ("/ " + columns_[i].label).c_str());
     std::printf(" %11s %8s\n%-12s %13s %-7s", "/ best peer", "of peak", "", "", "");
-    for (const Column& column : columns_)
-        std::printf(" %11s", (std::to_string(column.threads) + (column.threads == 1 ? " thread" : " threads")).c_str());
+    for (const Column& column : columns_) std::printf(" %11s", threads_text(column.threads).c_str());
     std::printf("\n");
 }
 
@@ -83,6 +84,7 @@ void Report::print_means(const std::string& label) const {
         to_best.add(ratio_to_best(timing));
     }
     means.push_back(to_best);
+    if (std::ranges::all_of(means, [](const Mean& mean) { return mean.count == 0; })) return;
     std::printf("%-12s", label.empty() ? "all" : label.c_str());
     for (std::size_t i = 1; i < means.size(); ++i) {
         print_number(16, 2, means[i].geometric());

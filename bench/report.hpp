@@ -48,6 +48,9 @@ class Report {
     void write_csv(const std::string& file) const;
 };
 
+/// "1 thread", "2 threads".
+std::string threads_text(int threads);
+
 /// How many times as fast the first column is as another; NaN when either is missing.
 double ratio(const Timing& timing, std::size_t column);
 
