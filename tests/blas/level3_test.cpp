@@ -40,7 +40,7 @@ class Level3 : public ::testing::TestWithParam<const Routine*> {
 };
 
 TEST_P(Level3, EverySmallShapeInEveryForm) {
-    constexpr std::array sizes = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13, 15, 16, 17, 20};
+    constexpr std::array sizes = {0, 1, 2, 3, 4, 5, 7, 8, 9, 12, 13, 16, 17, 20};
     Generator generator(1);
     for (const BlasCall& letters : letters_of(*GetParam()))
         for (const int first : sizes)
@@ -54,9 +54,7 @@ TEST_P(Level3, EdgesOfBlocks) { // in one dimension, and a few in both
     for (const int size : {31, 32, 33, 47, 48, 49, 63, 64, 65, 95, 96, 97, 127, 128, 129, 191, 193, 255, 256, 257})
         for (const int thin : {1, 3, 4, 9})
             for (const auto& [first, second] : {std::pair(size, thin), std::pair(thin, size)})
-                for (int round = 0; round < 2; ++round)
-                    ASSERT_TRUE(
-                        GetParam()->check(randomised(sized(pick(generator, letters), first, second), generator)));
+                ASSERT_TRUE(GetParam()->check(randomised(sized(pick(generator, letters), first, second), generator)));
     for (const int size : {31, 33, 48, 64, 65, 96, 97, 129, 160})
         ASSERT_TRUE(GetParam()->check(randomised(sized(pick(generator, letters), size, size + 5), generator)));
 }
@@ -87,7 +85,8 @@ TEST(Trsm, SingularAndInfiniteTrianglesReturn) { // nothing is promised of the v
                 for (const double odd : {0.0, std::numeric_limits<double>::infinity(), std::nan("")})
                     for (const i64 order : {5, 37, 130}) {
                         const auto size = static_cast<std::size_t>(order);
-                        std::vector<double> a(size * size, 0.25), b(size * size, 1.0);
+                        std::vector<double> a(size * size, 0.25 / static_cast<double>(order)), b(size * size, 1.0);
+                        for (std::size_t i = 0; i < size; ++i) a[i * (size + 1)] = 2.0;
                         a[size / 2 * (size + 1)] = odd;
                         nxl_blas_dtrsm(&side, &uplo, &trans, "N", &order, &order, &alpha, a.data(), &order, b.data(),
                                        &order);

@@ -23,10 +23,8 @@ class GuardedMemory {
 
   public:
     explicit GuardedMemory(std::size_t bytes) : inner_((bytes + page_ - 1) / page_ * page_) {
-        base_ = static_cast<char*>(
-            mmap(nullptr, inner_ + 2 * page_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-        mprotect(base_, page_, PROT_NONE);
-        mprotect(base_ + page_ + inner_, page_, PROT_NONE);
+        base_ = static_cast<char*>(mmap(nullptr, inner_ + 2 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+        mprotect(base_ + page_, inner_, PROT_READ | PROT_WRITE);
     }
     ~GuardedMemory() { munmap(base_, inner_ + 2 * page_); }
     GuardedMemory(const GuardedMemory&) = delete;
