@@ -21,10 +21,16 @@ template <class T> [[gnu::always_inline]] inline bool only_scales(const GeneralP
     return true;
 }
 
+/// Memory for the blocks of a plan, whole panels of it.
+template <class T> [[gnu::always_inline]] inline GemmBuffers buffers_for(const Plan& plan) {
+    const GemmBlocks& blocks = plan.blocks;
+    return {up_to(blocks.mb, kPanelRows<T>), plan.copies_b ? blocks.nb : 0, up_to(blocks.kb, 4), sizeof(T)};
+}
+
 /// The rows up to a multiple of `unit` by packing, the few that are left without.
 template <class T> void packed_form(const GeneralProduct<T>& g, const Plan& plan, i64 unit) {
     const i64 main_rows = down_to(g.m, unit);
-    const GemmBuffers buffers(plan.blocks.mb, plan.copies_b ? plan.blocks.nb : 0, up_to(plan.blocks.kb, 4), sizeof(T));
+    const GemmBuffers buffers = buffers_for<T>(plan);
     if (!buffers.there()) return plain_gemm(g);
     Result<T> to = g.to;
     if (!plan.copies_b && g.b.conjugate) to.b_sign = -1.0;

@@ -52,7 +52,7 @@ void gemm_tile_pb(const GeneralProduct<T>& g, const T* packed_b, i64 ldbuf, cons
                   LeastSizes least_sizes) {
     if (only_scales(g)) return;
     if (below(g, least_sizes)) return plain_gemm(g);
-    const GemmBuffers buffers(blocks.mb, 0, up_to(g.k, 4), sizeof(T));
+    const GemmBuffers buffers = buffers_for<T>({{blocks.mb, 0, g.k}, false, false});
     if (!buffers.there()) return plain_gemm(g);
     const i64 main_rows = down_to(g.m, row_unit<T>), stride = panel_stride_a<T>(g.k);
     const GeneralA<T> a{g.a, g.alpha};
