@@ -15,11 +15,16 @@
 namespace nxl::bench {
 namespace {
 
+constexpr double beyond_caches = 32e6;  // bytes: what memory gives varies more from round to round
+constexpr double long_flops = 2e9;      // half a second in which nothing else is learnt
+constexpr std::size_t least_rounds = 3; // also of cases where a single one takes long enough
+
 /// One case: a routine at a size, its operands, and those contenders that have it.
 class CaseRun {
     const std::vector<Contender>& contenders_;
     const Routine& routine_;
-    int n_;
+    Case case_;
+    double core_flops_;
     Work work_;
     Operands operands_;
     std::vector<std::size_t> present_;
@@ -43,27 +48,29 @@ class CaseRun {
     }
 
   public:
-    CaseRun(const std::vector<Contender>& contenders, const Case& which)
+    CaseRun(const std::vector<Contender>& contenders, const Case& which, double core_flops)
         : contenders_(contenders),
           routine_(routine(which.routine)),
-          n_(which.n),
-          work_(routine_.work(n_)),
-          operands_(n_, work_.doubles) {
+          case_(which),
+          core_flops_(core_flops),
+          work_(routine_.work(which)),
+          operands_(which, work_.layout) {
         for (std::size_t i = 0; i < contenders_.size(); ++i)
             if (symbol_of(i).address) present_.push_back(i);
     }
 
     /// The first contender that disagrees with the one in the first column; null when there is none.
     const Contender* first_to_disagree() {
-        // Sums in another order differ by as much as n roundings, or in a run of random signs by the root of it.
-        const double elements = std::max<double>(16.0, n_);
-        const double tolerance = std::numeric_limits<double>::epsilon() * elements * std::sqrt(elements);
-        operands_.refill();
-        run(present_.front(), operands_, 2);
-        Operands theirs(n_, work_.doubles);
+        // Sums of n terms in another order differ by as much as n roundings of values up to the root of n.
+        const double terms = std::max(16, work_.terms);
+        const double tolerance = std::numeric_limits<double>::epsilon() * terms * std::sqrt(terms);
+        const int calls = work_.flops < long_flops ? 3 : 1; // an odd number, as every second call undoes one
+        run(present_.front(), operands_, calls);
+        Operands theirs(case_, work_.layout);
         for (const std::size_t i : present_) {
+            if (i == present_.front()) continue;
             theirs.refill();
-            run(i, theirs, 2);
+            run(i, theirs, calls);
             if (!(theirs.difference(operands_) <= tolerance)) return &contenders_[i];
         }
         return nullptr;
@@ -73,8 +80,9 @@ class CaseRun {
     Timing time(benchmark::State& state) {
         if (!rounds_) start_rounds();
         for (auto _ : state) state.SetIterationTime(rounds_->round());
+        while (rounds_->rounds() < least_rounds) rounds_->round();
 
-        Timing timing{routine_.name, n_, work_, std::vector<double>(contenders_.size(), NAN), least_seconds()};
+        Timing timing{case_, work_, std::vector<double>(contenders_.size(), NAN), least_seconds()};
         const std::vector<double> seconds = rounds_->seconds();
         for (std::size_t i = 0; i < present_.size(); ++i) timing.seconds[present_[i]] = seconds[i];
         return timing;
@@ -83,11 +91,11 @@ class CaseRun {
     /// Whichever takes longer at the machine's peak: the arithmetic, or the traffic with the level of memory that holds
     /// the operands.
     double least_seconds() const {
-        static const double flops = peak_flops_per_second();
         const int threads = contenders_.front().threads;
-        const double footprint = std::min(work_.bytes(), 16.0 * static_cast<double>(work_.doubles));
-        const auto kind = work_.stored > 0.0 ? Traffic::stores : Traffic::reads;
-        return std::max(work_.flops / (flops * threads), work_.bytes() / peak_bandwidth(kind, footprint, threads));
+        const double footprint = std::min(work_.bytes(), sizeof(double) * static_cast<double>(work_.layout.doubles()));
+        const auto kind = work_.stored > 0.1 * work_.loaded ? Traffic::stores : Traffic::reads;
+        return std::max(work_.flops / (core_flops_ * threads),
+                        work_.bytes() / peak_bandwidth(kind, footprint, threads));
     }
 };
 
@@ -97,9 +105,10 @@ struct Current {
     std::optional<Timing> timing;
 };
 
-void run_case(benchmark::State& state, Current& current, const std::vector<Contender>& contenders, const Case& which) {
+void run_case(benchmark::State& state, Current& current, const std::vector<Contender>& contenders, const Case& which,
+              double core_flops) {
     if (!current.run) {
-        current.run = std::make_unique<CaseRun>(contenders, which);
+        current.run = std::make_unique<CaseRun>(contenders, which, core_flops);
         if (const Contender* odd = current.run->first_to_disagree())
             return state.SkipWithError((odd->label + " has another result than " + contenders[0].label).c_str());
     }
@@ -134,23 +143,32 @@ class LineReporter : public benchmark::BenchmarkReporter {
 std::vector<Column> columns_of(const std::vector<Contender>& contenders) {
     std::vector<Column> columns;
     for (const Contender& contender : contenders)
-        columns.push_back({contender.label, contender.library->version, contender.threads});
+        columns.push_back({contender.label, contender.library->version, contender.threads, contender.peer});
     return columns;
 }
 
 } // namespace
 
-Comparison::Comparison(std::string family, std::vector<Contender> contenders)
+Comparison::Comparison(std::string family, std::vector<Contender> contenders, double core_flops)
     : family_(std::move(family)),
       contenders_(std::move(contenders)),
-      report_(family_, columns_of(contenders_)) {}
+      core_flops_(core_flops),
+      report_(family_, columns_of(contenders_), core_flops * contenders_.front().threads) {}
+
+bool Comparison::anyone_has(const std::string& routine_name) const {
+    return std::ranges::any_of(contenders_, [&](const Contender& contender) {
+        return contender.library->symbol(routine_name).address != nullptr;
+    });
+}
 
 bool Comparison::run(const std::vector<Case>& cases, const std::string& filter) {
     Current current;
     for (const Case& which : cases) {
-        const std::string name = family_ + "/" + which.routine + "/" + std::to_string(which.n);
-        const double seconds = which.n > 1'000'000 ? 1.5 : 0.3;
-        benchmark::RegisterBenchmark(name.c_str(), run_case, std::ref(current), std::cref(contenders_), which)
+        if (!anyone_has(which.routine)) continue;
+        const std::string name = family_ + "/" + which.label() + "/" + which.size.text();
+        const double seconds = routine(which.routine).work(which).bytes() > beyond_caches ? 1.5 : 0.3;
+        benchmark::RegisterBenchmark(name.c_str(), run_case, std::ref(current), std::cref(contenders_), which,
+                                     core_flops_)
             ->UseManualTime()
             ->MinTime(seconds);
     }

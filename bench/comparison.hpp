@@ -10,22 +10,23 @@ struct Contender {
     const Library* library;
     int threads;
     std::string label;
+    bool peer; // not this library
 };
 
-struct Case {
-    std::string routine;
-    int n;
-};
-
-/// Times the cases whose name, such as level1/ddot/1000, matches the regular expression. Returns whether all contenders
-/// agreed; a case on which they do not is reported and not timed.
+/// Times the cases whose name, such as level1/ddot/1000 or gemm/dgemm-TN/512, matches the regular expression. Returns
+/// whether all contenders agreed; a case on which they do not is reported and not timed; one that no contender has is
+/// left out.
 class Comparison {
     std::string family_;
     std::vector<Contender> contenders_;
+    double core_flops_;
     Report report_;
 
+    bool anyone_has(const std::string& routine_name) const;
+
   public:
-    Comparison(std::string family, std::vector<Contender> contenders);
+    /// core_flops: operations per second of one core at its peak.
+    Comparison(std::string family, std::vector<Contender> contenders, double core_flops);
 
     bool run(const std::vector<Case>& cases, const std::string& filter);
     const Report& report() const { return report_; }

@@ -1,4 +1,5 @@
 #include "bench/families.hpp"
+#include "bench/family_cases.hpp"
 #include "bench/machine.hpp"
 #include "bench/peak.hpp"
 #include "bench/plot.hpp"
@@ -8,69 +9,85 @@
 namespace nxl::bench {
 namespace {
 
-std::vector<Case> cases_of(const std::vector<const char*>& routines, const std::vector<int>& sizes) {
+/// This library against peers on the same number of threads, and against itself on one where that is another number.
+struct Contest {
     std::vector<Case> cases;
-    for (const char* routine : routines)
-        for (const int n : sizes) cases.push_back({routine, n});
-    return cases;
-}
+    int threads = 1;
+    std::vector<Library> (*peers)() = Library::peers;
+    double (*core_flops)() = peak_flops_per_second;
+    void (*plot)(const Report& report, const std::string& file) = plot_ratios;
+};
 
-int compare(const Request& request, const std::vector<Contender>& contenders, const std::vector<Case>& cases) {
-    Comparison comparison(request.family, contenders);
-    const bool agreed = comparison.run(cases, request.filter);
-    if (!request.csv.empty()) comparison.report().write_csv(request.csv);
-    if (!request.plot.empty()) plot_ratios(comparison.report(), request.plot);
-    return agreed ? EXIT_SUCCESS : EXIT_FAILURE;
-}
-
-void print_peaks(int threads) {
+void print_peaks(double core_flops, int threads) {
     std::printf("peak       %.1f GFLOP/s a core; memory, %d core%s: %.1f GB/s read, %.1f GB/s read and stored\n",
-                peak_flops_per_second() * 1e-9, threads, threads == 1 ? "" : "s",
+                core_flops * 1e-9, threads, threads == 1 ? "" : "s",
                 peak_bandwidth(Traffic::reads, memory_bytes, threads) * 1e-9,
                 peak_bandwidth(Traffic::stores, memory_bytes, threads) * 1e-9);
 }
 
-/// This library against each peer, all of them on one thread.
-int compare_on_one_thread(const Request& request, const std::vector<Case>& cases) {
-    limit_threads_of_peers(1);
-    const Library nxl = Library::nxl(request.library);
-    const std::vector<Library> peers = Library::peers();
-    print_machine();
-    print_libraries(nxl, peers);
-    print_peaks(1);
-    std::vector<Contender> contenders = {{&nxl, 1, nxl.name}};
-    for (const Library& peer : peers) contenders.push_back({&peer, 1, peer.name});
-    return compare(request, contenders, cases);
-}
-
-int run_level1(const Request& request) {
-    static const std::vector<const char*> routines = {"ddot",  "daxpy", "dscal",  "dcopy",  "dswap", "dasum", "idamax",
-                                                      "drot",  "dnrm2", "zdotc",  "zdotu",  "zaxpy", "zscal", "zdscal",
-                                                      "zcopy", "zswap", "dzasum", "izamax", "zdrot", "dznrm2"};
-    return compare_on_one_thread(request, cases_of(routines, {100, 1'000, 10'000, 10'000'000}));
-}
-
-/// This library on two threads against itself on one, and against peers on two. Classes 0 and 1 do not thread level 1.
-int run_threads(const Request& request) {
-    setenv("NXL_DEBUG_CPU_TYPE", "3", 0);
-    // Idle threads sleep at once: while one contender runs, those of the others would be on its cores.
+/// Libraries read these when they are loaded or first called. Idle threads sleep at once: while one contender runs,
+/// those of the others would be on its cores.
+void prepare_environment(int threads) {
     setenv("KMP_BLOCKTIME", "0", 0);
     setenv("OPENBLAS_THREAD_TIMEOUT", "4", 0);
-    limit_threads_of_peers(2);
+    setenv("NXL_DYNAMIC", "FALSE", 1);
+    limit_threads_of_peers(threads);
+}
+
+int run_contest(const Request& request, const Contest& contest) {
+    const int threads = contest.threads;
+    prepare_environment(threads);
     const Library nxl = Library::nxl(request.library);
-    const std::vector<Library> peers = Library::peers();
+    const std::vector<Library> peers = contest.peers();
+    const double core_flops = contest.core_flops();
     print_machine();
     print_libraries(nxl, peers);
-    print_peaks(2);
-    std::vector<Contender> contenders = {{&nxl, 2, nxl.name}, {&nxl, 1, nxl.name + " alone"}};
-    for (const Library& peer : peers) contenders.push_back({&peer, 2, peer.name});
-    return compare(request, contenders, cases_of({"ddot", "daxpy"}, {10'000'000}));
+    print_peaks(core_flops, threads);
+
+    std::vector<Contender> contenders = {{&nxl, threads, nxl.name, false}};
+    if (threads > 1) contenders.push_back({&nxl, 1, nxl.name + " alone", false});
+    for (const Library& peer : peers) contenders.push_back({&peer, threads, peer.name, true});
+    Comparison comparison(request.family, contenders, core_flops);
+    const bool agreed = comparison.run(contest.cases, request.filter);
+    if (!request.csv.empty()) comparison.report().write_csv(request.csv);
+    if (!request.plot.empty()) contest.plot(comparison.report(), request.plot);
+    return agreed ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+int run_level1(const Request& request) { return run_contest(request, {.cases = level1_cases()}); }
+
+int run_level2(const Request& request) { return run_contest(request, {.cases = level2_cases()}); }
+
+int run_level3(const Request& request) { return run_contest(request, {.cases = level3_cases(), .plot = plot_rates}); }
+
+int run_gemm(const Request& request) { return run_contest(request, {.cases = gemm_cases(), .plot = plot_rates}); }
+
+/// The plain 128-bit kernels of one class, 0 unless NXL_DEBUG_CPU_TYPE names another, against a peer held to SSE3.
+int run_narrow(const Request& request) {
+    setenv("NXL_VECTOR_BITS", "128", 1);
+    setenv("NXL_DEBUG_CPU_TYPE", "0", 0);
+    setenv("OPENBLAS_CORETYPE", "Prescott", 1);
+    return run_contest(request, {.cases = narrow_cases(),
+                                 .peers = Library::openblas,
+                                 .core_flops = peak_sse2_flops_per_second,
+                                 .plot = plot_rates});
+}
+
+/// Classes 0 and 1 do not thread level 1.
+int run_threads(const Request& request) {
+    setenv("NXL_DEBUG_CPU_TYPE", "3", 0);
+    return run_contest(request, {.cases = level1_threads_cases(), .threads = 2});
+}
+
+int run_threads3(const Request& request) {
+    return run_contest(request, {.cases = level3_threads_cases(), .threads = 2});
 }
 
 int run_bandwidth(const Request&) {
     print_machine();
-    std::printf("peak       %.1f GFLOP/s a core\n\n%-8s %14s %14s   GB/s, loads and stores each counted once\n",
-                peak_flops_per_second() * 1e-9, "memory", "one core", "two cores");
+    std::printf("peak       %.1f GFLOP/s a core, %.1f by 128-bit multiplications and additions\n\n"
+                "%-8s %14s %14s   GB/s, loads and stores each counted once\n",
+                peak_flops_per_second() * 1e-9, peak_sse2_flops_per_second() * 1e-9, "memory", "one core", "two cores");
     for (const Traffic& traffic : traffic_patterns)
         std::printf("%-8s %14.1f %14.1f\n", traffic.name, bandwidth(traffic, memory_bytes, 1) * 1e-9,
                     bandwidth(traffic, memory_bytes, 2) * 1e-9);
@@ -82,7 +99,12 @@ int run_bandwidth(const Request&) {
 const std::vector<Family>& families() {
     static const std::vector<Family> all = {
         {"level1", "vector operations, one thread, against each peer", run_level1},
+        {"level2", "matrix-vector operations, one thread, against each peer", run_level2},
+        {"gemm", "matrix products, one thread, against each peer", run_gemm},
+        {"level3", "other matrix-matrix operations, one thread, against each peer", run_level3},
+        {"narrow", "matrix products by 128-bit vectors, of class NXL_DEBUG_CPU_TYPE (0)", run_narrow},
         {"threads", "vector operations of class 3 on two threads", run_threads},
+        {"threads3", "matrix-matrix operations on two threads", run_threads3},
         {"overhead", "what a call costs before its kernel starts", run_overhead},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth},
     };

@@ -23,6 +23,8 @@ class Interleaved {
     /// Returns the seconds that the timed part took.
     double round();
 
+    std::size_t rounds() const { return first_; }
+
     /// Seconds per call of each contender: the lower quartile of its batches. The minimum favours whoever was lucky
     /// once, the median includes disturbances as soon as they are frequent.
     std::vector<double> seconds() const;

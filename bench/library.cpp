@@ -36,13 +36,18 @@ Library Library::nxl(const std::string& file) {
     return library;
 }
 
-std::vector<Library> Library::peers() {
+std::vector<Library> Library::openblas() {
     std::vector<Library> found;
-    if (Library openblas("OpenBLAS", "libopenblas.so.0", "_", ComplexResult::by_value); openblas.loaded()) {
-        openblas.find_thread_control("openblas_set_num_threads");
-        if (auto* config = openblas.function<const char*()>("openblas_get_config")) openblas.version = config();
-        found.push_back(std::move(openblas));
+    if (Library peer("OpenBLAS", "libopenblas.so.0", "_", ComplexResult::by_value); peer.loaded()) {
+        peer.find_thread_control("openblas_set_num_threads");
+        if (auto* config = peer.function<const char*()>("openblas_get_config")) peer.version = config();
+        found.push_back(std::move(peer));
     }
+    return found;
+}
+
+std::vector<Library> Library::peers() {
+    std::vector<Library> found = openblas();
     if (Library blis("BLIS", "libblis.so.4", "_", ComplexResult::by_value); blis.loaded()) {
         auto* version = blis.function<const char*()>("bli_info_get_version_str");
         auto* arch = blis.function<int()>("bli_arch_query_id");

@@ -26,6 +26,7 @@ class Library {
 
     /// `file` is what the dynamic linker looks for. Null when it is not there.
     static Library nxl(const std::string& file);
+    static std::vector<Library> openblas(); // none or one
     static std::vector<Library> peers();
 
     bool loaded() const { return handle_ != nullptr; }

@@ -62,7 +62,7 @@ int run_overhead(const Request& request) {
     for (const Library& peer : peers) std::printf(" %12s", peer.name.c_str());
     std::printf("   slot adds\n");
 
-    Operands operands(1, 2);
+    Operands operands(Case{"", "", 1}, Layout{.x = {1, 1}, .y = {1, 1}});
     const auto with_entries = [&](const char* name, std::vector<Batch> batches) {
         batches.push_back(entry_calls(nxl, name, operands));
         for (const Library& peer : peers) batches.push_back(entry_calls(peer, name, operands));

@@ -33,6 +33,22 @@ double chains_128(long steps) { return multiply_add_chains<16>(steps); }
 [[gnu::target("avx2,fma")]] double chains_256(long steps) { return multiply_add_chains<32>(steps); }
 [[gnu::target("avx512f")]] double chains_512(long steps) { return multiply_add_chains<64>(steps); }
 
+/// As many multiplications as additions, none of which waits for another chain. Returns the operations done.
+template <int Chains> double separate_chains(long steps) {
+    constexpr int lanes = 2;
+    Register<16> product[Chains] = {}, sum[Chains] = {}, factor{}, term{};
+    factor += 1.0;
+    term += 1.0;
+    __asm__("" : "+x"(factor), "+x"(term)); // a product by a known 1 would be left out
+    for (long step = 0; step < steps; ++step) {
+        for (auto& chain : product) chain *= factor;
+        for (auto& chain : sum) chain += term;
+        for (auto& chain : product) __asm__ volatile("" : "+x"(chain));
+        for (auto& chain : sum) __asm__ volatile("" : "+x"(chain));
+    }
+    return 2.0 * Chains * lanes * static_cast<double>(steps);
+}
+
 /// The shortest of several runs: what else went on can only lengthen one.
 template <class Work> double shortest_seconds(int runs, const Work& work) {
     double shortest = std::numeric_limits<double>::infinity();
@@ -143,6 +159,11 @@ double peak_flops_per_second() {
     if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) best = std::max(best, rate_of(chains_256));
     if (__builtin_cpu_supports("avx512f")) best = std::max(best, rate_of(chains_512));
     return best;
+}
+
+double peak_sse2_flops_per_second() {
+    return std::max(
+        {rate_of(chains_128), rate_of(separate_chains<5>), rate_of(separate_chains<6>), rate_of(separate_chains<7>)});
 }
 
 double bandwidth(const Traffic& traffic, double bytes, int threads) {

@@ -7,6 +7,9 @@ namespace nxl::bench {
 /// Multiply-adds in registers, each counted as two operations; one core.
 double peak_flops_per_second();
 
+/// Multiplications and additions of SSE2, as many of each, in registers; one core.
+double peak_sse2_flops_per_second();
+
 /// What a loop does with its arrays; bytes count each load and each store once.
 struct Traffic {
     enum Kind { reads, stores };

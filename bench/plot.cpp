@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <sstream>
 
 namespace nxl::bench {
@@ -18,16 +19,16 @@ template <class Value> std::size_t place_of(std::vector<Value>& seen, const Valu
 std::string blocks(const Report& report, std::size_t column, std::vector<std::string>& routines,
                    std::vector<int>& sizes) {
     for (const Timing& timing : report.timings()) {
-        place_of(routines, timing.routine);
-        place_of(sizes, timing.n);
+        place_of(routines, timing.which.label());
+        place_of(sizes, timing.which.size.n);
     }
     std::ostringstream out;
     for (std::size_t size = 0; size < sizes.size(); ++size) {
         const double shift = 0.15 * (static_cast<double>(size) - 0.5 * static_cast<double>(sizes.size() - 1));
         for (const Timing& timing : report.timings())
-            if (timing.n == sizes[size] && !std::isnan(ratio(timing, column)))
-                out << static_cast<double>(place_of(routines, timing.routine)) + shift << ' ' << ratio(timing, column)
-                    << '\n';
+            if (timing.which.size.n == sizes[size] && !std::isnan(ratio(timing, column)))
+                out << static_cast<double>(place_of(routines, timing.which.label())) + shift << ' '
+                    << ratio(timing, column) << '\n';
         out << "\n\n";
     }
     return out.str();
@@ -48,7 +49,7 @@ std::string panel(const Report& report, std::size_t column) {
     return out.str();
 }
 
-std::string script(const Report& report, const std::string& file) {
+std::string ratio_script(const Report& report, const std::string& file) {
     const std::size_t panels = report.columns().size() - 1;
     std::ostringstream out;
     out << "set terminal svg size 1000," << 360 * panels << " font 'sans,12' background '#ffffff'\nset output '" << file
@@ -57,16 +58,68 @@ std::string script(const Report& report, const std::string& file) {
     return out.str();
 }
 
-} // namespace
+/// A line per square case that the library of this column has been timed with; empty when there is none.
+std::string rate_curve(const Report& report, const std::string& label, std::size_t column) {
+    std::ostringstream out;
+    for (const Timing& timing : report.timings())
+        if (timing.which.label() == label && timing.which.size.square() && !std::isnan(timing.seconds[column]))
+            out << timing.which.size.n << ' ' << rate(timing, column) << '\n';
+    return out.str();
+}
 
-void plot_ratios(const Report& report, const std::string& file) {
-    if (report.columns().size() < 2 || report.timings().empty()) return;
-    const std::string commands = script(report, file);
+/// Curves only of libraries that have the routine: gnuplot takes an empty one for an error.
+std::string rate_panel(const Report& report, const std::string& label) {
+    std::ostringstream data, plot;
+    plot << "set title \"" << label << "\"\nplot " << report.peak_flops() * 1e-9
+         << " title \"measured peak\" lc rgb \"#888888\" dt 2";
+    for (std::size_t column = 0; column < report.columns().size(); ++column) {
+        const std::string curve = rate_curve(report, label, column);
+        if (curve.empty()) continue;
+        data << "$curve" << column << " << EOD\n" << curve << "EOD\n";
+        plot << ", $curve" << column << " title \"" << report.columns()[column].label
+             << "\" with linespoints pt 7 ps 0.5 lw 1.5 lc " << column + 1;
+    }
+    return data.str() + plot.str() + '\n';
+}
+
+std::string rate_script(const Report& report, const std::string& file) {
+    std::vector<std::string> labels;
+    int smallest = std::numeric_limits<int>::max(), largest = 1;
+    for (const Timing& timing : report.timings())
+        if (timing.which.size.square()) {
+            place_of(labels, timing.which.label());
+            smallest = std::min(smallest, timing.which.size.n);
+            largest = std::max(largest, timing.which.size.n);
+        }
+    const std::size_t across = std::min<std::size_t>(labels.size(), 3), down = (labels.size() + across - 1) / across;
+    std::ostringstream out;
+    out << "set terminal svg size " << 420 * across << ',' << 300 * down + 40
+        << " font 'sans,12' background '#ffffff'\nset output '" << file << "'\nset logscale x 2\nset xrange ["
+        << 0.8 * smallest << ':' << 1.25 * largest
+        << "]\nset xlabel \"order n of square matrices\"\nset yrange [0:" << 1.1e-9 * report.peak_flops()
+        << "]\nset ylabel \"GFLOP/s\"\nset grid\nset key bottom right\nset multiplot layout " << down << ',' << across
+        << " title \"" << report.family() << ", " << threads_text(report.columns()[0].threads) << "\"\n";
+    for (const std::string& label : labels) out << rate_panel(report, label);
+    return out.str();
+}
+
+void run_gnuplot(const std::string& commands) {
     FILE* gnuplot =
         popen("gnuplot", "w"); // NOLINT(cert-env33-c): a plotting program of the user's choice, from the path
     const bool written = gnuplot && std::fwrite(commands.data(), 1, commands.size(), gnuplot) == commands.size();
     if (!gnuplot || pclose(gnuplot) != 0 || !written)
         std::fprintf(stderr, "nxl-bench: no plot, because gnuplot did not run\n");
+}
+
+} // namespace
+
+void plot_ratios(const Report& report, const std::string& file) {
+    if (report.columns().size() > 1 && !report.timings().empty()) run_gnuplot(ratio_script(report, file));
+}
+
+void plot_rates(const Report& report, const std::string& file) {
+    if (std::ranges::any_of(report.timings(), [](const Timing& timing) { return timing.which.size.square(); }))
+        run_gnuplot(rate_script(report, file));
 }
 
 } // namespace nxl::bench

@@ -7,4 +7,8 @@ namespace nxl::bench {
 /// none.
 void plot_ratios(const Report& report, const std::string& file);
 
+/// Draws GFLOP/s over the size of square cases: a panel per routine with its options, a curve per library, and the
+/// peak.
+void plot_rates(const Report& report, const std::string& file);
+
 } // namespace nxl::bench

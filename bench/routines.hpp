@@ -7,21 +7,27 @@
 
 namespace nxl::bench {
 
-/// Work of one call: operations, bytes that have to be loaded and stored, each operand once, and doubles per operand.
+/// Work of one call: operations, bytes that have to be loaded and stored, each operand once, and the operands.
 struct Work {
     double flops;
     double loaded;
     double stored;
-    i64 doubles;
+    int terms; // of the longest sum behind an element of the result
+    Layout layout;
 
     double bytes() const { return loaded + stored; }
 };
 
 struct Routine {
     std::string name;
-    Work (*work)(int n);
+    Work (*work)(const Case& which);
     void (*run)(Symbol symbol, Operands& operands, i64 calls);
 };
+
+/// The rows of each level, in a file of its own.
+const std::vector<Routine>& level1_routines();
+const std::vector<Routine>& level2_routines();
+const std::vector<Routine>& level3_routines();
 
 /// The routine of that name; throws when there is none.
 const Routine& routine(const std::string& name);

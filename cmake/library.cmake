@@ -31,7 +31,8 @@ function(add_kernel_target name)
     target_link_libraries(kernels_${name} PRIVATE nxl_code_flags)
     target_compile_definitions(kernels_${name} PRIVATE
         NXL_TARGET=${name} NXL_TARGET_CLASS=${arg_CLASS} NXL_TARGET_BITS=${arg_BITS})
-    target_compile_options(kernels_${name} PRIVATE ${arg_FLAGS})
+    # Vectors wider than a target's registers stay inside a source, so that it does not matter how they are passed.
+    target_compile_options(kernels_${name} PRIVATE ${arg_FLAGS} -Wno-psabi)
     set_property(GLOBAL APPEND PROPERTY NXL_KERNEL_TARGETS ${name})
     if(NOT NXL_SANITIZE)
         set(stamp ${CMAKE_CURRENT_BINARY_DIR}/kernels_${name}.checked)

@@ -224,6 +224,274 @@ module nxl
             complex(c_double_complex), intent(inout) :: x(*), y(*)
         end subroutine
 
+        ! ---- BLAS level 2; trans: N, T, C; uplo: U, L; diag: U, N; a bad argument is reported to XERBLA ----
+
+        ! y := alpha op(A) x + beta y, a(m, n).
+        subroutine dgemv(trans, m, n, alpha, a, lda, x, incx, beta, y, incy) bind(c, name="dgemv")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: m, n, lda, incx, incy
+            real(c_double), intent(in) :: alpha, a(lda, *), x(*), beta
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        subroutine zgemv(trans, m, n, alpha, a, lda, x, incx, beta, y, incy) bind(c, name="zgemv")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: m, n, lda, incx, incy
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *), x(*), beta
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! A := A + alpha x y^T, a(m, n); zgerc: y^H.
+        subroutine dger(m, n, alpha, x, incx, y, incy, a, lda) bind(c, name="dger")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, incx, incy, lda
+            real(c_double), intent(in) :: alpha, x(*), y(*)
+            real(c_double), intent(inout) :: a(lda, *)
+        end subroutine
+
+        subroutine zgeru(m, n, alpha, x, incx, y, incy, a, lda) bind(c, name="zgeru")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, incx, incy, lda
+            complex(c_double_complex), intent(in) :: alpha, x(*), y(*)
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+        end subroutine
+
+        subroutine zgerc(m, n, alpha, x, incx, y, incy, a, lda) bind(c, name="zgerc")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, incx, incy, lda
+            complex(c_double_complex), intent(in) :: alpha, x(*), y(*)
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! y := alpha A x + beta y, A symmetric or Hermitian, a(n, n).
+        subroutine dsymv(uplo, n, alpha, a, lda, x, incx, beta, y, incy) bind(c, name="dsymv")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, incx, incy
+            real(c_double), intent(in) :: alpha, a(lda, *), x(*), beta
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        subroutine zhemv(uplo, n, alpha, a, lda, x, incx, beta, y, incy) bind(c, name="zhemv")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, incx, incy
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *), x(*), beta
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! A := A + alpha x x^T, A symmetric; zher: x^H, A Hermitian, real alpha.
+        subroutine dsyr(uplo, n, alpha, x, incx, a, lda) bind(c, name="dsyr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, incx, lda
+            real(c_double), intent(in) :: alpha, x(*)
+            real(c_double), intent(inout) :: a(lda, *)
+        end subroutine
+
+        subroutine zher(uplo, n, alpha, x, incx, a, lda) bind(c, name="zher")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, incx, lda
+            real(c_double), intent(in) :: alpha
+            complex(c_double_complex), intent(in) :: x(*)
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! A := A + alpha x x^T, A complex symmetric. Reports nothing.
+        subroutine ZSYR(uplo, n, alpha, x, incx, a, lda) bind(c, name="ZSYR")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, incx, lda
+            complex(c_double_complex), intent(in) :: alpha, x(*)
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! A := A + alpha x y^T + alpha y x^T, A symmetric; zher2: alpha x y^H + conjg(alpha) y x^H, A Hermitian.
+        subroutine dsyr2(uplo, n, alpha, x, incx, y, incy, a, lda) bind(c, name="dsyr2")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, incx, incy, lda
+            real(c_double), intent(in) :: alpha, x(*), y(*)
+            real(c_double), intent(inout) :: a(lda, *)
+        end subroutine
+
+        subroutine zher2(uplo, n, alpha, x, incx, y, incy, a, lda) bind(c, name="zher2")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, incx, incy, lda
+            complex(c_double_complex), intent(in) :: alpha, x(*), y(*)
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! x := op(A) x, A triangular, a(n, n).
+        subroutine dtrmv(uplo, trans, diag, n, a, lda, x, incx) bind(c, name="dtrmv")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo, trans, diag
+            integer(c_int), intent(in) :: n, lda, incx
+            real(c_double), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: x(*)
+        end subroutine
+
+        subroutine ztrmv(uplo, trans, diag, n, a, lda, x, incx) bind(c, name="ztrmv")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, trans, diag
+            integer(c_int), intent(in) :: n, lda, incx
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: x(*)
+        end subroutine
+
+        ! x := op(A)^-1 x, A triangular, a(n, n).
+        subroutine dtrsv(uplo, trans, diag, n, a, lda, x, incx) bind(c, name="dtrsv")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo, trans, diag
+            integer(c_int), intent(in) :: n, lda, incx
+            real(c_double), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: x(*)
+        end subroutine
+
+        subroutine ztrsv(uplo, trans, diag, n, a, lda, x, incx) bind(c, name="ztrsv")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, trans, diag
+            integer(c_int), intent(in) :: n, lda, incx
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: x(*)
+        end subroutine
+
+        ! ---- BLAS level 3; side: L, R ----
+
+        ! C := alpha op(A) op(B) + beta C, c(m, n).
+        subroutine dgemm(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="dgemm")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: transa, transb
+            integer(c_int), intent(in) :: m, n, k, lda, ldb, ldc
+            real(c_double), intent(in) :: alpha, a(lda, *), b(ldb, *), beta
+            real(c_double), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        subroutine zgemm(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="zgemm")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: transa, transb
+            integer(c_int), intent(in) :: m, n, k, lda, ldb, ldc
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *), b(ldb, *), beta
+            complex(c_double_complex), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        ! C := alpha A B + beta C or alpha B A + beta C, A symmetric; zhemm: A Hermitian.
+        subroutine dsymm(side, uplo, m, n, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="dsymm")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: side, uplo
+            integer(c_int), intent(in) :: m, n, lda, ldb, ldc
+            real(c_double), intent(in) :: alpha, a(lda, *), b(ldb, *), beta
+            real(c_double), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        subroutine zsymm(side, uplo, m, n, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="zsymm")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: side, uplo
+            integer(c_int), intent(in) :: m, n, lda, ldb, ldc
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *), b(ldb, *), beta
+            complex(c_double_complex), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        subroutine zhemm(side, uplo, m, n, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="zhemm")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: side, uplo
+            integer(c_int), intent(in) :: m, n, lda, ldb, ldc
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *), b(ldb, *), beta
+            complex(c_double_complex), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        ! C := alpha A A^T + beta C or alpha A^T A + beta C, C symmetric.
+        subroutine dsyrk(uplo, trans, n, k, alpha, a, lda, beta, c, ldc) bind(c, name="dsyrk")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo, trans
+            integer(c_int), intent(in) :: n, k, lda, ldc
+            real(c_double), intent(in) :: alpha, a(lda, *), beta
+            real(c_double), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        subroutine zsyrk(uplo, trans, n, k, alpha, a, lda, beta, c, ldc) bind(c, name="zsyrk")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, trans
+            integer(c_int), intent(in) :: n, k, lda, ldc
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *), beta
+            complex(c_double_complex), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        ! C := alpha A A^H + beta C or alpha A^H A + beta C, C Hermitian, real alpha and beta.
+        subroutine zherk(uplo, trans, n, k, alpha, a, lda, beta, c, ldc) bind(c, name="zherk")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, trans
+            integer(c_int), intent(in) :: n, k, lda, ldc
+            real(c_double), intent(in) :: alpha, beta
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        ! C := alpha A B^T + alpha B A^T + beta C, or transposed, C symmetric.
+        subroutine dsyr2k(uplo, trans, n, k, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="dsyr2k")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo, trans
+            integer(c_int), intent(in) :: n, k, lda, ldb, ldc
+            real(c_double), intent(in) :: alpha, a(lda, *), b(ldb, *), beta
+            real(c_double), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        subroutine zsyr2k(uplo, trans, n, k, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="zsyr2k")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, trans
+            integer(c_int), intent(in) :: n, k, lda, ldb, ldc
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *), b(ldb, *), beta
+            complex(c_double_complex), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        ! C := alpha A B^H + conjg(alpha) B A^H + beta C, or transposed, C Hermitian, real beta.
+        subroutine zher2k(uplo, trans, n, k, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="zher2k")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, trans
+            integer(c_int), intent(in) :: n, k, lda, ldb, ldc
+            real(c_double), intent(in) :: beta
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *), b(ldb, *)
+            complex(c_double_complex), intent(inout) :: c(ldc, *)
+        end subroutine
+
+        ! B := alpha op(A) B or alpha B op(A), A triangular, b(m, n).
+        subroutine dtrmm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb) bind(c, name="dtrmm")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: side, uplo, transa, diag
+            integer(c_int), intent(in) :: m, n, lda, ldb
+            real(c_double), intent(in) :: alpha, a(lda, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+        end subroutine
+
+        subroutine ztrmm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb) bind(c, name="ztrmm")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: side, uplo, transa, diag
+            integer(c_int), intent(in) :: m, n, lda, ldb
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+        end subroutine
+
+        ! B := alpha op(A)^-1 B or alpha B op(A)^-1, A triangular, b(m, n).
+        subroutine dtrsm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb) bind(c, name="dtrsm")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: side, uplo, transa, diag
+            integer(c_int), intent(in) :: m, n, lda, ldb
+            real(c_double), intent(in) :: alpha, a(lda, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+        end subroutine
+
+        subroutine ztrsm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb) bind(c, name="ztrsm")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: side, uplo, transa, diag
+            integer(c_int), intent(in) :: m, n, lda, ldb
+            complex(c_double_complex), intent(in) :: alpha, a(lda, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+        end subroutine
+
         ! ---- Sparse BLAS level 1; indices count from 1 ----
 
         ! y(indx(i)) := y(indx(i)) + a x(i).

@@ -284,6 +284,169 @@ void ZDSCAL(const int* n, const double* alpha, nxl_z* x, const int* incx) NXL_NO
 void ZSCAL(const int* n, const nxl_z* alpha, nxl_z* x, const int* incx) NXL_NOEXCEPT;
 void ZSWAP(const int* n, nxl_z* x, const int* incx, nxl_z* y, const int* incy) NXL_NOEXCEPT;
 
+/* ==== BLAS levels 2 and 3: what holds for all =====================================================================
+ * Arguments are looked at in order, by position from 1; the first bad one is reported to XERBLA with the routine's
+ * name, and the call returns with nothing changed. Each routine lists the positions it may report. Bad is: an option
+ * letter that is not among those listed (either case will do), a size below 0, an increment of 0, and a leading
+ * dimension below max(1, r), where r is the number of rows of that array as declared below. ZSYR alone reports nothing.
+ *   trans, transa, transb   op(A) is A for N, A^T for T, A^H for C; for real matrices C is the same as T
+ *   uplo    U or L: only the upper or only the lower triangle of the matrix is stored; the other is neither read nor
+ *           written, nor are rows past the matrix
+ *   diag    N, or U: the diagonal is taken as ones and is not read
+ *   side    L: the matrix with special structure stands on the left; R: on the right
+ * Shapes are written a(rows,columns); columns of a lie lda elements apart, elements of a vector incx apart as in level
+ * 1, with a negative increment from the far end. Of a Hermitian matrix the imaginary parts of the diagonal are taken as
+ * 0, and an update sets them to 0 where it writes. With alpha 0 the matrices and vectors that alpha multiplies are not
+ * read; with beta 0 the output is overwritten and need not be set, so NaN in it does not spread. Triangular solvers do
+ * not test for singularity: a zero on the diagonal gives infinities or NaN. The output may not overlap any input. */
+
+/* ==== BLAS level 2 ================================================================================================
+ * Dongarra, Du Croz, Hammarling and Hanson, ACM TOMS 14 (1988). Only dgemv and zgemv use threads, on processor classes
+ * 2 and 3 when m or n is at least 64 and each thread gets work enough; blocks of y are disjoint, so nothing is summed
+ * across threads. With a size of 0 nothing is done. */
+
+/* y := alpha op(A) x + beta y, with a(m,n). y has m elements for trans N, else n; x has the others. With m or n 0, y
+ * is not scaled either. Reports 1 trans, 2 m, 3 n, 6 lda, 8 incx, 11 incy. */
+void dgemv(const char* trans, const int* m, const int* n, const double* alpha, const double* a, const int* lda,
+           const double* x, const int* incx, const double* beta, double* y, const int* incy) NXL_NOEXCEPT;
+void zgemv(const char* trans, const int* m, const int* n, const nxl_z* alpha, const nxl_z* a, const int* lda,
+           const nxl_z* x, const int* incx, const nxl_z* beta, nxl_z* y, const int* incy) NXL_NOEXCEPT;
+
+/* A := A + alpha x y^T; zgerc: A := A + alpha x y^H. a(m,n), m elements in x, n in y.
+ * Reports 1 m, 2 n, 5 incx, 7 incy, 9 lda. */
+void dger(const int* m, const int* n, const double* alpha, const double* x, const int* incx, const double* y,
+          const int* incy, double* a, const int* lda) NXL_NOEXCEPT;
+void zgeru(const int* m, const int* n, const nxl_z* alpha, const nxl_z* x, const int* incx, const nxl_z* y,
+           const int* incy, nxl_z* a, const int* lda) NXL_NOEXCEPT;
+void zgerc(const int* m, const int* n, const nxl_z* alpha, const nxl_z* x, const int* incx, const nxl_z* y,
+           const int* incy, nxl_z* a, const int* lda) NXL_NOEXCEPT;
+
+/* y := alpha A x + beta y, A symmetric (dsymv) or Hermitian (zhemv), a(n,n), by its triangle uplo.
+ * Reports 1 uplo, 2 n, 5 lda, 7 incx, 10 incy. */
+void dsymv(const char* uplo, const int* n, const double* alpha, const double* a, const int* lda, const double* x,
+           const int* incx, const double* beta, double* y, const int* incy) NXL_NOEXCEPT;
+void zhemv(const char* uplo, const int* n, const nxl_z* alpha, const nxl_z* a, const int* lda, const nxl_z* x,
+           const int* incx, const nxl_z* beta, nxl_z* y, const int* incy) NXL_NOEXCEPT;
+
+/* A := A + alpha x x^T, A symmetric; zher: A := A + alpha x x^H, A Hermitian, alpha real. a(n,n), triangle uplo.
+ * Reports 1 uplo, 2 n, 5 incx, 7 lda. */
+void dsyr(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx, double* a,
+          const int* lda) NXL_NOEXCEPT;
+void zher(const char* uplo, const int* n, const double* alpha, const nxl_z* x, const int* incx, nxl_z* a,
+          const int* lda) NXL_NOEXCEPT;
+
+/* A := A + alpha x x^T, A complex symmetric, a(n,n), triangle uplo. Reports nothing: with an argument that zher would
+ * report, nothing is done. Upper-case name only. */
+void ZSYR(const char* uplo, const int* n, const nxl_z* alpha, const nxl_z* x, const int* incx, nxl_z* a,
+          const int* lda) NXL_NOEXCEPT;
+
+/* A := A + alpha x y^T + alpha y x^T, A symmetric; zher2: A := A + alpha x y^H + conj(alpha) y x^H, A Hermitian.
+ * a(n,n), triangle uplo. Reports 1 uplo, 2 n, 5 incx, 7 incy, 9 lda. */
+void dsyr2(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx, const double* y,
+           const int* incy, double* a, const int* lda) NXL_NOEXCEPT;
+void zher2(const char* uplo, const int* n, const nxl_z* alpha, const nxl_z* x, const int* incx, const nxl_z* y,
+           const int* incy, nxl_z* a, const int* lda) NXL_NOEXCEPT;
+
+/* x := op(A) x, A triangular, a(n,n). Reports 1 uplo, 2 trans, 3 diag, 4 n, 6 lda, 8 incx. */
+void dtrmv(const char* uplo, const char* trans, const char* diag, const int* n, const double* a, const int* lda,
+           double* x, const int* incx) NXL_NOEXCEPT;
+void ztrmv(const char* uplo, const char* trans, const char* diag, const int* n, const nxl_z* a, const int* lda,
+           nxl_z* x, const int* incx) NXL_NOEXCEPT;
+
+/* x := op(A)^-1 x, the solution of op(A) z = x, A triangular, a(n,n). Reports the same positions as dtrmv. */
+void dtrsv(const char* uplo, const char* trans, const char* diag, const int* n, const double* a, const int* lda,
+           double* x, const int* incx) NXL_NOEXCEPT;
+void ztrsv(const char* uplo, const char* trans, const char* diag, const int* n, const nxl_z* a, const int* lda,
+           nxl_z* x, const int* incx) NXL_NOEXCEPT;
+
+/* ==== BLAS level 3 ================================================================================================
+ * Dongarra, Du Croz, Duff and Hammarling, ACM TOMS 16 (1990). All may use threads, by size, shape and processor class.
+ * With m or n 0 nothing is done. With k or alpha 0 the output is multiplied by beta; where there is no beta, it becomes
+ * 0. */
+
+/* C := alpha op(A) op(B) + beta C, c(m,n). a(m,k) for transa N, else a(k,m); b(k,n) for transb N, else b(n,k).
+ * Reports 1 transa, 2 transb, 3 m, 4 n, 5 k, 8 lda, 10 ldb, 13 ldc. */
+void dgemm(const char* transa, const char* transb, const int* m, const int* n, const int* k, const double* alpha,
+           const double* a, const int* lda, const double* b, const int* ldb, const double* beta, double* c,
+           const int* ldc) NXL_NOEXCEPT;
+void zgemm(const char* transa, const char* transb, const int* m, const int* n, const int* k, const nxl_z* alpha,
+           const nxl_z* a, const int* lda, const nxl_z* b, const int* ldb, const nxl_z* beta, nxl_z* c,
+           const int* ldc) NXL_NOEXCEPT;
+
+/* C := alpha A B + beta C (side L, a(m,m)) or C := alpha B A + beta C (side R, a(n,n)), b(m,n), c(m,n). A is symmetric
+ * (dsymm, zsymm) or Hermitian (zhemm), triangle uplo. Reports 1 side, 2 uplo, 3 m, 4 n, 7 lda, 9 ldb, 12 ldc. */
+void dsymm(const char* side, const char* uplo, const int* m, const int* n, const double* alpha, const double* a,
+           const int* lda, const double* b, const int* ldb, const double* beta, double* c, const int* ldc) NXL_NOEXCEPT;
+void zsymm(const char* side, const char* uplo, const int* m, const int* n, const nxl_z* alpha, const nxl_z* a,
+           const int* lda, const nxl_z* b, const int* ldb, const nxl_z* beta, nxl_z* c, const int* ldc) NXL_NOEXCEPT;
+void zhemm(const char* side, const char* uplo, const int* m, const int* n, const nxl_z* alpha, const nxl_z* a,
+           const int* lda, const nxl_z* b, const int* ldb, const nxl_z* beta, nxl_z* c, const int* ldc) NXL_NOEXCEPT;
+
+/* C := alpha A A^T + beta C for trans N, a(n,k); C := alpha A^T A + beta C else, a(k,n). C is symmetric, c(n,n),
+ * triangle uplo. trans: N, T, and for dsyrk C, the same as T. Reports 1 uplo, 2 trans, 3 n, 4 k, 7 lda, 10 ldc. */
+void dsyrk(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha, const double* a,
+           const int* lda, const double* beta, double* c, const int* ldc) NXL_NOEXCEPT;
+void zsyrk(const char* uplo, const char* trans, const int* n, const int* k, const nxl_z* alpha, const nxl_z* a,
+           const int* lda, const nxl_z* beta, nxl_z* c, const int* ldc) NXL_NOEXCEPT;
+
+/* C := alpha A A^H + beta C for trans N, a(n,k); C := alpha A^H A + beta C for trans C, a(k,n). C is Hermitian, c(n,n),
+ * triangle uplo; alpha and beta are real. trans: N, C. Reports the same positions as dsyrk. */
+void zherk(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha, const nxl_z* a,
+           const int* lda, const double* beta, nxl_z* c, const int* ldc) NXL_NOEXCEPT;
+
+/* C := alpha A B^T + alpha B A^T + beta C for trans N, a(n,k) and b(n,k); C := alpha A^T B + alpha B^T A + beta C else,
+ * a(k,n) and b(k,n). C is symmetric, c(n,n), triangle uplo. trans as in dsyrk and zsyrk.
+ * Reports 1 uplo, 2 trans, 3 n, 4 k, 7 lda, 9 ldb, 12 ldc. */
+void dsyr2k(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha, const double* a,
+            const int* lda, const double* b, const int* ldb, const double* beta, double* c,
+            const int* ldc) NXL_NOEXCEPT;
+void zsyr2k(const char* uplo, const char* trans, const int* n, const int* k, const nxl_z* alpha, const nxl_z* a,
+            const int* lda, const nxl_z* b, const int* ldb, const nxl_z* beta, nxl_z* c, const int* ldc) NXL_NOEXCEPT;
+
+/* C := alpha A B^H + conj(alpha) B A^H + beta C for trans N, a(n,k) and b(n,k); C := alpha A^H B + conj(alpha) B^H A +
+ * beta C for trans C, a(k,n) and b(k,n). C is Hermitian, c(n,n), triangle uplo; beta is real. trans: N, C.
+ * Reports the same positions as dsyr2k. */
+void zher2k(const char* uplo, const char* trans, const int* n, const int* k, const nxl_z* alpha, const nxl_z* a,
+            const int* lda, const nxl_z* b, const int* ldb, const double* beta, nxl_z* c, const int* ldc) NXL_NOEXCEPT;
+
+/* B := alpha op(A) B (side L, a(m,m)) or B := alpha B op(A) (side R, a(n,n)), b(m,n), A triangular.
+ * Reports 1 side, 2 uplo, 3 transa, 4 diag, 5 m, 6 n, 9 lda, 11 ldb. */
+void dtrmm(const char* side, const char* uplo, const char* transa, const char* diag, const int* m, const int* n,
+           const double* alpha, const double* a, const int* lda, double* b, const int* ldb) NXL_NOEXCEPT;
+void ztrmm(const char* side, const char* uplo, const char* transa, const char* diag, const int* m, const int* n,
+           const nxl_z* alpha, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb) NXL_NOEXCEPT;
+
+/* B := alpha op(A)^-1 B (side L, a(m,m)) or B := alpha B op(A)^-1 (side R, a(n,n)), b(m,n), A triangular: the solution
+ * X of op(A) X = alpha B or X op(A) = alpha B takes the place of B. Reports the same positions as dtrmm. */
+void dtrsm(const char* side, const char* uplo, const char* transa, const char* diag, const int* m, const int* n,
+           const double* alpha, const double* a, const int* lda, double* b, const int* ldb) NXL_NOEXCEPT;
+void ztrsm(const char* side, const char* uplo, const char* transa, const char* diag, const int* m, const int* n,
+           const nxl_z* alpha, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb) NXL_NOEXCEPT;
+
+/* Upper-case aliases: the same routines. */
+void DGEMM(const char* transa, const char* transb, const int* m, const int* n, const int* k, const double* alpha,
+           const double* a, const int* lda, const double* b, const int* ldb, const double* beta, double* c,
+           const int* ldc) NXL_NOEXCEPT;
+void DGEMV(const char* trans, const int* m, const int* n, const double* alpha, const double* a, const int* lda,
+           const double* x, const int* incx, const double* beta, double* y, const int* incy) NXL_NOEXCEPT;
+void DGER(const int* m, const int* n, const double* alpha, const double* x, const int* incx, const double* y,
+          const int* incy, double* a, const int* lda) NXL_NOEXCEPT;
+void DSYR(const char* uplo, const int* n, const double* alpha, const double* x, const int* incx, double* a,
+          const int* lda) NXL_NOEXCEPT;
+void DTRSM(const char* side, const char* uplo, const char* transa, const char* diag, const int* m, const int* n,
+           const double* alpha, const double* a, const int* lda, double* b, const int* ldb) NXL_NOEXCEPT;
+void ZGEMM(const char* transa, const char* transb, const int* m, const int* n, const int* k, const nxl_z* alpha,
+           const nxl_z* a, const int* lda, const nxl_z* b, const int* ldb, const nxl_z* beta, nxl_z* c,
+           const int* ldc) NXL_NOEXCEPT;
+void ZGEMV(const char* trans, const int* m, const int* n, const nxl_z* alpha, const nxl_z* a, const int* lda,
+           const nxl_z* x, const int* incx, const nxl_z* beta, nxl_z* y, const int* incy) NXL_NOEXCEPT;
+void ZGERU(const int* m, const int* n, const nxl_z* alpha, const nxl_z* x, const int* incx, const nxl_z* y,
+           const int* incy, nxl_z* a, const int* lda) NXL_NOEXCEPT;
+void ZHER(const char* uplo, const int* n, const double* alpha, const nxl_z* x, const int* incx, nxl_z* a,
+          const int* lda) NXL_NOEXCEPT;
+void ZTRSM(const char* side, const char* uplo, const char* transa, const char* diag, const int* m, const int* n,
+           const nxl_z* alpha, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb) NXL_NOEXCEPT;
+
 /* ==== Sparse BLAS level 1 =========================================================================================
  * Dodson, Grimes and Lewis, ACM TOMS 17 (1991). A sparse vector is nz values x and their places indx in a dense vector
  * y, counted from 1. Indices are not checked; a repeated index counts each time it stands. With nz below 1 nothing is

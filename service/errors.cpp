@@ -1,4 +1,4 @@
-// The error handler of BLAS and LAPACK, and the comparison of their option characters.
+// The error handler of BLAS and LAPACK.
 #include "service/errors.hpp"
 #include "service/messages.hpp"
 #include <algorithm>
@@ -10,12 +10,12 @@ constexpr int longest_name = 20;
 
 enum MessageId : int { bad_parameter = 6, internal_condition = 7, no_work_memory = 8, incompatible_options = 9 };
 
-unsigned char folded(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 0x61 && byte <= 0x7A ? static_cast<unsigned char>(byte - 0x20) : byte;
-}
-
 } // namespace
+
+bool report_argument(const char* name, int position) {
+    XERBLA(name, &position, 6);
+    return true;
+}
 
 void print_error(const char* name, int info, int name_length) {
     char terminated[longest_name + 1] = {};
@@ -26,7 +26,5 @@ void print_error(const char* name, int info, int name_length) {
     if (info > 0) return nxl_msg_print(1, bad_parameter, 2, info, terminated);
     nxl_msg_print(1, internal_condition, 2, negated, terminated);
 }
-
-i64 LSAME(const char* a, const char* b, int, int) { return folded(*a) == folded(*b) ? -1 : 0; }
 
 } // namespace nxl

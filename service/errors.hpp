@@ -11,12 +11,21 @@ inline void report_no_memory(const char* name) {
     XERBLA(name, &no_memory, 6);
 }
 
+/// Argument `position`, from 1, of a routine is bad. True, for checks that return whether they have reported.
+[[gnu::cold]] bool report_argument(const char* name, int position);
+
 /// The library's own XERBLA. `info` chooses the message: 1000 no work memory, 1001 incompatible optional parameters,
 /// above 0 the position of a bad argument, else an internal condition. At most 20 characters of `name` are printed.
 void print_error(const char* name, int info, int name_length);
 
+/// The byte, as a capital where it is an ASCII letter.
+inline unsigned char folded(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x61 && byte <= 0x7A ? static_cast<unsigned char>(byte - 0x20) : byte;
+}
+
 /// -1, all bits set, when the first bytes of `a` and `b` are the same letter, whatever its case, or the same byte; else
 /// 0. The lengths are the hidden ones of a Fortran call and are not looked at.
-i64 LSAME(const char* a, const char* b, int a_length, int b_length);
+inline i64 LSAME(const char* a, const char* b, int, int) { return folded(*a) == folded(*b) ? -1 : 0; }
 
 } // namespace nxl

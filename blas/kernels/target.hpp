@@ -19,7 +19,11 @@ template <int W> [[gnu::always_inline]] inline Vec<W> load(const double* p) {
 
 template <int W> [[gnu::always_inline]] inline void store(double* p, Vec<W> v) { __builtin_memcpy(p, &v, sizeof v); }
 
-template <int W> [[gnu::always_inline]] inline Vec<W> splat(double value) { return Vec<W>{} + value; }
+template <int W> [[gnu::always_inline]] inline Vec<W> splat(double value) {
+    Vec<W> v;
+    for (int lane = 0; lane < W; ++lane) v[lane] = value;
+    return v;
+}
 
 template <int W> [[gnu::always_inline]] inline double sum_lanes(Vec<W> v) {
     double sum = v[0];

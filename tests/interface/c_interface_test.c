@@ -24,6 +24,19 @@ static void level1(void) {
     expect(creal(dot) == 5.0 && cimag(dot) == 0.0, "zdotc");
 }
 
+/* A = (1 2; 3 4) by columns, B = (i 0; 0 1). */
+static void level3(void) {
+    const int two = 2;
+    const double a[4] = {1.0, 3.0, 2.0, 4.0}, half = 0.5, minus_one = -1.0;
+    const nxl_z b[4] = {1.0 * I, 0.0, 0.0, 1.0}, one = 1.0, zero = 0.0;
+    double c[4] = {1.0, 1.0, 1.0, 1.0};
+    nxl_z d[4];
+    dgemm("N", "T", &two, &two, &two, &half, a, &two, a, &two, &minus_one, c, &two);
+    expect(c[0] == 1.5 && c[1] == 4.5 && c[2] == 4.5 && c[3] == 11.5, "dgemm");
+    zgemm("C", "N", &two, &two, &two, &one, b, &two, b, &two, &zero, d, &two);
+    expect(creal(d[0]) == 1.0 && cimag(d[0]) == 0.0 && creal(d[1]) == 0.0 && creal(d[3]) == 1.0, "zgemm");
+}
+
 static void sparse_level1(void) {
     const int nz = 2, indx[2] = {4, 1};
     const double x[2] = {10.0, 20.0};
@@ -63,6 +76,7 @@ static void conjugate_gradients(void) {
 
 int main(void) {
     level1();
+    level3();
     sparse_level1();
     services();
     conjugate_gradients();

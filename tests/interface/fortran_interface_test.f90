@@ -5,6 +5,7 @@ program fortran_interface_test
     logical :: all_right = .true.
 
     call level1()
+    call level3()
     call sparse_level1()
     call services()
     call conjugate_gradients()
@@ -35,6 +36,15 @@ contains
         call zdotc(dot, 1, u, 1, u, 1)
         call expect(same(real(dot), 5) .and. same(aimag(dot), 0), 'zdotc')
         call expect(idamax(3, y, 1) == 3, 'idamax')
+    end subroutine
+
+    subroutine level3()
+        real(c_double) :: a(3, 2) = reshape([1, 2, 3, 4, 5, 6], [3, 2]), c(2, 2) = 1
+        complex(c_double_complex) :: u(2, 1) = reshape([(1, 2), (3, -4)], [2, 1]), w(1, 1)
+        call dgemm('T', 'N', 2, 2, 3, 2.0_c_double, a, 3, a, 3, -1.0_c_double, c, 2)
+        call expect(all(abs(c - (2 * matmul(transpose(a), a) - 1)) < 1e-12_c_double), 'dgemm')
+        call zgemm('C', 'n', 1, 1, 2, (1, 0) * 1.0_c_double, u, 2, u, 2, (0, 0) * 1.0_c_double, w, 1)
+        call expect(same(real(w(1, 1)), 30) .and. same(aimag(w(1, 1)), 0), 'zgemm')
     end subroutine
 
     subroutine sparse_level1()

@@ -11,6 +11,10 @@
 
 namespace nxl_test {
 
+/// Where data lie: behind one guard page, before the other, or 8 bytes off the start, where nothing wider than a
+/// double is aligned.
+enum class Flush { start, end, off_by_8 };
+
 /// Memory that ends at (or starts right behind) a page that may not be touched.
 class GuardedMemory {
     std::size_t page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
@@ -19,10 +23,8 @@ class GuardedMemory {
 
   public:
     explicit GuardedMemory(std::size_t bytes) : inner_((bytes + page_ - 1) / page_ * page_) {
-        base_ = static_cast<char*>(
-            mmap(nullptr, inner_ + 2 * page_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-        mprotect(base_, page_, PROT_NONE);
-        mprotect(base_ + page_ + inner_, page_, PROT_NONE);
+        base_ = static_cast<char*>(mmap(nullptr, inner_ + 2 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+        mprotect(base_ + page_, inner_, PROT_READ | PROT_WRITE);
     }
     ~GuardedMemory() { munmap(base_, inner_ + 2 * page_); }
     GuardedMemory(const GuardedMemory&) = delete;
@@ -30,11 +32,11 @@ class GuardedMemory {
 
     char* at_start() const { return base_ + page_; }
     char* at_end(std::size_t bytes) const { return base_ + page_ + inner_ - bytes; }
+    char* place(std::size_t bytes, Flush flush) const {
+        if (flush == Flush::end) return at_end(bytes);
+        return at_start() + (flush == Flush::off_by_8 ? sizeof(double) : 0);
+    }
 };
-
-/// Where a vector lies: behind one guard page, before the other, or 8 bytes off the start, where nothing wider than a
-/// double is aligned.
-enum class Flush { start, end, off_by_8 };
 
 /// n elements `inc` apart, filled with random values in (-1, 1); the gaps hold NaN.
 template <class T> class StridedVector {
@@ -50,7 +52,7 @@ template <class T> class StridedVector {
           inc_(inc),
           span_(n < 1 ? 0 : 1 + static_cast<std::size_t>(n - 1) * static_cast<unsigned>(std::abs(inc))),
           memory_(span_ * sizeof(T) + sizeof(double)),
-          data_(reinterpret_cast<T*>(place_for(flush))) {
+          data_(reinterpret_cast<T*>(memory_.place(span_ * sizeof(T), flush))) {
         std::memset(static_cast<void*>(data_), 0xff, span_ * sizeof(T)); // NaN
         std::mt19937_64 generator(seed);
         std::uniform_real_distribution<double> uniform(-1.0, 1.0);
@@ -74,10 +76,6 @@ template <class T> class StridedVector {
     }
 
   private:
-    char* place_for(Flush flush) const {
-        if (flush == Flush::end) return memory_.at_end(span_ * sizeof(T));
-        return memory_.at_start() + (flush == Flush::off_by_8 ? sizeof(double) : 0);
-    }
     std::size_t place(int k) const {
         const int from_start = inc_ < 0 ? n_ - 1 - k : k;
         return static_cast<std::size_t>(from_start) * static_cast<unsigned>(std::abs(inc_));

@@ -1,109 +1,107 @@
-// The general matrix product on one thread.
+// The whole product on one thread: each class has its own rule of what is packed and how the problem is cut.
+#include "blas/kernel/default_em64t/level3/gemm_processor.hpp"
 #include "blas/kernels/kernels.hpp"
+#include "blas/kernels/level3/gemm_forms.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
 
-double conj_if(bool, double v) { return v; }
-zcomplex conj_if(bool conjugate, zcomplex v) {
-    if (conjugate) parts(&v)[1] = -parts(&v)[1];
-    return v;
+/// Bytes of the B panel that a whole block of k would have.
+template <class T> i64 panel_bytes(i64 n, i64 k, i64 most_columns) {
+    return least(k, 256) * least(n, most_columns) * i64{sizeof(T)};
 }
-[[gnu::always_inline]] inline double times(double a, double b) { return a * b; }
-[[gnu::always_inline]] inline zcomplex times(zcomplex a, zcomplex b) {
-    zcomplex r;
-    const double *p = parts(&a), *q = parts(&b);
-    parts(&r)[0] = p[0] * q[0] - p[1] * q[1];
-    parts(&r)[1] = p[0] * q[1] + p[1] * q[0];
-    return r;
-}
-double plus(double a, double b) { return a + b; }
-zcomplex plus(zcomplex a, zcomplex b) {
-    parts(&a)[0] += parts(&b)[0];
-    parts(&a)[1] += parts(&b)[1];
-    return a;
-}
-bool is(double a, double v) { return a == v; }
-bool is(zcomplex a, double v) { return parts(&a)[0] == v && parts(&a)[1] == 0.0; }
-bool is_n(char c) { return c == 'N' || c == 'n'; }
-bool is_c(char c) { return c == 'C' || c == 'c'; }
 
-template <class T>
-void plain(char transa, char transb, i64 m, i64 n, i64 k, T alpha, const T* a, i64 lda, const T* b, i64 ldb, T beta,
-           T* c, i64 ldc) {
-    for (i64 j = 0; j < n; ++j)
-        for (i64 i = 0; i < m; ++i) {
-            T sum{};
-            if (!is(alpha, 0.0))
-                for (i64 p = 0; p < k; ++p) {
-                    const T av = conj_if(is_c(transa), is_n(transa) ? a[i + p * lda] : a[p + i * lda]);
-                    const T bv = conj_if(is_c(transb), is_n(transb) ? b[p + j * ldb] : b[j + p * ldb]);
-                    sum = plus(sum, times(times(alpha, av), bv));
-                }
-            T& out = c[i + j * ldc];
-            out = is(beta, 0.0) ? sum : plus(times(beta, out), sum);
-        }
+/// Up to this many doubles a block of A stands on the stack.
+constexpr i64 small_block = 2048;
+
+/// A product whose A fits one small block, against B in place: nothing is allocated.
+template <class T> void small_product(const GeneralProduct<T>& g) {
+    alignas(64) double panels[small_block];
+    alignas(64) double strip[kWidth == 2 ? StripB::step * small_block / kPanel : 1];
+    const i64 stride = panel_stride_a<T>(g.k);
+    pack_a(g.a, g.m, g.k, panels, stride, &g.alpha);
+    multiply_block<T>(BlockA{panels, stride, g.m, g.k}, InPlaceB<T>{g.b, g.n}, strip, g.to, 0, 0);
+}
+
+template <class T> bool is_small(const GeneralProduct<T>& g, const Plan& plan) {
+    return !plan.copies_b && g.m <= plan.blocks.mb && g.k <= plan.blocks.kb &&
+           up_to(g.m, kPanelRows<T>) * kParts<T> * padded<T>(g.k) <= small_block;
+}
+
+/// Classes 0 and 1: B in place when it is not transposed and the problem is small.
+template <class T> void classic_gemm(const GeneralProduct<T>& g, LeastSizes least_sizes, i64 unit) {
+    if (below(g, least_sizes)) return plain_gemm(g);
+    Plan plan = plan_for<T>(g.m, g.n, g.k);
+    plan.copies_b = g.b.along_p != 1 || g.m + g.n + g.k > 384;
+    if (is_small(g, plan)) return small_product(g);
+    packed_form(g, plan, unit);
+}
+
+/// The form of classes 2 and 3: B is packed from a size on.
+template <class T> void large_or_small_form(const GeneralProduct<T>& g, bool large, LeastSizes large_least,
+                                            LeastSizes small_least, i64 unit) {
+    if (below(g, large ? large_least : small_least)) return plain_gemm(g);
+    Plan plan = plan_for<T>(g.m, g.n, g.k);
+    plan.copies_b = large;
+    packed_form(g, plan, unit);
 }
 
 } // namespace
 
+template <class T> Plan plan_for(i64 m, i64 n, i64 k) {
+    constexpr i64 numbers = kParts<T>;
+    if constexpr (kClass == CpuClass::def) return {gemm_blocks_def(m, n, k, numbers), true, true};
+    if constexpr (kClass == CpuClass::p4n) return {gemm_blocks_p4n(m, n, k, numbers), true, true};
+    if constexpr (kClass == CpuClass::mc3) {
+        GemmBlocks blocks = gemm_blocks_mc3(n, k);
+        blocks.mb /= numbers;
+        return {blocks, true, false};
+    }
+    if (nxl_has_sse41()) {
+        if constexpr (kParts<T> == 2) return {zgemm_blocks_htn(m, n, k), true, false};
+        return {gemm_blocks_htn(n, k, second_cache_is_small(nxl_gemm_cache_sizes())), true, false};
+    }
+    if constexpr (kParts<T> == 2) return {zgemm_blocks_mc(m, n, k), true, false};
+    return {gemm_blocks_mc(n, k), true, false};
+}
+
+template <class T> void gemm(const GeneralProduct<T>& g) {
+    constexpr bool complex = kParts<T> == 2;
+    constexpr LeastSizes three{3, 3, 3};
+    if (only_scales(g)) return;
+    if constexpr (kClass == CpuClass::mc3) {
+        constexpr LeastSizes small = complex ? three : LeastSizes{2, 8, 4};
+        large_or_small_form(g, panel_bytes<T>(g.n, g.k, 5000) > 262144, small, small, complex ? 1 : 2);
+    } else if constexpr (kClass == CpuClass::mc) {
+        constexpr LeastSizes small = complex ? three : LeastSizes{2, 2, 2};
+        constexpr LeastSizes small_htn = complex ? three : LeastSizes{4, 4, 4};
+        large_or_small_form(g, panel_bytes<T>(g.n, g.k, 10000) > 2097152, three, nxl_has_sse41() ? small_htn : small,
+                            complex ? 1 : 4);
+    } else if constexpr (kClass == CpuClass::p4n) {
+        classic_gemm(g, three, 1);
+    } else if (nxl_amd_family_16()) {
+        constexpr LeastSizes small = complex ? three : LeastSizes{2, 4, 4};
+        large_or_small_form(g, panel_bytes<T>(g.n, g.k, 5000) > 2097152, small, small, complex ? 1 : 2);
+    } else {
+        classic_gemm(g, complex ? three : LeastSizes{2, 2, 2}, complex ? 1 : 2);
+    }
+}
+
+template Plan plan_for<double>(i64, i64, i64);
+template Plan plan_for<zcomplex>(i64, i64, i64);
+template void gemm(const GeneralProduct<double>&);
+template void gemm(const GeneralProduct<zcomplex>&);
+
 void xdgemm(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k, const double& alpha,
             const double* a, const i64& lda, const double* b, const i64& ldb, const double& beta, double* c,
             const i64& ldc) {
-    plain(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    gemm(general_product(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc));
 }
 
 void xzgemm(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k, const zcomplex& alpha,
             const zcomplex* a, const i64& lda, const zcomplex* b, const i64& ldb, const zcomplex& beta, zcomplex* c,
             const i64& ldc) {
-    plain(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    gemm(general_product(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc));
 }
-void xdgemm_copy_at(const i64&, const i64&, const double*, const i64&, double*, const i64&, const double&) {}
-void xzgemm_copy_at(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&, const zcomplex&) {}
-void xdgemm_beta(const i64&, const i64&, const double&, double*, const i64&) {}
-void xzgemm_beta(const i64&, const i64&, const zcomplex&, zcomplex*, const i64&) {}
-void xdgemm_tile(const char&, const char&, const i64&, const i64&, const i64&, const double&, const double*, const i64&,
-                 const double*, const i64&, const double&, double*, const i64&) {}
-void xzgemm_tile(const char&, const char&, const i64&, const i64&, const i64&, const zcomplex&, const zcomplex*,
-                 const i64&, const zcomplex*, const i64&, const zcomplex&, zcomplex*, const i64&) {}
-void xdgemm_tile_pb(const char&, const char&, const i64&, const i64&, const i64&, const double&, const double*,
-                    const i64&, const double*, const i64&, const double*, const i64&, const double&, double*,
-                    const i64&) {}
-void xzgemm_tile_pb(const char&, const char&, const i64&, const i64&, const i64&, const zcomplex&, const zcomplex*,
-                    const i64&, const zcomplex*, const i64&, const zcomplex*, const i64&, const zcomplex&, zcomplex*,
-                    const i64&) {}
-void xzgemm_blocks(const i64&, const i64&, const i64&, i64&, i64&, i64&) {}
-void xzgemm_copy_bn(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&) {}
-void xzgemm_copy_bt(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&) {}
-void xzgemm_copy_bc(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&) {}
-void xdgemm_blocks_mc(const i64&, const i64&, const i64&, i64&, i64&, i64&) {}
-void xdgemm_copy_bn_mc(const i64&, const i64&, const double*, const i64&, double*, const i64&) {}
-void xdgemm_copy_bt_mc(const i64&, const i64&, const double*, const i64&, double*, const i64&) {}
-void xdgemm_tile_htn(const char&, const char&, const i64&, const i64&, const i64&, const double&, const double*,
-                     const i64&, const double*, const i64&, const double&, double*, const i64&) {}
-void xdgemm_tile_pb_htn(const char&, const char&, const i64&, const i64&, const i64&, const double&, const double*,
-                        const i64&, const double*, const i64&, const double*, const i64&, const double&, double*,
-                        const i64&) {}
-void xdgemm_tile_pab(const char&, const char&, const i64&, const i64&, const i64&, const double&, const double*,
-                     const i64&, const double*, const i64&, const double*, const i64&, const double*, const i64&,
-                     const double&, double*, const i64&) {}
-void xdgemm_blocks_htn(const i64&, const i64&, const i64&, i64&, i64&, i64&) {}
-void xdgemm_copy_an(const i64&, const i64&, const double*, const i64&, double*, const i64&, const double&) {}
-void xdgemm_copy_bn_htn(const i64&, const i64&, const double*, const i64&, double*, const i64&) {}
-void xdgemm_copy_bt_htn(const i64&, const i64&, const double*, const i64&, double*, const i64&) {}
-void xzgemm_tile_htn(const char&, const char&, const i64&, const i64&, const i64&, const zcomplex&, const zcomplex*,
-                     const i64&, const zcomplex*, const i64&, const zcomplex&, zcomplex*, const i64&) {}
-void xzgemm_tile_pb_htn(const char&, const char&, const i64&, const i64&, const i64&, const zcomplex&, const zcomplex*,
-                        const i64&, const zcomplex*, const i64&, const zcomplex*, const i64&, const zcomplex&,
-                        zcomplex*, const i64&) {}
-void xzgemm_tile_pab(const char&, const char&, const i64&, const i64&, const i64&, const zcomplex&, const zcomplex*,
-                     const i64&, const zcomplex*, const i64&, const zcomplex*, const i64&, const zcomplex*, const i64&,
-                     const zcomplex&, zcomplex*, const i64&) {}
-void xzgemm_blocks_htn(const i64&, const i64&, const i64&, i64&, i64&, i64&) {}
-void xzgemm_copy_an(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&, const zcomplex&) {}
-void xzgemm_copy_ac(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&, const zcomplex&) {}
-void xzgemm_copy_bn_htn(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&) {}
-void xzgemm_copy_bt_htn(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&) {}
-void xzgemm_copy_bc_htn(const i64&, const i64&, const zcomplex*, const i64&, zcomplex*, const i64&) {}
 
 } // namespace nxl::NXL_TARGET

@@ -17,6 +17,9 @@ constexpr std::int32_t small_second_cache = 3 * 1024 * 1024;
 constinit std::atomic<Sse41> pretended_sse41{Sse41::of_processor};
 constinit std::atomic<const GemmCacheSizes*> pretended_caches{nullptr};
 
+constexpr int unknown = -1;
+constinit std::atomic<int> family_16{unknown};
+
 constinit SpinLock probe_lock;
 constinit std::atomic<bool> probed{false};
 constinit GemmCacheSizes caches_found{};
@@ -51,6 +54,23 @@ bool nxl_has_sse41() {
     unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
     __cpuid(1, eax, ebx, ecx, edx);
     return (ecx & bit_SSE4_1) != 0;
+}
+
+bool amd_family_16_from(CpuidReader cpuid) {
+    const CpuidRegisters vendor = cpuid(0, 0);
+    if (vendor.ebx != signature_AMD_ebx || vendor.ecx != signature_AMD_ecx || vendor.edx != signature_AMD_edx)
+        return false;
+    const unsigned signature = cpuid(1, 0).eax;
+    return ((signature >> 8) & 0xF) == 15 && ((signature >> 20) & 0xFF) == 1;
+}
+
+bool nxl_amd_family_16() {
+    const int known = family_16.load(std::memory_order_relaxed);
+    if (known != unknown) [[likely]]
+        return known != 0;
+    const bool found = amd_family_16_from(cpuid_of_processor);
+    family_16.store(found, std::memory_order_relaxed);
+    return found;
 }
 
 GemmCacheSizes gemm_cache_sizes_from(CpuidReader cpuid) {

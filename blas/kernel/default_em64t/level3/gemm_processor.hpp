@@ -9,6 +9,10 @@ namespace nxl {
 /// two.
 bool nxl_has_sse41();
 
+/// Whether this is an AMD processor of family 16 (base family 15, extended family 1), which class 0 gives a form of its
+/// own. Found at the first call.
+bool nxl_amd_family_16();
+
 /// The caches that hold data, in the order in which the processor lists them; sizes in bytes.
 struct GemmCacheSizes {
     std::int32_t count;   ///< caches found, at most 4; 0 where the processor does not tell
@@ -29,7 +33,10 @@ using CpuidReader = CpuidRegisters (*)(unsigned leaf, unsigned subleaf);
 /// What nxl_gemm_cache_sizes finds on a processor that answers as `cpuid` does: the data and unified caches of leaf 4.
 GemmCacheSizes gemm_cache_sizes_from(CpuidReader cpuid);
 
-/// For tests: what the two questions above answer in place of the processor, in the whole process.
+/// What nxl_amd_family_16 finds on such a processor.
+bool amd_family_16_from(CpuidReader cpuid);
+
+/// For tests: what nxl_has_sse41 and nxl_gemm_cache_sizes answer in place of the processor, in the whole process.
 enum class Sse41 : int { of_processor, absent, present };
 void pretend_sse41(Sse41 answer);
 /// Null gives the processor back its word; else *caches has to live on.

@@ -1,0 +1,100 @@
+#include "bench/family_cases.hpp"
+
+namespace nxl::bench {
+namespace {
+
+/// A routine with the option letters to time it with.
+struct Variants {
+    const char* routine;
+    std::vector<const char*> options = {""};
+};
+
+std::vector<Case> cases_of(const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
+    std::vector<Case> cases;
+    for (const Variants& variants : routines)
+        for (const char* options : variants.options)
+            for (const Size& size : sizes) cases.push_back({variants.routine, options, size});
+    return cases;
+}
+
+} // namespace
+
+std::vector<Case> level1_cases() {
+    return cases_of({{"ddot"},  {"daxpy"}, {"dscal"},  {"dcopy"},  {"dswap"}, {"dasum"}, {"idamax"},
+                     {"drot"},  {"dnrm2"}, {"zdotc"},  {"zdotu"},  {"zaxpy"}, {"zscal"}, {"zdscal"},
+                     {"zcopy"}, {"zswap"}, {"dzasum"}, {"izamax"}, {"zdrot"}, {"dznrm2"}},
+                    {100, 1'000, 10'000, 10'000'000});
+}
+
+std::vector<Case> level2_cases() {
+    return cases_of({{"dgemv", {"N", "T"}},
+                     {"dger"},
+                     {"dsymv", {"L", "U"}},
+                     {"dsyr", {"L", "U"}},
+                     {"dsyr2", {"L"}},
+                     {"dtrmv", {"LNN", "UTN"}},
+                     {"dtrsv", {"LNN", "UTN"}},
+                     {"zgemv", {"N", "T", "C"}},
+                     {"zgeru"},
+                     {"zgerc"},
+                     {"zhemv", {"L", "U"}},
+                     {"zher", {"L", "U"}},
+                     {"zher2", {"L"}},
+                     {"ztrmv", {"LNN", "UTN"}},
+                     {"ztrsv", {"LNN", "UTN"}}},
+                    {100, 1'000, 5'000});
+}
+
+std::vector<Case> level3_cases() {
+    return cases_of({{"dtrsm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
+                     {"dtrmm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
+                     {"dsyrk", {"LN", "UT"}},
+                     {"dsyr2k", {"LN", "UT"}},
+                     {"dsymm", {"LL", "RU"}},
+                     {"ztrsm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
+                     {"ztrmm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
+                     {"zherk", {"LN", "UC"}},
+                     {"zsyrk", {"LN", "UT"}},
+                     {"zher2k", {"LN", "UC"}},
+                     {"zhemm", {"LL", "RU"}},
+                     {"zsymm", {"LL", "RU"}}},
+                    {128, 512, 2'000});
+}
+
+std::vector<Case> gemm_cases() {
+    return cases_of({{"dgemm", {"NN", "TN", "NT", "TT"}}, {"zgemm", {"NN", "TN", "NT", "TT", "NC"}}},
+                    {16,
+                     32,
+                     64,
+                     128,
+                     256,
+                     512,
+                     1'000,
+                     1'001,
+                     2'000, // 1001: columns off every boundary
+                     {2'000, 2'000, 32},
+                     {2'000, 8, 2'000},
+                     {8, 2'000, 2'000},
+                     {100'000, 16, 16}});
+}
+
+std::vector<Case> narrow_cases() {
+    return cases_of({{"dgemm", {"NN", "TN"}}, {"zgemm", {"NN", "TN"}}}, {64, 256, 1'000, 2'000});
+}
+
+std::vector<Case> level1_threads_cases() { return cases_of({{"ddot"}, {"daxpy"}}, {10'000'000}); }
+
+std::vector<Case> level3_threads_cases() {
+    return cases_of({{"dgemm", {"NN"}},
+                     {"zgemm", {"NN"}},
+                     {"dtrsm", {"LLNN"}},
+                     {"ztrsm", {"LLNN"}},
+                     {"dsyrk", {"LN"}},
+                     {"zherk", {"LN"}},
+                     {"dsyr2k", {"LN"}},
+                     {"dtrmm", {"LLNN"}},
+                     {"dsymm", {"LL"}}},
+                    {2'000});
+}
+
+} // namespace nxl::bench

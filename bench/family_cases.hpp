@@ -1,0 +1,16 @@
+// The cases of each family that compares libraries: routines, options and sizes, and nothing else.
+#pragma once
+#include "bench/cases.hpp"
+#include <vector>
+
+namespace nxl::bench {
+
+std::vector<Case> level1_cases();
+std::vector<Case> level2_cases();
+std::vector<Case> level3_cases();
+std::vector<Case> gemm_cases();
+std::vector<Case> narrow_cases();
+std::vector<Case> level1_threads_cases();
+std::vector<Case> level3_threads_cases();
+
+} // namespace nxl::bench

@@ -1,0 +1,42 @@
+// The forms of the matrix product on one thread: what is packed, and what goes to the product without packing.
+#pragma once
+#include "blas/kernels/level3/gemm.hpp"
+
+namespace nxl::NXL_TARGET {
+
+/// Sizes below which a form does not pack.
+struct LeastSizes {
+    i64 m, n, k;
+};
+
+template <class T> [[gnu::always_inline]] inline bool below(const GeneralProduct<T>& g, LeastSizes least_sizes) {
+    return g.m < least_sizes.m || g.n < least_sizes.n || g.k < least_sizes.k;
+}
+
+/// True when nothing is left to do but what beta asks for, which has then been done.
+template <class T> [[gnu::always_inline]] inline bool only_scales(const GeneralProduct<T>& g) {
+    if (g.m < 1 || g.n < 1) return true;
+    if (g.k > 0 && !is_zero(g.alpha)) return false;
+    scale_result(g.m, g.n, g.to);
+    return true;
+}
+
+/// Memory for the blocks of a plan, whole panels of it.
+template <class T> [[gnu::always_inline]] inline GemmBuffers buffers_for(const Plan& plan) {
+    const GemmBlocks& blocks = plan.blocks;
+    return {up_to(blocks.mb, kPanelRows<T>), plan.copies_b ? blocks.nb : 0, up_to(blocks.kb, 4), sizeof(T)};
+}
+
+/// The rows up to a multiple of `unit` by packing, the few that are left without.
+template <class T> void packed_form(const GeneralProduct<T>& g, const Plan& plan, i64 unit) {
+    const i64 main_rows = down_to(g.m, unit);
+    const GemmBuffers buffers = buffers_for<T>(plan);
+    if (!buffers.there()) return plain_gemm(g);
+    Result<T> to = g.to;
+    if (!plan.copies_b && g.b.conjugate) to.b_sign = -1.0;
+    blocked_product(GeneralA<T>{g.a, g.alpha}, GeneralB<T>{g.b}, main_rows, g.n, g.k, plan,
+                    {buffers.a(), buffers.strip(), plan.copies_b ? buffers.b() : nullptr}, to);
+    if (main_rows < g.m) plain_gemm(g.below(main_rows));
+}
+
+} // namespace nxl::NXL_TARGET

@@ -1,0 +1,182 @@
+// Packing: rows of A, or columns of B, interleaved along k in panels that a register tile reads at unit stride.
+#pragma once
+#include "blas/kernels/level3/result.hpp"
+
+namespace nxl::NXL_TARGET {
+
+/// A matrix as packing sees it: element (r, p), with r a row of A or a column of B, and p a step of k.
+template <class T> struct Source {
+    const T* data;
+    i64 along_r, along_p; // elements between neighbours; one of them is 1
+    bool conjugate;
+
+    Source from(i64 r, i64 p) const { return {data + r * along_r + p * along_p, along_r, along_p, conjugate}; }
+};
+
+[[gnu::always_inline]] inline bool plain_letter(char trans) { return trans == 'N' || trans == 'n'; }
+[[gnu::always_inline]] inline bool transposing_letter(char trans) { return trans == 'T' || trans == 't'; }
+
+/// op(A) by rows and op(B) by columns. Any letter but N and T conjugates.
+template <class T> Source<T> source_of_a(char trans, const T* a, i64 lda) {
+    if (plain_letter(trans)) return {a, 1, lda, false};
+    return {a, lda, 1, kParts<T> == 2 && !transposing_letter(trans)};
+}
+template <class T> Source<T> source_of_b(char trans, const T* b, i64 ldb) {
+    if (plain_letter(trans)) return {b, ldb, 1, false};
+    return {b, 1, ldb, kParts<T> == 2 && !transposing_letter(trans)};
+}
+
+/// What happens to a number on its way into a panel.
+template <class T> struct PlainCopy {
+    [[gnu::always_inline]] Vec<4> operator()(Vec<4> v) const { return v; }
+};
+template <class T> struct Scaled {
+    Factor<T, 4> factor;
+    [[gnu::always_inline]] Vec<4> operator()(Vec<4> v) const { return factor(v); }
+};
+template <class Then> struct Conjugated {
+    Then then;
+    [[gnu::always_inline]] Vec<4> operator()(Vec<4> v) const { return then(v * alternate<4>(1.0, -1.0)); }
+};
+
+/// Calls pack(change) with the change that a copy makes: nothing, a factor, a conjugation, or both.
+template <class T, class Pack> [[gnu::always_inline]] inline void with_change(bool conjugate, const T* alpha,
+                                                                              Pack&& pack) {
+    if constexpr (kParts<T> == 2) {
+        if (conjugate && alpha) return pack(Conjugated<Scaled<T>>{{Factor<T, 4>(*alpha)}});
+        if (conjugate) return pack(Conjugated<PlainCopy<T>>{});
+    }
+    if (alpha) return pack(Scaled<T>{Factor<T, 4>(*alpha)});
+    pack(PlainCopy<T>{});
+}
+
+/// `Panels` full panels whose rows are neighbours in memory.
+template <class T, int Panels, class Change>
+[[gnu::always_inline]] inline void pack_neighbours(const Source<T>& from, i64 k, double* to, i64 stride, i64 step,
+                                                   Change change) {
+    const double* in = reinterpret_cast<const double*>(from.data);
+    const i64 next = from.along_p * kParts<T>;
+    for (i64 p = 0; p < k; ++p, in += next, to += step)
+        for (int panel = 0; panel < Panels; ++panel)
+            store<4>(to + panel * stride, change(load<4>(in + panel * kPanel)));
+}
+
+template <class Change>
+[[gnu::always_inline]] inline void transpose_4x4(const double* const (&in)[4], double* to, i64 step, Change change) {
+    const auto r0 = change(load<4>(in[0])), r1 = change(load<4>(in[1])), r2 = change(load<4>(in[2])),
+               r3 = change(load<4>(in[3]));
+    const auto even01 = __builtin_shufflevector(r0, r1, 0, 4, 2, 6),
+               odd01 = __builtin_shufflevector(r0, r1, 1, 5, 3, 7);
+    const auto even23 = __builtin_shufflevector(r2, r3, 0, 4, 2, 6),
+               odd23 = __builtin_shufflevector(r2, r3, 1, 5, 3, 7);
+    store<4>(to, __builtin_shufflevector(even01, even23, 0, 1, 4, 5));
+    store<4>(to + step, __builtin_shufflevector(odd01, odd23, 0, 1, 4, 5));
+    store<4>(to + 2 * step, __builtin_shufflevector(even01, even23, 2, 3, 6, 7));
+    store<4>(to + 3 * step, __builtin_shufflevector(odd01, odd23, 2, 3, 6, 7));
+}
+
+/// One full panel whose rows are `along_r` apart, each contiguous along k.
+template <class T, class Change>
+[[gnu::always_inline]] inline void pack_distant(const Source<T>& from, i64 k, double* to, i64 step, Change change) {
+    const double* in[4];
+    for (int r = 0; r < kPanelRows<T>; ++r) in[r] = reinterpret_cast<const double*>(from.data + r * from.along_r);
+    i64 p = 0;
+    if constexpr (kParts<T> == 1) {
+        for (; p + 4 <= k; p += 4, to += 4 * step) {
+            transpose_4x4(in, to, step, change);
+            for (const double*& row : in) row += 4;
+        }
+        for (; p < k; ++p, to += step) {
+            store<4>(to, change(Vec<4>{*in[0], *in[1], *in[2], *in[3]}));
+            for (const double*& row : in) ++row;
+        }
+    } else {
+        for (; p < k; ++p, to += step) {
+            store<4>(to, change(Vec<4>{in[0][0], in[0][1], in[1][0], in[1][1]}));
+            in[0] += 2, in[1] += 2;
+        }
+    }
+}
+
+/// Fewer rows than a panel has: `width` of them are stored, those beyond `rows` as zeros.
+template <class T, class Change>
+[[gnu::noinline]] void pack_ragged(const Source<T>& from, int rows, int width, i64 k, double* to, i64 step,
+                                   Change change) {
+    for (i64 p = 0; p < k; ++p, to += step) {
+        double quad[kPanel] = {};
+        for (int r = 0; r < rows; ++r)
+            __builtin_memcpy(quad + r * kParts<T>, from.data + r * from.along_r + p * from.along_p, sizeof(T));
+        Vec<4> packed = change(load<4>(quad));
+        store<4>(quad, packed);
+        __builtin_memcpy(to, quad, static_cast<unsigned long>(width) * sizeof(T));
+    }
+}
+
+/// A copy of `r` rows by `k` steps into panels `stride` doubles apart, a step of k taking `step` doubles.
+template <class T, class Change>
+[[gnu::always_inline]] inline void pack_full_panels(const Source<T>& from, i64 panels, i64 k, double* to, i64 stride,
+                                                    i64 step, Change change) {
+    i64 panel = 0;
+    if (from.along_r == 1) {
+        for (; panel + 3 <= panels; panel += 3)
+            pack_neighbours<T, 3>(from.from(panel * kPanelRows<T>, 0), k, to + panel * stride, stride, step, change);
+        for (; panel < panels; ++panel)
+            pack_neighbours<T, 1>(from.from(panel * kPanelRows<T>, 0), k, to + panel * stride, stride, step, change);
+    } else {
+        for (; panel < panels; ++panel)
+            pack_distant<T>(from.from(panel * kPanelRows<T>, 0), k, to + panel * stride, step, change);
+    }
+}
+
+/// The steps of k that a panel has: k rounded up to a multiple of 4, or of 2 for complex numbers.
+template <class T> [[gnu::always_inline]] inline i64 padded(i64 k) {
+    constexpr i64 unit = kPanelRows<T>;
+    return (k + unit - 1) / unit * unit;
+}
+
+/// Zeros behind the k steps of a panel.
+template <class T> [[gnu::always_inline]] inline void pad_panel(double* panel, i64 k, i64 step) {
+    for (double* at = panel + k * step; at < panel + padded<T>(k) * step; ++at) *at = 0.0;
+}
+
+/// `rows` rows of op(A) times alpha, by k steps. The last panel is filled up with rows of zeros. Alpha null: not
+/// scaled.
+template <class T>
+void pack_a_unpadded(const Source<T>& from, i64 rows, i64 k, double* to, i64 stride, const T* alpha) {
+    constexpr int height = kPanelRows<T>;
+    with_change<T>(from.conjugate, alpha, [&](auto change) {
+        pack_full_panels<T>(from, rows / height, k, to, stride, kPanel, change);
+        if (rows % height)
+            pack_ragged<T>(from.from(rows / height * height, 0), static_cast<int>(rows % height), height, k,
+                           to + rows / height * stride, kPanel, change);
+    });
+}
+
+template <class T> void pack_a(const Source<T>& from, i64 rows, i64 k, double* to, i64 stride, const T* alpha) {
+    pack_a_unpadded(from, rows, k, to, stride, alpha);
+    for (i64 row = 0; row < rows; row += kPanelRows<T>, to += stride) pad_panel<T>(to, k, kPanel);
+}
+
+/// Columns in a panel of B: as the panels of A are high, but 4 complex ones on class 3.
+template <class T> constexpr int kPanelColumns = kParts<T> == 2 && kClass != CpuClass::mc3 ? 2 : 4;
+
+/// k steps of `columns` columns of op(B). Columns beyond the last full panel stand in a narrower one.
+template <class T> void pack_b(const Source<T>& from, i64 k, i64 columns, double* to, i64 stride) {
+    constexpr int width = kPanelColumns<T>, half = kPanelRows<T>;
+    with_change<T>(from.conjugate, static_cast<const T*>(nullptr), [&](auto change) {
+        for (i64 column = 0; column < columns; column += width, to += stride) {
+            const i64 here = columns - column < width ? columns - column : width;
+            const i64 step = here * kParts<T>;
+            for (i64 c = 0; c < here; c += half) {
+                const Source<T> part = from.from(column + c, 0);
+                double* at = to + c * kParts<T>;
+                const int wide = static_cast<int>(here - c < half ? here - c : half);
+                if (wide == half) pack_full_panels<T>(part, 1, k, at, stride, step, change);
+                else pack_ragged<T>(part, wide, wide, k, at, step, change);
+            }
+            pad_panel<T>(to, k, step);
+        }
+    });
+}
+
+} // namespace nxl::NXL_TARGET

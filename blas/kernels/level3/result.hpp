@@ -1,0 +1,119 @@
+// Where the sums of a tile go: the part of C that may be written, and what happens to the values there.
+#pragma once
+#include "blas/kernels/level3/tile.hpp"
+
+namespace nxl::NXL_TARGET {
+
+/// What becomes of C before sums are added: it stays, is not even read, or is multiplied by beta.
+enum class Before { keep, drop, scale };
+
+enum class Triangle { none, lower, upper };
+
+template <class T> struct Result {
+    T* c;
+    i64 ldc;
+    T beta;
+    Before before;
+    Triangle only = Triangle::none; ///< rank updates write one triangle, with the diagonal
+    bool real_diagonal = false;     ///< of a Hermitian C
+    double b_sign = 1.0;            ///< -1 when B is read in place and conjugated: its imaginary sums count negative
+
+    [[gnu::always_inline]] bool outside(i64 i, i64 rows, i64 j, i64 columns) const {
+        if (only == Triangle::none) return false;
+        return only == Triangle::lower ? i + rows <= j : j + columns <= i;
+    }
+    [[gnu::always_inline]] bool inside(i64 i, i64 rows, i64 j, i64 columns) const {
+        if (only == Triangle::none) return true;
+        return only == Triangle::lower ? i >= j + columns : j >= i + rows;
+    }
+    [[gnu::always_inline]] bool has(i64 i, i64 j) const {
+        return only == Triangle::none || (only == Triangle::lower ? i >= j : i <= j);
+    }
+};
+
+[[gnu::always_inline]] inline bool is_zero(double v) { return v == 0.0; }
+[[gnu::always_inline]] inline bool is_zero(const zcomplex& v) { return parts(&v)[0] == 0.0 && parts(&v)[1] == 0.0; }
+[[gnu::always_inline]] inline bool is_one(double v) { return v == 1.0; }
+[[gnu::always_inline]] inline bool is_one(const zcomplex& v) { return parts(&v)[0] == 1.0 && parts(&v)[1] == 0.0; }
+
+template <class T> [[gnu::always_inline]] inline Before before_of(const T& beta) {
+    return is_zero(beta) ? Before::drop : is_one(beta) ? Before::keep : Before::scale;
+}
+
+/// factor * v, for a vector of real numbers or of complex ones.
+template <class T, int W> struct Factor;
+template <int W> struct Factor<double, W> {
+    Vec<W> real;
+    explicit Factor(const double& f) : real(splat<W>(f)) {}
+    [[gnu::always_inline]] Vec<W> operator()(Vec<W> v) const { return real * v; }
+};
+template <int W> struct Factor<zcomplex, W> {
+    Vec<W> real, imaginary;
+    explicit Factor(const zcomplex& f)
+        : real(splat<W>(parts(&f)[0])),
+          imaginary(alternate<W>(-parts(&f)[1], parts(&f)[1])) {}
+    [[gnu::always_inline]] Vec<W> operator()(Vec<W> v) const { return real * v + imaginary * swap_parts<W>(v); }
+};
+
+/// Vector v of column `column` of a tile, as numbers of type T.
+template <class T, class Tile>
+[[gnu::always_inline]] inline Vec<kWidth> tile_values(const Tile& sums, int v, int column, double b_sign) {
+    if constexpr (kParts<T> == 1) {
+        return sums.at(v, column);
+    } else {
+        const auto turn = alternate<kWidth>(-b_sign, b_sign);
+        return sums.at(v, 2 * column) + turn * swap_parts<kWidth>(sums.at(v, 2 * column + 1));
+    }
+}
+
+/// A tile that lies inside C altogether.
+template <class T, class Tile>
+[[gnu::always_inline]] inline void store_tile(const Tile& sums, const Result<T>& to, T* c) {
+    const auto each = [&](auto&& write) {
+        for (int column = 0; column < Tile::columns / kParts<T>; ++column) {
+            double* out = reinterpret_cast<double*>(c + column * to.ldc);
+            for (int v = 0; v < Tile::vectors; ++v) write(out + v * kWidth, tile_values<T>(sums, v, column, to.b_sign));
+        }
+    };
+    if (to.before == Before::keep) {
+        each([](double* out, Vec<kWidth> add) { store<kWidth>(out, load<kWidth>(out) + add); });
+    } else if (to.before == Before::drop) {
+        each([](double* out, Vec<kWidth> value) { store<kWidth>(out, value); });
+    } else {
+        const Factor<T, kWidth> beta(to.beta);
+        each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta(load<kWidth>(out)) + add); });
+    }
+}
+
+/// One number of C, given as its parts.
+template <class T> void store_element(double* out, const double* value, const Result<T>& to) {
+    double old[2] = {0.0, 0.0};
+    if (to.before != Before::drop) __builtin_memcpy(old, out, sizeof(T));
+    if (to.before == Before::scale) {
+        const double* beta = reinterpret_cast<const double*>(&to.beta);
+        if constexpr (kParts<T> == 1) {
+            old[0] *= beta[0];
+        } else {
+            const double real = beta[0] * old[0] - beta[1] * old[1];
+            old[1] = beta[0] * old[1] + beta[1] * old[0];
+            old[0] = real;
+        }
+    }
+    for (int part = 0; part < kParts<T>; ++part) out[part] = old[part] + value[part];
+}
+
+/// A tile at row i and column j of C that reaches over its edge, or over the diagonal: `columns` columns of values,
+/// `height` doubles apart, of which the first `rows` rows count.
+template <class T>
+[[gnu::noinline]] void store_edge(const double* values, i64 height, const Result<T>& to, i64 i, i64 rows, i64 j,
+                                  i64 columns) {
+    for (i64 column = j; column < j + columns; ++column, values += height)
+        for (i64 row = i; row < i + rows; ++row) {
+            if (!to.has(row, column)) continue;
+            double* out = reinterpret_cast<double*>(to.c + row + column * to.ldc);
+            store_element(out, values + (row - i) * kParts<T>, to);
+            if (to.real_diagonal && row == column) out[1] = 0.0;
+        }
+}
+
+} // namespace nxl::NXL_TARGET

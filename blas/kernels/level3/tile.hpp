@@ -1,0 +1,128 @@
+// Register tiles of the matrix product: the innermost loops over k. Complex numbers are pairs of doubles here: a panel
+// of two complex rows is one of four doubles, and each part of a complex B counts as a column of its own.
+#pragma once
+#include "blas/kernels/target.hpp"
+
+namespace nxl::NXL_TARGET {
+
+constexpr int kPanel = 4; // doubles of a panel per step of k: 4 real rows, or 2 complex ones
+
+template <class T> constexpr int kParts = sizeof(T) / sizeof(double);
+template <class T> constexpr int kPanelRows = kPanel / kParts<T>; // rows of A, or columns of B, in a panel
+
+/// B packed in panels: `step` doubles apart for consecutive k.
+struct PackedB {
+    const double* at;
+    i64 step;
+
+    [[gnu::always_inline]] Vec<kWidth> value(int column) const { return splat<kWidth>(at[column]); }
+    [[gnu::always_inline]] void next() { at += step; }
+};
+
+/// B where the caller has it.
+template <class T> struct PlacedB {
+    const double* at;
+    i64 step;   // doubles between consecutive k
+    i64 column; // doubles between consecutive columns
+
+    [[gnu::always_inline]] Vec<kWidth> value(int c) const {
+        return splat<kWidth>(at[c / kParts<T> * column + c % kParts<T>]);
+    }
+    [[gnu::always_inline]] void next() { at += step; }
+};
+
+/// B as a broadcast strip: every double stored twice, so that one aligned load fills a 128-bit register.
+struct StripB {
+    static constexpr int step = 2 * kPanel;
+    const double* at;
+
+    [[gnu::always_inline]] Vec<2> value(int column) const {
+        return *static_cast<const Vec<2>*>(__builtin_assume_aligned(at + 2 * column, 16));
+    }
+    [[gnu::always_inline]] void next() { at += step; }
+};
+
+/// The sums of a tile: `Panels` panels of A against `Columns` real columns of B.
+template <int Panels, int Columns> struct Sums {
+    static constexpr int vectors = Panels * kPanel / kWidth;
+    static constexpr int height = Panels * kPanel; // in doubles, as columns are
+    static constexpr int columns = Columns;
+    Vec<kWidth> of[vectors][Columns] = {};
+
+    [[gnu::always_inline]] Vec<kWidth> at(int v, int column) const { return of[v][column]; }
+
+    template <class B> [[gnu::always_inline]] void step(const double* a, i64 panel_stride, const B& b) {
+        Vec<kWidth> rows[vectors];
+        for (int v = 0; v < vectors; ++v) {
+            constexpr int per_panel = kPanel / kWidth;
+            rows[v] = load<kWidth>(a + v / per_panel * panel_stride + v % per_panel * kWidth);
+        }
+        for (int column = 0; column < Columns; ++column) {
+            const auto factor = b.value(column);
+            for (int v = 0; v < vectors; ++v) {
+                of[v][column] += rows[v] * factor;
+                // Done before anything else is loaded: the sums, rows and one factor fill all registers.
+                asm volatile("" : "+x"(of[v][column]) : : "memory");
+            }
+        }
+    }
+};
+
+/// The sums of a pair of rows against 8 real columns, two in a register: beside the products of like halves stand those
+/// of crossed ones, which makes broadcasts of B needless. 128-bit registers only.
+struct CrossedSums {
+    static constexpr int vectors = 1;
+    static constexpr int height = 2;
+    static constexpr int columns = 8;
+    Vec<2> straight[columns / 2] = {}; // of column pair q: row 0 of column 2 q, row 1 of column 2 q + 1
+    Vec<2> crossed[columns / 2] = {};  // row 1 of column 2 q, row 0 of column 2 q + 1
+
+    template <class B> [[gnu::always_inline]] void step(const double* a, i64, const B& b) {
+        const auto rows = load<2>(a);
+        const auto turned = swap_parts<2>(rows);
+        for (int pair = 0; pair < columns / 2; ++pair) {
+            const auto factors = b.pair(pair);
+            straight[pair] += rows * factors;
+            crossed[pair] += turned * factors;
+        }
+    }
+    [[gnu::always_inline]] Vec<2> at(int, int c) const {
+        const auto like = straight[c / 2], other = crossed[c / 2];
+        return c % 2 == 0 ? __builtin_shufflevector(like, other, 0, 2) : __builtin_shufflevector(other, like, 1, 3);
+    }
+};
+
+/// 8 columns of B for CrossedSums: two packed panels of 4.
+struct PackedPairs {
+    const double* at;
+    const double* second;
+    i64 step;
+
+    [[gnu::always_inline]] Vec<2> pair(int p) const {
+        const double* const from = p < 2 ? at + 2 * p : second + 2 * (p - 2);
+        return *static_cast<const Vec<2>*>(__builtin_assume_aligned(from, 16));
+    }
+    [[gnu::always_inline]] void next() { at += step, second += step; }
+};
+
+template <class Tile, class B>
+[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b) {
+    Tile sums;
+    for (i64 p = k / 4; p > 0; --p, a += 4 * kPanel) {
+#pragma clang loop unroll(full)
+        for (int q = 0; q < 4; ++q, b.next()) sums.step(a + q * kPanel, panel_stride, b);
+    }
+    for (i64 p = k % 4; p > 0; --p, a += kPanel, b.next()) sums.step(a, panel_stride, b);
+    return sums;
+}
+
+/// The same for a number of steps known beforehand, without a loop.
+template <int K, class Tile, class B>
+[[gnu::always_inline]] inline Tile multiply_unrolled(const double* a, i64 panel_stride, B b) {
+    Tile sums;
+#pragma clang loop unroll(full)
+    for (int p = 0; p < K; ++p, b.next()) sums.step(a + p * kPanel, panel_stride, b);
+    return sums;
+}
+
+} // namespace nxl::NXL_TARGET

@@ -1,0 +1,139 @@
+// The general matrix product through its drivers, against the reference BLAS with a bound for every element. CTest runs
+// this program once for each processor class and vector width.
+#include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
+#include "tests/support/blas_call.hpp"
+
+namespace nxl {
+namespace {
+
+using nxl_test::BlasCall;
+using nxl_test::Family;
+using nxl_test::Generator;
+using nxl_test::MatrixShape;
+
+const nxl_test::Routine dgemm_routine = nxl_test::routine<Family::gemm>("dgemm", nxl_blas_dgemm);
+const nxl_test::Routine zgemm_routine = nxl_test::routine<Family::gemm>("zgemm", nxl_blas_zgemm);
+
+class Gemm : public ::testing::TestWithParam<const nxl_test::Routine*> {
+  protected:
+    void SetUp() override { NXL_Set_Dynamic(0); }
+
+    static BlasCall sized(BlasCall call, int m, int n, int k) {
+        call.m = m, call.n = n, call.k = k;
+        return call;
+    }
+};
+
+TEST_P(Gemm, EverySmallShapeInEveryForm) { // register tiles, their tails, the limits below which nothing is packed
+    constexpr std::array sizes = {0, 1, 2, 3, 4, 5, 7, 8, 9, 11, 12, 13};
+    Generator generator(1);
+    for (const BlasCall& letters : letters_of(*GetParam()))
+        for (const int m : sizes)
+            for (const int n : sizes)
+                for (const int k : sizes)
+                    ASSERT_TRUE(GetParam()->check(randomised(sized(letters, m, n, k), generator)));
+}
+
+TEST_P(Gemm, EdgesOfBlocks) {
+    struct Shape {
+        int m, n, k;
+    };
+    std::vector<Shape> shapes = {{40, 2003, 5}, {9, 5003, 10}, {12, 10003, 30}, {5, 10001, 3}, {9, 4993, 9}};
+    for (const int k : {27,  55,  56,  57,  111, 112, 113, 127, 128, 129, 223, 224,
+                        225, 255, 256, 257, 258, 384, 447, 448, 511, 512, 513, 1025})
+        shapes.insert(shapes.end(), {{11, 9, k}, {18, 31, k}, {4, 70, k}, {67, 5, k}});
+    for (const int m : {447, 448, 449, 479, 480, 481, 511, 512, 513, 600, 601, 704, 1001, 1025, 1537})
+        shapes.insert(shapes.end(), {{m, 5, 17}, {m, 12, 9}, {m, 3, 120}});
+    for (const int size : {17, 31, 33, 64, 65, 130}) shapes.push_back({size, size + 1, size - 1});
+    Generator generator(2);
+    const std::vector<BlasCall> letters = letters_of(*GetParam());
+    for (const auto& [m, n, k] : shapes)
+        for (int round = 0; round < 2; ++round)
+            ASSERT_TRUE(GetParam()->check(randomised(sized(pick(generator, letters), m, n, k), generator)));
+}
+
+TEST_P(Gemm, AllDimensionsOfSeveralBlocksOverThreads) {
+    Generator generator(3);
+    for (const BlasCall& letters : letters_of(*GetParam())) {
+        BlasCall call = randomised(sized(letters, 131, 77, 115), generator);
+        if (letters.transa == 'N' && letters.transb != 'C') call = sized(call, 485, 93, 261);
+        call.alpha = {0.7, -0.3};
+        call.threads = {1, 2, 3, 4, 7};
+        ASSERT_TRUE(GetParam()->check(call));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Gemm, ::testing::Values(&dgemm_routine, &zgemm_routine),
+                         [](const auto& t) { return t.param->name; });
+
+std::vector<double> random_matrix(int rows, int cols, unsigned seed) {
+    Generator generator(seed);
+    std::vector<double> values(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols));
+    for (double& value : values) value = nxl_test::random_value<double>(generator);
+    return values;
+}
+
+TEST(GemmValues, NanStaysInItsRowAndColumn) { // padding and unused lanes must not mix rows, zeros must not hide a NaN
+    const double one = 1.0, zero = 0.0;
+    for (const i64 size : {3, 8, 19, 70}) {
+        const int order = static_cast<int>(size), bad_row = order - 1, bad_column = order / 2;
+        std::vector<double> a = random_matrix(order, order, 1), b(a.size(), 0.0), c(a.size());
+        a[static_cast<std::size_t>(bad_row + order)] = std::nan("");
+        b[static_cast<std::size_t>(2 + bad_column * order)] = std::numeric_limits<double>::infinity();
+        nxl_blas_dgemm("N", "N", &size, &size, &size, &one, a.data(), &size, b.data(), &size, &zero, c.data(), &size);
+        for (int j = 0; j < order; ++j)
+            for (int i = 0; i < order; ++i)
+                ASSERT_EQ(std::isfinite(c[static_cast<std::size_t>(i + j * order)]), i != bad_row && j != bad_column)
+                    << "order " << order << " element " << i << ", " << j;
+    }
+}
+
+/// C := alpha A B + beta C in the summation order of class 1: k is cut into blocks of kb; the first is the shorter one
+/// at the end of k, and it takes beta; the others follow from 0 upward. alpha is in A.
+std::vector<double> class1_product(int m, int n, int k, int kb, double alpha, const std::vector<double>& a,
+                                   const std::vector<double>& b, double beta, std::vector<double> c) {
+    const auto at = [](int i, int j, int ld) { return static_cast<std::size_t>(i + j * ld); };
+    const int first = k % kb == 0 ? kb : k % kb;
+    const auto add_block = [&](int start, int length, double factor) {
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < m; ++i) {
+                double sum = 0.0;
+                for (int p = start; p < start + length; ++p) sum += alpha * a[at(i, p, m)] * b[at(p, j, k)];
+                double& element = c[at(i, j, m)];
+                element = factor == 0.0 ? sum : factor * element + sum;
+            }
+    };
+    add_block(k - first, first, beta);
+    for (int start = 0; start < k - first; start += kb) add_block(start, kb, 1.0);
+    return c;
+}
+
+TEST(GemmClass1, SummationOrderIsFixed) {
+    const char *cpu_class = std::getenv("NXL_DEBUG_CPU_TYPE"), *bits = std::getenv("NXL_VECTOR_BITS");
+    if (!cpu_class || !bits || std::string(cpu_class) + bits != "1128") GTEST_SKIP() << "for class 1, 128 bits";
+    NXL_Set_Num_Threads(1); // a thread's slice may be too thin for blocks
+    struct Case {
+        int m, n, k, kb;
+    };
+    for (const auto& [m, n, k, kb] : {Case{8, 8, 300, 112},
+                                      {7, 5, 300, 112},
+                                      {8, 8, 57, 112},
+                                      {8, 8, 112, 112},
+                                      {8, 8, 113, 56},
+                                      {8, 4, 200, 100},
+                                      {3, 3, 224, 112},
+                                      {12, 9, 225, 112}})
+        for (const double beta : {0.0, 1.0, -0.7}) {
+            const std::vector<double> a = random_matrix(m, k, 1), b = random_matrix(k, n, 2),
+                                      c = random_matrix(m, n, 3);
+            std::vector<double> got = c;
+            const double alpha = 1.7;
+            const i64 m64 = m, n64 = n, k64 = k;
+            nxl_blas_dgemm("N", "N", &m64, &n64, &k64, &alpha, a.data(), &m64, b.data(), &k64, &beta, got.data(), &m64);
+            ASSERT_TRUE(got == class1_product(m, n, k, kb, alpha, a, b, beta, c))
+                << m << ' ' << n << ' ' << k << ' ' << beta;
+        }
+}
+
+} // namespace
+} // namespace nxl

@@ -1,0 +1,99 @@
+// Level 3 beside the general product through its drivers, against the reference BLAS with a bound for every element.
+// CTest runs this program once for each processor class and vector width.
+#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "tests/support/blas_call.hpp"
+
+namespace nxl {
+namespace {
+
+using nxl_test::BlasCall;
+using nxl_test::Family;
+using nxl_test::Generator;
+using nxl_test::Routine;
+
+const Routine routines[] = {
+    nxl_test::routine<Family::symm>("dsymm", nxl_blas_dsymm),
+    nxl_test::routine<Family::symm>("zsymm", nxl_blas_zsymm),
+    nxl_test::routine<Family::symm>("zhemm", nxl_blas_zhemm),
+    nxl_test::routine<Family::syrk>("dsyrk", nxl_blas_dsyrk),
+    nxl_test::routine<Family::syrk>("zsyrk", nxl_blas_zsyrk),
+    nxl_test::routine<Family::syrk>("zherk", nxl_blas_zherk),
+    nxl_test::routine<Family::syr2k>("dsyr2k", nxl_blas_dsyr2k),
+    nxl_test::routine<Family::syr2k>("zsyr2k", nxl_blas_zsyr2k),
+    nxl_test::routine<Family::syr2k>("zher2k", nxl_blas_zher2k),
+    nxl_test::routine<Family::trm>("dtrmm", nxl_blas_dtrmm),
+    nxl_test::routine<Family::trm>("ztrmm", nxl_blas_ztrmm),
+    nxl_test::routine<Family::trm>("dtrsm", nxl_blas_dtrsm, "dtrmm"),
+    nxl_test::routine<Family::trm>("ztrsm", nxl_blas_ztrsm, "ztrmm"),
+};
+
+class Level3 : public ::testing::TestWithParam<const Routine*> {
+  protected:
+    void SetUp() override { NXL_Set_Dynamic(0); }
+
+    /// The two sizes that the routine takes: m and n, or n and k.
+    static BlasCall sized(BlasCall call, int first, int second) {
+        const bool update = GetParam()->is({Family::syrk, Family::syr2k});
+        call.m = first, call.n = update ? first : second, call.k = second;
+        return call;
+    }
+};
+
+TEST_P(Level3, EverySmallShapeInEveryForm) {
+    constexpr std::array sizes = {0, 1, 2, 3, 4, 5, 7, 8, 9, 12, 13, 16, 17, 20};
+    Generator generator(1);
+    for (const BlasCall& letters : letters_of(*GetParam()))
+        for (const int first : sizes)
+            for (const int second : sizes)
+                ASSERT_TRUE(GetParam()->check(randomised(sized(letters, first, second), generator)));
+}
+
+TEST_P(Level3, EdgesOfBlocks) { // in one dimension, and a few in both
+    Generator generator(2);
+    const std::vector<BlasCall> letters = letters_of(*GetParam());
+    for (const int size : {31, 32, 33, 47, 48, 49, 63, 64, 65, 95, 96, 97, 127, 128, 129, 191, 193, 255, 256, 257})
+        for (const int thin : {1, 3, 4, 9})
+            for (const auto& [first, second] : {std::pair(size, thin), std::pair(thin, size)})
+                ASSERT_TRUE(GetParam()->check(randomised(sized(pick(generator, letters), first, second), generator)));
+    for (const int size : {31, 33, 48, 64, 65, 96, 97, 129, 160})
+        ASSERT_TRUE(GetParam()->check(randomised(sized(pick(generator, letters), size, size + 5), generator)));
+}
+
+TEST_P(Level3, EveryFormOverThreads) {
+    Generator generator(3);
+    for (const BlasCall& letters : letters_of(*GetParam()))
+        for (const auto& [first, second] : {std::pair(101, 37), std::pair(37, 130)}) {
+            BlasCall call = randomised(sized(letters, first, second), generator);
+            call.alpha = {0.7, -0.3};
+            call.threads = {1, 2, 3, 4, 7};
+            ASSERT_TRUE(GetParam()->check(call));
+        }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Level3, ::testing::ValuesIn([] {
+                             std::vector<const Routine*> all;
+                             for (const Routine& r : routines) all.push_back(&r);
+                             return all;
+                         }()),
+                         [](const auto& t) { return t.param->name; });
+
+TEST(Trsm, SingularAndInfiniteTrianglesReturn) { // nothing is promised of the values but that a division shows
+    const double alpha = 1.0;
+    for (const char side : {'L', 'R'})
+        for (const char uplo : {'U', 'L'})
+            for (const char trans : {'N', 'T'})
+                for (const double odd : {0.0, std::numeric_limits<double>::infinity(), std::nan("")})
+                    for (const i64 order : {5, 37, 130}) {
+                        const auto size = static_cast<std::size_t>(order);
+                        std::vector<double> a(size * size, 0.25 / static_cast<double>(order)), b(size * size, 1.0);
+                        for (std::size_t i = 0; i < size; ++i) a[i * (size + 1)] = 2.0;
+                        a[size / 2 * (size + 1)] = odd;
+                        nxl_blas_dtrsm(&side, &uplo, &trans, "N", &order, &order, &alpha, a.data(), &order, b.data(),
+                                       &order);
+                        const bool finite = std::all_of(b.begin(), b.end(), [](double v) { return std::isfinite(v); });
+                        EXPECT_EQ(finite, std::isinf(odd)) << side << uplo << trans << ' ' << odd << " order " << order;
+                    }
+}
+
+} // namespace
+} // namespace nxl
