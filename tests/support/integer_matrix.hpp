@@ -41,6 +41,7 @@ template <class T> class IntegerMatrix {
     IntegerMatrix(i64 rows, i64 columns, unsigned seed, int largest = 3)
         : rows_(rows),
           columns_(columns),
+          margin_(i64{seed} + 1),
           elements_(static_cast<std::size_t>(ld() * columns), all_nan<T>()) {
         std::mt19937 random(seed);
         for (i64 j = 0; j < columns; ++j)
