@@ -37,7 +37,7 @@ template <class T> void scale_result(i64 m, i64 n, const Result<T>& to) {
         i64 i = 0;
         if (to.before == Before::drop) {
             for (; i + kPanelRows<T> <= m; i += kPanelRows<T>) store<4>(column + i * kParts<T>, Vec<4>{});
-        } else {
+        } else if (!to.hermitian) {
             const Factor<T, 4> beta(to.beta);
             for (; i + kPanelRows<T> <= m; i += kPanelRows<T>)
                 store<4>(column + i * kParts<T>, beta(load<4>(column + i * kParts<T>)));
