@@ -152,13 +152,12 @@ template <class T> T scalar_of(zcomplex value, bool real) {
     else return real ? value.real() : value;
 }
 
+/// Parts in [-1, 1); the library's own distributions take a logarithm for every number.
 template <class T> T random_value(Generator& generator) {
-    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-    if constexpr (std::is_same_v<T, double>) return uniform(generator);
-    else {
-        const double real = uniform(generator);
-        return {real, uniform(generator)};
-    }
+    const auto uniform = [&] { return static_cast<double>(static_cast<std::int64_t>(generator())) * 0x1p-63; };
+    const double real = uniform();
+    if constexpr (std::is_same_v<T, double>) return real;
+    else return {real, uniform()};
 }
 
 /// An element of a triangle that can be solved with: the diagonal well away from 0, the rest small beside it. With
