@@ -63,6 +63,8 @@ INSTANTIATE_TEST_SUITE_P(, Gemm,
                                            nxl_test::routine<Family::gemm>("zgemm", nxl_blas_zgemm)),
                          nxl_test::name_of);
 
+std::size_t at(i64 i, i64 j, i64 ld) { return static_cast<std::size_t>(i + j * ld); }
+
 std::vector<double> random_matrix(int rows, int cols, unsigned seed) {
     Generator generator(seed);
     std::vector<double> values(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols));
@@ -75,12 +77,12 @@ TEST(GemmValues, NanStaysInItsRowAndColumn) { // padding and unused lanes must n
     for (const i64 size : {3, 8, 19, 70}) {
         const int order = static_cast<int>(size), bad_row = order - 1, bad_column = order / 2;
         std::vector<double> a = random_matrix(order, order, 1), b(a.size(), 0.0), c(a.size());
-        a[static_cast<std::size_t>(bad_row + order)] = std::nan("");
-        b[static_cast<std::size_t>(2 + bad_column * order)] = std::numeric_limits<double>::infinity();
+        a[at(bad_row, 1, order)] = std::nan("");
+        b[at(2, bad_column, order)] = std::numeric_limits<double>::infinity();
         nxl_blas_dgemm("N", "N", &size, &size, &size, &one, a.data(), &size, b.data(), &size, &zero, c.data(), &size);
         for (int j = 0; j < order; ++j)
             for (int i = 0; i < order; ++i)
-                ASSERT_EQ(std::isfinite(c[static_cast<std::size_t>(i + j * order)]), i != bad_row && j != bad_column)
+                ASSERT_EQ(std::isfinite(c[at(i, j, order)]), i != bad_row && j != bad_column)
                     << "order " << order << " element " << i << ", " << j;
     }
 }
@@ -89,7 +91,6 @@ TEST(GemmValues, NanStaysInItsRowAndColumn) { // padding and unused lanes must n
 /// at the end of k, and it takes beta; the others follow from 0 upward. alpha is in A.
 std::vector<double> class1_product(int m, int n, int k, int kb, double alpha, const std::vector<double>& a,
                                    const std::vector<double>& b, double beta, std::vector<double> c) {
-    const auto at = [](int i, int j, int ld) { return static_cast<std::size_t>(i + j * ld); };
     const int first = k % kb == 0 ? kb : k % kb;
     const auto add_block = [&](int start, int length, double factor) {
         for (int j = 0; j < n; ++j)
