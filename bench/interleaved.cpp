@@ -1,8 +1,6 @@
 #include "bench/interleaved.hpp"
 #include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <ctime>
 #include <utility>
 
 namespace nxl::bench {
@@ -29,16 +27,6 @@ i64 calls_per_batch(const Batch& batch, double least_seconds, Clock now) {
 }
 
 } // namespace
-
-double wall_seconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-double thread_seconds() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 Interleaved::Interleaved(std::vector<Batch> contenders, double least_seconds, Clock now)
     : contenders_(std::move(contenders)),

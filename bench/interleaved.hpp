@@ -1,5 +1,6 @@
 // Times several contenders in turn, so that what disturbs the machine disturbs all of them.
 #pragma once
+#include "bench/clocks.hpp"
 #include "bench/operands.hpp"
 #include <functional>
 #include <vector>
@@ -8,12 +9,6 @@ namespace nxl::bench {
 
 /// Does its work `calls` times over.
 using Batch = std::function<void(i64 calls)>;
-
-using Clock = double (*)();
-double wall_seconds();
-/// What the calling thread has had of its processor: other programs do not count. Reading it takes a third of a
-/// microsecond.
-double thread_seconds();
 
 /// Rounds of one short batch per contender; the first to run moves on by one every round.
 class Interleaved {
