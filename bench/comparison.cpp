@@ -15,10 +15,10 @@
 namespace nxl::bench {
 namespace {
 
-constexpr double beyond_caches = 32e6;       // bytes: what memory gives varies more from round to round
-constexpr double long_flops = 2e9;           // a good part of a second
-constexpr double thread_clock_from = 0.3e-3; // seconds: a thousand times what reading that clock costs
-constexpr std::size_t least_rounds = 3;      // also of cases where a single one takes long enough
+constexpr double beyond_caches = 32e6;      // bytes: what memory gives varies more from round to round
+constexpr double long_flops = 2e9;          // a good part of a second
+constexpr double thread_clock_from = 30e-6; // seconds: a hundred times what reading that clock costs
+constexpr std::size_t least_rounds = 3;     // also of cases where a single one takes long enough
 
 /// One case: a routine at a size, its operands, and those contenders that have it.
 class CaseRun {
