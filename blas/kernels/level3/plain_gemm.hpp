@@ -59,7 +59,7 @@ template <class T> void plain_gemm(const GeneralProduct<T>& g) {
         for (i64 i = 0; i < g.m; i += rows_at_once) {
             const i64 rows = least(rows_at_once, g.m - i), stride = panel_stride_a<T>(length);
             a.pack(i, rows, p, length, panels, stride);
-            multiply_block<T>(BlockA{panels, stride, rows, length}, InPlaceB<T>{g.b.from(0, p), g.n}, strip, to, i, 0);
+            multiply_in_place<T>({panels, stride, rows, length}, g.b.from(0, p), g.n, strip, to, i, 0);
         }
     }
 }
