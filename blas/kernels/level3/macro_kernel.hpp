@@ -28,11 +28,10 @@ template <class T> struct PanelB {
         return {panels + panel * stride + (c - first) * kParts<T>, here * kParts<T>};
     }
     /// 8 real columns from column c on.
-    [[gnu::always_inline]] PackedPairs pairs(i64 c) const {
-        constexpr i64 width = kPanelColumns<T>;
-        const double* const at = panels + c / width * stride;
-        if constexpr (width * kParts<T> == 8) return {at, at + kPanel, 8};
-        else return {at, at + stride, kPanel};
+    static constexpr int pair_step = kPanelColumns<T> * kParts<T>;
+    [[gnu::always_inline]] PackedPairs<pair_step> pairs(i64 c) const {
+        const double* const at = panels + c / kPanelColumns<T> * stride;
+        return {at, pair_step == 8 ? at + kPanel : at + stride};
     }
 };
 
@@ -165,8 +164,8 @@ template <class T, int Columns>
 }
 
 /// Class 3 on narrow registers: pairs of rows of A against 8 real columns.
-template <class T>
-[[gnu::noinline]] void crossed_column(const BlockA& a, i64 steps, PackedPairs b, const Result<T>& to, i64 i, i64 j) {
+template <class T, class Pairs>
+[[gnu::noinline]] void crossed_column(const BlockA& a, i64 steps, Pairs b, const Result<T>& to, i64 i, i64 j) {
     constexpr i64 height = 2 / kParts<T>;
     for (i64 row = 0; row < a.rows; row += height) {
         const double* const panel = a.panels + row / kPanelRows<T> * a.stride + row % kPanelRows<T> * kParts<T>;

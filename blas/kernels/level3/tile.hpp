@@ -45,6 +45,7 @@ struct StripB {
 template <int Panels, int Columns> struct Sums {
     static constexpr int vectors = Panels * kPanel / kWidth;
     static constexpr int height = Panels * kPanel; // in doubles, as columns are
+    static constexpr int unroll = 4;               // steps of k
     static constexpr int columns = Columns;
     Vec<kWidth> of[vectors][Columns] = {};
 
@@ -72,17 +73,20 @@ template <int Panels, int Columns> struct Sums {
 struct CrossedSums {
     static constexpr int vectors = 1;
     static constexpr int height = 2;
+    static constexpr int unroll = 8;
     static constexpr int columns = 8;
     Vec<2> straight[columns / 2] = {}; // of column pair q: row 0 of column 2 q, row 1 of column 2 q + 1
     Vec<2> crossed[columns / 2] = {};  // row 1 of column 2 q, row 0 of column 2 q + 1
 
     template <class B> [[gnu::always_inline]] void step(const double* a, i64, const B& b) {
         const auto rows = load<2>(a);
-        const auto turned = swap_parts<2>(rows);
+        Vec<2> turned;
+        asm("pshufd $0x4e, %1, %0" : "=x"(turned) : "m"(*reinterpret_cast<const Vec<2>*>(a)));
         for (int pair = 0; pair < columns / 2; ++pair) {
             const auto factors = b.pair(pair);
             straight[pair] += rows * factors;
             crossed[pair] += turned * factors;
+            asm volatile("" : "+x"(straight[pair]), "+x"(crossed[pair]) : : "memory"); // as in Sums
         }
     }
     [[gnu::always_inline]] Vec<2> at(int, int c) const {
@@ -91,27 +95,26 @@ struct CrossedSums {
     }
 };
 
-/// 8 columns of B for CrossedSums: two packed panels of 4.
-struct PackedPairs {
+/// 8 real columns of B for CrossedSums: two packed panels of 4, or one of 8.
+template <int Step> struct PackedPairs {
     const double* at;
     const double* second;
-    i64 step;
 
     [[gnu::always_inline]] Vec<2> pair(int p) const {
         const double* const from = p < 2 ? at + 2 * p : second + 2 * (p - 2);
         return *static_cast<const Vec<2>*>(__builtin_assume_aligned(from, 16));
     }
-    [[gnu::always_inline]] void next() { at += step, second += step; }
+    [[gnu::always_inline]] void next() { at += Step, second += Step; }
 };
 
 template <class Tile, class B>
 [[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b) {
     Tile sums;
-    for (i64 p = k / 4; p > 0; --p, a += 4 * kPanel) {
+    for (i64 p = k / Tile::unroll; p > 0; --p, a += Tile::unroll * kPanel) {
 #pragma clang loop unroll(full)
-        for (int q = 0; q < 4; ++q, b.next()) sums.step(a + q * kPanel, panel_stride, b);
+        for (int q = 0; q < Tile::unroll; ++q, b.next()) sums.step(a + q * kPanel, panel_stride, b);
     }
-    for (i64 p = k % 4; p > 0; --p, a += kPanel, b.next()) sums.step(a, panel_stride, b);
+    for (i64 p = k % Tile::unroll; p > 0; --p, a += kPanel, b.next()) sums.step(a, panel_stride, b);
     return sums;
 }
 
