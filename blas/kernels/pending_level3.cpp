@@ -13,10 +13,6 @@ void zherk(const char&, const char&, const i64&, const i64&, const double&, cons
 void dsyr2k(const char&, const char&, const i64&, const i64&, const double&, const double*, const i64&, const double*, const i64&, const double&, double*, const i64&) {}
 void zsyr2k(const char&, const char&, const i64&, const i64&, const zcomplex&, const zcomplex*, const i64&, const zcomplex*, const i64&, const zcomplex&, zcomplex*, const i64&) {}
 void zher2k(const char&, const char&, const i64&, const i64&, const zcomplex&, const zcomplex*, const i64&, const zcomplex*, const i64&, const double&, zcomplex*, const i64&) {}
-void dtrmm(const char&, const char&, const char&, const char&, const i64&, const i64&, const double&, const double*, const i64&, double*, const i64&) {}
-void ztrmm(const char&, const char&, const char&, const char&, const i64&, const i64&, const zcomplex&, const zcomplex*, const i64&, zcomplex*, const i64&) {}
-void dtrsm(const char&, const char&, const char&, const char&, const i64&, const i64&, const double&, const double*, const i64&, double*, const i64&) {}
-void ztrsm(const char&, const char&, const char&, const char&, const i64&, const i64&, const zcomplex&, const zcomplex*, const i64&, zcomplex*, const i64&) {}
 // clang-format on
 
 } // namespace nxl::NXL_TARGET
