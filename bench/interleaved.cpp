@@ -1,6 +1,5 @@
 #include "bench/interleaved.hpp"
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -8,39 +7,39 @@ namespace nxl::bench {
 namespace {
 
 constexpr double batch_seconds = 30e-6; // a thousand times what reading the clock costs, and seldom interrupted
-constexpr double long_seconds = 1e-3;   // far more than any batch: such a call makes one alone
 
-double time_of(const Batch& batch, i64 calls) {
-    const auto start = std::chrono::steady_clock::now();
+double time_of(const Batch& batch, i64 calls, Clock now) {
+    const double start = now();
     batch(calls);
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return now() - start;
 }
 
 /// The shortest of three, so that neither a first call nor an interruption counts.
-double settled_time_of(const Batch& batch, i64 calls) {
-    const double first = time_of(batch, calls);
-    return first > long_seconds ? first : std::min({first, time_of(batch, calls), time_of(batch, calls)});
+double settled_time_of(const Batch& batch, i64 calls, Clock now) {
+    return std::min({time_of(batch, calls, now), time_of(batch, calls, now), time_of(batch, calls, now)});
 }
 
-i64 calls_per_batch(const Batch& batch) {
+i64 calls_per_batch(const Batch& batch, double least_seconds, Clock now) {
+    if (least_seconds >= batch_seconds) return 1;
     for (i64 calls = 1;; calls *= 2)
-        if (const double seconds = settled_time_of(batch, calls); seconds >= batch_seconds / 2)
+        if (const double seconds = settled_time_of(batch, calls, now); seconds >= batch_seconds / 2)
             return std::max(i64{1}, std::lround(static_cast<double>(calls) * batch_seconds / seconds));
 }
 
 } // namespace
 
-Interleaved::Interleaved(std::vector<Batch> contenders)
+Interleaved::Interleaved(std::vector<Batch> contenders, double least_seconds, Clock now)
     : contenders_(std::move(contenders)),
+      now_(now),
       samples_(contenders_.size()) {
-    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch));
+    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch, least_seconds, now_));
 }
 
 double Interleaved::round() {
     double total = 0.0;
     for (std::size_t place = 0; place < contenders_.size(); ++place) {
         const std::size_t i = (first_ + place) % contenders_.size();
-        const double seconds = time_of(contenders_[i], calls_[i]);
+        const double seconds = time_of(contenders_[i], calls_[i], now_);
         samples_[i].push_back(seconds / static_cast<double>(calls_[i]));
         total += seconds;
     }

@@ -1,5 +1,6 @@
 // Times several contenders in turn, so that what disturbs the machine disturbs all of them.
 #pragma once
+#include "bench/clocks.hpp"
 #include "bench/operands.hpp"
 #include <functional>
 #include <vector>
@@ -12,13 +13,14 @@ using Batch = std::function<void(i64 calls)>;
 /// Rounds of one short batch per contender; the first to run moves on by one every round.
 class Interleaved {
     std::vector<Batch> contenders_;
+    Clock now_;
     std::vector<i64> calls_;                   // per batch, for each contender
     std::vector<std::vector<double>> samples_; // seconds per call
     std::size_t first_ = 0;
 
   public:
-    /// Finds how many calls make a batch worth timing.
-    explicit Interleaved(std::vector<Batch> contenders);
+    /// Finds how many calls make a batch worth timing, unless one that takes least_seconds is enough.
+    explicit Interleaved(std::vector<Batch> contenders, double least_seconds = 0.0, Clock now = wall_seconds);
 
     /// Returns the seconds that the timed part took.
     double round();

@@ -9,12 +9,8 @@ namespace {
 using nxl_test::BlasCall;
 using nxl_test::Family;
 using nxl_test::Generator;
-using nxl_test::MatrixShape;
 
-const nxl_test::Routine dgemm_routine = nxl_test::routine<Family::gemm>("dgemm", nxl_blas_dgemm);
-const nxl_test::Routine zgemm_routine = nxl_test::routine<Family::gemm>("zgemm", nxl_blas_zgemm);
-
-class Gemm : public ::testing::TestWithParam<const nxl_test::Routine*> {
+class Gemm : public ::testing::TestWithParam<nxl_test::Routine> {
   protected:
     void SetUp() override { NXL_Set_Dynamic(0); }
 
@@ -27,11 +23,10 @@ class Gemm : public ::testing::TestWithParam<const nxl_test::Routine*> {
 TEST_P(Gemm, EverySmallShapeInEveryForm) { // register tiles, their tails, the limits below which nothing is packed
     constexpr std::array sizes = {0, 1, 2, 3, 4, 5, 7, 8, 9, 11, 12, 13};
     Generator generator(1);
-    for (const BlasCall& letters : letters_of(*GetParam()))
+    for (const BlasCall& letters : letters_of(GetParam()))
         for (const int m : sizes)
             for (const int n : sizes)
-                for (const int k : sizes)
-                    ASSERT_TRUE(GetParam()->check(randomised(sized(letters, m, n, k), generator)));
+                for (const int k : sizes) ASSERT_TRUE(GetParam().check(randomised(sized(letters, m, n, k), generator)));
 }
 
 TEST_P(Gemm, EdgesOfBlocks) {
@@ -46,25 +41,29 @@ TEST_P(Gemm, EdgesOfBlocks) {
         shapes.insert(shapes.end(), {{m, 5, 17}, {m, 12, 9}, {m, 3, 120}});
     for (const int size : {17, 31, 33, 64, 65, 130}) shapes.push_back({size, size + 1, size - 1});
     Generator generator(2);
-    const std::vector<BlasCall> letters = letters_of(*GetParam());
+    const std::vector<BlasCall> letters = letters_of(GetParam());
     for (const auto& [m, n, k] : shapes)
         for (int round = 0; round < 2; ++round)
-            ASSERT_TRUE(GetParam()->check(randomised(sized(pick(generator, letters), m, n, k), generator)));
+            ASSERT_TRUE(GetParam().check(randomised(sized(pick(generator, letters), m, n, k), generator)));
 }
 
 TEST_P(Gemm, AllDimensionsOfSeveralBlocksOverThreads) {
     Generator generator(3);
-    for (const BlasCall& letters : letters_of(*GetParam())) {
+    for (const BlasCall& letters : letters_of(GetParam())) {
         BlasCall call = randomised(sized(letters, 131, 77, 115), generator);
         if (letters.transa == 'N' && letters.transb != 'C') call = sized(call, 485, 93, 261);
         call.alpha = {0.7, -0.3};
         call.threads = {1, 2, 3, 4, 7};
-        ASSERT_TRUE(GetParam()->check(call));
+        ASSERT_TRUE(GetParam().check(call));
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Gemm, ::testing::Values(&dgemm_routine, &zgemm_routine),
-                         [](const auto& t) { return t.param->name; });
+INSTANTIATE_TEST_SUITE_P(, Gemm,
+                         ::testing::Values(nxl_test::routine<Family::gemm>("dgemm", nxl_blas_dgemm),
+                                           nxl_test::routine<Family::gemm>("zgemm", nxl_blas_zgemm)),
+                         nxl_test::name_of);
+
+std::size_t at(i64 i, i64 j, i64 ld) { return static_cast<std::size_t>(i + j * ld); }
 
 std::vector<double> random_matrix(int rows, int cols, unsigned seed) {
     Generator generator(seed);
@@ -78,12 +77,12 @@ TEST(GemmValues, NanStaysInItsRowAndColumn) { // padding and unused lanes must n
     for (const i64 size : {3, 8, 19, 70}) {
         const int order = static_cast<int>(size), bad_row = order - 1, bad_column = order / 2;
         std::vector<double> a = random_matrix(order, order, 1), b(a.size(), 0.0), c(a.size());
-        a[static_cast<std::size_t>(bad_row + order)] = std::nan("");
-        b[static_cast<std::size_t>(2 + bad_column * order)] = std::numeric_limits<double>::infinity();
+        a[at(bad_row, 1, order)] = std::nan("");
+        b[at(2, bad_column, order)] = std::numeric_limits<double>::infinity();
         nxl_blas_dgemm("N", "N", &size, &size, &size, &one, a.data(), &size, b.data(), &size, &zero, c.data(), &size);
         for (int j = 0; j < order; ++j)
             for (int i = 0; i < order; ++i)
-                ASSERT_EQ(std::isfinite(c[static_cast<std::size_t>(i + j * order)]), i != bad_row && j != bad_column)
+                ASSERT_EQ(std::isfinite(c[at(i, j, order)]), i != bad_row && j != bad_column)
                     << "order " << order << " element " << i << ", " << j;
     }
 }
@@ -92,7 +91,6 @@ TEST(GemmValues, NanStaysInItsRowAndColumn) { // padding and unused lanes must n
 /// at the end of k, and it takes beta; the others follow from 0 upward. alpha is in A.
 std::vector<double> class1_product(int m, int n, int k, int kb, double alpha, const std::vector<double>& a,
                                    const std::vector<double>& b, double beta, std::vector<double> c) {
-    const auto at = [](int i, int j, int ld) { return static_cast<std::size_t>(i + j * ld); };
     const int first = k % kb == 0 ? kb : k % kb;
     const auto add_block = [&](int start, int length, double factor) {
         for (int j = 0; j < n; ++j)

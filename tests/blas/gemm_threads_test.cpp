@@ -155,9 +155,9 @@ TYPED_TEST(GemmThreads, DriverAppliesTheScalarsOnce) {
     int turn = 0;
     for (const Sse41 sse41 : {Sse41::absent, Sse41::present})
         for (const Pair& pair : scalars)
-            for (const int threads : {1, 2, 3, 5, 8, 1024})
-                // The last has fewer columns than threads, a product in reach of both gates, and reaches the copies.
-                for (const GemmShape& shape : {GemmShape{101, 67, 33}, {16, 5, 600}, {403, 401, 201}, {9, 9, 0}}) {
+            for (const int threads : {1, 2, 3, 8})
+                // In reach of both gates; fewer columns than threads; deep and thin; nothing to add.
+                for (const GemmShape& shape : {GemmShape{101, 67, 33}, {1700, 5, 20}, {16, 5, 600}, {9, 9, 0}}) {
                     pretend_sse41(sse41);
                     set_num_threads(threads);
                     const auto [transa, transb] = letters<T>(turn++);
@@ -169,13 +169,27 @@ TYPED_TEST(GemmThreads, DriverAppliesTheScalarsOnce) {
 
 TYPED_TEST(GemmThreads, DriverTakesThePrivateCopies) {
     using T = TypeParam;
+    constexpr bool real = sizeof(T) == sizeof(double);
+    constexpr GemmShape shape = real ? GemmShape{1003, 1001, 150} : GemmShape{403, 401, 201};
     pretend_sse41(Sse41::present);
     for (const int threads : {2, 3, 8}) {
         set_num_threads(threads);
-        Product<T> product('T', 'N', {1003, 1001, 150}, T{1.0}, T{2.0});
+        Product<T> product('T', 'N', shape, T{1.0}, T{2.0});
         driver(product.call());
         EXPECT_TRUE(product.right()) << threads;
     }
+}
+
+TYPED_TEST(GemmThreads, MoreThreadsThanRowsAndColumns) {
+    using T = TypeParam;
+    set_num_threads(1024);
+    for (const Sse41 sse41 : {Sse41::absent, Sse41::present})
+        for (const GemmShape& shape : {GemmShape{101, 67, 33}, {67, 1100, 33}}) {
+            pretend_sse41(sse41);
+            Product<T> product('N', 'T', shape, T{1.0}, T{2.0});
+            driver(product.call());
+            EXPECT_TRUE(product.right());
+        }
 }
 
 TYPED_TEST(GemmThreads, BetaZeroDoesNotReadC) {
@@ -233,24 +247,32 @@ template <class T> void make_inexact(IntegerMatrix<T>& matrix) {
             matrix.at(i, j) = (matrix.at(i, j) + T{0.3}) / T{static_cast<double>(7 + i % 5)};
 }
 
+/// Runs `multiply` with full teams and with teams of one, on operands whose sums depend on the order of additions.
+template <class T, class Multiply> void expect_same_bits(const GemmShape& shape, T beta, const Multiply& multiply) {
+    Product<T> full('N', 'T', shape, T{0.7}, beta);
+    make_inexact(full.a);
+    make_inexact(full.b);
+    Product<T> alone = full;
+    ASSERT_EQ(team_size(), 4);
+    multiply(full.call());
+    omp_set_max_active_levels(0);
+    ASSERT_EQ(team_size(), 1);
+    multiply(alone.call());
+    omp_set_max_active_levels(1);
+    EXPECT_FALSE(full.c == full.before);
+    EXPECT_TRUE(full.c == alone.c) << shape.m << " x " << shape.n << " x " << shape.k;
+}
+
 TYPED_TEST(GemmThreads, ResultDoesNotDependOnTheTeamThatIsDelivered) {
     using T = TypeParam;
-    for (const Sse41 sse41 : {Sse41::absent, Sse41::present})
-        for (const int threads : {2, 3, 8})
-            for (const GemmShape& shape : {GemmShape{101, 67, 33}, {200, 9, 300}, {403, 401, 201}}) {
-                pretend_sse41(sse41);
-                set_num_threads(threads);
-                Product<T> full('N', 'T', shape, T{0.7}, T{1.3});
-                make_inexact(full.a);
-                make_inexact(full.b);
-                Product<T> alone = full;
-                ASSERT_EQ(team_size(), 4);
-                driver(full.call());
-                omp_set_max_active_levels(0); // every region gets a team of one
-                ASSERT_EQ(team_size(), 1);
-                driver(alone.call());
-                omp_set_max_active_levels(1);
-                EXPECT_TRUE(full.c == alone.c) << shape.m << " x " << shape.n << " on " << threads;
+    for (const i64 threads : {2, 3, 8})
+        for (const GemmShape& shape : {GemmShape{101, 67, 33}, {200, 9, 300}, {403, 201, 301}})
+            for (const Strategy<T>& strategy : strategies_of<T>(nxl_cpu_class())) {
+                SCOPED_TRACE(std::string(strategy.name) + " on " + std::to_string(threads));
+                pretend_sse41(strategy.sse41);
+                expect_same_bits(shape, T{1.0}, [&](const GemmCall<T>& call) { strategy.run(threads, call); });
+                set_num_threads(static_cast<int>(threads));
+                expect_same_bits(shape, T{1.3}, [](const GemmCall<T>& call) { driver(call); });
             }
 }
 

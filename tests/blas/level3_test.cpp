@@ -27,13 +27,13 @@ const Routine routines[] = {
     nxl_test::routine<Family::trm>("ztrsm", nxl_blas_ztrsm, "ztrmm"),
 };
 
-class Level3 : public ::testing::TestWithParam<const Routine*> {
+class Level3 : public ::testing::TestWithParam<Routine> {
   protected:
     void SetUp() override { NXL_Set_Dynamic(0); }
 
     /// The two sizes that the routine takes: m and n, or n and k.
     static BlasCall sized(BlasCall call, int first, int second) {
-        const bool update = GetParam()->is({Family::syrk, Family::syr2k});
+        const bool update = GetParam().is({Family::syrk, Family::syr2k});
         call.m = first, call.n = update ? first : second, call.k = second;
         return call;
     }
@@ -42,40 +42,35 @@ class Level3 : public ::testing::TestWithParam<const Routine*> {
 TEST_P(Level3, EverySmallShapeInEveryForm) {
     constexpr std::array sizes = {0, 1, 2, 3, 4, 5, 7, 8, 9, 12, 13, 16, 17, 20};
     Generator generator(1);
-    for (const BlasCall& letters : letters_of(*GetParam()))
+    for (const BlasCall& letters : letters_of(GetParam()))
         for (const int first : sizes)
             for (const int second : sizes)
-                ASSERT_TRUE(GetParam()->check(randomised(sized(letters, first, second), generator)));
+                ASSERT_TRUE(GetParam().check(randomised(sized(letters, first, second), generator)));
 }
 
 TEST_P(Level3, EdgesOfBlocks) { // in one dimension, and a few in both
     Generator generator(2);
-    const std::vector<BlasCall> letters = letters_of(*GetParam());
+    const std::vector<BlasCall> letters = letters_of(GetParam());
     for (const int size : {31, 32, 33, 47, 48, 49, 63, 64, 65, 95, 96, 97, 127, 128, 129, 191, 193, 255, 256, 257})
         for (const int thin : {1, 3, 4, 9})
             for (const auto& [first, second] : {std::pair(size, thin), std::pair(thin, size)})
-                ASSERT_TRUE(GetParam()->check(randomised(sized(pick(generator, letters), first, second), generator)));
+                ASSERT_TRUE(GetParam().check(randomised(sized(pick(generator, letters), first, second), generator)));
     for (const int size : {31, 33, 48, 64, 65, 96, 97, 129, 160})
-        ASSERT_TRUE(GetParam()->check(randomised(sized(pick(generator, letters), size, size + 5), generator)));
+        ASSERT_TRUE(GetParam().check(randomised(sized(pick(generator, letters), size, size + 5), generator)));
 }
 
 TEST_P(Level3, EveryFormOverThreads) {
     Generator generator(3);
-    for (const BlasCall& letters : letters_of(*GetParam()))
+    for (const BlasCall& letters : letters_of(GetParam()))
         for (const auto& [first, second] : {std::pair(101, 37), std::pair(37, 130)}) {
             BlasCall call = randomised(sized(letters, first, second), generator);
             call.alpha = {0.7, -0.3};
             call.threads = {1, 2, 3, 4, 7};
-            ASSERT_TRUE(GetParam()->check(call));
+            ASSERT_TRUE(GetParam().check(call));
         }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Level3, ::testing::ValuesIn([] {
-                             std::vector<const Routine*> all;
-                             for (const Routine& r : routines) all.push_back(&r);
-                             return all;
-                         }()),
-                         [](const auto& t) { return t.param->name; });
+INSTANTIATE_TEST_SUITE_P(, Level3, ::testing::ValuesIn(routines), nxl_test::name_of);
 
 TEST(Trsm, SingularAndInfiniteTrianglesReturn) { // nothing is promised of the values but that a division shows
     const double alpha = 1.0;

@@ -1,11 +1,12 @@
-// Calls of level 2 and 3 as data: shapes, letters and scalars of any routine, and one check of its result against the
-// reference BLAS, with a bound for every element. A routine solves, or is compared with the reference's own result.
+// Calls of levels 2 and 3 as data: letters, sizes and scalars of any routine, and one check of its result against the
+// reference BLAS, with a bound for every element.
 #pragma once
 #include "nxl.h"
 #include "tests/support/guarded_matrix.hpp"
 #include "tests/support/reference_blas.hpp"
 #include <array>
 #include <cmath>
+#include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
@@ -49,6 +50,7 @@ struct Routine {
     }
     bool real_alpha() const { return hermitian() && is({Family::syrk, Family::syr}); }
     bool real_beta() const { return hermitian() && is({Family::syrk, Family::syr2k}); }
+    friend std::ostream& operator<<(std::ostream& out, const Routine& r) { return out << r.name; }
 };
 
 inline bool is_letter(char c, char upper) { return c == upper || c == upper + ('a' - 'A'); }
@@ -101,22 +103,21 @@ inline Shapes shapes_of(const Routine& r, const BlasCall& call) {
 // Arguments by reference, as the integers of either layer and as the scalars that a routine takes.
 struct LetterArgument {
     char letter;
+    LetterArgument(char value) : letter(value) {}
     operator const char*() const { return &letter; }
 };
 struct IntArgument {
     std::int64_t wide;
-    int narrow = static_cast<int>(wide);
+    int narrow;
+    IntArgument(int value) : wide(value), narrow(value) {}
     operator const std::int64_t*() const { return &wide; }
     operator const int*() const { return &narrow; }
 };
 template <class T> struct ScalarArgument {
-    T value;
-    operator const T*() const { return &value; }
-    operator const double*() const
-        requires(!std::is_same_v<T, double>)
-    {
-        return reinterpret_cast<const double*>(&value);
-    }
+    std::array<T, 1> value;
+    ScalarArgument(T v) : value{v} {}
+    /// As T or, for a complex routine that takes a real scalar, its real part.
+    template <class S> operator const S*() const { return reinterpret_cast<const S*>(value.data()); }
 };
 
 template <class T> struct Arguments {
@@ -151,13 +152,12 @@ template <class T> T scalar_of(zcomplex value, bool real) {
     else return real ? value.real() : value;
 }
 
+/// Parts in [-1, 1); the library's own distributions take a logarithm for every number.
 template <class T> T random_value(Generator& generator) {
-    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-    if constexpr (std::is_same_v<T, double>) return uniform(generator);
-    else {
-        const double real = uniform(generator);
-        return {real, uniform(generator)};
-    }
+    const auto uniform = [&] { return static_cast<double>(static_cast<std::int64_t>(generator())) * 0x1p-63; };
+    const double real = uniform();
+    if constexpr (std::is_same_v<T, double>) return real;
+    else return {real, uniform()};
 }
 
 /// An element of a triangle that can be solved with: the diagonal well away from 0, the rest small beside it. With
@@ -212,6 +212,14 @@ template <class T>
     return result;
 }
 
+/// The call that is being made, for the report of a read or write in a guard page.
+inline std::string call_in_progress;
+inline void report_fault(int) {
+    const std::string text = "outside the arrays in " + call_in_progress + "\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
+    std::signal(SIGSEGV, SIG_DFL); // the access is made again on return and ends the program
+}
+
 /// The type that an argument of the driver layer has in Fortran.
 template <class P> using Fortran = std::conditional_t<std::is_same_v<P, const std::int64_t*>, const int*, P>;
 
@@ -250,18 +258,17 @@ template <class T, Family family, class... P> class Comparison {
     ::testing::AssertionResult run(void (*ours)(P...)) {
         const bool residual = routine_.solves() && alpha_ != 0.0;
         const auto [want, bound] = residual ? std::pair<std::vector<T>, std::vector<T>>() : product(c_.original());
+        std::signal(SIGSEGV, report_fault);
         for (const int threads : call_.threads) {
+            call_in_progress = text_of(routine_, call_) + ", threads " + std::to_string(threads);
             NXL_Set_Num_Threads(threads);
             c_.restore();
             arguments(alpha_, beta_, a_.data(), b_.data(), c_.data()).template pass_to<family>(ours);
-            const auto result = !a_.untouched() || !b_.untouched() ? ::testing::AssertionFailure() << "an input changed"
-                                : !c_.rest_untouched()
-                                    ? ::testing::AssertionFailure() << "slack or other triangle changed"
+            const auto result = !arrays_kept()
+                                    ? ::testing::AssertionFailure() << "an input, slack or the other triangle changed"
                                 : residual ? check_solution()
                                            : within(shapes_.c, c_.data(), want.data(), bound.data(), roundings());
-            if (!result)
-                return ::testing::AssertionFailure()
-                       << result.message() << "\nin " << text_of(routine_, call_) << ", threads " << threads;
+            if (!result) return ::testing::AssertionFailure() << result.message() << "\nin " << call_in_progress;
         }
         return ::testing::AssertionSuccess();
     }
@@ -275,29 +282,28 @@ template <class T, Family family, class... P> class Comparison {
     }
     Arguments<T> arguments(T alpha, T beta, const T* a, const T* b, T* c) const {
         const bool update = routine_.is({Family::ger, Family::syr, Family::syr2}); // of a matrix by vectors
-        const auto step = [&](const MatrixShape& shape, std::size_t which, bool vector) {
-            return IntArgument{vector ? call_.steps[which] : shape.ld};
-        };
-        return {{call_.side},
-                {call_.uplo},
-                {call_.transa},
-                {call_.transb},
-                {call_.diag},
-                {call_.m},
-                {call_.n},
-                {call_.k},
-                {alpha},
-                {beta},
+        const bool vector_a = update, vector_b = !routine_.level3(), vector_c = vector_b && !update;
+        return {call_.side,
+                call_.uplo,
+                call_.transa,
+                call_.transb,
+                call_.diag,
+                call_.m,
+                call_.n,
+                call_.k,
+                alpha,
+                beta,
                 a,
                 b,
                 c,
-                step(shapes_.a, 0, update),
-                step(shapes_.b, 1, !routine_.level3()),
-                step(shapes_.c, 2, !routine_.level3() && !update)};
+                vector_a ? call_.steps[0] : shapes_.a.ld,
+                vector_b ? call_.steps[1] : shapes_.b.ld,
+                vector_c ? call_.steps[2] : shapes_.c.ld};
     }
+    bool arrays_kept() const { return a_.untouched() && b_.untouched() && c_.rest_untouched(); }
     /// The oracle's result for this c, and its result for the moduli of everything.
     std::pair<std::vector<T>, std::vector<T>> product(std::vector<T> c) const {
-        const T alpha = routine_.solves() && alpha_ != 0.0 ? T(1.0) : alpha_;
+        const T alpha = routine_.solves() && alpha_ != 0.0 ? T(1.0) : alpha_; // a solution holds alpha
         const std::vector<T> a = moduli(shapes_.a, a_.data()), b = moduli(shapes_.b, b_.data());
         std::vector<T> bound = moduli(shapes_.c, c.data());
         arguments(alpha, beta_, a_.data(), b_.data(), c.data()).template pass_to<family>(oracle_, 1u, 1u, 1u, 1u);
@@ -367,5 +373,7 @@ inline BlasCall randomised(BlasCall call, Generator& generator) {
     call.seed = generator();
     return call;
 }
+
+inline std::string name_of(const ::testing::TestParamInfo<Routine>& info) { return info.param.name; }
 
 } // namespace nxl_test

@@ -55,16 +55,23 @@ template <class T> class GuardedMatrix {
     }
 
     T* data() const { return data_; }
-    const MatrixShape& shape() const { return shape_; }
     const std::vector<T>& original() const { return original_; }
     void restore() { std::copy(original_.begin(), original_.end(), data_); }
 
-    bool untouched() const { return std::memcmp(data_, original_.data(), shape_.span() * sizeof(T)) == 0; }
+    bool untouched() const {
+        return same_where([](int, int) { return true; });
+    }
+    /// What the call may not write: slack, and what is not of the shape.
     bool rest_untouched() const {
+        return same_where([this](int i, int j) { return !shape_.has(i, j); });
+    }
+
+  private:
+    template <class Where> bool same_where(Where where) const {
         bool same = true;
         shape_.for_each_place([&](int i, int j) {
             const std::size_t at = shape_.at(i, j);
-            if (!shape_.has(i, j) && std::memcmp(data_ + at, &original_[at], sizeof(T)) != 0) same = false;
+            if (where(i, j) && std::memcmp(data_ + at, &original_[at], sizeof(T)) != 0) same = false;
         });
         return same;
     }

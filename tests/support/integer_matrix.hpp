@@ -33,14 +33,15 @@ template <class T> T random_integer(std::mt19937& random, int largest) {
 }
 
 template <class T> class IntegerMatrix {
-    static constexpr i64 margin = 3;
     i64 rows_, columns_;
+    i64 margin_; // another for each seed, so that no leading dimension passes for that of another matrix
     std::vector<T> elements_;
 
   public:
     IntegerMatrix(i64 rows, i64 columns, unsigned seed, int largest = 3)
         : rows_(rows),
           columns_(columns),
+          margin_(i64{seed} + 1),
           elements_(static_cast<std::size_t>(ld() * columns), all_nan<T>()) {
         std::mt19937 random(seed);
         for (i64 j = 0; j < columns; ++j)
@@ -55,7 +56,7 @@ template <class T> class IntegerMatrix {
 
     i64 rows() const { return rows_; }
     i64 columns() const { return columns_; }
-    i64 ld() const { return rows_ + margin; }
+    i64 ld() const { return rows_ + margin_; }
     T* data() { return elements_.data(); }
     const T* data() const { return elements_.data(); }
     T& at(i64 i, i64 j) { return elements_[static_cast<std::size_t>(i + j * ld())]; }
@@ -74,7 +75,16 @@ template <class T> class IntegerMatrix {
         return true;
     }
 
-    bool operator==(const IntegerMatrix& other) const { // bits, so that NaN equals itself
+    /// The same values; a NaN is like any other, and zeros have no sign.
+    bool agrees_with(const IntegerMatrix& other) const {
+        for (std::size_t i = 0; i < elements_.size(); ++i)
+            if (elements_[i] != other.elements_[i] && !(is_nan(elements_[i]) && is_nan(other.elements_[i])))
+                return false;
+        return elements_.size() == other.elements_.size();
+    }
+
+    /// The same bits.
+    bool operator==(const IntegerMatrix& other) const {
         return elements_.size() == other.elements_.size() &&
                std::memcmp(data(), other.data(), elements_.size() * sizeof(T)) == 0;
     }

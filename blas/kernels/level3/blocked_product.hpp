@@ -28,6 +28,7 @@ template <class T> struct GeneralB {
     void pack(i64 p, i64 k, i64 column, i64 columns, double* to, i64 stride) const {
         pack_b(from.from(column, p), k, columns, to, stride);
     }
+    Source<T> in_place(i64 p, i64 column) const { return from.from(column, p); }
 };
 
 /// A stretch of k.
@@ -78,9 +79,8 @@ void blocked_product(const A& a, const B& b, i64 m, i64 n, i64 k, const Plan& pl
                 const BlockA block{place.a, stride_a, rows, stretch.length};
                 if (plan.copies_b) {
                     multiply_block<T>(block, PanelB<T>{place.b, stride_b, columns}, place.strip, to, i, j);
-                } else if constexpr (requires { b.from; }) {
-                    multiply_block<T>(block, InPlaceB<T>{b.from.from(j, stretch.first), columns}, place.strip, to, i,
-                                      j);
+                } else if constexpr (requires { b.in_place(i64{}, i64{}); }) {
+                    multiply_in_place<T>(block, b.in_place(stretch.first, j), columns, place.strip, to, i, j);
                 }
             }
             to.before = Before::keep;

@@ -20,7 +20,7 @@ template <class T> void small_product(const GeneralProduct<T>& g) {
     alignas(64) double strip[kWidth == 2 ? StripB::step * small_block / kPanel : 1];
     const i64 stride = panel_stride_a<T>(g.k);
     pack_a(g.a, g.m, g.k, panels, stride, &g.alpha);
-    multiply_block<T>(BlockA{panels, stride, g.m, g.k}, InPlaceB<T>{g.b, g.n}, strip, g.to, 0, 0);
+    multiply_in_place<T>({panels, stride, g.m, g.k}, g.b, g.n, strip, g.to, 0, 0);
 }
 
 template <class T> bool is_small(const GeneralProduct<T>& g, const Plan& plan) {

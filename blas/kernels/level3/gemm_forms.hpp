@@ -27,9 +27,22 @@ template <class T> [[gnu::always_inline]] inline GemmBuffers buffers_for(const P
     return {up_to(blocks.mb, kPanelRows<T>), plan.copies_b ? blocks.nb : 0, up_to(blocks.kb, 4), sizeof(T)};
 }
 
-/// The rows up to a multiple of `unit` by packing, the few that are left without.
+/// A product whose operands are always packed. Without memory it goes by small blocks on the stack.
+template <class T, class A, class B>
+void packed_product(const A& a, const B& b, i64 m, i64 n, i64 k, const Result<T>& to) {
+    const Plan plan = plan_for<T>(m, n, k);
+    const GemmBuffers buffers = buffers_for<T>(plan);
+    if (buffers.there()) return blocked_product(a, b, m, n, k, plan, {buffers.a(), buffers.strip(), buffers.b()}, to);
+    constexpr GemmBlocks few{8, 8, 64};
+    alignas(64) double block[2 * few.mb * few.kb * kParts<T>];
+    alignas(64) double strip[kWidth == 2 ? StripB::step * few.kb : 1];
+    blocked_product(a, b, m, n, k, {few, true, plan.last_stretch_first},
+                    {block, strip, block + few.mb * few.kb * kParts<T>}, to);
+}
+
+/// The rows up to a multiple of `unit` by packing, the few that are left without. On wide registers all are packed.
 template <class T> void packed_form(const GeneralProduct<T>& g, const Plan& plan, i64 unit) {
-    const i64 main_rows = down_to(g.m, unit);
+    const i64 main_rows = kWidth == 4 ? g.m : down_to(g.m, unit);
     const GemmBuffers buffers = buffers_for<T>(plan);
     if (!buffers.there()) return plain_gemm(g);
     Result<T> to = g.to;

@@ -10,7 +10,7 @@ template <class T> constexpr LeastSizes least_tile = kParts<T> == 2            ?
                                                      : kClass == CpuClass::mc3 ? LeastSizes{2, 8, 4}
                                                                                : LeastSizes{2, 2, 2};
 template <class T> constexpr LeastSizes least_tile_htn = kParts<T> == 2 ? LeastSizes{3, 3, 3} : LeastSizes{4, 4, 4};
-template <class T> constexpr i64 row_unit = kParts<T> == 2 ? 1 : kClass == CpuClass::mc3 ? 2 : 4;
+template <class T> constexpr i64 row_unit = kParts<T> == 2 || kWidth == 4 ? 1 : kClass == CpuClass::mc3 ? 2 : 4;
 
 GemmBlocks tile_blocks(double, i64, i64 n, i64 k) {
     return kClass == CpuClass::mc3 ? gemm_blocks_mc3(n, k) : gemm_blocks_mc(n, k);

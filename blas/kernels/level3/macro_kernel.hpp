@@ -36,16 +36,27 @@ template <class T> struct PanelB {
     }
 };
 
-/// B in place.
-template <class T> struct InPlaceB {
+/// B in place, contiguous along k.
+template <class T> struct ColumnsInPlace {
     Source<T> from;
     i64 columns;
 
     static i64 steps(i64 k) { return k; }
 
     [[gnu::always_inline]] PlacedB<T> operator()(i64 c) const {
-        return {reinterpret_cast<const double*>(from.data + c * from.along_r), from.along_p * kParts<T>,
-                from.along_r * kParts<T>};
+        return {reinterpret_cast<const double*>(from.data + c * from.along_r), from.along_r * kParts<T>};
+    }
+};
+
+/// B in place, transposed: the columns of a step of k are neighbours, as in a packed panel.
+template <class T> struct RowsInPlace {
+    Source<T> from;
+    i64 columns;
+
+    static i64 steps(i64 k) { return k; }
+
+    [[gnu::always_inline]] PackedB operator()(i64 c) const {
+        return {reinterpret_cast<const double*>(from.data + c), from.along_p * kParts<T>};
     }
 };
 
@@ -93,22 +104,67 @@ template <class T, int Panels, int Columns, class B>
                   });
 }
 
-/// The panels of A against one group of columns: three at a time, but four that are left two by two, for a single panel
-/// has too few sums to hide the latency of the multiply-add.
-template <class T, int Columns, class B>
-[[gnu::noinline]] void tile_column(const BlockA& a, i64 steps, B b, const Result<T>& to, i64 i, i64 j) {
-    constexpr i64 height = kPanelRows<T>;
-    const i64 count = (a.rows + height - 1) / height;
-    i64 panel = 0;
-    if constexpr (kWidth == 4) {
-        for (; count - panel >= 3 && count - panel != 4; panel += 3)
-            tile_at<T, 3, Columns>(a, panel, steps, b, to, i, j);
-        for (; count - panel >= 2; panel += 2) tile_at<T, 2, Columns>(a, panel, steps, b, to, i, j);
+/// Calls tiles(column, Columns) for columns first .. last - 1 by whole panels' widths, then for those that are left;
+/// Columns, a constant, counts real ones.
+template <int N> struct Constant {
+    static constexpr int value = N;
+};
+template <class T, class Tiles>
+[[gnu::always_inline]] inline void for_each_group(i64 first, i64 last, const Tiles& tiles) {
+    constexpr i64 group = kPanelRows<T>;
+    i64 c = first;
+    for (; c + group <= last; c += group) tiles(c, Constant<kPanel>{});
+    if constexpr (kParts<T> == 1) {
+        if (last - c == 3) tiles(c, Constant<3>{});
+        if (last - c == 2) tiles(c, Constant<2>{});
+        if (last - c == 1) tiles(c, Constant<1>{});
+    } else if (last - c == 1) {
+        tiles(c, Constant<2>{});
     }
-    for (; panel < count; ++panel) tile_at<T, 1, Columns>(a, panel, steps, b, to, i, j);
 }
 
-/// Pairs of rows of A against 8 real columns.
+/// Wide registers: some panels of A against columns first .. last - 1.
+template <class T, int Panels, class ColumnsB>
+[[gnu::noinline]] void tile_row(const BlockA& a, i64 panel, const ColumnsB& b, i64 first, i64 last, const Result<T>& to,
+                                i64 i, i64 j) {
+    const i64 steps = ColumnsB::steps(a.k);
+    for_each_group<T>(first, last, [&](i64 c, auto columns) __attribute__((always_inline)) {
+        tile_at<T, Panels, columns.value>(a, panel, steps, b(c), to, i, j + c);
+    });
+}
+
+/// Real columns of B that stay in the first cache, with three panels of A, while all of A comes by from the second.
+constexpr i64 chunk = 32;
+
+/// Three panels at a time, but four that are left two by two: a single panel has too few sums to hide the latency of
+/// the multiply-add.
+template <class T, class ColumnsB>
+void multiply_wide(const BlockA& a, const ColumnsB& b, const Result<T>& to, i64 i, i64 j) {
+    constexpr i64 width = chunk / kParts<T>, height = kPanelRows<T>;
+    const i64 count = (a.rows + height - 1) / height;
+    for (i64 first = 0; first < b.columns; first += width) {
+        const i64 last = b.columns - first < width ? b.columns : first + width;
+        i64 panel = 0;
+        for (; count - panel >= 3 && count - panel != 4; panel += 3) tile_row<T, 3>(a, panel, b, first, last, to, i, j);
+        for (; count - panel >= 2; panel += 2) tile_row<T, 2>(a, panel, b, first, last, to, i, j);
+        for (; panel < count; ++panel) tile_row<T, 1>(a, panel, b, first, last, to, i, j);
+    }
+}
+
+/// Copies a group of columns into the strip, every double twice.
+template <int Columns, class B> void fill_strip(double* strip, i64 steps, B b) {
+    for (i64 p = 0; p < steps; ++p, b.next(), strip += StripB::step)
+        for (int column = 0; column < Columns; ++column) store<2>(strip + 2 * column, b.value(column));
+}
+
+/// Narrow registers: all panels of A against the columns in the strip.
+template <class T, int Columns>
+[[gnu::noinline]] void tile_column(const BlockA& a, i64 steps, const double* strip, const Result<T>& to, i64 i, i64 j) {
+    for (i64 panel = 0; panel * kPanelRows<T> < a.rows; ++panel)
+        tile_at<T, 1, Columns>(a, panel, steps, StripB{strip}, to, i, j);
+}
+
+/// Class 3 on narrow registers: pairs of rows of A against 8 real columns.
 template <class T>
 [[gnu::noinline]] void crossed_column(const BlockA& a, i64 steps, PackedPairs b, const Result<T>& to, i64 i, i64 j) {
     constexpr i64 height = 2 / kParts<T>;
@@ -121,45 +177,33 @@ template <class T>
     }
 }
 
-/// Copies a group of columns into the strip, every double twice.
-template <int Columns, class B> void fill_strip(double* strip, i64 steps, B b) {
-    for (i64 p = 0; p < steps; ++p, b.next(), strip += StripB::step)
-        for (int column = 0; column < Columns; ++column) store<2>(strip + 2 * column, b.value(column));
-}
-
-/// One group of columns: on narrow registers B is read through the strip.
-template <class T, int Columns, class B>
-[[gnu::always_inline]] inline void multiply_group(const BlockA& a, i64 steps, B b, double* strip, const Result<T>& to,
-                                                  i64 i, i64 j) {
-    if constexpr (kWidth == 2) {
-        fill_strip<Columns>(strip, steps, b);
-        tile_column<T, Columns>(a, steps, StripB{strip}, to, i, j);
-    } else {
-        tile_column<T, Columns>(a, steps, b, to, i, j);
-    }
-}
-
-template <class T> constexpr bool has_crossed_tiles = kClass == CpuClass::mc3 && kWidth == 2;
-
-/// C from row i and column j on takes the product of a block of A and all columns of B. `strip`: 64 bytes per step of
-/// k.
 template <class T, class ColumnsB>
-void multiply_block(const BlockA& a, const ColumnsB& b, double* strip, const Result<T>& to, i64 i, i64 j) {
-    constexpr i64 group = kPanelRows<T>;
+void multiply_narrow(const BlockA& a, const ColumnsB& b, double* strip, const Result<T>& to, i64 i, i64 j) {
     const i64 steps = ColumnsB::steps(a.k);
     i64 c = 0;
-    if constexpr (has_crossed_tiles<T> && requires { b.pairs(c); })
+    if constexpr (kClass == CpuClass::mc3 && requires { b.pairs(c); })
         for (; c + 8 / kParts<T> <= b.columns; c += 8 / kParts<T>)
             crossed_column<T>(a, steps, b.pairs(c), to, i, j + c);
-    for (; c + group <= b.columns; c += group) multiply_group<T, kPanel>(a, steps, b(c), strip, to, i, j + c);
-    const i64 rest = b.columns - c;
-    if constexpr (kParts<T> == 1) {
-        if (rest == 3) multiply_group<T, 3>(a, steps, b(c), strip, to, i, j + c);
-        if (rest == 2) multiply_group<T, 2>(a, steps, b(c), strip, to, i, j + c);
-        if (rest == 1) multiply_group<T, 1>(a, steps, b(c), strip, to, i, j + c);
-    } else if (rest == 1) {
-        multiply_group<T, 2>(a, steps, b(c), strip, to, i, j + c);
-    }
+    for_each_group<T>(c, b.columns, [&](i64 column, auto columns) {
+        fill_strip<columns.value>(strip, steps, b(column));
+        tile_column<T, columns.value>(a, steps, strip, to, i, j + column);
+    });
+}
+
+/// C from row i and column j on takes the product of a block of A and all columns of B. `strip`: 64 bytes per step of
+/// k, for narrow registers alone.
+template <class T, class ColumnsB>
+void multiply_block(const BlockA& a, const ColumnsB& b, double* strip, const Result<T>& to, i64 i, i64 j) {
+    if constexpr (kWidth == 2) multiply_narrow<T>(a, b, strip, to, i, j);
+    else multiply_wide<T>(a, b, to, i, j);
+}
+
+/// The same with B in place.
+template <class T>
+void multiply_in_place(const BlockA& a, const Source<T>& b, i64 columns, double* strip, const Result<T>& to, i64 i,
+                       i64 j) {
+    if (b.along_p == 1) multiply_block<T>(a, ColumnsInPlace<T>{b, columns}, strip, to, i, j);
+    else multiply_block<T>(a, RowsInPlace<T>{b, columns}, strip, to, i, j);
 }
 
 } // namespace nxl::NXL_TARGET

@@ -152,6 +152,7 @@ void pack_a_unpadded(const Source<T>& from, i64 rows, i64 k, double* to, i64 str
     });
 }
 
+/// The same with zeros behind the k steps.
 template <class T> void pack_a(const Source<T>& from, i64 rows, i64 k, double* to, i64 stride, const T* alpha) {
     pack_a_unpadded(from, rows, k, to, stride, alpha);
     for (i64 row = 0; row < rows; row += kPanelRows<T>, to += stride) pad_panel<T>(to, k, kPanel);
@@ -160,22 +161,30 @@ template <class T> void pack_a(const Source<T>& from, i64 rows, i64 k, double* t
 /// Columns in a panel of B: as the panels of A are high, but 4 complex ones on class 3.
 template <class T> constexpr int kPanelColumns = kParts<T> == 2 && kClass != CpuClass::mc3 ? 2 : 4;
 
-/// k steps of `columns` columns of op(B). Columns beyond the last full panel stand in a narrower one.
+/// The panels of B one after the other, in the parts that a register tile reads: pack_part(column, columns, to, step)
+/// fills one, `step` doubles per step of k. Columns beyond the last full panel stand in a narrower one.
+template <class T, class PackPart>
+[[gnu::always_inline]] inline void for_each_part(i64 k, i64 columns, double* to, i64 stride,
+                                                 const PackPart& pack_part) {
+    constexpr i64 width = kPanelColumns<T>, part = kPanelRows<T>;
+    for (i64 column = 0; column < columns; column += width, to += stride) {
+        const i64 here = columns - column < width ? columns - column : width;
+        const i64 step = here * kParts<T>;
+        for (i64 c = 0; c < here; c += part)
+            pack_part(column + c, here - c < part ? here - c : part, to + c * kParts<T>, step);
+        pad_panel<T>(to, k, step);
+    }
+}
+
+/// k steps of `columns` columns of op(B).
 template <class T> void pack_b(const Source<T>& from, i64 k, i64 columns, double* to, i64 stride) {
-    constexpr int width = kPanelColumns<T>, half = kPanelRows<T>;
     with_change<T>(from.conjugate, static_cast<const T*>(nullptr), [&](auto change) {
-        for (i64 column = 0; column < columns; column += width, to += stride) {
-            const i64 here = columns - column < width ? columns - column : width;
-            const i64 step = here * kParts<T>;
-            for (i64 c = 0; c < here; c += half) {
-                const Source<T> part = from.from(column + c, 0);
-                double* at = to + c * kParts<T>;
-                const int wide = static_cast<int>(here - c < half ? here - c : half);
-                if (wide == half) pack_full_panels<T>(part, 1, k, at, stride, step, change);
-                else pack_ragged<T>(part, wide, wide, k, at, step, change);
-            }
-            pad_panel<T>(to, k, step);
-        }
+        for_each_part<T>(k, columns, to, stride, [&](i64 column, i64 wide, double* at, i64 step) {
+            if (wide == kPanelRows<T>) pack_full_panels<T>(from.from(column, 0), 1, k, at, stride, step, change);
+            else
+                pack_ragged<T>(from.from(column, 0), static_cast<int>(wide), static_cast<int>(wide), k, at, step,
+                               change);
+        });
     });
 }
 

@@ -37,7 +37,7 @@ template <class T> void scale_result(i64 m, i64 n, const Result<T>& to) {
         i64 i = 0;
         if (to.before == Before::drop) {
             for (; i + kPanelRows<T> <= m; i += kPanelRows<T>) store<4>(column + i * kParts<T>, Vec<4>{});
-        } else {
+        } else if (!to.hermitian) {
             const Factor<T, 4> beta(to.beta);
             for (; i + kPanelRows<T> <= m; i += kPanelRows<T>)
                 store<4>(column + i * kParts<T>, beta(load<4>(column + i * kParts<T>)));
@@ -59,7 +59,7 @@ template <class T> void plain_gemm(const GeneralProduct<T>& g) {
         for (i64 i = 0; i < g.m; i += rows_at_once) {
             const i64 rows = least(rows_at_once, g.m - i), stride = panel_stride_a<T>(length);
             a.pack(i, rows, p, length, panels, stride);
-            multiply_block<T>(BlockA{panels, stride, rows, length}, InPlaceB<T>{g.b.from(0, p), g.n}, strip, to, i, 0);
+            multiply_in_place<T>({panels, stride, rows, length}, g.b.from(0, p), g.n, strip, to, i, 0);
         }
     }
 }

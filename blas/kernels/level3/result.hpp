@@ -15,7 +15,7 @@ template <class T> struct Result {
     T beta;
     Before before;
     Triangle only = Triangle::none; ///< rank updates write one triangle, with the diagonal
-    bool real_diagonal = false;     ///< of a Hermitian C
+    bool hermitian = false;         ///< beta is real, and imaginary parts on the diagonal are taken as 0
     double b_sign = 1.0;            ///< -1 when B is read in place and conjugated: its imaginary sums count negative
 
     [[gnu::always_inline]] bool outside(i64 i, i64 rows, i64 j, i64 columns) const {
@@ -79,6 +79,9 @@ template <class T, class Tile>
         each([](double* out, Vec<kWidth> add) { store<kWidth>(out, load<kWidth>(out) + add); });
     } else if (to.before == Before::drop) {
         each([](double* out, Vec<kWidth> value) { store<kWidth>(out, value); });
+    } else if (to.hermitian) { // part by part: an infinite one does not touch the other
+        const Factor<double, kWidth> beta(*reinterpret_cast<const double*>(&to.beta));
+        each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta(load<kWidth>(out)) + add); });
     } else {
         const Factor<T, kWidth> beta(to.beta);
         each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta(load<kWidth>(out)) + add); });
@@ -87,16 +90,18 @@ template <class T, class Tile>
 
 /// One number of C, given as its parts.
 template <class T> void store_element(double* out, const double* value, const Result<T>& to) {
+    const double* const beta = reinterpret_cast<const double*>(&to.beta);
     double old[2] = {0.0, 0.0};
     if (to.before != Before::drop) __builtin_memcpy(old, out, sizeof(T));
     if (to.before == Before::scale) {
-        const double* beta = reinterpret_cast<const double*>(&to.beta);
-        if constexpr (kParts<T> == 1) {
-            old[0] *= beta[0];
-        } else {
-            const double real = beta[0] * old[0] - beta[1] * old[1];
-            old[1] = beta[0] * old[1] + beta[1] * old[0];
-            old[0] = real;
+        const double real = old[0], imaginary = old[1];
+        old[0] = beta[0] * real;
+        if constexpr (kParts<T> == 2) {
+            old[1] = beta[0] * imaginary;
+            if (!to.hermitian) {
+                old[0] -= beta[1] * imaginary;
+                old[1] += beta[1] * real;
+            }
         }
     }
     for (int part = 0; part < kParts<T>; ++part) out[part] = old[part] + value[part];
@@ -112,7 +117,7 @@ template <class T>
             if (!to.has(row, column)) continue;
             double* out = reinterpret_cast<double*>(to.c + row + column * to.ldc);
             store_element(out, values + (row - i) * kParts<T>, to);
-            if (to.real_diagonal && row == column) out[1] = 0.0;
+            if (to.hermitian && row == column) out[1] = 0.0;
         }
 }
 

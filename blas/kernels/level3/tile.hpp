@@ -19,16 +19,15 @@ struct PackedB {
     [[gnu::always_inline]] void next() { at += step; }
 };
 
-/// B where the caller has it.
+/// B in place, its columns `column` doubles apart and each contiguous along k.
 template <class T> struct PlacedB {
     const double* at;
-    i64 step;   // doubles between consecutive k
-    i64 column; // doubles between consecutive columns
+    i64 column;
 
     [[gnu::always_inline]] Vec<kWidth> value(int c) const {
         return splat<kWidth>(at[c / kParts<T> * column + c % kParts<T>]);
     }
-    [[gnu::always_inline]] void next() { at += step; }
+    [[gnu::always_inline]] void next() { at += kParts<T>; }
 };
 
 /// B as a broadcast strip: every double stored twice, so that one aligned load fills a 128-bit register.

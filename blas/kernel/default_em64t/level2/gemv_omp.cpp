@@ -1,18 +1,98 @@
-// Drivers of the matrix-vector product.
+// dgemv and zgemv over threads; on classes 0 and 1 level 2 never forks.
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
 #include "blas/kernel/default_em64t/level2/slots.hpp"
+#include "service/parallel.hpp"
+#include "service/threads.hpp"
 
 namespace nxl {
+namespace {
+
+constexpr i64 smallest_side = 64; // with both sides below it a call stays on its thread
+constexpr i64 row_unit = 8;       // rows of a block come in whole unrolled rounds of the kernels
+
+bool is_plain(char trans) { return trans == 'N' || trans == 'n'; }
+
+GemvPlan plan_split(GemvSplit split, const WorkLimit& limit, i64 block, i64 other) {
+    const i64 least = block < limit.short_below ? limit.of_short : limit.otherwise;
+    return block * other < least ? GemvPlan{GemvSplit::none, 0} : GemvPlan{split, block};
+}
+
+/// One call of the routine; T is double or zcomplex.
+template <class T, class Slot> struct Gemv {
+    Slot& slot;
+    char trans;
+    i64 m, n;
+    T alpha;
+    const T* a;
+    i64 lda;
+    const T* x;
+    i64 incx;
+    T beta;
+    T* y;
+    i64 incy;
+
+    void serial() const { slot(trans, m, n, alpha, a, lda, x, incx, beta, y, incy); }
+
+    void over_rows(const GemvPlan& plan, int threads) const {
+        parallel_blocks(threads, threads, [&](int index) {
+            const VectorBlock rows = gemv_block(plan, m, index, threads);
+            slot(trans, rows.length, n, alpha, a + rows.start, lda, x, incx, beta, block_base(y, m, incy, rows), incy);
+        });
+    }
+
+    void over_columns(const GemvPlan& plan, int threads) const {
+        parallel_blocks(threads, threads, [&](int index) {
+            const VectorBlock columns = gemv_block(plan, n, index, threads);
+            slot(trans, m, columns.length, alpha, a + columns.start * lda, lda, x, incx, beta,
+                 block_base(y, n, incy, columns), incy);
+        });
+    }
+
+    /// Apart from the small call, which shall pay for nothing but the test of its size.
+    [[gnu::noinline]] void maybe_threaded(const GemvLimits& limits) const {
+        const CpuClass cpu_class = nxl_cpu_class();
+        const int threads = cpu_class >= CpuClass::mc ? max_threads(domain_blas) : 1;
+        const GemvPlan plan = plan_gemv(limits, trans, m, n, cpu_class, threads);
+        switch (plan.split) {
+        case GemvSplit::none: return serial();
+        case GemvSplit::rows: return over_rows(plan, threads);
+        case GemvSplit::columns: return over_columns(plan, threads);
+        }
+    }
+
+    void run(const GemvLimits& limits) const {
+        if (m < 1 || n < 1) return;
+        if (m < smallest_side && n < smallest_side) return serial();
+        maybe_threaded(limits);
+    }
+};
+template <class T, class Slot, class... Rest> Gemv(Slot&, char, i64, i64, T, Rest...) -> Gemv<T, Slot>;
+
+} // namespace
+
+GemvPlan plan_gemv(const GemvLimits& limits, char trans, i64 m, i64 n, CpuClass cpu_class, int threads) {
+    constexpr GemvPlan serial{GemvSplit::none, 0};
+    if (m < smallest_side && n < smallest_side) return serial;
+    if (cpu_class != CpuClass::mc && cpu_class != CpuClass::mc3) return serial;
+    if (threads < 2) return serial;
+    if (is_plain(trans)) return plan_split(GemvSplit::rows, limits.rows, m / threads / row_unit * row_unit, n);
+    return plan_split(GemvSplit::columns, limits.columns, n / threads, m);
+}
+
+VectorBlock gemv_block(const GemvPlan& plan, i64 total, i64 index, i64 count) {
+    const i64 start = index * plan.block;
+    return {start, index == count - 1 ? total - start : plan.block};
+}
 
 void nxl_blas_dgemv(const char* trans, const i64* m, const i64* n, const double* alpha, const double* a, const i64* lda,
                     const double* x, const i64* incx, const double* beta, double* y, const i64* incy) {
-    dgemv_slot(*trans, *m, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy);
+    Gemv{dgemv_slot, *trans, *m, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy}.run(dgemv_limits);
 }
 
 void nxl_blas_zgemv(const char* trans, const i64* m, const i64* n, const zcomplex* alpha, const zcomplex* a,
                     const i64* lda, const zcomplex* x, const i64* incx, const zcomplex* beta, zcomplex* y,
                     const i64* incy) {
-    zgemv_slot(*trans, *m, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy);
+    Gemv{zgemv_slot, *trans, *m, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy}.run(zgemv_limits);
 }
 
 } // namespace nxl

@@ -37,15 +37,23 @@ bool may_fork(const GemmCall<zcomplex>& call, i64 nt) { return zgemm_may_fork(ca
 bool is_htn(CpuClass cpu_class) { return cpu_class == CpuClass::mc && nxl_has_sse41(); }
 
 void run_strategy(CpuClass cpu_class, i64 nt, const GemmCall<double>& call) {
-    constexpr void (*by_strategy[])(i64, const GemmCall<double>&) = {
-        nxl_blas_dgemm_1d, dgemm_2D_nhm, dgemm_2D, dgemm_2D_abcopy_abx_m_km_par_p_htn, dgemm_1D_with_copy};
-    by_strategy[static_cast<int>(dgemm_strategy(call.shape(), nt, cpu_class, is_htn(cpu_class)))](nt, call);
+    switch (dgemm_strategy(call.shape(), nt, cpu_class, is_htn(cpu_class))) {
+    case GemmStrategy::split_1d: return nxl_blas_dgemm_1d(nt, call);
+    case GemmStrategy::grid_nhm: return dgemm_2D_nhm(nt, call);
+    case GemmStrategy::grid: return dgemm_2D(nt, call);
+    case GemmStrategy::private_copies: return dgemm_2D_abcopy_abx_m_km_par_p_htn(nt, call);
+    case GemmStrategy::shared_copy: return dgemm_1D_with_copy(nt, call);
+    }
 }
 
 void run_strategy(CpuClass cpu_class, i64 nt, const GemmCall<zcomplex>& call) {
-    constexpr void (*by_strategy[])(i64, const GemmCall<zcomplex>&) = {nxl_blas_zgemm_1d, zgemm_2D_nhm, zgemm_2D,
-                                                                       zgemm_2D_abcopy_abx_m_km_par_p_htn};
-    by_strategy[static_cast<int>(zgemm_strategy(call.shape(), cpu_class, is_htn(cpu_class)))](nt, call);
+    switch (zgemm_strategy(call.shape(), cpu_class, is_htn(cpu_class))) {
+    case GemmStrategy::split_1d: return nxl_blas_zgemm_1d(nt, call);
+    case GemmStrategy::grid_nhm: return zgemm_2D_nhm(nt, call);
+    case GemmStrategy::grid: return zgemm_2D(nt, call);
+    case GemmStrategy::private_copies: return zgemm_2D_abcopy_abx_m_km_par_p_htn(nt, call);
+    case GemmStrategy::shared_copy: return; // of real products alone
+    }
 }
 
 template <class T> void gemm_over_threads(int threads, GemmCall<T> call) {

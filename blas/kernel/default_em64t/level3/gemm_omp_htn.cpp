@@ -108,7 +108,7 @@ template <class T> class SlabProduct {
           index_(index),
           rows_(slabs.rows(index)),
           last_(slabs.is_last(index)),
-          a_buffer_((last_ ? 2 : 1) * (plan.mb * plan.kb + pack_spare<T>)-pack_spare<T>),
+          a_buffer_(last_ ? 2 * plan.mb * plan.kb + pack_spare<T> : plan.mb * plan.kb),
           b_buffer_(htn_slice_columns * plan.kb) {}
 
     void run() const {

@@ -23,7 +23,7 @@ bool counts_as(double value, double wanted);
 bool counts_as(zcomplex value, double wanted);
 
 /// How the product is cut. The routines that carry the strategies out stand in gemm_strategies.hpp.
-enum class GemmStrategy : int {
+enum class GemmStrategy {
     split_1d,       ///< slices of rows or columns, each a product of its own: classes 0 and 1
     grid_nhm,       ///< class 3
     grid,           ///< class 2

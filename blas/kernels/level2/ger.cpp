@@ -1,0 +1,32 @@
+// dger, zgeru: A := A + alpha x y^T; zgerc: A := A + alpha x y^H. A m by n.
+#include "blas/kernels/kernels.hpp"
+#include "blas/kernels/level2/rank_update.hpp"
+
+namespace nxl::NXL_TARGET {
+namespace {
+
+template <bool Conjugate, class T>
+void ger(i64 m, i64 n, T alpha, const T* x, i64 incx, const T* y, i64 incy, T* a, i64 lda) {
+    if (m < 1 || n < 1 || is_real(alpha, 0.0)) return;
+    const OuterProduct<T> product[] = {{alpha, x + first_index(m, incx), incx, y + first_index(n, incy), incy}};
+    update_matrix<Conjugate>(m, n, product, a, lda);
+}
+
+} // namespace
+
+void dger(const i64& m, const i64& n, const double& alpha, const double* x, const i64& incx, const double* y,
+          const i64& incy, double* a, const i64& lda) {
+    ger<false>(m, n, alpha, x, incx, y, incy, a, lda);
+}
+
+void zgeru(const i64& m, const i64& n, const zcomplex& alpha, const zcomplex* x, const i64& incx, const zcomplex* y,
+           const i64& incy, zcomplex* a, const i64& lda) {
+    ger<false>(m, n, scalar(alpha), scalars(x), incx, scalars(y), incy, scalars(a), lda);
+}
+
+void zgerc(const i64& m, const i64& n, const zcomplex& alpha, const zcomplex* x, const i64& incx, const zcomplex* y,
+           const i64& incy, zcomplex* a, const i64& lda) {
+    ger<true>(m, n, scalar(alpha), scalars(x), incx, scalars(y), incy, scalars(a), lda);
+}
+
+} // namespace nxl::NXL_TARGET

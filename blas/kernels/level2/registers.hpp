@@ -1,0 +1,102 @@
+// Multiply-add on vector registers of real or complex elements. A complex product takes two real ones, straight and
+// with exchanged parts; each form here exchanges what the loop around it needs to exchange least often.
+#pragma once
+#include "blas/kernels/scalar.hpp"
+
+namespace nxl::NXL_TARGET {
+
+/// sum := sum + coefficient times v, with the exchange put off until the sum is taken: for many v and one sum.
+template <class T, int W> struct Coefficient;
+template <class T, int W> struct Combination;
+
+template <int W> struct Coefficient<double, W> {
+    Vec<W> value;
+    [[gnu::always_inline]] void set(double v) { value = splat<W>(v); }
+};
+template <int W> struct Combination<double, W> {
+    Vec<W> sum;
+    [[gnu::always_inline]] void start(const double* y) { sum = load<W>(y); }
+    [[gnu::always_inline]] void add(const Coefficient<double, W>& c, Vec<W> v) { sum += c.value * v; }
+    [[gnu::always_inline]] Vec<W> total() const { return sum; }
+};
+
+template <int W> struct Coefficient<Complex, W> {
+    Vec<W> re, im;
+    [[gnu::always_inline]] void set(Complex v) {
+        re = splat<W>(v.re);
+        im = splat<W>(v.im);
+    }
+};
+template <int W> struct Combination<Complex, W> {
+    Vec<W> straight, crossed;
+    [[gnu::always_inline]] void start(const double* y) {
+        straight = load<W>(y);
+        crossed = Vec<W>{};
+    }
+    [[gnu::always_inline]] void add(const Coefficient<Complex, W>& c, Vec<W> v) {
+        straight += c.re * v;
+        crossed += c.im * v;
+    }
+    [[gnu::always_inline]] Vec<W> total() const { return straight + alternate<W>(-1.0, 1.0) * swap_parts<W>(crossed); }
+};
+
+/// Elements of a vector that meets many columns: the exchange is done once, as they are loaded.
+template <class T, int W> struct Operand;
+template <int W> struct Operand<double, W> {
+    Vec<W> v;
+    [[gnu::always_inline]] explicit Operand(const double* p) : v(load<W>(p)) {}
+};
+template <int W> struct Operand<Complex, W> {
+    Vec<W> v, swapped;
+    [[gnu::always_inline]] explicit Operand(const double* p) : v(load<W>(p)), swapped(swap_parts<W>(v)) {}
+};
+
+/// A factor of operands.
+template <class T, int W> struct Factor;
+template <int W> struct Factor<double, W> {
+    Vec<W> value;
+    [[gnu::always_inline]] void set(double v) { value = splat<W>(v); }
+    [[gnu::always_inline]] Vec<W> added_to(Vec<W> sum, const Operand<double, W>& x) const { return sum + value * x.v; }
+};
+template <int W> struct Factor<Complex, W> {
+    Vec<W> re, im;
+    [[gnu::always_inline]] void set(Complex v) {
+        re = splat<W>(v.re);
+        im = alternate<W>(-v.im, v.im);
+    }
+    [[gnu::always_inline]] Vec<W> added_to(Vec<W> sum, const Operand<Complex, W>& x) const {
+        return sum + re * x.v + im * x.swapped;
+    }
+};
+
+/// Inner product of a column with operands.
+template <class T, int W> struct InnerProduct;
+template <int W> struct InnerProduct<double, W> {
+    Vec<W> sum{};
+    [[gnu::always_inline]] void add(Vec<W> column, const Operand<double, W>& x) { sum += column * x.v; }
+    [[gnu::always_inline]] void add(const InnerProduct& other) { sum += other.sum; }
+    template <bool Conjugate> [[gnu::always_inline]] double total() const { return sum_lanes<W>(sum); }
+};
+template <int W> struct InnerProduct<Complex, W> {
+    Vec<W> straight{}, crossed{};
+    [[gnu::always_inline]] void add(Vec<W> column, const Operand<Complex, W>& x) {
+        straight += column * x.v;
+        crossed += column * x.swapped;
+    }
+    [[gnu::always_inline]] void add(const InnerProduct& other) {
+        straight += other.straight;
+        crossed += other.crossed;
+    }
+    /// Conjugate: of the column.
+    template <bool Conjugate> [[gnu::always_inline]] Complex total() const {
+        const double sign = Conjugate ? -1.0 : 1.0;
+        Complex result{0.0, 0.0};
+        for (int lane = 0; lane < W; lane += 2) {
+            result.re += straight[lane] - sign * straight[lane + 1];
+            result.im += crossed[lane] + sign * crossed[lane + 1];
+        }
+        return result;
+    }
+};
+
+} // namespace nxl::NXL_TARGET

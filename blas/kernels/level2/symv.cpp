@@ -1,0 +1,129 @@
+// dsymv, zhemv: y := alpha A x + beta y, A n by n, of which one triangle is stored. Every element is read once and
+// serves its own place and the mirrored one.
+#include "blas/kernels/kernels.hpp"
+#include "blas/kernels/level2/registers.hpp"
+#include "blas/kernels/level2/rows.hpp"
+
+namespace nxl::NXL_TARGET {
+namespace {
+
+/// Columns in a panel: coefficients and inner products share the registers.
+template <class T> constexpr int kMirrorPanel = 4 / kParts<T>;
+
+/// A block of x and the block of y with the same elements, both contiguous.
+template <class T> struct Pair {
+    const T* x;
+    T* y;
+
+    [[gnu::always_inline]] Pair at(i64 start) const { return {x + start, y + start}; }
+};
+
+/// Rows from i on of C columns: y := y + A coefficient, and sum := sum + A^H x.
+template <class T, int C, int W>
+[[gnu::always_inline]] inline void mirror_rows(i64 i, i64 count, const double* a, i64 stride, const T* coefficient,
+                                               const double* x, double* y, T* sum) {
+    Coefficient<T, W> factor[C];
+    InnerProduct<T, W> mirrored[C];
+    for (int c = 0; c < C; ++c) factor[c].set(coefficient[c]);
+    for (; i + W <= count; i += W) {
+        const Operand<T, W> operand(x + i);
+        Combination<T, W> own;
+        own.start(y + i);
+        for (int c = 0; c < C; ++c) {
+            const Vec<W> column = load<W>(a + c * stride + i);
+            own.add(factor[c], column);
+            mirrored[c].add(column, operand);
+        }
+        store<W>(y + i, own.total());
+    }
+    for (int c = 0; c < C; ++c) sum[c] = sum[c] + mirrored[c].template total<true>();
+    if constexpr (W > kParts<T>) mirror_rows<T, C, W / 2>(i, count, a, stride, coefficient, x, y, sum);
+}
+
+template <int C, class T>
+void mirror_panel(i64 m, T alpha, const T* a, i64 lda, const Pair<T>& rows, const Pair<T>& columns) {
+    T coefficient[C], sum[C];
+    for (int c = 0; c < C; ++c) {
+        coefficient[c] = alpha * columns.x[c];
+        sum[c] = from_real<T>(0.0);
+    }
+    mirror_rows<T, C, kWidth>(0, m * kParts<T>, parts(a), lda * kParts<T>, coefficient, parts(rows.x), parts(rows.y),
+                              sum);
+    for (int c = 0; c < C; ++c) columns.y[c] = columns.y[c] + alpha * sum[c];
+}
+
+/// A rectangle m by n beside the diagonal, and its mirror image.
+template <class T, int C = kMirrorPanel<T>>
+void mirror_rectangle(i64 m, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& rows, const Pair<T>& columns) {
+    i64 j = 0;
+    for (; j + C <= n; j += C) mirror_panel<C>(m, alpha, a + j * lda, lda, rows, columns.at(j));
+    if constexpr (C > 1) mirror_rectangle<T, C / 2>(m, n - j, alpha, a + j * lda, lda, rows, columns.at(j));
+}
+
+/// A panel's own triangle of n columns.
+template <class T>
+[[gnu::always_inline]] inline void mirror_triangle(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
+    for (i64 c = 0; c < n; ++c) {
+        const T* column = a + c * lda;
+        const T coefficient = alpha * v.x[c];
+        T sum = from_real<T>(0.0);
+        for (i64 r = upper ? 0 : c + 1; r < (upper ? c : n); ++r) {
+            v.y[r] = v.y[r] + column[r] * coefficient;
+            sum = sum + conj_if<true>(column[r]) * v.x[r];
+        }
+        v.y[c] = v.y[c] + diagonal<true>(column[c]) * coefficient + alpha * sum;
+    }
+}
+
+/// A block on the diagonal.
+template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
+    constexpr i64 width = kMirrorPanel<T>;
+    for_blocks(n, width, true, [&](i64 j, i64 count) {
+        const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;
+        mirror_rectangle(rows, count, alpha, a + row + j * lda, lda, v.at(row), v.at(j));
+        if (count == width) mirror_triangle(upper, width, alpha, a + j * (lda + 1), lda, v.at(j)); // unrolled
+        else mirror_triangle(upper, count, alpha, a + j * (lda + 1), lda, v.at(j));
+    });
+}
+
+template <class T>
+void mirror_all(bool upper, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T* y, i64 incy) {
+    for_blocks(n, rows_at_once<T>(incx, incy), true, [&](i64 j, i64 width) {
+        T x_copy[kRowBlock<T>], y_copy[kRowBlock<T>];
+        const Pair<T> columns{gather(x + j * incx, incx, width, x_copy), gather(y + j * incy, incy, width, y_copy)};
+        mirror_block(upper, width, alpha, a + j * (lda + 1), lda, columns);
+        const i64 first = upper ? 0 : j + width, end = upper ? j : n;
+        for_blocks(end - first, rows_at_once<T>(incx, incy), true, [&](i64 start, i64 count) {
+            T x_rows[kRowBlock<T>], y_rows[kRowBlock<T>];
+            const i64 i = first + start;
+            const Pair<T> rows{gather(x + i * incx, incx, count, x_rows), gather(y + i * incy, incy, count, y_rows)};
+            mirror_rectangle(count, width, alpha, a + i + j * lda, lda, rows, columns);
+            scatter(rows.y, y + i * incy, incy, count);
+        });
+        scatter(columns.y, y + j * incy, incy, width);
+    });
+}
+
+template <class T>
+void symv(char uplo, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T beta, T* y, i64 incy) {
+    if (n < 1) return;
+    x += first_index(n, incx);
+    y += first_index(n, incy);
+    scale(n, beta, y, incy);
+    if (is_real(alpha, 0.0)) return;
+    mirror_all(is_letter(uplo, 'U'), n, alpha, a, lda, x, incx, y, incy);
+}
+
+} // namespace
+
+void dsymv(const char& uplo, const i64& n, const double& alpha, const double* a, const i64& lda, const double* x,
+           const i64& incx, const double& beta, double* y, const i64& incy) {
+    symv(uplo, n, alpha, a, lda, x, incx, beta, y, incy);
+}
+
+void zhemv(const char& uplo, const i64& n, const zcomplex& alpha, const zcomplex* a, const i64& lda, const zcomplex* x,
+           const i64& incx, const zcomplex& beta, zcomplex* y, const i64& incy) {
+    symv(uplo, n, scalar(alpha), scalars(a), lda, scalars(x), incx, scalar(beta), scalars(y), incy);
+}
+
+} // namespace nxl::NXL_TARGET

@@ -1,0 +1,107 @@
+// Rank-k and rank-2k updates of a symmetric or Hermitian matrix: general products of which one triangle is kept.
+#include "blas/kernels/kernels.hpp"
+#include "blas/kernels/level3/gemm_forms.hpp"
+
+namespace nxl::NXL_TARGET {
+namespace {
+
+/// The factors of an update: op(X) times the transpose of op(Y), conjugated when Hermitian.
+template <class T> struct Factors {
+    char of_rows, of_columns; // letters of op for the rows of X and the columns of Y
+
+    Factors(bool hermitian, char trans)
+        : of_rows(plain_letter(trans) ? 'N'
+                  : hermitian         ? 'C'
+                                      : 'T'),
+          of_columns(!plain_letter(trans) ? 'N'
+                     : hermitian          ? 'C'
+                                          : 'T') {}
+
+    void multiply(i64 n, i64 k, const T& alpha, const T* x, i64 ldx, const T* y, i64 ldy, const Result<T>& to) const {
+        packed_product(GeneralA<T>{source_of_a(of_rows, x, ldx), alpha}, GeneralB<T>{source_of_b(of_columns, y, ldy)},
+                       n, n, k, to);
+    }
+};
+
+/// The triangle of an update, beta given as a number of C's type.
+template <class T> Result<T> triangle_of(char uplo, bool hermitian, T* c, i64 ldc, const T& beta) {
+    const Triangle only = uplo == 'L' || uplo == 'l' ? Triangle::lower : Triangle::upper;
+    return {c, ldc, beta, before_of(beta), only, hermitian};
+}
+
+/// Does what beta asks for and nothing else, and says so, when there is nothing to add.
+template <class T> bool only_scales_triangle(i64 n, i64 k, bool alpha_is_zero, const Result<T>& to) {
+    if (n > 0 && k > 0 && !alpha_is_zero) return false;
+    if (to.before == Before::keep) return true;
+    for (i64 j = 0; j < n; ++j) {
+        const i64 first = to.only == Triangle::lower ? j : 0, last = to.only == Triangle::lower ? n : j + 1;
+        T* const column = to.c + j * to.ldc;
+        scale_result<T>(last - first, 1, {column + first, to.ldc, to.beta, to.before, Triangle::none, to.hermitian});
+        if (to.hermitian) reinterpret_cast<double*>(column + j)[1] = 0.0;
+    }
+    return true;
+}
+
+template <class T>
+void syrk(bool hermitian, char uplo, char trans, i64 n, i64 k, const T& alpha, const T* a, i64 lda, const T& beta, T* c,
+          i64 ldc) {
+    const Result<T> to = triangle_of(uplo, hermitian, c, ldc, beta);
+    if (only_scales_triangle(n, k, is_zero(alpha), to)) return;
+    Factors<T>(hermitian, trans).multiply(n, k, alpha, a, lda, a, lda, to);
+}
+
+/// alpha X Y' + alpha' Y X': the second product has the conjugate of alpha when the update is Hermitian.
+template <class T>
+void syr2k(bool hermitian, char uplo, char trans, i64 n, i64 k, const T& alpha, const T* a, i64 lda, const T* b,
+           i64 ldb, const T& beta, T* c, i64 ldc) {
+    Result<T> to = triangle_of(uplo, hermitian, c, ldc, beta);
+    if (only_scales_triangle(n, k, is_zero(alpha), to)) return;
+    const Factors<T> factors(hermitian, trans);
+    T other = alpha;
+    if constexpr (kParts<T> == 2)
+        if (hermitian) parts(&other)[1] = -parts(&other)[1];
+    factors.multiply(n, k, alpha, a, lda, b, ldb, to);
+    to.before = Before::keep;
+    factors.multiply(n, k, other, b, ldb, a, lda, to);
+}
+
+zcomplex as_complex(double value) {
+    zcomplex z;
+    parts(&z)[0] = value;
+    parts(&z)[1] = 0.0;
+    return z;
+}
+
+} // namespace
+
+void dsyrk(const char& uplo, const char& trans, const i64& n, const i64& k, const double& alpha, const double* a,
+           const i64& lda, const double& beta, double* c, const i64& ldc) {
+    syrk(false, uplo, trans, n, k, alpha, a, lda, beta, c, ldc);
+}
+
+void zsyrk(const char& uplo, const char& trans, const i64& n, const i64& k, const zcomplex& alpha, const zcomplex* a,
+           const i64& lda, const zcomplex& beta, zcomplex* c, const i64& ldc) {
+    syrk(false, uplo, trans, n, k, alpha, a, lda, beta, c, ldc);
+}
+
+void zherk(const char& uplo, const char& trans, const i64& n, const i64& k, const double& alpha, const zcomplex* a,
+           const i64& lda, const double& beta, zcomplex* c, const i64& ldc) {
+    syrk(true, uplo, trans, n, k, as_complex(alpha), a, lda, as_complex(beta), c, ldc);
+}
+
+void dsyr2k(const char& uplo, const char& trans, const i64& n, const i64& k, const double& alpha, const double* a,
+            const i64& lda, const double* b, const i64& ldb, const double& beta, double* c, const i64& ldc) {
+    syr2k(false, uplo, trans, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+}
+
+void zsyr2k(const char& uplo, const char& trans, const i64& n, const i64& k, const zcomplex& alpha, const zcomplex* a,
+            const i64& lda, const zcomplex* b, const i64& ldb, const zcomplex& beta, zcomplex* c, const i64& ldc) {
+    syr2k(false, uplo, trans, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+}
+
+void zher2k(const char& uplo, const char& trans, const i64& n, const i64& k, const zcomplex& alpha, const zcomplex* a,
+            const i64& lda, const zcomplex* b, const i64& ldb, const double& beta, zcomplex* c, const i64& ldc) {
+    syr2k(true, uplo, trans, n, k, alpha, a, lda, b, ldb, as_complex(beta), c, ldc);
+}
+
+} // namespace nxl::NXL_TARGET
