@@ -22,7 +22,7 @@ template <class T> struct Pair {
 template <class T, int C>
 [[gnu::always_inline]] inline i64 mirror_vectors(i64 count, const double* a, i64 stride, const T* coefficient,
                                                  const double* x, double* y, T* sum) {
-    constexpr int W = kWidth, chains = kParts<T> == 1 ? 2 : 1;
+    constexpr int W = kWidth, chains = kParts<T> == 1 ? 2 : 1; // sums to hide the latency of the add
     Coefficient<T, W> factor[C];
     InnerProduct<T, W> mirrored[chains][C];
     for (int c = 0; c < C; ++c) factor[c].set(coefficient[c]);
