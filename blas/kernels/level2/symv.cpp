@@ -7,8 +7,8 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
-/// Columns in a panel: coefficients and inner products share the registers.
-template <class T> constexpr int kMirrorPanel = 4 / kParts<T>;
+/// Columns in a panel: streams enough for the memory, though complex ones do not all fit in the registers.
+constexpr int kMirrorPanel = 4;
 
 /// A block of x and the block of y with the same elements, both contiguous.
 template <class T> struct Pair {
@@ -65,7 +65,7 @@ void mirror_panel(i64 m, T alpha, const T* a, i64 lda, const Pair<T>& rows, cons
 }
 
 /// A rectangle m by n beside the diagonal, and its mirror image.
-template <class T, int C = kMirrorPanel<T>>
+template <class T, int C = kMirrorPanel>
 [[gnu::always_inline]] inline void mirror_rectangle(i64 m, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& rows,
                                                     const Pair<T>& columns) {
     i64 j = 0;
@@ -90,7 +90,7 @@ template <class T>
 
 /// A block on the diagonal.
 template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
-    for_panels<kMirrorPanel<T>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
+    for_panels<kMirrorPanel>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
         const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;
         mirror_rectangle(rows, count, alpha, a + row + j * lda, lda, v.at(row), v.at(j));
         mirror_triangle(upper, count, alpha, a + j * (lda + 1), lda, v.at(j));
