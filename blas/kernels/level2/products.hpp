@@ -40,39 +40,39 @@ template <class T, int C = kPanel<T>>
     if constexpr (C > 1) add_product<T, C / 2>(m, n - j, alpha, a + j * lda, lda, x + j * incx, incx, y);
 }
 
-/// Rows from i on of the inner products of C columns with x, added to `sum`.
-template <bool Conjugate, class T, int C, int W>
-[[gnu::always_inline]] inline void multiply_rows(i64 i, i64 count, const double* a, i64 stride, const double* x,
-                                                 T* sum) {
-    InnerProduct<T, W> even[C], odd[C]; // two chains hide the latency of the add
-    for (; i + 2 * W <= count; i += 2 * W) {
-        const Operand<T, W> x0(x + i), x1(x + i + W);
-        for (int c = 0; c < C; ++c) {
-            even[c].add(load<W>(a + c * stride + i), x0);
-            odd[c].add(load<W>(a + c * stride + i + W), x1);
+/// Whole vectors of the inner products of C columns with x, in `sum`. Returns how many doubles of x are done.
+template <bool Conjugate, class T, int C>
+[[gnu::always_inline]] inline i64 multiply_vectors(i64 count, const double* a, i64 stride, const double* x, T* sum) {
+    constexpr int W = kWidth, chains = 8 / (C * kParts<T>); // eight sums hide the latency of the add
+    InnerProduct<T, W> part[chains][C];
+    i64 i = 0;
+    for (; i + chains * W <= count; i += chains * W)
+        for (int k = 0; k < chains; ++k) {
+            const Operand<T, W> operand(x + i + k * W);
+            for (int c = 0; c < C; ++c) part[k][c].add(load<W>(a + c * stride + i + k * W), operand);
         }
-    }
     for (; i + W <= count; i += W) {
-        const Operand<T, W> x0(x + i);
-        for (int c = 0; c < C; ++c) even[c].add(load<W>(a + c * stride + i), x0);
+        const Operand<T, W> operand(x + i);
+        for (int c = 0; c < C; ++c) part[0][c].add(load<W>(a + c * stride + i), operand);
     }
     for (int c = 0; c < C; ++c) {
-        even[c].add(odd[c]);
-        sum[c] = sum[c] + even[c].template total<Conjugate>();
+        for (int k = 1; k < chains; ++k) part[0][c].add(part[k][c]);
+        sum[c] = part[0][c].template total<Conjugate>();
     }
-    if constexpr (W > kParts<T>) multiply_rows<Conjugate, T, C, W / 2>(i, count, a, stride, x, sum);
+    return i;
 }
 
 template <bool Conjugate, int C, class T>
 void multiply_panel(i64 m, T alpha, const T* a, i64 lda, const T* x, T* y, i64 incy) {
     T sum[C];
-    for (int c = 0; c < C; ++c) sum[c] = from_real<T>(0.0);
-    multiply_rows<Conjugate, T, C, kWidth>(0, m * kParts<T>, parts(a), lda * kParts<T>, parts(x), sum);
+    i64 i = multiply_vectors<Conjugate, T, C>(m * kParts<T>, parts(a), lda * kParts<T>, parts(x), sum) / kParts<T>;
+    for (; i < m; ++i)
+        for (int c = 0; c < C; ++c) sum[c] = sum[c] + conj_if<Conjugate>(a[i + c * lda]) * x[i];
     for (int c = 0; c < C; ++c) y[c * incy] = y[c * incy] + alpha * sum[c];
 }
 
 /// y := y + alpha A^T x, or A^H with Conjugate; A m by n.
-template <bool Conjugate, class T, int C = 4 / kParts<T>>
+template <bool Conjugate, class T, int C = kPanel<T>>
 [[gnu::always_inline]] inline void add_transposed_product(i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, T* y,
                                                           i64 incy) {
     i64 j = 0;

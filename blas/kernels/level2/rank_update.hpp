@@ -17,7 +17,7 @@ template <class T> struct OuterProduct {
 };
 
 /// Columns in a panel of P products, so that their factors fill half of the registers.
-template <class T, int P> constexpr int kUpdatePanel = P * kParts<T> == 4 ? 2 : 4;
+template <class T, int P> constexpr int kUpdatePanel = 8 / (P * kParts<T>);
 
 /// Rows from i on of C columns of A := A + sum of u times its factor in each column.
 template <class T, int P, int C, int W>
@@ -53,8 +53,8 @@ void update_panel(i64 m, i64 j, const OuterProduct<T> (&products)[P], const T* c
 
 /// Columns j .. end - 1 of m rows; u holds the rows' elements side by side, a is the first row of column j.
 template <bool Conjugate, int P, class T, int C = kUpdatePanel<T, P>>
-void update_rectangle(i64 m, i64 j, i64 end, const OuterProduct<T> (&products)[P], const T* const (&u)[P], T* a,
-                      i64 lda) {
+[[gnu::always_inline]] inline void update_rectangle(i64 m, i64 j, i64 end, const OuterProduct<T> (&products)[P],
+                                                    const T* const (&u)[P], T* a, i64 lda) {
     for (; j + C <= end; j += C, a += C * lda) update_panel<Conjugate, C>(m, j, products, u, a, lda);
     if constexpr (C > 1) update_rectangle<Conjugate, P, T, C / 2>(m, j, end, products, u, a, lda);
 }
@@ -90,11 +90,9 @@ template <bool Conjugate, int P, class T>
 template <bool Conjugate, int P, class T>
 void update_diagonal_block(bool upper, i64 n, i64 i, const OuterProduct<T> (&products)[P], const T* const (&u)[P], T* a,
                            i64 lda) {
-    constexpr i64 width = kUpdatePanel<T, P>;
-    for_blocks(n, width, true, [&](i64 j, i64 count) {
+    for_panels<kUpdatePanel<T, P>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
         T* corner = a + j * (lda + 1);
-        if (count == width) update_small<Conjugate>(upper, width, i + j, products, u, j, corner, lda); // unrolled
-        else update_small<Conjugate>(upper, count, i + j, products, u, j, corner, lda);
+        update_small<Conjugate>(upper, count, i + j, products, u, j, corner, lda);
         const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;
         const T* beside[P];
         for (int p = 0; p < P; ++p) beside[p] = u[p] + row;

@@ -51,5 +51,14 @@ template <class Body> [[gnu::always_inline]] inline void for_blocks(i64 n, i64 s
     }
 }
 
+/// The same with a size known to the compiler: loops over a full block unroll, when `body` is inlined.
+template <i64 size, class Body>
+[[gnu::always_inline]] inline void for_panels(i64 n, bool forward, const Body& body) {
+    for_blocks(n, size, forward, [&](i64 start, i64 count) {
+        if (count == size) body(start, size);
+        else body(start, count);
+    });
+}
+
 } // namespace
 } // namespace nxl::NXL_TARGET

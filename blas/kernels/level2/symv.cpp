@@ -7,8 +7,8 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
-/// Columns in a panel: coefficients and inner products share the registers.
-template <class T> constexpr int kMirrorPanel = 4 / kParts<T>;
+/// Columns in a panel: streams enough for the memory, though complex ones do not all fit in the registers.
+constexpr int kMirrorPanel = 4;
 
 /// A block of x and the block of y with the same elements, both contiguous.
 template <class T> struct Pair {
@@ -18,43 +18,56 @@ template <class T> struct Pair {
     [[gnu::always_inline]] Pair at(i64 start) const { return {x + start, y + start}; }
 };
 
-/// Rows from i on of C columns: y := y + A coefficient, and sum := sum + A^H x.
-template <class T, int C, int W>
-[[gnu::always_inline]] inline void mirror_rows(i64 i, i64 count, const double* a, i64 stride, const T* coefficient,
-                                               const double* x, double* y, T* sum) {
+/// Whole vectors of C columns: y := y + A coefficient, and sum := A^H x. Returns how many doubles of a column are done.
+template <class T, int C>
+[[gnu::always_inline]] inline i64 mirror_vectors(i64 count, const double* a, i64 stride, const T* coefficient,
+                                                 const double* x, double* y, T* sum) {
+    constexpr int W = kWidth, chains = kParts<T> == 1 ? 2 : 1; // sums to hide the latency of the add
     Coefficient<T, W> factor[C];
-    InnerProduct<T, W> mirrored[C];
+    InnerProduct<T, W> mirrored[chains][C];
     for (int c = 0; c < C; ++c) factor[c].set(coefficient[c]);
-    for (; i + W <= count; i += W) {
+    const auto step = [&](i64 i, int chain) __attribute__((always_inline)) {
         const Operand<T, W> operand(x + i);
         Combination<T, W> own;
         own.start(y + i);
         for (int c = 0; c < C; ++c) {
             const Vec<W> column = load<W>(a + c * stride + i);
             own.add(factor[c], column);
-            mirrored[c].add(column, operand);
+            mirrored[chain][c].add(column, operand);
         }
         store<W>(y + i, own.total());
+    };
+    i64 i = 0;
+    for (; i + chains * W <= count; i += chains * W)
+        for (int chain = 0; chain < chains; ++chain) step(i + chain * W, chain);
+    for (; i + W <= count; i += W) step(i, 0);
+    for (int c = 0; c < C; ++c) {
+        for (int chain = 1; chain < chains; ++chain) mirrored[0][c].add(mirrored[chain][c]);
+        sum[c] = mirrored[0][c].template total<true>();
     }
-    for (int c = 0; c < C; ++c) sum[c] = sum[c] + mirrored[c].template total<true>();
-    if constexpr (W > kParts<T>) mirror_rows<T, C, W / 2>(i, count, a, stride, coefficient, x, y, sum);
+    return i;
 }
 
 template <int C, class T>
 void mirror_panel(i64 m, T alpha, const T* a, i64 lda, const Pair<T>& rows, const Pair<T>& columns) {
     T coefficient[C], sum[C];
-    for (int c = 0; c < C; ++c) {
-        coefficient[c] = alpha * columns.x[c];
-        sum[c] = from_real<T>(0.0);
-    }
-    mirror_rows<T, C, kWidth>(0, m * kParts<T>, parts(a), lda * kParts<T>, coefficient, parts(rows.x), parts(rows.y),
-                              sum);
+    for (int c = 0; c < C; ++c) coefficient[c] = alpha * columns.x[c];
+    i64 i =
+        mirror_vectors<T, C>(m * kParts<T>, parts(a), lda * kParts<T>, coefficient, parts(rows.x), parts(rows.y), sum) /
+        kParts<T>;
+    for (; i < m; ++i)
+        for (int c = 0; c < C; ++c) {
+            const T element = a[i + c * lda];
+            rows.y[i] = rows.y[i] + element * coefficient[c];
+            sum[c] = sum[c] + conj_if<true>(element) * rows.x[i];
+        }
     for (int c = 0; c < C; ++c) columns.y[c] = columns.y[c] + alpha * sum[c];
 }
 
 /// A rectangle m by n beside the diagonal, and its mirror image.
-template <class T, int C = kMirrorPanel<T>>
-void mirror_rectangle(i64 m, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& rows, const Pair<T>& columns) {
+template <class T, int C = kMirrorPanel>
+[[gnu::always_inline]] inline void mirror_rectangle(i64 m, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& rows,
+                                                    const Pair<T>& columns) {
     i64 j = 0;
     for (; j + C <= n; j += C) mirror_panel<C>(m, alpha, a + j * lda, lda, rows, columns.at(j));
     if constexpr (C > 1) mirror_rectangle<T, C / 2>(m, n - j, alpha, a + j * lda, lda, rows, columns.at(j));
@@ -77,12 +90,10 @@ template <class T>
 
 /// A block on the diagonal.
 template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
-    constexpr i64 width = kMirrorPanel<T>;
-    for_blocks(n, width, true, [&](i64 j, i64 count) {
+    for_panels<kMirrorPanel>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
         const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;
         mirror_rectangle(rows, count, alpha, a + row + j * lda, lda, v.at(row), v.at(j));
-        if (count == width) mirror_triangle(upper, width, alpha, a + j * (lda + 1), lda, v.at(j)); // unrolled
-        else mirror_triangle(upper, count, alpha, a + j * (lda + 1), lda, v.at(j));
+        mirror_triangle(upper, count, alpha, a + j * (lda + 1), lda, v.at(j));
     });
 }
 

@@ -24,6 +24,7 @@ struct MultiplySmall {
 };
 
 template <class T> void trmv(char uplo, char trans, char diag, i64 n, const T* a, i64 lda, T* x, i64 incx) {
+    if (n < 1) return;
     x += first_index(n, incx);
     with_form<Task::product>(uplo, trans, [&]<Form F>() {
         apply_triangle(n, Triangle<F, T>{a, lda, is_letter(diag, 'U')}, x, incx, MultiplySmall{});

@@ -1,0 +1,132 @@
+// Triangular problems seen from their right-hand sides, which are rows of B on the right and columns of B on the left:
+// x t = alpha b for the solution, b := alpha b t for the product, with one triangle t for all eight forms of A.
+#pragma once
+#include "blas/kernels/level3/plain_gemm.hpp"
+
+namespace nxl::NXL_TARGET {
+
+template <class T> struct TriangularProblem {
+    Source<T> t;  ///< element (j, p): column j, row p of t; what is outside the triangle is not read
+    bool forward; ///< t is upper: entry j of x t takes entries up to j of x
+    bool unit;    ///< the diagonal counts as ones and is not read
+    bool left;    ///< right-hand sides are columns of B
+    i64 order, count;
+    T alpha;
+    T* b;
+    i64 ldb;
+
+    /// Element (r, p): entry p of right-hand side r.
+    Source<T> rhs() const { return {b, left ? ldb : 1, left ? 1 : ldb, false}; }
+    T* at(i64 r, i64 p) const { return left ? b + p + r * ldb : b + r + p * ldb; }
+};
+
+template <class T>
+TriangularProblem<T> triangular_problem(char side, char uplo, char trans, char diag, i64 m, i64 n, const T& alpha,
+                                        const T* a, i64 lda, T* b, i64 ldb) {
+    const bool left = side == 'L' || side == 'l', upper = uplo == 'U' || uplo == 'u';
+    const bool upper_op = upper == plain_letter(trans); // op(A) is upper; on the left, t is its transpose
+    return {left ? source_of_a(trans, a, lda) : source_of_b(trans, a, lda),
+            left != upper_op,
+            diag == 'U' || diag == 'u',
+            left,
+            left ? m : n,
+            left ? n : m,
+            alpha,
+            b,
+            ldb};
+}
+
+/// True when nothing is left to do; alpha = 0 has then made B zero, without a look at A or B.
+template <class T> bool is_trivial(i64 m, i64 n, const T& alpha, T* b, i64 ldb) {
+    if (m < 1 || n < 1) return true;
+    if (!is_zero(alpha)) return false;
+    scale_result(m, n, Result<T>{b, ldb, alpha, Before::drop});
+    return true;
+}
+
+[[gnu::always_inline]] inline void invert(double* value, double) { *value = 1.0 / *value; }
+
+/// Smith's quotient (Communications of the ACM 5, 1962): no square is formed that could overflow.
+[[gnu::always_inline]] inline void invert(double* value, const zcomplex&) {
+    const double real = value[0], imaginary = value[1];
+    if (__builtin_fabs(real) >= __builtin_fabs(imaginary)) {
+        const double ratio = imaginary / real, scale = real + imaginary * ratio;
+        value[0] = 1.0 / scale, value[1] = -ratio / scale;
+    } else {
+        const double ratio = real / imaginary, scale = imaginary + real * ratio;
+        value[0] = ratio / scale, value[1] = -1.0 / scale;
+    }
+}
+
+[[gnu::always_inline]] inline double* parts_of(double* value) { return value; }
+[[gnu::always_inline]] inline double* parts_of(zcomplex* value) { return parts(value); }
+[[gnu::always_inline]] inline const double* parts_of(const double* value) { return value; }
+[[gnu::always_inline]] inline const double* parts_of(const zcomplex* value) { return parts(value); }
+
+/// sum += a b, for numbers of the last argument's type.
+[[gnu::always_inline]] inline void add_product(double* sum, const double* a, const double* b, double) {
+    sum[0] += a[0] * b[0];
+}
+[[gnu::always_inline]] inline void add_product(double* sum, const double* a, const double* b, const zcomplex&) {
+    sum[0] += a[0] * b[0] - a[1] * b[1];
+    sum[1] += a[0] * b[1] + a[1] * b[0];
+}
+
+/// Element (j, p) of t as its parts, conjugated where the problem says so.
+template <class T> [[gnu::always_inline]] inline void read_element(const Source<T>& t, i64 j, i64 p, double* to) {
+    __builtin_memcpy(to, t.from(j, p).data, sizeof(T));
+    if constexpr (kParts<T> == 2)
+        if (t.conjugate) to[1] = -to[1];
+}
+
+/// The diagonal element (j, j) as its parts, inverted for a solver.
+template <class T>
+[[gnu::always_inline]] inline void read_diagonal(const TriangularProblem<T>& problem, i64 j, bool inverted,
+                                                 double* to) {
+    to[0] = 1.0;
+    if constexpr (kParts<T> == 2) to[1] = 0.0;
+    if (problem.unit) return;
+    read_element(problem.t, j, j, to);
+    if (inverted) invert(to, T{});
+}
+
+/// Columns of t that a tile takes at once, and their corner on the diagonal: so many steps.
+template <class T> constexpr i64 kGroup = kPanelRows<T>;
+
+/// A diagonal block of t, from entry `first` on, packed for the tiles: groups of columns `stride` doubles apart, of
+/// which only what belongs to the triangle is filled. Columns beyond the last stand as those of the unit matrix.
+struct PackedTriangle {
+    double* groups;
+    i64 stride, first, order;
+};
+
+/// The corner of the group of columns that starts at `j`, `size` of which exist.
+template <class T>
+void pack_corner(const TriangularProblem<T>& problem, i64 j, i64 size, bool inverted, double* to) {
+    for (i64 p = 0; p < kGroup<T>; ++p)
+        for (i64 c = 0; c < kGroup<T>; ++c) {
+            double* const out = to + p * kPanel + c * kParts<T>;
+            for (int part = 0; part < kParts<T>; ++part) out[part] = p == c && part == 0 ? 1.0 : 0.0;
+            if (p >= size || c >= size) continue;
+            if (p == c) read_diagonal(problem, j + c, inverted, out);
+            else if ((p < c) == problem.forward) read_element(problem.t, j + c, j + p, out);
+        }
+}
+
+template <class T>
+void pack_triangle(const TriangularProblem<T>& problem, bool inverted, const PackedTriangle& to) {
+    constexpr i64 width = kGroup<T>;
+    double* group = to.groups;
+    for (i64 j = 0; j < to.order; j += width, group += to.stride) {
+        const i64 size = least(width, to.order - j);
+        const i64 p = problem.forward ? 0 : j + size, steps = problem.forward ? j : to.order - p;
+        const Source<T> from = problem.t.from(to.first + j, to.first + p);
+        with_change<T>(from.conjugate, static_cast<const T*>(nullptr), [&](auto change) {
+            if (size == width) pack_full_panels<T>(from, 1, steps, group + p * kPanel, 0, kPanel, change);
+            else pack_ragged<T>(from, static_cast<int>(size), width, steps, group + p * kPanel, kPanel, change);
+        });
+        pack_corner(problem, to.first + j, size, inverted, group + j * kPanel);
+    }
+}
+
+} // namespace nxl::NXL_TARGET

@@ -1,0 +1,171 @@
+// The blocked form of triangular problems: diagonal blocks one after the other, each followed by the product that adds
+// what its unknowns give to all entries that depend on them.
+#pragma once
+#include "blas/kernels/level3/triangle_tiles.hpp"
+
+namespace nxl::NXL_TARGET {
+
+/// Block lengths. Panels of right-hand sides and blocks of t serve as operands of the matrix product, each in the place
+/// that suits the side, and their sizes follow its own.
+struct TriangleBlocks {
+    i64 order = 128;   ///< of a diagonal block at most: the stretch of k of the product
+    i64 together = 96; ///< real right-hand sides packed and solved at once, which stay in the second cache
+    i64 chunk = 4992;  ///< real right-hand sides that go through the whole triangle
+    i64 piece = 192;   ///< real columns of t beside a diagonal block that are packed at once
+    i64 rows = 512;    ///< real right-hand sides that are the product's first operand at once
+};
+constexpr TriangleBlocks kTriangleBlocks;
+
+/// The panels of right-hand sides as the second operand of the product. Unlike those of a packed B, the last one is as
+/// wide as the others.
+template <class T> struct RhsAsB {
+    const double* panels;
+    i64 stride;
+    i64 columns;
+
+    static i64 steps(i64 k) { return k; }
+    [[gnu::always_inline]] PackedB operator()(i64 c) const { return {panels + c / kPanelRows<T> * stride, kPanel}; }
+};
+
+/// Where a problem keeps its packed operands: one allocation, each part on pages of its own.
+template <class T> class TriangleBuffers {
+    static constexpr i64 page = 4096;
+    const i64 triangle_bytes_, piece_bytes_, strip_bytes_, panel_bytes_;
+    char* const raw_;
+
+    static constexpr i64 pages(i64 doubles) { return up_to(doubles * i64{sizeof(double)}, page); }
+
+  public:
+    /// `order`: of a diagonal block; `piece` columns of t; `count` right-hand sides.
+    TriangleBuffers(i64 order, i64 piece, i64 count)
+        : triangle_bytes_(pages(up_to(order, 4) * up_to(order, 4) * kParts<T>)),
+          piece_bytes_(pages(up_to(order, 4) * up_to(piece, 4) * kParts<T>)),
+          strip_bytes_(pages(StripB::step * up_to(order, 4))),
+          panel_bytes_(pages(up_to(order, 4) * up_to(count, 4) * kParts<T>)),
+          raw_(static_cast<char*>(
+              nxl_buffer_alloc(triangle_bytes_ + piece_bytes_ + strip_bytes_ + panel_bytes_ + page, 128))) {}
+    ~TriangleBuffers() { nxl_buffer_free(raw_); }
+    TriangleBuffers(const TriangleBuffers&) = delete;
+    TriangleBuffers& operator=(const TriangleBuffers&) = delete;
+
+    bool there() const { return raw_ != nullptr; }
+    double* triangle() const { return place(0); }
+    double* piece() const { return place(triangle_bytes_); }
+    double* strip() const { return place(triangle_bytes_ + piece_bytes_); }
+    double* panels() const { return place(triangle_bytes_ + piece_bytes_ + strip_bytes_); }
+
+  private:
+    double* place(i64 offset) const {
+        const i64 address = static_cast<i64>(reinterpret_cast<unsigned long>(raw_));
+        return reinterpret_cast<double*>(raw_ + (up_to(address, page) - address) + offset);
+    }
+};
+
+/// A diagonal block on its way through the right-hand sides.
+template <class T> struct DiagonalStep {
+    i64 first, length;     // entries of the block
+    i64 rest, rest_length; // entries that depend on them
+    bool opens;            // first of all blocks
+};
+
+/// Packs right-hand sides r .. r + count for a block and writes their entries of it.
+template <class T, class Work>
+void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep<T>& step, i64 r, i64 count,
+                     const TriangleBuffers<T>& buffers) {
+    constexpr i64 together = kTriangleBlocks.together / kParts<T>;
+    const i64 stride = panel_stride_a<T>(step.length);
+    const PackedTriangle triangle{buffers.triangle(), stride, step.first, step.length};
+    const bool scaled = (step.opens || !Work::inverts) && !is_one(problem.alpha);
+    const T* const alpha = scaled ? &problem.alpha : nullptr;
+    for (i64 done = 0; done < count; done += together) {
+        const i64 here = least(together, count - done);
+        double* const panels = buffers.panels() + done / kPanelRows<T> * stride;
+        pack_a(problem.rhs().from(r + done, step.first), here, step.length, panels, stride, alpha);
+        diagonal_block<T, Work>(problem, triangle,
+                                PackedRhs<T>{panels, stride, r + done, here, step.first, step.length});
+    }
+}
+
+/// Adds the product of the packed right-hand sides and t to the entries that depend on the block.
+template <class T, class Work>
+void update_rest(const TriangularProblem<T>& problem, const DiagonalStep<T>& step, i64 r, i64 count,
+                 const TriangleBuffers<T>& buffers) {
+    constexpr i64 most = kTriangleBlocks.piece / kParts<T>, rows_at_once = kTriangleBlocks.rows / kParts<T>;
+    const i64 stride = panel_stride_a<T>(step.length);
+    Result<T> to{problem.b, problem.ldb, problem.alpha, Before::keep};
+    if (Work::inverts && step.opens) to.before = before_of(problem.alpha);
+    for (i64 done = 0; done < step.rest_length; done += most) {
+        const i64 j = step.rest + done, columns = least(most, step.rest_length - done);
+        const Source<T> from = problem.t.from(j, step.first);
+        if (problem.left) {
+            pack_a(from, columns, step.length, buffers.piece(), stride, static_cast<const T*>(nullptr));
+            multiply_block<T>(BlockA{buffers.piece(), stride, columns, step.length},
+                              RhsAsB<T>{buffers.panels(), stride, count}, buffers.strip(), to, j, r);
+            continue;
+        }
+        const i64 stride_b = panel_stride_b<T>(step.length);
+        pack_b(from, step.length, columns, buffers.piece(), stride_b);
+        for (i64 row = 0; row < count; row += rows_at_once)
+            multiply_block<T>(BlockA{buffers.panels() + row / kPanelRows<T> * stride, stride,
+                                     least(rows_at_once, count - row), step.length},
+                              PanelB<T>{buffers.piece(), stride_b, columns}, buffers.strip(), to, r + row, j);
+    }
+}
+
+/// A solution starts with the block that depends on no other; a product ends with it, for the entries of a block are
+/// needed until all that depend on them have been added to.
+template <class T, class Work>
+void sweep(const TriangularProblem<T>& problem, i64 block, const TriangleBuffers<T>& buffers, i64 r, i64 count) {
+    const i64 n = problem.order, blocks = (n + block - 1) / block;
+    const bool ascending = problem.forward == Work::inverts;
+    for (i64 done = 0; done < blocks; ++done) {
+        const i64 first = (ascending ? done : blocks - 1 - done) * block, length = least(block, n - first);
+        const i64 rest = problem.forward ? first + length : 0, rest_length = problem.forward ? n - rest : first;
+        const DiagonalStep<T> step{first, length, rest, rest_length, done == 0};
+        pack_triangle(problem, Work::inverts,
+                      PackedTriangle{buffers.triangle(), panel_stride_a<T>(length), first, length});
+        finish_diagonal<T, Work>(problem, step, r, count, buffers);
+        update_rest<T, Work>(problem, step, r, count, buffers);
+    }
+}
+
+/// All of a problem. False when there is no memory; nothing has been done then.
+template <class T, class Work> bool blocked_triangle(const TriangularProblem<T>& problem) {
+    const i64 n = problem.order, chunk = least(kTriangleBlocks.chunk / kParts<T>, problem.count);
+    const i64 blocks = (n + kTriangleBlocks.order - 1) / kTriangleBlocks.order;
+    const i64 block = up_to((n + blocks - 1) / blocks, 4); // all alike but the last
+    const TriangleBuffers<T> buffers(block, least(kTriangleBlocks.piece / kParts<T>, n), chunk);
+    if (!buffers.there()) return false;
+    for (i64 r = 0; r < problem.count; r += chunk)
+        sweep<T, Work>(problem, block, buffers, r, least(chunk, problem.count - r));
+    return true;
+}
+
+/// A solution starts at the entry that depends on no other, a product at the one that no other depends on.
+template <class T, class Work>
+void plain_rhs(const TriangularProblem<T>& problem, i64 r) {
+    const i64 n = problem.order;
+    const bool ascending = problem.forward == Work::inverts;
+    for (i64 done = 0; done < n; ++done) {
+        const i64 j = ascending ? done : n - 1 - done;
+        const i64 first = problem.forward ? 0 : j + 1, end = problem.forward ? j : n;
+        double sum[2] = {0.0, 0.0}, factor[2];
+        for (i64 p = first; p < end; ++p) {
+            read_element(problem.t, j, p, factor);
+            add_product(sum, parts_of(problem.at(r, p)), factor, T{});
+        }
+        read_diagonal(problem, j, Work::inverts, factor);
+        Work::entry(problem.alpha, sum, factor, parts_of(problem.at(r, j)));
+    }
+}
+
+/// The whole problem in place, one right-hand side after the other: what is done without memory.
+template <class T, class Work> void plain_triangle(const TriangularProblem<T>& problem) {
+    for (i64 r = 0; r < problem.count; ++r) plain_rhs<T, Work>(problem, r);
+}
+
+template <class T, class Work> void run_triangular(const TriangularProblem<T>& problem) {
+    if (!blocked_triangle<T, Work>(problem)) plain_triangle<T, Work>(problem);
+}
+
+} // namespace nxl::NXL_TARGET

@@ -1,0 +1,27 @@
+// Triangular systems with many right-hand sides on one thread: op(A) X = alpha B or X op(A) = alpha B, X over B.
+#include "blas/kernels/kernels.hpp"
+#include "blas/kernels/level3/triangle_sweep.hpp"
+
+namespace nxl::NXL_TARGET {
+namespace {
+
+template <class T>
+void trsm(char side, char uplo, char trans, char diag, i64 m, i64 n, const T& alpha, const T* a, i64 lda, T* b,
+          i64 ldb) {
+    if (is_trivial(m, n, alpha, b, ldb)) return;
+    run_triangular<T, Solve>(triangular_problem(side, uplo, trans, diag, m, n, alpha, a, lda, b, ldb));
+}
+
+} // namespace
+
+void dtrsm(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m, const i64& n,
+           const double& alpha, const double* a, const i64& lda, double* b, const i64& ldb) {
+    trsm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+}
+
+void ztrsm(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m, const i64& n,
+           const zcomplex& alpha, const zcomplex* a, const i64& lda, zcomplex* b, const i64& ldb) {
+    trsm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+}
+
+} // namespace nxl::NXL_TARGET
