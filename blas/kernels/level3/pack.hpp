@@ -56,9 +56,11 @@ template <class T, int Panels, class Change>
                                                    Change change) {
     const double* in = reinterpret_cast<const double*>(from.data);
     const i64 next = from.along_p * kParts<T>;
-    for (i64 p = 0; p < k; ++p, in += next, to += step)
+    for (i64 p = 0; p < k; ++p, in += next, to += step) {
+        __builtin_prefetch(in + 2 * Panels * kPanel); // rows of the panels to come
         for (int panel = 0; panel < Panels; ++panel)
             store<4>(to + panel * stride, change(load<4>(in + panel * kPanel)));
+    }
 }
 
 template <class Change>
@@ -84,7 +86,10 @@ template <class T, class Change>
     if constexpr (kParts<T> == 1) {
         for (; p + 4 <= k; p += 4, to += 4 * step) {
             transpose_4x4(in, to, step, change);
-            for (const double*& row : in) row += 4;
+            for (const double*& row : in) {
+                __builtin_prefetch(row + 4 * from.along_r); // the panel to come
+                row += 4;
+            }
         }
         for (; p < k; ++p, to += step) {
             store<4>(to, change(Vec<4>{*in[0], *in[1], *in[2], *in[3]}));
