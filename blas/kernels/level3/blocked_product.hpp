@@ -10,8 +10,21 @@ namespace nxl::NXL_TARGET {
 struct Plan {
     GemmBlocks blocks;
     bool copies_b;
-    bool last_stretch_first; ///< the short block of k comes first, and it is the last stretch of k
+    bool last_stretch_first;   ///< the short block of k comes first, and it is the last stretch of k
+    bool rows_outside = false; ///< all of k over one block of rows after the other; B stays in place
 };
+
+/// Wide registers: a B whose panels would be used only once or twice stays in place, and an A that is read along k for
+/// a narrow C is read through in one go. That changes no result.
+template <class T> [[gnu::always_inline]] inline void adapt_to_thin(Plan& plan, i64 m, i64 n, bool a_along_k) {
+    constexpr i64 tile_rows = 3 * kPanelRows<T>, few_columns = 4 * kPanelRows<T>;
+    if (kWidth == 2) return;
+    if (m <= tile_rows || n <= few_columns) plan.copies_b = false;
+    if (n <= few_columns && a_along_k) {
+        plan.rows_outside = true;
+        plan.blocks.mb = least(plan.blocks.mb, 2 * tile_rows);
+    }
+}
 
 /// General operands: any matrix in memory.
 template <class T> struct GeneralA {
@@ -61,30 +74,41 @@ struct PackPlace {
     double* b;
 };
 
+/// Packs a block of A and adds its product with B, or with a panel of it packed before, to C.
+template <class T, class A, class B>
+[[gnu::always_inline]] inline void add_block(const A& a, const B& b, const Place& at, Stretch stretch, const Plan& plan,
+                                             const PackPlace& place, const Result<T>& to) {
+    if (to.outside(at.i, at.rows, at.j, at.columns)) return;
+    const i64 stride_a = panel_stride_a<T>(stretch.length);
+    a.pack(at.i, at.rows, stretch.first, stretch.length, place.a, stride_a);
+    const BlockA block{place.a, stride_a, at.rows, stretch.length};
+    if (plan.copies_b) {
+        const PanelB<T> panel{place.b, panel_stride_b<T>(stretch.length), at.columns};
+        multiply_block<T>(block, panel, place.strip, to, at.i, at.j);
+    } else if constexpr (requires { b.in_place(i64{}, i64{}); }) {
+        multiply_in_place<T>(block, b.in_place(stretch.first, at.j), at.columns, place.strip, to, at.i, at.j);
+    }
+}
+
 /// C += op(A) op(B) over m by n by k, with what `to` says about C. A and B know how to pack themselves.
 template <class T, class A, class B>
 void blocked_product(const A& a, const B& b, i64 m, i64 n, i64 k, const Plan& plan, const PackPlace& place,
-                     Result<T> to) {
-    const Result<T> entered = to;
-    for (i64 j = 0; j < n; j += plan.blocks.nb) {
-        const i64 columns = least(plan.blocks.nb, n - j);
-        to.before = entered.before;
-        for_each_stretch(k, plan, [&](Stretch stretch) {
-            const i64 stride_a = panel_stride_a<T>(stretch.length), stride_b = panel_stride_b<T>(stretch.length);
-            if (plan.copies_b) b.pack(stretch.first, stretch.length, j, columns, place.b, stride_b);
-            for (i64 i = 0; i < m; i += plan.blocks.mb) {
-                const i64 rows = least(plan.blocks.mb, m - i);
-                if (to.outside(i, rows, j, columns)) continue;
-                a.pack(i, rows, stretch.first, stretch.length, place.a, stride_a);
-                const BlockA block{place.a, stride_a, rows, stretch.length};
-                if (plan.copies_b) {
-                    multiply_block<T>(block, PanelB<T>{place.b, stride_b, columns}, place.strip, to, i, j);
-                } else if constexpr (requires { b.in_place(i64{}, i64{}); }) {
-                    multiply_in_place<T>(block, b.in_place(stretch.first, j), columns, place.strip, to, i, j);
-                }
-            }
-            to.before = Before::keep;
-        });
+                     const Result<T>& to) {
+    const i64 mb = plan.blocks.mb, nb = plan.blocks.nb;
+    for (i64 j = 0; j < n; j += nb) {
+        const i64 columns = least(nb, n - j);
+        const i64 outer = plan.rows_outside ? mb : m;
+        for (i64 top = 0; top < m; top += outer) {
+            Result<T> now = to;
+            for_each_stretch(k, plan, [&](Stretch stretch) {
+                if (plan.copies_b)
+                    b.pack(stretch.first, stretch.length, j, columns, place.b, panel_stride_b<T>(stretch.length));
+                const i64 bottom = least(top + outer, m);
+                for (i64 i = top; i < bottom; i += mb)
+                    add_block(a, b, {i, least(mb, bottom - i), j, columns}, stretch, plan, place, now);
+                now.before = Before::keep;
+            });
+        }
     }
 }
 

@@ -41,7 +41,8 @@ void packed_product(const A& a, const B& b, i64 m, i64 n, i64 k, const Result<T>
 }
 
 /// The rows up to a multiple of `unit` by packing, the few that are left without. On wide registers all are packed.
-template <class T> void packed_form(const GeneralProduct<T>& g, const Plan& plan, i64 unit) {
+template <class T> void packed_form(const GeneralProduct<T>& g, Plan plan, i64 unit) {
+    adapt_to_thin<T>(plan, g.m, g.n, g.a.along_p == 1);
     const i64 main_rows = kWidth == 4 ? g.m : down_to(g.m, unit);
     const GemmBuffers buffers = buffers_for<T>(plan);
     if (!buffers.there()) return plain_gemm(g);

@@ -133,13 +133,13 @@ template <class T, int Panels, class ColumnsB>
 }
 
 /// Real columns of B that stay in the first cache, with three panels of A, while all of A comes by from the second.
-constexpr i64 chunk = 32;
+constexpr i64 chunk_columns = 32;
 
 /// Three panels at a time, but four that are left two by two: a single panel has too few sums to hide the latency of
 /// the multiply-add.
 template <class T, class ColumnsB>
 void multiply_wide(const BlockA& a, const ColumnsB& b, const Result<T>& to, i64 i, i64 j) {
-    constexpr i64 width = chunk / kParts<T>, height = kPanelRows<T>;
+    constexpr i64 width = chunk_columns / kParts<T>, height = kPanelRows<T>;
     const i64 count = (a.rows + height - 1) / height;
     for (i64 first = 0; first < b.columns; first += width) {
         const i64 last = b.columns - first < width ? b.columns : first + width;

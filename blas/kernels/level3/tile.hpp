@@ -1,13 +1,12 @@
 // Register tiles of the matrix product: the innermost loops over k. Complex numbers are pairs of doubles here: a panel
 // of two complex rows is one of four doubles, and each part of a complex B counts as a column of its own.
 #pragma once
-#include "blas/kernels/target.hpp"
+#include "blas/kernels/scalar.hpp"
 
 namespace nxl::NXL_TARGET {
 
 constexpr int kPanel = 4; // doubles of a panel per step of k: 4 real rows, or 2 complex ones
 
-template <class T> constexpr int kParts = sizeof(T) / sizeof(double);
 template <class T> constexpr int kPanelRows = kPanel / kParts<T>; // rows of A, or columns of B, in a panel
 
 /// B packed in panels: `step` doubles apart for consecutive k.
