@@ -21,6 +21,8 @@ void dsyr(const char& uplo, const i64& n, const double& alpha, const double* x, 
 
 void zsyr(const char& uplo, const i64& n, const zcomplex& alpha, const zcomplex* x, const i64& incx, zcomplex* a,
           const i64& lda) {
+    const bool no_letter = !is_letter(uplo, 'U') && !is_letter(uplo, 'L');
+    if (no_letter || incx == 0 || lda < n) return; // its entry checks nothing
     syr<false>(uplo, n, scalar(alpha), scalars(x), incx, scalars(a), lda);
 }
 

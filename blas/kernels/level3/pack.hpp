@@ -63,10 +63,8 @@ template <class T, int Panels, class Change>
     }
 }
 
-template <class Change>
-[[gnu::always_inline]] inline void transpose_4x4(const double* const (&in)[4], double* to, i64 step, Change change) {
-    const auto r0 = change(load<4>(in[0])), r1 = change(load<4>(in[1])), r2 = change(load<4>(in[2])),
-               r3 = change(load<4>(in[3]));
+/// Stores the columns of four rows, `step` doubles apart.
+[[gnu::always_inline]] inline void transpose_4x4(Vec<4> r0, Vec<4> r1, Vec<4> r2, Vec<4> r3, double* to, i64 step) {
     const auto even01 = __builtin_shufflevector(r0, r1, 0, 4, 2, 6),
                odd01 = __builtin_shufflevector(r0, r1, 1, 5, 3, 7);
     const auto even23 = __builtin_shufflevector(r2, r3, 0, 4, 2, 6),
@@ -85,7 +83,8 @@ template <class T, class Change>
     i64 p = 0;
     if constexpr (kParts<T> == 1) {
         for (; p + 4 <= k; p += 4, to += 4 * step) {
-            transpose_4x4(in, to, step, change);
+            transpose_4x4(change(load<4>(in[0])), change(load<4>(in[1])), change(load<4>(in[2])),
+                          change(load<4>(in[3])), to, step);
             for (const double*& row : in) {
                 __builtin_prefetch(row + 4 * from.along_r); // the panel to come
                 row += 4;

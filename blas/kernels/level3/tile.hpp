@@ -106,14 +106,20 @@ template <int Step> struct PackedPairs {
     [[gnu::always_inline]] void next() { at += Step, second += Step; }
 };
 
+/// Adds the products of k steps to the sums.
 template <class Tile, class B>
-[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b) {
-    Tile sums;
+[[gnu::always_inline]] inline void add_products(Tile& sums, i64 k, const double* a, i64 panel_stride, B b) {
     for (i64 p = k / Tile::unroll; p > 0; --p, a += Tile::unroll * kPanel) {
 #pragma clang loop unroll(full)
         for (int q = 0; q < Tile::unroll; ++q, b.next()) sums.step(a + q * kPanel, panel_stride, b);
     }
     for (i64 p = k % Tile::unroll; p > 0; --p, a += kPanel, b.next()) sums.step(a, panel_stride, b);
+}
+
+template <class Tile, class B>
+[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b) {
+    Tile sums;
+    add_products(sums, k, a, panel_stride, b);
     return sums;
 }
 

@@ -94,7 +94,8 @@ template <class T>
 template <class T> constexpr i64 kGroup = kPanelRows<T>;
 
 /// A diagonal block of t, from entry `first` on, packed for the tiles: groups of columns `stride` doubles apart, of
-/// which only what belongs to the triangle is filled. Columns beyond the last stand as those of the unit matrix.
+/// which only what belongs to the triangle is filled. For a solver all but the diagonal is negated, and the diagonal
+/// inverted. Columns beyond the last stand as those of the unit matrix.
 struct PackedTriangle {
     double* groups;
     i64 stride, first, order;
@@ -102,31 +103,53 @@ struct PackedTriangle {
 
 /// The corner of the group of columns that starts at `j`, `size` of which exist.
 template <class T>
-void pack_corner(const TriangularProblem<T>& problem, i64 j, i64 size, bool inverted, double* to) {
+void pack_corner(const TriangularProblem<T>& problem, i64 j, i64 size, bool solver, double* to) {
     for (i64 p = 0; p < kGroup<T>; ++p)
         for (i64 c = 0; c < kGroup<T>; ++c) {
             double* const out = to + p * kPanel + c * kParts<T>;
             for (int part = 0; part < kParts<T>; ++part) out[part] = p == c && part == 0 ? 1.0 : 0.0;
-            if (p >= size || c >= size) continue;
-            if (p == c) read_diagonal(problem, j + c, inverted, out);
-            else if ((p < c) == problem.forward) read_element(problem.t, j + c, j + p, out);
+            if (p >= size || c >= size || (p != c && (p < c) != problem.forward)) continue;
+            if (p == c) read_diagonal(problem, j + c, solver, out);
+            else read_element(problem.t, j + c, j + p, out);
+            for (int part = 0; part < kParts<T>; ++part)
+                if (solver && p != c) out[part] = -out[part];
         }
 }
 
-template <class T>
-void pack_triangle(const TriangularProblem<T>& problem, bool inverted, const PackedTriangle& to) {
+/// Columns j .. j + columns of a diagonal block, whole groups or less than one: the steps that all of them have at
+/// once, then what is left of each group, and its corner.
+template <class T, class Change>
+void pack_columns(const TriangularProblem<T>& problem, bool solver, const PackedTriangle& to, i64 j, i64 columns,
+                  Change change) {
     constexpr i64 width = kGroup<T>;
-    double* group = to.groups;
-    for (i64 j = 0; j < to.order; j += width, group += to.stride) {
-        const i64 size = least(width, to.order - j);
-        const i64 p = problem.forward ? 0 : j + size, steps = problem.forward ? j : to.order - p;
-        const Source<T> from = problem.t.from(to.first + j, to.first + p);
-        with_change<T>(from.conjugate, static_cast<const T*>(nullptr), [&](auto change) {
-            if (size == width) pack_full_panels<T>(from, 1, steps, group + p * kPanel, 0, kPanel, change);
-            else pack_ragged<T>(from, static_cast<int>(size), width, steps, group + p * kPanel, kPanel, change);
-        });
-        pack_corner(problem, to.first + j, size, inverted, group + j * kPanel);
+    const auto pack = [&](i64 first, i64 count, i64 p, i64 steps) {
+        const Source<T> from = problem.t.from(to.first + first, to.first + p);
+        double* const at = to.groups + first / width * to.stride + p * kPanel;
+        if (count >= width) pack_full_panels<T>(from, count / width, steps, at, to.stride, kPanel, change);
+        else pack_ragged<T>(from, static_cast<int>(count), width, steps, at, kPanel, change);
+    };
+    const i64 end = j + columns;
+    if (problem.forward) pack(j, columns, 0, j);
+    else pack(j, columns, end, to.order - end);
+    for (i64 group = j; group < end; group += width) {
+        const i64 size = least(width, end - group);
+        if (problem.forward) pack(group, size, j, group - j);
+        else pack(group, size, group + size, end - group - size);
+        pack_corner(problem, to.first + group, size, solver, to.groups + group / width * to.stride + group * kPanel);
     }
+}
+
+template <class T> void pack_triangle(const TriangularProblem<T>& problem, bool solver, const PackedTriangle& to) {
+    constexpr i64 width = kGroup<T>, together = 3 * width; // neighbours in memory are read together
+    const T minus_one = -1.0;
+    with_change<T>(problem.t.conjugate, solver ? &minus_one : nullptr, [&](auto change) {
+        for (i64 j = 0; j < to.order;) {
+            const i64 left = to.order - j;
+            const i64 columns = left >= together ? together : least(width, left);
+            pack_columns(problem, solver, to, j, columns, change);
+            j += columns;
+        }
+    });
 }
 
 } // namespace nxl::NXL_TARGET

@@ -8,23 +8,27 @@ namespace nxl::NXL_TARGET {
 /// Block lengths. Panels of right-hand sides and blocks of t serve as operands of the matrix product, each in the place
 /// that suits the side, and their sizes follow its own.
 struct TriangleBlocks {
-    i64 order = 128;   ///< of a diagonal block at most: the stretch of k of the product
-    i64 together = 96; ///< real right-hand sides packed and solved at once, which stay in the second cache
+    i64 order = 192;   ///< of a diagonal block at most: the stretch of k of the product
+    i64 together = 24; ///< real right-hand sides packed and solved at once, which stay in the first cache
     i64 chunk = 4992;  ///< real right-hand sides that go through the whole triangle
     i64 piece = 192;   ///< real columns of t beside a diagonal block that are packed at once
     i64 rows = 512;    ///< real right-hand sides that are the product's first operand at once
 };
 constexpr TriangleBlocks kTriangleBlocks;
 
-/// The panels of right-hand sides as the second operand of the product. Unlike those of a packed B, the last one is as
-/// wide as the others.
-template <class T> struct RhsAsB {
+/// Panels packed as those of a first operand, as the second operand of a product. Unlike those of a packed B, the last
+/// one is as wide as the others.
+template <class T> struct PanelsAsB {
     const double* panels;
     i64 stride;
     i64 columns;
 
     static i64 steps(i64 k) { return k; }
     [[gnu::always_inline]] PackedB operator()(i64 c) const { return {panels + c / kPanelRows<T> * stride, kPanel}; }
+    [[gnu::always_inline]] PackedPairs pairs(i64 c) const {
+        const double* const at = panels + c / kPanelRows<T> * stride;
+        return {at, at + stride, kPanel};
+    }
 };
 
 /// Where a problem keeps its packed operands: one allocation, each part on pages of its own.
@@ -86,29 +90,30 @@ void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep<T>&
     }
 }
 
-/// Adds the product of the packed right-hand sides and t to the entries that depend on the block.
+/// Adds the product of the packed right-hand sides and t, or of x and -t for a solution, to the entries that depend on
+/// the block.
 template <class T, class Work>
 void update_rest(const TriangularProblem<T>& problem, const DiagonalStep<T>& step, i64 r, i64 count,
                  const TriangleBuffers<T>& buffers) {
     constexpr i64 most = kTriangleBlocks.piece / kParts<T>, rows_at_once = kTriangleBlocks.rows / kParts<T>;
     const i64 stride = panel_stride_a<T>(step.length);
+    const T minus_one = -1.0;
+    const T* const factor = Work::inverts ? &minus_one : nullptr;
     Result<T> to{problem.b, problem.ldb, problem.alpha, Before::keep};
     if (Work::inverts && step.opens) to.before = before_of(problem.alpha);
     for (i64 done = 0; done < step.rest_length; done += most) {
         const i64 j = step.rest + done, columns = least(most, step.rest_length - done);
-        const Source<T> from = problem.t.from(j, step.first);
+        double* const piece = buffers.piece();
+        pack_a(problem.t.from(j, step.first), columns, step.length, piece, stride, factor);
         if (problem.left) {
-            pack_a(from, columns, step.length, buffers.piece(), stride, static_cast<const T*>(nullptr));
-            multiply_block<T>(BlockA{buffers.piece(), stride, columns, step.length},
-                              RhsAsB<T>{buffers.panels(), stride, count}, buffers.strip(), to, j, r);
+            multiply_block<T>(BlockA{piece, stride, columns, step.length},
+                              PanelsAsB<T>{buffers.panels(), stride, count}, buffers.strip(), to, j, r);
             continue;
         }
-        const i64 stride_b = panel_stride_b<T>(step.length);
-        pack_b(from, step.length, columns, buffers.piece(), stride_b);
         for (i64 row = 0; row < count; row += rows_at_once)
             multiply_block<T>(BlockA{buffers.panels() + row / kPanelRows<T> * stride, stride,
                                      least(rows_at_once, count - row), step.length},
-                              PanelB<T>{buffers.piece(), stride_b, columns}, buffers.strip(), to, r + row, j);
+                              PanelsAsB<T>{piece, stride, columns}, buffers.strip(), to, r + row, j);
     }
 }
 
@@ -131,13 +136,13 @@ void sweep(const TriangularProblem<T>& problem, i64 block, const TriangleBuffers
 
 /// All of a problem. False when there is no memory; nothing has been done then.
 template <class T, class Work> bool blocked_triangle(const TriangularProblem<T>& problem) {
-    const i64 n = problem.order, chunk = least(kTriangleBlocks.chunk / kParts<T>, problem.count);
+    const i64 n = problem.order, at_once = least(kTriangleBlocks.chunk / kParts<T>, problem.count);
     const i64 blocks = (n + kTriangleBlocks.order - 1) / kTriangleBlocks.order;
     const i64 block = up_to((n + blocks - 1) / blocks, 4); // all alike but the last
-    const TriangleBuffers<T> buffers(block, least(kTriangleBlocks.piece / kParts<T>, n), chunk);
+    const TriangleBuffers<T> buffers(block, least(kTriangleBlocks.piece / kParts<T>, n), at_once);
     if (!buffers.there()) return false;
-    for (i64 r = 0; r < problem.count; r += chunk)
-        sweep<T, Work>(problem, block, buffers, r, least(chunk, problem.count - r));
+    for (i64 r = 0; r < problem.count; r += at_once)
+        sweep<T, Work>(problem, block, buffers, r, least(at_once, problem.count - r));
     return true;
 }
 

@@ -14,66 +14,86 @@ template <class T> struct PackedRhs {
     i64 p, length;
 };
 
-/// A panel's share of a group's results, entries of all its right-hand sides step after step.
-using Share = double[kPanel * kPanel];
+/// The values of a tile: a group of entries of the right-hand sides in some panels.
+template <class T, int Panels> struct Entries {
+    static constexpr int group = kGroup<T>, per_panel = kPanel / kWidth, vectors = Panels * per_panel;
+    Vec<kWidth> of[vectors][group];
 
-/// A share that lies in B altogether.
-template <class T> [[gnu::always_inline]] inline void place_share(const double* share, bool left, T* b, i64 ldb) {
-    double* const to = reinterpret_cast<double*>(b);
-    const i64 step = ldb * kParts<T>;
-    if (!left) {
-        for (int c = 0; c < kGroup<T>; ++c) store<4>(to + c * step, load<4>(share + c * kPanel));
-    } else if constexpr (kParts<T> == 1) {
-        const double* const in[4] = {share, share + kPanel, share + 2 * kPanel, share + 3 * kPanel};
-        transpose_4x4(in, to, step, PlainCopy<T>{});
-    } else {
-        const auto first = load<4>(share), second = load<4>(share + kPanel);
-        store<4>(to, __builtin_shufflevector(first, second, 0, 1, 4, 5));
-        store<4>(to + step, __builtin_shufflevector(first, second, 2, 3, 6, 7));
+    /// Where vector v of entry c stands in panels.
+    static i64 offset(int v, int c, i64 stride) { return v / per_panel * stride + c * kPanel + v % per_panel * kWidth; }
+    [[gnu::always_inline]] void store_panels(double* panels, i64 stride) const {
+        for (int c = 0; c < group; ++c)
+            for (int v = 0; v < vectors; ++v) store<kWidth>(panels + offset(v, c, stride), of[v][c]);
     }
-}
+    /// To rows of B: entries are `step` doubles apart.
+    [[gnu::always_inline]] void store_rows(double* to, i64 step) const {
+        for (int c = 0; c < group; ++c)
+            for (int v = 0; v < vectors; ++v) store<kWidth>(to + c * step + v * kWidth, of[v][c]);
+    }
+    /// To columns of B: right-hand sides are `step` doubles apart.
+    [[gnu::always_inline]] void store_columns(double* to, i64 step) const {
+        for (int panel = 0; panel < Panels; ++panel, to += kPanelRows<T> * step) {
+            const auto column = [&](int c) {
+                if constexpr (per_panel == 1) return of[panel][c];
+                else return __builtin_shufflevector(of[2 * panel][c], of[2 * panel + 1][c], 0, 1, 2, 3);
+            };
+            if constexpr (kParts<T> == 1) {
+                transpose_4x4(column(0), column(1), column(2), column(3), to, step);
+            } else {
+                store<4>(to, __builtin_shufflevector(column(0), column(1), 0, 1, 4, 5));
+                store<4>(to + step, __builtin_shufflevector(column(0), column(1), 2, 3, 6, 7));
+            }
+        }
+    }
+};
 
-/// A share of which `rows` right-hand sides and `columns` entries exist.
+/// Entries that reach over an edge of B, as a panel holds them: `rows` right-hand sides, `columns` entries exist.
 template <class T>
-[[gnu::noinline]] void place_part(const double* share, const TriangularProblem<T>& problem, i64 r, i64 rows, i64 p,
+[[gnu::noinline]] void place_edge(const double* panels, const TriangularProblem<T>& problem, i64 r, i64 rows, i64 p,
                                   i64 columns) {
-    for (i64 c = 0; c < columns; ++c)
-        for (i64 row = 0; row < rows; ++row)
-            __builtin_memcpy(problem.at(r + row, p + c), share + c * kPanel + row * kParts<T>, sizeof(T));
+    constexpr i64 height = kPanelRows<T>, panel_doubles = kPanel * kGroup<T>;
+    for (i64 row = 0; row < rows; ++row)
+        for (i64 c = 0; c < columns; ++c)
+            __builtin_memcpy(problem.at(r + row, p + c),
+                             panels + row / height * panel_doubles + c * kPanel + row % height * kParts<T>, sizeof(T));
 }
 
-/// x := (b - x t) / corner for a group of columns; sums hold -x t, as the panels hold -x once it is known.
+/// Solves for a group of entries; t comes negated, the inverses of its diagonal do not.
 struct Solve {
     static constexpr bool inverts = true;
 
-    template <class T, bool Forward, int Panels>
-    [[gnu::always_inline]] static inline void corner(const Sums<Panels, kPanel>& sums, double* panel, i64 stride,
-                                                     const double* t, Share* out) {
-        constexpr int group = kGroup<T>, vectors = Sums<Panels, kPanel>::vectors, per_panel = kPanel / kWidth;
-        Vec<kWidth> x[vectors][group];
-        for (int c = 0; c < group; ++c)
-            for (int v = 0; v < vectors; ++v)
-                x[v][c] = load<kWidth>(panel + v / per_panel * stride + c * kPanel + v % per_panel * kWidth) +
-                          tile_values<T>(sums, v, c, 1.0);
-        for (int step = 0; step < group; ++step) {
-            const int c = Forward ? step : group - 1 - step;
-            const Factor<T, kWidth> inverse(element<T>(t, c, c));
-            for (int v = 0; v < vectors; ++v) x[v][c] = inverse(x[v][c]);
-            for (int later = step + 1; later < group; ++later) {
-                const int to = Forward ? later : group - 1 - later;
-                const Factor<T, kWidth> factor(element<T>(t, c, to));
-                for (int v = 0; v < vectors; ++v) x[v][to] -= factor(x[v][c]);
-            }
-        }
-        for (int c = 0; c < group; ++c)
-            for (int v = 0; v < vectors; ++v) {
-                const i64 at = c * kPanel + v % per_panel * kWidth;
-                store<kWidth>(panel + v / per_panel * stride + at, -x[v][c]);
-                store<kWidth>(out[v / per_panel] + at, x[v][c]);
-            }
+    /// b, to which the products are to be added.
+    template <class T, int Panels>
+    [[gnu::always_inline]] static inline Sums<Panels, kPanel> start(const double* panels, i64 stride) {
+        Sums<Panels, kPanel> sums;
+        for (int c = 0; c < kGroup<T>; ++c)
+            for (int v = 0; v < sums.vectors; ++v)
+                sums.of[v][c * kParts<T>] = load<kWidth>(panels + Entries<T, Panels>::offset(v, c, stride));
+        return sums;
     }
 
-    /// One entry on its own: b at `entry`, the sum x t and the inverse of the diagonal become x.
+    template <class T, bool Forward, int Panels>
+    [[gnu::always_inline]] static inline Entries<T, Panels> finish(const Sums<Panels, kPanel>& sums, double* panels,
+                                                                   i64 stride, const double* corner) {
+        constexpr int group = kGroup<T>;
+        Entries<T, Panels> x;
+        for (int c = 0; c < group; ++c)
+            for (int v = 0; v < x.vectors; ++v) x.of[v][c] = tile_values<T>(sums, v, c, 1.0);
+        for (int step = 0; step < group; ++step) {
+            const int c = Forward ? step : group - 1 - step;
+            const auto inverse = element<T>(corner, c, c);
+            for (int v = 0; v < x.vectors; ++v) x.of[v][c] = inverse(x.of[v][c]);
+            for (int later = step + 1; later < group; ++later) {
+                const int to = Forward ? later : group - 1 - later;
+                const auto factor = element<T>(corner, c, to);
+                for (int v = 0; v < x.vectors; ++v) add(x.of[v][to], factor, x.of[v][c]);
+            }
+        }
+        x.store_panels(panels, stride);
+        return x;
+    }
+
+    /// One entry on its own: b at `entry`, the sum of x t and the inverse of the diagonal become x.
     template <class T> static void entry(const T& alpha, const double* sum, const double* inverse, double* entry) {
         double rest[2] = {-sum[0], -sum[1]}, x[2] = {0.0, 0.0};
         add_product(rest, parts_of(&alpha), entry, T{});
@@ -82,33 +102,47 @@ struct Solve {
     }
 
   private:
-    template <class T> [[gnu::always_inline]] static inline T element(const double* corner, int p, int c) {
+    template <class T> [[gnu::always_inline]] static inline Factor<T, kWidth> element(const double* corner, int p,
+                                                                                      int c) {
         T value;
         __builtin_memcpy(&value, corner + p * kPanel + c * kParts<T>, sizeof(T));
-        return value;
+        return Factor<T, kWidth>(value);
+    }
+    /// sum += factor x: in expressions that become fused operations.
+    [[gnu::always_inline]] static inline void add(Vec<kWidth>& sum, const Factor<double, kWidth>& factor,
+                                                  Vec<kWidth> x) {
+        sum += factor.real * x;
+    }
+    [[gnu::always_inline]] static inline void add(Vec<kWidth>& sum, const Factor<zcomplex, kWidth>& factor,
+                                                  Vec<kWidth> x) {
+        sum += factor.real * x;
+        sum += factor.imaginary * swap_parts<kWidth>(x);
     }
 };
 
-/// x t for a group of columns; the panels keep x.
+/// Multiplies a group of entries; the panels keep the factors.
 struct Multiply {
     static constexpr bool inverts = false;
 
+    template <class T, int Panels>
+    [[gnu::always_inline]] static inline Sums<Panels, kPanel> start(const double*, i64) {
+        return {};
+    }
+
     template <class T, bool Forward, int Panels>
-    [[gnu::always_inline]] static inline void corner(Sums<Panels, kPanel>& sums, const double* panel, i64 stride,
-                                                     const double* t, Share* out) {
-        constexpr int group = kGroup<T>, vectors = Sums<Panels, kPanel>::vectors, per_panel = kPanel / kWidth;
-        for (int p = 0; p < group; ++p)
+    [[gnu::always_inline]] static inline Entries<T, Panels> finish(Sums<Panels, kPanel>& sums, const double* panels,
+                                                                   i64 stride, const double* corner) {
+        Entries<T, Panels> result;
+        for (int p = 0; p < kGroup<T>; ++p)
             for (int column = Forward ? p * kParts<T> : 0; column < (Forward ? kPanel : (p + 1) * kParts<T>);
                  ++column) {
-                const auto factor = splat<kWidth>(t[p * kPanel + column]);
-                for (int v = 0; v < vectors; ++v)
-                    sums.of[v][column] +=
-                        load<kWidth>(panel + v / per_panel * stride + p * kPanel + v % per_panel * kWidth) * factor;
+                const auto factor = splat<kWidth>(corner[p * kPanel + column]);
+                for (int v = 0; v < sums.vectors; ++v)
+                    sums.of[v][column] += load<kWidth>(panels + result.offset(v, p, stride)) * factor;
             }
-        for (int c = 0; c < group; ++c)
-            for (int v = 0; v < vectors; ++v)
-                store<kWidth>(out[v / per_panel] + c * kPanel + v % per_panel * kWidth,
-                              tile_values<T>(sums, v, c, 1.0));
+        for (int c = 0; c < kGroup<T>; ++c)
+            for (int v = 0; v < sums.vectors; ++v) result.of[v][c] = tile_values<T>(sums, v, c, 1.0);
+        return result;
     }
 
     /// One entry on its own: x at `entry` becomes alpha times x t, of which the diagonal's share is missing in the sum.
@@ -126,18 +160,22 @@ template <class T, class Work, bool Forward, int Panels>
                                               const PackedRhs<T>& rhs, i64 panel, i64 j) {
     const double* const columns = triangle.groups + j / kGroup<T> * triangle.stride;
     double* const panels = rhs.panels + panel * rhs.stride;
+    double* const here = panels + j * kPanel;
     const i64 size = least(kGroup<T>, rhs.length - j);
     const i64 p = Forward ? 0 : j + size, steps = Forward ? j : rhs.length - p;
-    auto sums = multiply_panels<Sums<Panels, kPanel>>(steps, panels + p * kPanel, rhs.stride,
-                                                      PackedB{columns + p * kPanel, kPanel});
-    alignas(32) Share results[Panels];
-    Work::template corner<T, Forward, Panels>(sums, panels + j * kPanel, rhs.stride, columns + j * kPanel, results);
-    for (int q = 0; q < Panels; ++q) {
-        const i64 row = (panel + q) * kPanelRows<T>, rows = least(kPanelRows<T>, rhs.count - row);
-        if (rows == kPanelRows<T> && size == kGroup<T>)
-            place_share(results[q], problem.left, problem.at(rhs.r + row, rhs.p + j), problem.ldb);
-        else place_part(results[q], problem, rhs.r + row, rows, rhs.p + j, size);
+    auto sums = Work::template start<T, Panels>(here, rhs.stride);
+    add_products(sums, steps, panels + p * kPanel, rhs.stride, PackedB{columns + p * kPanel, kPanel});
+    const auto results = Work::template finish<T, Forward, Panels>(sums, here, rhs.stride, columns + j * kPanel);
+    const i64 row = panel * kPanelRows<T>, rows = least(Panels * kPanelRows<T>, rhs.count - row);
+    if (rows == Panels * kPanelRows<T> && size == kGroup<T>) {
+        double* const to = parts_of(problem.at(rhs.r + row, rhs.p + j));
+        if (problem.left) results.store_columns(to, problem.ldb * kParts<T>);
+        else results.store_rows(to, problem.ldb * kParts<T>);
+        return;
     }
+    double edge[Panels * kPanel * kGroup<T>];
+    results.store_panels(edge, kPanel * kGroup<T>);
+    place_edge(edge, problem, rhs.r + row, rows, rhs.p + j, size);
 }
 
 /// One group of columns for all panels.
