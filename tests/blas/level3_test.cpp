@@ -2,6 +2,7 @@
 // CTest runs this program once for each processor class and vector width.
 #include "blas/kernel/default_em64t/level3/level3_omp.hpp"
 #include "tests/support/blas_call.hpp"
+#include "tests/support/host_allocator.hpp"
 
 namespace nxl {
 namespace {
@@ -71,6 +72,45 @@ TEST_P(Level3, EveryFormOverThreads) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, Level3, ::testing::ValuesIn(routines), nxl_test::name_of);
+
+/// Calls body(routine, letters) for every form of the products with and solutions of triangular matrices.
+template <class Body> void for_each_triangular_form(Body body) {
+    NXL_Set_Dynamic(0);
+    for (const Routine& routine : routines)
+        if (routine.is({Family::trm}))
+            for (const BlasCall& letters : letters_of(routine)) body(routine, letters);
+}
+
+TEST(Triangular, ManyBlocksOfTheTriangleAndOfRightHandSides) {
+    struct Shape {
+        int order, count;
+    };
+    Generator generator(4);
+    for_each_triangular_form([&](const Routine& routine, const BlasCall& letters) {
+        for (const auto& [order, count] : {Shape{597, 5}, {203, 530}, {3, 5003}}) {
+            BlasCall call = randomised(letters, generator);
+            const bool left = nxl_test::is_letter(call.side, 'L');
+            call.m = left ? order : count, call.n = left ? count : order;
+            ASSERT_TRUE(routine.check(call));
+        }
+    });
+}
+
+TEST(Triangular, RightWithoutMemory) {
+    Generator generator(5);
+    for_each_triangular_form([&](const Routine& routine, const BlasCall& letters) {
+        BlasCall call = randomised(letters, generator);
+        call.alpha = {0.7, -0.3};
+        call.m = 21, call.n = 18;
+        for (const long failing : {1, 2}) { // the thread's record, its first block
+            NXL_FreeBuffers();
+            nxl_test::fail_allocation(failing);
+            const auto result = routine.check(call);
+            nxl_test::fail_allocation(0);
+            ASSERT_TRUE(result) << "allocation " << failing;
+        }
+    });
+}
 
 TEST(Trsm, SingularAndInfiniteTrianglesReturn) { // nothing is promised of the values but that a division shows
     const double alpha = 1.0;

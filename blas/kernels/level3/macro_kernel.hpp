@@ -122,13 +122,20 @@ template <class T, class Tiles>
     }
 }
 
+/// A tile of fewer columns than a panel has: in a function of its own, or the compiler keeps its sums in memory.
+template <class T, int Panels, int Columns, class B>
+[[gnu::noinline]] void narrow_tile(const BlockA& a, i64 panel, i64 steps, B b, const Result<T>& to, i64 i, i64 j) {
+    tile_at<T, Panels, Columns>(a, panel, steps, b, to, i, j);
+}
+
 /// Wide registers: some panels of A against columns first .. last - 1.
 template <class T, int Panels, class ColumnsB>
 [[gnu::noinline]] void tile_row(const BlockA& a, i64 panel, const ColumnsB& b, i64 first, i64 last, const Result<T>& to,
                                 i64 i, i64 j) {
     const i64 steps = ColumnsB::steps(a.k);
     for_each_group<T>(first, last, [&](i64 c, auto columns) __attribute__((always_inline)) {
-        tile_at<T, Panels, columns.value>(a, panel, steps, b(c), to, i, j + c);
+        if constexpr (columns.value == kPanel) tile_at<T, Panels, kPanel>(a, panel, steps, b(c), to, i, j + c);
+        else narrow_tile<T, Panels, columns.value>(a, panel, steps, b(c), to, i, j + c);
     });
 }
 
