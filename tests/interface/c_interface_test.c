@@ -37,6 +37,21 @@ static void level3(void) {
     expect(creal(d[0]) == 1.0 && cimag(d[0]) == 0.0 && creal(d[1]) == 0.0 && creal(d[3]) == 1.0, "zgemm");
 }
 
+/* The upper triangle of A is U = (1 2; 0 4). */
+static void vectors_and_triangles(void) {
+    const int two = 2, one = 1;
+    const double a[4] = {1.0, 3.0, 2.0, 4.0}, x[2] = {1.0, 10.0}, half = 0.5, minus_one = -1.0;
+    const nxl_z z[2] = {1.0 + 2.0 * I, 3.0 - 1.0 * I};
+    double y[2] = {1.0, 1.0}, b[4] = {5.0, 8.0, 2.0, 4.0};
+    nxl_z h[4] = {0.0, 0.0, 0.0, 0.0};
+    dgemv("T", &two, &two, &half, a, &two, x, &one, &minus_one, y, &one);
+    expect(y[0] == 14.5 && y[1] == 20.0, "dgemv");
+    dtrsm("L", "U", "N", "N", &two, &two, &half, a, &two, b, &two);
+    expect(b[0] == 0.5 && b[1] == 1.0 && b[2] == 0.0 && b[3] == 0.5, "dtrsm");
+    zherk("U", "N", &two, &one, &half, z, &two, &half, h, &two);
+    expect(creal(h[0]) == 2.5 && creal(h[2]) == 0.5 && cimag(h[2]) == 3.5 && creal(h[3]) == 5.0, "zherk");
+}
+
 static void sparse_level1(void) {
     const int nz = 2, indx[2] = {4, 1};
     const double x[2] = {10.0, 20.0};
@@ -77,6 +92,7 @@ static void conjugate_gradients(void) {
 int main(void) {
     level1();
     level3();
+    vectors_and_triangles();
     sparse_level1();
     services();
     conjugate_gradients();
