@@ -25,9 +25,9 @@ template <class T> struct PanelsAsB {
 
     static i64 steps(i64 k) { return k; }
     [[gnu::always_inline]] PackedB operator()(i64 c) const { return {panels + c / kPanelRows<T> * stride, kPanel}; }
-    [[gnu::always_inline]] PackedPairs pairs(i64 c) const {
+    [[gnu::always_inline]] PackedPairs<kPanel> pairs(i64 c) const {
         const double* const at = panels + c / kPanelRows<T> * stride;
-        return {at, at + stride, kPanel};
+        return {at, at + stride};
     }
 };
 
