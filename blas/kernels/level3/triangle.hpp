@@ -49,15 +49,15 @@ template <class T> bool is_trivial(i64 m, i64 n, const T& alpha, T* b, i64 ldb) 
 template <class T> [[gnu::always_inline]] inline void invert(double* value) {
     if constexpr (kParts<T> == 1) {
         *value = 1.0 / *value;
-        return;
-    }
-    const double real = value[0], imaginary = value[1];
-    if (__builtin_fabs(real) >= __builtin_fabs(imaginary)) {
-        const double ratio = imaginary / real, scale = real + imaginary * ratio;
-        value[0] = 1.0 / scale, value[1] = -ratio / scale;
     } else {
-        const double ratio = real / imaginary, scale = imaginary + real * ratio;
-        value[0] = ratio / scale, value[1] = -1.0 / scale;
+        const double real = value[0], imaginary = value[1];
+        if (__builtin_fabs(real) >= __builtin_fabs(imaginary)) {
+            const double ratio = imaginary / real, scale = real + imaginary * ratio;
+            value[0] = 1.0 / scale, value[1] = -ratio / scale;
+        } else {
+            const double ratio = real / imaginary, scale = imaginary + real * ratio;
+            value[0] = ratio / scale, value[1] = -1.0 / scale;
+        }
     }
 }
 
