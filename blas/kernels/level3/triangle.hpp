@@ -70,9 +70,6 @@ template <class T> [[gnu::always_inline]] inline void add_product(double* sum, c
     }
 }
 
-[[gnu::always_inline]] inline double* parts(double* value) { return value; }
-[[gnu::always_inline]] inline const double* parts(const double* value) { return value; }
-
 alignas(16) constexpr double kMinusOne[2] = {-1.0, 0.0}; // real or complex
 
 /// What all of t but its diagonal is multiplied with: -1 for a solver, so that everywhere products are added.
