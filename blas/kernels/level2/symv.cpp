@@ -1,14 +1,11 @@
 // dsymv, zhemv: y := alpha A x + beta y, A n by n, of which one triangle is stored. Every element is read once and
 // serves its own place and the mirrored one.
 #include "blas/kernels/kernels.hpp"
-#include "blas/kernels/level2/registers.hpp"
+#include "blas/kernels/level2/products.hpp"
 #include "blas/kernels/level2/rows.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
-
-/// Columns in a panel: streams enough for the memory, though complex ones do not all fit in the registers.
-constexpr int kMirrorPanel = 4;
 
 /// A block of x and the block of y with the same elements, both contiguous.
 template <class T> struct Pair {
@@ -22,29 +19,23 @@ template <class T> struct Pair {
 template <class T, int C>
 [[gnu::always_inline]] inline i64 mirror_vectors(i64 count, const double* a, i64 stride, const T* coefficient,
                                                  const double* x, double* y, T* sum) {
-    constexpr int W = kWidth, chains = kParts<T> == 1 ? 2 : 1; // sums to hide the latency of the add
+    constexpr int W = kWidth;
     Coefficient<T, W> factor[C];
-    InnerProduct<T, W> mirrored[chains][C];
+    InnerProduct<T, W> mirrored[C];
     for (int c = 0; c < C; ++c) factor[c].set(coefficient[c]);
-    const auto step = [&](i64 i, int chain) __attribute__((always_inline)) {
+    i64 i = 0;
+    for (; i + W <= count; i += W) {
         const Operand<T, W> operand(x + i);
         Combination<T, W> own;
         own.start(y + i);
         for (int c = 0; c < C; ++c) {
             const Vec<W> column = load<W>(a + c * stride + i);
             own.add(factor[c], column);
-            mirrored[chain][c].add(column, operand);
+            mirrored[c].add(column, operand);
         }
         store<W>(y + i, own.total());
-    };
-    i64 i = 0;
-    for (; i + chains * W <= count; i += chains * W)
-        for (int chain = 0; chain < chains; ++chain) step(i + chain * W, chain);
-    for (; i + W <= count; i += W) step(i, 0);
-    for (int c = 0; c < C; ++c) {
-        for (int chain = 1; chain < chains; ++chain) mirrored[0][c].add(mirrored[chain][c]);
-        sum[c] = mirrored[0][c].template total<true>();
     }
+    for (int c = 0; c < C; ++c) sum[c] = mirrored[c].template total<true>();
     return i;
 }
 
@@ -65,7 +56,7 @@ void mirror_panel(i64 m, T alpha, const T* a, i64 lda, const Pair<T>& rows, cons
 }
 
 /// A rectangle m by n beside the diagonal, and its mirror image.
-template <class T, int C = kMirrorPanel>
+template <class T, int C = kPanel<T>>
 [[gnu::always_inline]] inline void mirror_rectangle(i64 m, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& rows,
                                                     const Pair<T>& columns) {
     i64 j = 0;
@@ -73,24 +64,25 @@ template <class T, int C = kMirrorPanel>
     if constexpr (C > 1) mirror_rectangle<T, C / 2>(m, n - j, alpha, a + j * lda, lda, rows, columns.at(j));
 }
 
-/// A panel's own triangle of n columns.
+/// A panel's own triangle of n columns: made whole first, since scalars summed in memory would wait for each other.
 template <class T>
 [[gnu::always_inline]] inline void mirror_triangle(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
+    constexpr i64 P = kPanel<T>;
+    T whole[P * P];
     for (i64 c = 0; c < n; ++c) {
-        const T* column = a + c * lda;
-        const T coefficient = alpha * v.x[c];
-        T sum = from_real<T>(0.0);
-        for (i64 r = upper ? 0 : c + 1; r < (upper ? c : n); ++r) {
-            v.y[r] = v.y[r] + column[r] * coefficient;
-            sum = sum + conj_if<true>(column[r]) * v.x[r];
+        whole[c * (P + 1)] = diagonal<true>(a[c * (lda + 1)]);
+        for (i64 r = c + 1; r < n; ++r) {
+            const i64 i = upper ? c : r, j = upper ? r : c;
+            whole[i + j * P] = a[i + j * lda];
+            whole[j + i * P] = conj_if<true>(a[i + j * lda]);
         }
-        v.y[c] = v.y[c] + diagonal<true>(column[c]) * coefficient + alpha * sum;
     }
+    add_product(n, n, alpha, whole, P, v.x, 1, v.y);
 }
 
 /// A block on the diagonal.
 template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
-    for_panels<kMirrorPanel>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
+    for_panels<kPanel<T>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
         const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;
         mirror_rectangle(rows, count, alpha, a + row + j * lda, lda, v.at(row), v.at(j));
         mirror_triangle(upper, count, alpha, a + j * (lda + 1), lda, v.at(j));
