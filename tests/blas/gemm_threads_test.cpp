@@ -25,27 +25,27 @@ void driver(const GemmCall<zcomplex>& p) {
 
 template <class T> struct Strategy {
     const char* name;
-    Sse41 sse41;
+    Pretended sse41;
     void (*run)(i64 nt, const GemmCall<T>& call);
 };
 
 template <class T> std::vector<Strategy<T>> strategies_of(CpuClass cpu_class);
 template <> std::vector<Strategy<double>> strategies_of(CpuClass cpu_class) {
-    if (cpu_class == CpuClass::mc3) return {{"2D_nhm", Sse41::present, dgemm_2D_nhm}};
+    if (cpu_class == CpuClass::mc3) return {{"2D_nhm", Pretended::present, dgemm_2D_nhm}};
     if (cpu_class == CpuClass::mc)
-        return {{"2D", Sse41::absent, dgemm_2D},
-                {"2D htn", Sse41::present, dgemm_2D},
-                {"1D_with_copy", Sse41::absent, dgemm_1D_with_copy},
-                {"abcopy", Sse41::present, dgemm_2D_abcopy_abx_m_km_par_p_htn}};
-    return {{"1d", Sse41::present, nxl_blas_dgemm_1d}};
+        return {{"2D", Pretended::absent, dgemm_2D},
+                {"2D htn", Pretended::present, dgemm_2D},
+                {"1D_with_copy", Pretended::absent, dgemm_1D_with_copy},
+                {"abcopy", Pretended::present, dgemm_2D_abcopy_abx_m_km_par_p_htn}};
+    return {{"1d", Pretended::present, nxl_blas_dgemm_1d}};
 }
 template <> std::vector<Strategy<zcomplex>> strategies_of(CpuClass cpu_class) {
-    if (cpu_class == CpuClass::mc3) return {{"2D_nhm", Sse41::present, zgemm_2D_nhm}};
+    if (cpu_class == CpuClass::mc3) return {{"2D_nhm", Pretended::present, zgemm_2D_nhm}};
     if (cpu_class == CpuClass::mc)
-        return {{"2D", Sse41::absent, zgemm_2D},
-                {"2D htn", Sse41::present, zgemm_2D},
-                {"abcopy", Sse41::present, zgemm_2D_abcopy_abx_m_km_par_p_htn}};
-    return {{"1d", Sse41::present, nxl_blas_zgemm_1d}};
+        return {{"2D", Pretended::absent, zgemm_2D},
+                {"2D htn", Pretended::present, zgemm_2D},
+                {"abcopy", Pretended::present, zgemm_2D_abcopy_abx_m_km_par_p_htn}};
+    return {{"1d", Pretended::present, nxl_blas_zgemm_1d}};
 }
 
 /// Operands of one product, and C before and after it.
@@ -96,7 +96,7 @@ template <class T> class GemmThreads : public ::testing::Test {
   protected:
     void SetUp() override { set_dynamic(false); }
     void TearDown() override {
-        pretend_sse41(Sse41::of_processor);
+        pretend_sse41(Pretended::of_processor);
         pretend_cache_sizes(nullptr);
         omp_set_max_active_levels(1);
         set_num_threads(1);
@@ -153,7 +153,7 @@ TYPED_TEST(GemmThreads, DriverAppliesTheScalarsOnce) {
     std::vector<Pair> scalars{{1.0, 1.0}, {1.0, 0.0}, {-2.0, 3.0}, {0.0, 2.0}, {0.0, 0.0}};
     if constexpr (sizeof(T) > sizeof(double)) scalars.push_back({T{2.0, 1.0}, T{1.0, -2.0}});
     int turn = 0;
-    for (const Sse41 sse41 : {Sse41::absent, Sse41::present})
+    for (const Pretended sse41 : {Pretended::absent, Pretended::present})
         for (const Pair& pair : scalars)
             for (const int threads : {1, 2, 3, 8})
                 // In reach of both gates; fewer columns than threads; deep and thin; nothing to add.
@@ -171,7 +171,7 @@ TYPED_TEST(GemmThreads, DriverTakesThePrivateCopies) {
     using T = TypeParam;
     constexpr bool real = sizeof(T) == sizeof(double);
     constexpr GemmShape shape = real ? GemmShape{1003, 1001, 150} : GemmShape{403, 401, 201};
-    pretend_sse41(Sse41::present);
+    pretend_sse41(Pretended::present);
     for (const int threads : {2, 3, 8}) {
         set_num_threads(threads);
         Product<T> product('T', 'N', shape, T{1.0}, T{2.0});
@@ -183,7 +183,7 @@ TYPED_TEST(GemmThreads, DriverTakesThePrivateCopies) {
 TYPED_TEST(GemmThreads, MoreThreadsThanRowsAndColumns) {
     using T = TypeParam;
     set_num_threads(1024);
-    for (const Sse41 sse41 : {Sse41::absent, Sse41::present})
+    for (const Pretended sse41 : {Pretended::absent, Pretended::present})
         for (const GemmShape& shape : {GemmShape{101, 67, 33}, {67, 1100, 33}}) {
             pretend_sse41(sse41);
             Product<T> product('N', 'T', shape, T{1.0}, T{2.0});

@@ -19,7 +19,7 @@ struct GemmBlocks {
 /// k of classes 2 and 3: at most 256, and two like halves in place of a whole block and a short one.
 [[gnu::always_inline]] constexpr i64 halved_k(i64 k) {
     if (k < 256) return clamped(up_to(k, 4), 128, 256);
-    return k > 256 && k < 512 ? up_to(k / 2, 4) : 256;
+    return k > 256 && k < 512 ? up_to((k + 1) / 2, 4) : 256; // a half that is not whole goes up
 }
 
 /// k of classes 0 and 1, of which a single whole block or two halves are taken up to twice the block.
@@ -84,6 +84,18 @@ struct GemmBlocks {
 }
 [[gnu::always_inline]] constexpr GemmBlocks zgemm_blocks_htn(i64 m, i64 n, i64 k) {
     return zgemm_blocks_of_kb(m, n, k, halved_k(k));
+}
+
+/// Bytes that a product packs into. mb = 0: no block of A; nb = 0: no panel of B; `element`: bytes of a number. The
+/// spare ones are for placing the parts on pages of their own.
+struct GemmPlan {
+    i64 bytes, strip_bytes, a_bytes;
+    bool has_a;
+};
+[[gnu::always_inline]] constexpr GemmPlan gemm_plan(i64 mb, i64 nb, i64 kb, i64 element) {
+    const i64 spare = mb > 0 ? (nb > 0 ? 21760 : 13056) : 13568;
+    const i64 a_bytes = mb * kb * element;
+    return {kb * 64 + a_bytes + nb * kb * element + spare, kb * 64, a_bytes, mb > 0};
 }
 
 } // namespace nxl

@@ -13,17 +13,14 @@ template <class T> struct Source {
     Source from(i64 r, i64 p) const { return {data + r * along_r + p * along_p, along_r, along_p, conjugate}; }
 };
 
-[[gnu::always_inline]] inline bool plain_letter(char trans) { return trans == 'N' || trans == 'n'; }
-[[gnu::always_inline]] inline bool transposing_letter(char trans) { return trans == 'T' || trans == 't'; }
-
 /// op(A) by rows and op(B) by columns. Any letter but N and T conjugates.
 template <class T> Source<T> source_of_a(char trans, const T* a, i64 lda) {
-    if (plain_letter(trans)) return {a, 1, lda, false};
-    return {a, lda, 1, kParts<T> == 2 && !transposing_letter(trans)};
+    if (is_letter(trans, 'N')) return {a, 1, lda, false};
+    return {a, lda, 1, kParts<T> == 2 && !is_letter(trans, 'T')};
 }
 template <class T> Source<T> source_of_b(char trans, const T* b, i64 ldb) {
-    if (plain_letter(trans)) return {b, ldb, 1, false};
-    return {b, 1, ldb, kParts<T> == 2 && !transposing_letter(trans)};
+    if (is_letter(trans, 'N')) return {b, ldb, 1, false};
+    return {b, 1, ldb, kParts<T> == 2 && !is_letter(trans, 'T')};
 }
 
 /// What happens to a number on its way into a panel.

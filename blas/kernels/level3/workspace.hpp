@@ -8,18 +8,6 @@ namespace nxl::NXL_TARGET {
 
 /// A and B stand on pages of their own. The strip, 64 bytes per step of k, stands 256 bytes past a multiple of 128, so
 /// that it does not share cache sets with the starts of A and B.
-struct GemmPlan {
-    i64 bytes, strip_bytes;
-    bool has_a, has_b;
-    i64 a_bytes;
-};
-
-/// mb = 0: no block of A. nb = 0: no panel of B. `element`: bytes of a number.
-[[gnu::always_inline]] constexpr GemmPlan gemm_plan(i64 mb, i64 nb, i64 kb, i64 element) {
-    const i64 spare = mb > 0 ? (nb > 0 ? 21760 : 13056) : 13568;
-    return {kb * 64 + mb * kb * element + nb * kb * element + spare, kb * 64, mb > 0, nb > 0, mb * kb * element};
-}
-
 class GemmBuffers {
     char* const raw_;
     const GemmPlan plan_;

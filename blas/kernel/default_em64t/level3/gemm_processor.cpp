@@ -14,7 +14,8 @@ constexpr unsigned most_subleaves = 32;
 constexpr std::int32_t most_caches = 4;
 constexpr std::int32_t small_second_cache = 3 * 1024 * 1024;
 
-constinit std::atomic<Sse41> pretended_sse41{Sse41::of_processor};
+constinit std::atomic<Pretended> pretended_sse41{Pretended::of_processor};
+constinit std::atomic<Pretended> pretended_family_16{Pretended::of_processor};
 constinit std::atomic<const GemmCacheSizes*> pretended_caches{nullptr};
 
 constexpr int unknown = -1;
@@ -49,8 +50,8 @@ std::int32_t bytes_of(const CpuidRegisters& entry) {
 } // namespace
 
 bool nxl_has_sse41() {
-    const Sse41 pretended = pretended_sse41.load(std::memory_order_relaxed);
-    if (pretended != Sse41::of_processor) return pretended == Sse41::present;
+    const Pretended pretended = pretended_sse41.load(std::memory_order_relaxed);
+    if (pretended != Pretended::of_processor) return pretended == Pretended::present;
     unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
     __cpuid(1, eax, ebx, ecx, edx);
     return (ecx & bit_SSE4_1) != 0;
@@ -65,6 +66,9 @@ bool amd_family_16_from(CpuidReader cpuid) {
 }
 
 bool nxl_amd_family_16() {
+    const Pretended pretended = pretended_family_16.load(std::memory_order_relaxed);
+    if (pretended != Pretended::of_processor) [[unlikely]]
+        return pretended == Pretended::present;
     const int known = family_16.load(std::memory_order_relaxed);
     if (known != unknown) [[likely]]
         return known != 0;
@@ -97,7 +101,9 @@ const GemmCacheSizes& nxl_gemm_cache_sizes() {
     return caches_found;
 }
 
-void pretend_sse41(Sse41 answer) { pretended_sse41.store(answer, std::memory_order_relaxed); }
+void pretend_sse41(Pretended answer) { pretended_sse41.store(answer, std::memory_order_relaxed); }
+
+void pretend_amd_family_16(Pretended answer) { pretended_family_16.store(answer, std::memory_order_relaxed); }
 
 void pretend_cache_sizes(const GemmCacheSizes* caches) { pretended_caches.store(caches, std::memory_order_release); }
 

@@ -36,9 +36,10 @@ GemmCacheSizes gemm_cache_sizes_from(CpuidReader cpuid);
 /// What nxl_amd_family_16 finds on such a processor.
 bool amd_family_16_from(CpuidReader cpuid);
 
-/// For tests: what nxl_has_sse41 and nxl_gemm_cache_sizes answer in place of the processor, in the whole process.
-enum class Sse41 : int { of_processor, absent, present };
-void pretend_sse41(Sse41 answer);
+/// For tests: what the three questions above answer in place of the processor, in the whole process.
+enum class Pretended : int { of_processor, absent, present };
+void pretend_sse41(Pretended answer);
+void pretend_amd_family_16(Pretended answer);
 /// Null gives the processor back its word; else *caches has to live on.
 void pretend_cache_sizes(const GemmCacheSizes* caches);
 
