@@ -11,7 +11,7 @@ template <bool Present, class... Args> consteval auto only(void (*kernel)(Args..
     return Present ? kernel : &does_nothing<Args...>;
 }
 
-consteval KernelTable make_table() {
+consteval KernelTable make_table() { // NOLINT(readability-function-size): it is a table
     KernelTable table{
         .dasum = dasum,
         .daxpy = daxpy,

@@ -2,13 +2,23 @@
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
 #include "blas/kernel/default_em64t/level2/slots.hpp"
 #include "service/threads.hpp"
-#include "tests/support/guarded_operand.hpp"
+#include "tests/support/guarded_matrix.hpp"
+#include <gtest/gtest.h>
 #include <omp.h>
 
 namespace nxl {
 namespace {
 
-using nxl_test::GuardedOperand;
+using nxl_test::GuardedMatrix;
+
+template <class T> GuardedMatrix<T> random_matrix(i64 m, i64 n, i64 lda, std::mt19937_64& generator) {
+    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+    return {{int(m), int(n), int(lda)}, nxl_test::Flush::end, [&](int, int) { return T(uniform(generator)); }};
+}
+template <class T> GuardedMatrix<T> random_vector(i64 n, i64 inc, std::mt19937_64& generator) {
+    return random_matrix<T>(1, n, std::abs(inc), generator);
+}
+
 constexpr auto none = GemvSplit::none, rows = GemvSplit::rows, columns = GemvSplit::columns;
 
 struct Decision {
@@ -112,7 +122,6 @@ void run_blocks(int threads, char trans, i64 m, i64 n, T alpha, const T* a, i64 
 
 TYPED_TEST(GemvThreads, EveryBlockIsComputedOnceWhateverTheTeam) {
     using T = TypeParam;
-    using Operand = GuardedOperand<T>;
     std::mt19937_64 random(5);
     const T alpha(0.5), beta(-2.0);
     for (const char trans : {'N', 'T', 'C'})
@@ -120,10 +129,9 @@ TYPED_TEST(GemvThreads, EveryBlockIsComputedOnceWhateverTheTeam) {
             for (const auto& [incx, incy] : {std::pair<i64, i64>{1, 1}, {-2, -1}, {2, 3}, {-1, -3}})
                 for (const int threads : {1, 2, 3, 7, 5000}) {
                     const i64 lda = m + 3, lenx = trans == 'N' ? n : m, leny = trans == 'N' ? m : n;
-                    const Operand a = Operand::matrix(int(m), int(n), int(lda), [](int, int) { return true; }, random);
-                    const Operand x = Operand::vector(int(lenx), int(incx), random);
-                    const Operand y = Operand::vector(int(leny), int(incy), random);
-                    std::vector<T> want = y.copy();
+                    const auto a = random_matrix<T>(m, n, lda, random);
+                    const auto x = random_vector<T>(lenx, incx, random), y = random_vector<T>(leny, incy, random);
+                    std::vector<T> want = y.original();
                     run_blocks(threads, trans, m, n, alpha, a.data(), lda, x.data(), incx, beta, want.data(), incy);
                     set_num_threads(threads);
                     Routine<T>::driver(&trans, &m, &n, &alpha, a.data(), &lda, x.data(), &incx, &beta, y.data(), &incy);
@@ -135,15 +143,14 @@ TYPED_TEST(GemvThreads, EveryBlockIsComputedOnceWhateverTheTeam) {
 /// A call inside a parallel region gets a team of one, which still has to walk all blocks.
 TYPED_TEST(GemvThreads, ASmallerTeamGivesTheSameBits) {
     using T = TypeParam;
-    using Operand = GuardedOperand<T>;
     std::mt19937_64 random(5);
     const i64 m = 500, n = 300, one = 1;
     const T alpha(0.5), beta(1.0);
-    const Operand a = Operand::matrix(int(m), int(n), int(m), [](int, int) { return true; }, random);
-    const Operand x = Operand::vector(int(m), 1, random), y = Operand::vector(int(m), 1, random);
+    const auto a = random_matrix<T>(m, n, m, random);
+    const auto x = random_vector<T>(m, 1, random), y = random_vector<T>(m, 1, random);
     set_num_threads(5);
     for (const char trans : {'N', 'T'}) {
-        std::vector<T> outside = y.copy(), inside = y.copy();
+        std::vector<T> outside = y.original(), inside = y.original();
         Routine<T>::driver(&trans, &m, &n, &alpha, a.data(), &m, x.data(), &one, &beta, outside.data(), &one);
 #pragma omp parallel num_threads(2)
 #pragma omp single

@@ -112,6 +112,24 @@ TEST(Triangular, RightWithoutMemory) {
     });
 }
 
+TEST(Trsm, ComplexDiagonalsWhoseSquaresLeaveTheRange) {
+    using nxl_test::zcomplex;
+    const std::array<zcomplex, 4> diagonal = {{{3e200, 4e200}, {4e-200, -3e-200}, {0.0, 1e-300}, {-1e300, 0.0}}};
+    const i64 order = 4, one = 1;
+    const zcomplex alpha = 1.0;
+    for (const char trans : {'N', 'T', 'C'}) {
+        std::array<zcomplex, 16> a{};
+        std::array<zcomplex, 4> b{};
+        for (std::size_t i = 0; i < 4; ++i) {
+            a[5 * i] = diagonal[i];
+            b[i] = trans == 'C' ? std::conj(diagonal[i]) : diagonal[i];
+        }
+        nxl_blas_ztrsm("L", "U", &trans, "N", &order, &one, &alpha, a.data(), &order, b.data(), &order);
+        for (const zcomplex& x : b)
+            EXPECT_LE(std::abs(x - 1.0), 8 * std::numeric_limits<double>::epsilon()) << trans << ' ' << x;
+    }
+}
+
 TEST(Trsm, SingularAndInfiniteTrianglesReturn) { // nothing is promised of the values but that a division shows
     const double alpha = 1.0;
     for (const char side : {'L', 'R'})

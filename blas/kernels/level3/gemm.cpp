@@ -2,6 +2,7 @@
 #include "blas/kernel/default_em64t/level3/gemm_processor.hpp"
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level3/gemm_forms.hpp"
+#include "blas/kernels/level3/packing_tile.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
@@ -12,12 +13,14 @@ template <class T> i64 panel_bytes(i64 n, i64 k, i64 most_columns) {
 }
 
 /// Up to this many doubles a block of A stands on the stack.
-constexpr i64 small_block = 2048;
+constexpr i64 small_block = 4096;
 
 /// A product whose A fits one small block, against B in place: nothing is allocated.
 template <class T> void small_product(const GeneralProduct<T>& g) {
     alignas(64) double panels[small_block];
     alignas(64) double strip[kWidth == 2 ? StripB::step * small_block / kPanel : 1];
+    if constexpr (packs_on_the_way<T>)
+        if (g.a.along_r == 1 && g.n >= kPanel) return multiply_packing(g, panels);
     const i64 stride = panel_stride_a<T>(g.k);
     pack_a(g.a, g.m, g.k, panels, stride, &g.alpha);
     multiply_in_place<T>({panels, stride, g.m, g.k}, g.b, g.n, strip, g.to, 0, 0);

@@ -51,11 +51,14 @@ template <int Panels, int Columns> struct Sums {
     [[gnu::always_inline]] Vec<kWidth> at(int v, int column) const { return of[v][column]; }
 
     template <class B> [[gnu::always_inline]] void step(const double* a, i64 panel_stride, const B& b) {
+        constexpr int per_panel = kPanel / kWidth;
+        add([=](int v) { return load<kWidth>(a + v / per_panel * panel_stride + v % per_panel * kWidth); }, b);
+    }
+
+    /// row(v): vector v of a step's rows of A.
+    template <class Row, class B> [[gnu::always_inline]] void add(const Row& row, const B& b) {
         Vec<kWidth> rows[vectors];
-        for (int v = 0; v < vectors; ++v) {
-            constexpr int per_panel = kPanel / kWidth;
-            rows[v] = load<kWidth>(a + v / per_panel * panel_stride + v % per_panel * kWidth);
-        }
+        for (int v = 0; v < vectors; ++v) rows[v] = row(v);
         for (int column = 0; column < Columns; ++column) {
             const auto factor = b.value(column);
             for (int v = 0; v < vectors; ++v) {

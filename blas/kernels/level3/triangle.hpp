@@ -44,32 +44,37 @@ template <class T> bool is_trivial(i64 m, i64 n, const T& alpha, T* b, i64 ldb) 
     return true;
 }
 
-[[gnu::always_inline]] inline void invert(double* value, double) { *value = 1.0 / *value; }
-
-/// Smith's quotient (Communications of the ACM 5, 1962): no square is formed that could overflow.
-[[gnu::always_inline]] inline void invert(double* value, const zcomplex&) {
-    const double real = value[0], imaginary = value[1];
-    if (__builtin_fabs(real) >= __builtin_fabs(imaginary)) {
-        const double ratio = imaginary / real, scale = real + imaginary * ratio;
-        value[0] = 1.0 / scale, value[1] = -ratio / scale;
+/// The reciprocal of a number, in place. Complex: Smith's quotient (Communications of the ACM 5, 1962), which forms no
+/// square that could overflow.
+template <class T> [[gnu::always_inline]] inline void invert(double* value) {
+    if constexpr (kParts<T> == 1) {
+        *value = 1.0 / *value;
     } else {
-        const double ratio = real / imaginary, scale = imaginary + real * ratio;
-        value[0] = ratio / scale, value[1] = -1.0 / scale;
+        const double real = value[0], imaginary = value[1];
+        if (__builtin_fabs(real) >= __builtin_fabs(imaginary)) {
+            const double ratio = imaginary / real, scale = real + imaginary * ratio;
+            value[0] = 1.0 / scale, value[1] = -ratio / scale;
+        } else {
+            const double ratio = real / imaginary, scale = imaginary + real * ratio;
+            value[0] = ratio / scale, value[1] = -1.0 / scale;
+        }
     }
 }
 
-[[gnu::always_inline]] inline double* parts_of(double* value) { return value; }
-[[gnu::always_inline]] inline double* parts_of(zcomplex* value) { return parts(value); }
-[[gnu::always_inline]] inline const double* parts_of(const double* value) { return value; }
-[[gnu::always_inline]] inline const double* parts_of(const zcomplex* value) { return parts(value); }
-
-/// sum += a b, for numbers of the last argument's type.
-[[gnu::always_inline]] inline void add_product(double* sum, const double* a, const double* b, double) {
+/// sum += a b, all given as their parts.
+template <class T> [[gnu::always_inline]] inline void add_product(double* sum, const double* a, const double* b) {
     sum[0] += a[0] * b[0];
+    if constexpr (kParts<T> == 2) {
+        sum[0] -= a[1] * b[1];
+        sum[1] += a[0] * b[1] + a[1] * b[0];
+    }
 }
-[[gnu::always_inline]] inline void add_product(double* sum, const double* a, const double* b, const zcomplex&) {
-    sum[0] += a[0] * b[0] - a[1] * b[1];
-    sum[1] += a[0] * b[1] + a[1] * b[0];
+
+alignas(16) constexpr double kMinusOne[2] = {-1.0, 0.0}; // real or complex
+
+/// What all of t but its diagonal is multiplied with: -1 for a solver, so that everywhere products are added.
+template <class T> [[gnu::always_inline]] inline const T* factor_of_t(bool solver) {
+    return solver ? reinterpret_cast<const T*>(kMinusOne) : nullptr;
 }
 
 /// Element (j, p) of t as its parts, conjugated where the problem says so.
@@ -87,7 +92,7 @@ template <class T>
     if constexpr (kParts<T> == 2) to[1] = 0.0;
     if (problem.unit) return;
     read_element(problem.t, j, j, to);
-    if (inverted) invert(to, T{});
+    if (inverted) invert<T>(to);
 }
 
 /// Columns of t that a tile takes at once, and their corner on the diagonal: so many steps.
@@ -141,8 +146,7 @@ void pack_columns(const TriangularProblem<T>& problem, bool solver, const Packed
 
 template <class T> void pack_triangle(const TriangularProblem<T>& problem, bool solver, const PackedTriangle& to) {
     constexpr i64 width = kGroup<T>, together = 3 * width; // neighbours in memory are read together
-    const T minus_one = -1.0;
-    with_change<T>(problem.t.conjugate, solver ? &minus_one : nullptr, [&](auto change) {
+    with_change<T>(problem.t.conjugate, factor_of_t<T>(solver), [&](auto change) {
         for (i64 j = 0; j < to.order;) {
             const i64 left = to.order - j;
             const i64 columns = left >= together ? together : least(width, left);

@@ -25,9 +25,9 @@ template <class T> struct PanelsAsB {
 
     static i64 steps(i64 k) { return k; }
     [[gnu::always_inline]] PackedB operator()(i64 c) const { return {panels + c / kPanelRows<T> * stride, kPanel}; }
-    [[gnu::always_inline]] PackedPairs pairs(i64 c) const {
+    [[gnu::always_inline]] PackedPairs<kPanel> pairs(i64 c) const {
         const double* const at = panels + c / kPanelRows<T> * stride;
-        return {at, at + stride, kPanel};
+        return {at, at + stride};
     }
 };
 
@@ -66,7 +66,7 @@ template <class T> class TriangleBuffers {
 };
 
 /// A diagonal block on its way through the right-hand sides.
-template <class T> struct DiagonalStep {
+struct DiagonalStep {
     i64 first, length;     // entries of the block
     i64 rest, rest_length; // entries that depend on them
     bool opens;            // first of all blocks
@@ -74,7 +74,7 @@ template <class T> struct DiagonalStep {
 
 /// Packs right-hand sides r .. r + count for a block and writes their entries of it.
 template <class T, class Work>
-void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep<T>& step, i64 r, i64 count,
+void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep& step, i64 r, i64 count,
                      const TriangleBuffers<T>& buffers) {
     constexpr i64 together = kTriangleBlocks.together / kParts<T>;
     const i64 stride = panel_stride_a<T>(step.length);
@@ -93,12 +93,11 @@ void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep<T>&
 /// Adds the product of the packed right-hand sides and t, or of x and -t for a solution, to the entries that depend on
 /// the block.
 template <class T, class Work>
-void update_rest(const TriangularProblem<T>& problem, const DiagonalStep<T>& step, i64 r, i64 count,
+void update_rest(const TriangularProblem<T>& problem, const DiagonalStep& step, i64 r, i64 count,
                  const TriangleBuffers<T>& buffers) {
     constexpr i64 most = kTriangleBlocks.piece / kParts<T>, rows_at_once = kTriangleBlocks.rows / kParts<T>;
     const i64 stride = panel_stride_a<T>(step.length);
-    const T minus_one = -1.0;
-    const T* const factor = Work::inverts ? &minus_one : nullptr;
+    const T* const factor = factor_of_t<T>(Work::inverts);
     Result<T> to{problem.b, problem.ldb, problem.alpha, Before::keep};
     if (Work::inverts && step.opens) to.before = before_of(problem.alpha);
     for (i64 done = 0; done < step.rest_length; done += most) {
@@ -126,7 +125,7 @@ void sweep(const TriangularProblem<T>& problem, i64 block, const TriangleBuffers
     for (i64 done = 0; done < blocks; ++done) {
         const i64 first = (ascending ? done : blocks - 1 - done) * block, length = least(block, n - first);
         const i64 rest = problem.forward ? first + length : 0, rest_length = problem.forward ? n - rest : first;
-        const DiagonalStep<T> step{first, length, rest, rest_length, done == 0};
+        const DiagonalStep step{first, length, rest, rest_length, done == 0};
         pack_triangle(problem, Work::inverts,
                       PackedTriangle{buffers.triangle(), panel_stride_a<T>(length), first, length});
         finish_diagonal<T, Work>(problem, step, r, count, buffers);
@@ -157,10 +156,10 @@ void plain_rhs(const TriangularProblem<T>& problem, i64 r) {
         double sum[2] = {0.0, 0.0}, factor[2];
         for (i64 p = first; p < end; ++p) {
             read_element(problem.t, j, p, factor);
-            add_product(sum, parts_of(problem.at(r, p)), factor, T{});
+            add_product<T>(sum, parts(problem.at(r, p)), factor);
         }
         read_diagonal(problem, j, Work::inverts, factor);
-        Work::entry(problem.alpha, sum, factor, parts_of(problem.at(r, j)));
+        Work::entry(problem.alpha, sum, factor, parts(problem.at(r, j)));
     }
 }
 

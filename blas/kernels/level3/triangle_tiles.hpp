@@ -96,17 +96,15 @@ struct Solve {
     /// One entry on its own: b at `entry`, the sum of x t and the inverse of the diagonal become x.
     template <class T> static void entry(const T& alpha, const double* sum, const double* inverse, double* entry) {
         double rest[2] = {-sum[0], -sum[1]}, x[2] = {0.0, 0.0};
-        add_product(rest, parts_of(&alpha), entry, T{});
-        add_product(x, rest, inverse, T{});
+        add_product<T>(rest, parts(&alpha), entry);
+        add_product<T>(x, rest, inverse);
         __builtin_memcpy(entry, x, sizeof(T));
     }
 
   private:
     template <class T> [[gnu::always_inline]] static inline Factor<T, kWidth> element(const double* corner, int p,
                                                                                       int c) {
-        T value;
-        __builtin_memcpy(&value, corner + p * kPanel + c * kParts<T>, sizeof(T));
-        return Factor<T, kWidth>(value);
+        return Factor<T, kWidth>(*reinterpret_cast<const T*>(corner + p * kPanel + c * kParts<T>));
     }
     /// sum += factor x: in expressions that become fused operations.
     [[gnu::always_inline]] static inline void add(Vec<kWidth>& sum, const Factor<double, kWidth>& factor,
@@ -148,8 +146,8 @@ struct Multiply {
     /// One entry on its own: x at `entry` becomes alpha times x t, of which the diagonal's share is missing in the sum.
     template <class T> static void entry(const T& alpha, double* sum, const double* diagonal, double* entry) {
         double result[2] = {0.0, 0.0};
-        add_product(sum, entry, diagonal, T{});
-        add_product(result, parts_of(&alpha), sum, T{});
+        add_product<T>(sum, entry, diagonal);
+        add_product<T>(result, parts(&alpha), sum);
         __builtin_memcpy(entry, result, sizeof(T));
     }
 };
@@ -168,7 +166,7 @@ template <class T, class Work, bool Forward, int Panels>
     const auto results = Work::template finish<T, Forward, Panels>(sums, here, rhs.stride, columns + j * kPanel);
     const i64 row = panel * kPanelRows<T>, rows = least(Panels * kPanelRows<T>, rhs.count - row);
     if (rows == Panels * kPanelRows<T> && size == kGroup<T>) {
-        double* const to = parts_of(problem.at(rhs.r + row, rhs.p + j));
+        double* const to = parts(problem.at(rhs.r + row, rhs.p + j));
         if (problem.left) results.store_columns(to, problem.ldb * kParts<T>);
         else results.store_rows(to, problem.ldb * kParts<T>);
         return;

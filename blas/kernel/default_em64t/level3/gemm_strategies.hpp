@@ -91,9 +91,9 @@ template <class T> class PackBuffer {
 
     /// Null when there was no memory.
     T* data() const {
-        constexpr std::uintptr_t page = 4096;
-        const auto start = reinterpret_cast<std::uintptr_t>(raw_.data());
-        return reinterpret_cast<T*>((start + page - 1) / page * page);
+        constexpr std::uintptr_t page = 4096; // a whole number of elements
+        const auto behind = reinterpret_cast<std::uintptr_t>(raw_.data()) % page;
+        return behind == 0 ? raw_.data() : raw_.data() + (page - behind) / sizeof(T);
     }
 };
 
