@@ -65,14 +65,14 @@ template <class T, int C = kPanel<T>>
 }
 
 /// A panel's own triangle of n columns: made whole first, since scalars summed in memory would wait for each other.
-template <class T>
-[[gnu::always_inline]] inline void mirror_triangle(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
+template <bool Upper, class T>
+[[gnu::always_inline]] inline void mirror_triangle(i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
     constexpr i64 P = kPanel<T>;
     T whole[P * P];
     for (i64 c = 0; c < n; ++c) {
         whole[c * (P + 1)] = diagonal<true>(a[c * (lda + 1)]);
         for (i64 r = c + 1; r < n; ++r) {
-            const i64 i = upper ? c : r, j = upper ? r : c;
+            const i64 i = Upper ? c : r, j = Upper ? r : c;
             whole[i + j * P] = a[i + j * lda];
             whole[j + i * P] = conj_if<true>(a[i + j * lda]);
         }
@@ -83,9 +83,10 @@ template <class T>
 /// A block on the diagonal.
 template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
     for_panels<kPanel<T>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
+        if (upper) mirror_triangle<true>(count, alpha, a + j * (lda + 1), lda, v.at(j));
+        else mirror_triangle<false>(count, alpha, a + j * (lda + 1), lda, v.at(j));
         const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;
         mirror_rectangle(rows, count, alpha, a + row + j * lda, lda, v.at(row), v.at(j));
-        mirror_triangle(upper, count, alpha, a + j * (lda + 1), lda, v.at(j));
     });
 }
 
