@@ -425,9 +425,9 @@ TEST(RankUpdateStrips, CoverTheTriangleInEqualAreas) {
     for (const i64 strips : {4, 16})
         for (i64 i = 0; i < strips; ++i) {
             const TriangleStrip strip = triangle_strip(true, 2000, i, strips);
-            const auto area = static_cast<double>(strip.diagonal.count * strip.diagonal.count / 2 +
-                                                  strip.rows.count * strip.columns.count);
-            EXPECT_NEAR(area * static_cast<double>(strips) / 2e6, 1.0, 0.1) << i << " of " << strips;
+            const i64 twice_the_area =
+                strip.diagonal.count * strip.diagonal.count + 2 * strip.rows.count * strip.columns.count;
+            EXPECT_NEAR(static_cast<double>(twice_the_area * strips) / 4e6, 1.0, 0.1) << i << " of " << strips;
         }
     EXPECT_EQ(strips_for(2000, 2), 4);
     EXPECT_EQ(strips_for(20, 1024), 2);

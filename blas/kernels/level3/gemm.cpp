@@ -22,8 +22,10 @@ template <class T> void small_product(const GeneralProduct<T>& g) {
     if constexpr (packs_on_the_way<T>)
         if (g.a.along_r == 1 && g.n >= kPanel) return multiply_packing(g, panels);
     const i64 stride = panel_stride_a<T>(g.k);
+    Result<T> to = g.to;
+    if (g.b.conjugate) to.b_sign = -1.0;
     pack_a(g.a, g.m, g.k, panels, stride, &g.alpha);
-    multiply_in_place<T>({panels, stride, g.m, g.k}, g.b, g.n, strip, g.to, 0, 0);
+    multiply_in_place<T>({panels, stride, g.m, g.k}, g.b, g.n, strip, to, 0, 0);
 }
 
 template <class T> bool is_small(const GeneralProduct<T>& g, const Plan& plan) {
@@ -31,11 +33,12 @@ template <class T> bool is_small(const GeneralProduct<T>& g, const Plan& plan) {
            up_to(g.m, kPanelRows<T>) * kParts<T> * padded<T>(g.k) <= small_block;
 }
 
-/// Classes 0 and 1: B in place when it is not transposed and the problem is small.
+/// Classes 0 and 1: B in place when it is not transposed and the problem is small. Wide registers read a transposed one
+/// in place as well, with the same result.
 template <class T> void classic_gemm(const GeneralProduct<T>& g, LeastSizes least_sizes, i64 unit) {
     if (below(g, least_sizes)) return plain_gemm(g);
     Plan plan = plan_for<T>(g.m, g.n, g.k);
-    plan.copies_b = g.b.along_p != 1 || g.m + g.n + g.k > 384;
+    plan.copies_b = (kWidth == 2 && g.b.along_p != 1) || g.m + g.n + g.k > 384;
     if (is_small(g, plan)) return small_product(g);
     packed_form(g, plan, unit);
 }
