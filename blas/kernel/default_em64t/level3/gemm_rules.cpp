@@ -16,6 +16,8 @@ struct ThreadShare {
           nloc(shape.n / h),
           mh(shape.m / 2) {}
     i64 surface(i64 k) const { return mh * k + k * nloc + mh * nloc; }
+    /// Far beyond every limit; times a depth it might not fit in 64 bits.
+    bool is_huge() const { return nloc * mh > i64{1} << 40; }
 };
 
 /// Sizes between which the private copies pay, on class 2 with SSE4.1.
@@ -42,19 +44,18 @@ bool is_long_and_thin(const GemmShape& s) { return s.m >= 8000 && s.k <= 512 && 
 
 bool gemm_is_small(const GemmShape& s) { return s.k <= 4 || s.m / 2 <= 2 || (s.m <= 16 && s.n <= 16 && s.k <= 16); }
 
-// In both gates the depth is asked first: where it is below its limit, the products below fit in 64 bits for any C that
-// memory can hold.
+// In both gates the depth and the huge are asked first: the products below then fit in 64 bits.
 bool dgemm_may_fork(const GemmShape& shape, i64 threads) {
     const ThreadShare share(shape, threads);
     if (share.nloc <= 1) return false;
-    if (shape.k > 512 / share.h) return true;
+    if (shape.k > 512 / share.h || share.is_huge()) return true;
     return share.nloc * share.mh * shape.k >> 9 > 36 / share.h || share.surface(shape.k) >> 7 > 48 / share.h;
 }
 
 bool zgemm_may_fork(const GemmShape& shape, i64 threads) {
     const ThreadShare share(shape, threads);
     if (shape.k < 5) return false;
-    if (shape.k > 256 / share.h) return true;
+    if (shape.k > 256 / share.h || share.is_huge()) return true;
     return 8 * shape.k * share.mh * share.nloc / 1024 > 24 / share.h || share.surface(shape.k) >> 6 > 24 / share.h;
 }
 
