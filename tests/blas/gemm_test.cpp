@@ -1,9 +1,13 @@
 // The general matrix product through its drivers, against the reference BLAS with a bound for every element. CTest runs
 // this program once for each processor class and vector width.
 #include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
+#include "service/kernel_table.hpp"
 #include "tests/support/blas_call.hpp"
 
 namespace nxl {
+namespace p4n {
+extern const KernelTable kernel_table; // class 1, 128 bits
+}
 namespace {
 
 using nxl_test::BlasCall;
@@ -107,9 +111,6 @@ std::vector<double> class1_product(int m, int n, int k, int kb, double alpha, co
 }
 
 TEST(GemmClass1, SummationOrderIsFixed) {
-    const char *cpu_class = std::getenv("NXL_DEBUG_CPU_TYPE"), *bits = std::getenv("NXL_VECTOR_BITS");
-    if (!cpu_class || !bits || std::string(cpu_class) + bits != "1128") GTEST_SKIP() << "for class 1, 128 bits";
-    NXL_Set_Num_Threads(1); // a thread's slice may be too thin for blocks
     struct Case {
         int m, n, k, kb;
     };
@@ -126,8 +127,7 @@ TEST(GemmClass1, SummationOrderIsFixed) {
                                       c = random_matrix(m, n, 3);
             std::vector<double> got = c;
             const double alpha = 1.7;
-            const i64 m64 = m, n64 = n, k64 = k;
-            nxl_blas_dgemm("N", "N", &m64, &n64, &k64, &alpha, a.data(), &m64, b.data(), &k64, &beta, got.data(), &m64);
+            p4n::kernel_table.xdgemm('N', 'N', m, n, k, alpha, a.data(), m, b.data(), k, beta, got.data(), m);
             ASSERT_TRUE(got == class1_product(m, n, k, kb, alpha, a, b, beta, c))
                 << m << ' ' << n << ' ' << k << ' ' << beta;
         }

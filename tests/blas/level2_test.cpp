@@ -1,33 +1,13 @@
 // Level 2 through the exported entries, against the reference BLAS with a bound for every element. CTest runs this
 // program once for each processor class and vector width.
-#include "tests/support/blas_call.hpp"
+#include "tests/blas/exported_level2.hpp"
 
 namespace {
 
 using nxl_test::BlasCall;
 using nxl_test::Family;
 using nxl_test::Generator;
-using nxl_test::routine;
 using nxl_test::zcomplex;
-
-const nxl_test::Routine routines[] = {
-    routine<Family::gemv>("dgemv", dgemv),
-    routine<Family::gemv>("zgemv", zgemv),
-    routine<Family::ger>("dger", dger),
-    routine<Family::ger>("zgerc", zgerc),
-    routine<Family::ger>("zgeru", zgeru),
-    routine<Family::symv>("dsymv", dsymv),
-    routine<Family::symv>("zhemv", zhemv),
-    routine<Family::syr>("dsyr", dsyr),
-    routine<Family::syr>("zher", zher),
-    routine<Family::syr>("zsyr", ZSYR),
-    routine<Family::syr2>("dsyr2", dsyr2),
-    routine<Family::syr2>("zher2", zher2),
-    routine<Family::trv>("dtrmv", dtrmv),
-    routine<Family::trv>("ztrmv", ztrmv),
-    routine<Family::trv>("dtrsv", dtrsv, "dtrmv"),
-    routine<Family::trv>("ztrsv", ztrsv, "ztrmv"),
-};
 
 class Level2 : public ::testing::TestWithParam<nxl_test::Routine> {
   protected:
@@ -63,7 +43,7 @@ TEST_P(Level2, EdgesOfBlocks) {
                 }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Level2, ::testing::ValuesIn(routines), nxl_test::name_of);
+INSTANTIATE_TEST_SUITE_P(, Level2, ::testing::ValuesIn(nxl_test::exported_level2), nxl_test::name_of);
 
 /// A quotient by a divisor near the ends of the range must not pass through its square.
 TEST(Ztrsv, DividesOverTheWholeRange) {
