@@ -126,7 +126,7 @@ template <class T> class SlabProduct {
 
 template <class T> void with_private_copies(i64 nt, const GemmCall<T>& call) {
     const GemmSlabs slabs(call.m, nt, HtnForm<T>::row_unit);
-    const HtnPlan plan{HtnForm<T>::block_rows(call.shape()), GemmBlocks(GemmSlots<T>::blocks_htn, call.shape()).kb,
+    const HtnPlan plan{HtnForm<T>::block_rows(call.shape()), blocks_by(GemmSlots<T>::blocks_htn, call.shape()).kb,
                        slabs.count, round_down(call.n, htn_slice_columns * slabs.count)};
     const int threads = static_cast<int>(slabs.count);
     parallel_blocks(threads, threads, [&](int index) { SlabProduct<T>(call, plan, slabs, index).run(); });

@@ -90,7 +90,7 @@ void dgemm_2D(i64 nt, const GemmCall<double>& call) {
 }
 
 void dgemm_1D_with_copy(i64 nt, const GemmCall<double>& call) {
-    const GemmBlocks blocks(xdgemm_blocks_mc_slot, call.shape());
+    const GemmBlocks blocks = blocks_by(xdgemm_blocks_mc_slot, call.shape());
     const i64 nb = std::min(blocks.nb, call.n);
     const PackBuffer<double> buffer(blocks.kb * nb);
     if (!buffer.data()) return call.run_serial();

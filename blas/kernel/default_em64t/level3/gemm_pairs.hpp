@@ -62,7 +62,7 @@ template <class Form> class ZgemmInPairs {
     ZgemmInPairs(i64 nt, const GemmCall<zcomplex>& call)
         : call_(call),
           pairs_(call.shape(), even_threads(nt), Form::row_unit, Form::column_unit),
-          blocks_(Form::blocks, call.shape()),
+          blocks_(blocks_by(Form::blocks, call.shape())),
           nb_(std::min(blocks_.nb, pairs_.last_width)),
           stretch_(round_up(blocks_.kb, Form::depth_unit) * nb_ + pack_spare<zcomplex>),
           buffer_(threads() * stretch_) {}

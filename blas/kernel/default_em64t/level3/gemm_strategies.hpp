@@ -3,6 +3,7 @@
 #pragma once
 #include "blas/kernel/default_em64t/level3/gemm_rules.hpp"
 #include "blas/kernel/default_em64t/level3/slots.hpp"
+#include "blas/kernels/level3/gemm_blocks.hpp"
 #include "service/scratch.hpp"
 
 namespace nxl {
@@ -67,15 +68,12 @@ template <class T> struct GemmCall {
     void run_serial() const { run(GemmSlots<T>::serial); }
 };
 
-/// Block lengths along m, n and k. A block kernel fills them all.
-struct GemmBlocks {
-    i64 mb = 0, nb = 0, kb = 0;
-
-    /// As the block kernel `rule` proposes for a shape. Without a kernel behind it, the shape is one block.
-    template <class Rule> GemmBlocks(Rule& rule, const GemmShape& shape) : mb(shape.m), nb(shape.n), kb(shape.k) {
-        rule(shape.m, shape.n, shape.k, mb, nb, kb);
-    }
-};
+/// The block lengths that a kernel's rule gives for a shape. Without a kernel behind it, the shape is one block.
+template <class Rule> GemmBlocks blocks_by(Rule& rule, const GemmShape& shape) {
+    GemmBlocks blocks{shape.m, shape.n, shape.k};
+    rule(shape.m, shape.n, shape.k, blocks.mb, blocks.nb, blocks.kb);
+    return blocks;
+}
 
 /// Bytes that a packing buffer holds beyond its elements: room to move its start up to a page, and for kernels that
 /// read past the end.
