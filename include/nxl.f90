@@ -492,6 +492,12 @@ module nxl
             complex(c_double_complex), intent(inout) :: b(ldb, *)
         end subroutine
 
+        ! ---- LAPACK, LU factorisation; hidden lengths of characters are not looked at and left out here ----
+
+        ! ---- LAPACK, Cholesky factorisation; uplo: U, L ----
+
+        ! ---- LAPACK, triangular matrices ----
+
         ! ---- Sparse BLAS level 1; indices count from 1 ----
 
         ! y(indx(i)) := y(indx(i)) + a x(i).

@@ -16,11 +16,15 @@ typedef std::complex<double> nxl_z;
 typedef double _Complex nxl_z;
 #endif
 
+/* A Fortran compiler passes the lengths of character arguments behind the declared ones, by value. LAPACK routines have
+ * room for them and look at first characters only; callers in C pass 1 for each, callers in C++ may leave them out. */
 #ifdef __cplusplus
 #define NXL_NOEXCEPT noexcept
+#define NXL_LENGTH(name) int name = 1
 extern "C" {
 #else
 #define NXL_NOEXCEPT
+#define NXL_LENGTH(name) int name
 #endif
 
 /* ==== Errors ====================================================================================================== */
@@ -446,6 +450,12 @@ void ZHER(const char* uplo, const int* n, const double* alpha, const nxl_z* x, c
           const int* lda) NXL_NOEXCEPT;
 void ZTRSM(const char* side, const char* uplo, const char* transa, const char* diag, const int* m, const int* n,
            const nxl_z* alpha, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb) NXL_NOEXCEPT;
+
+/* ==== LAPACK: LU factorisation ==================================================================================== */
+
+/* ==== LAPACK: Cholesky factorisation ============================================================================== */
+
+/* ==== LAPACK: triangular matrices ================================================================================= */
 
 /* ==== Sparse BLAS level 1 =========================================================================================
  * Dodson, Grimes and Lewis, ACM TOMS 17 (1991). A sparse vector is nz values x and their places indx in a dense vector

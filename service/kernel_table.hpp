@@ -69,6 +69,17 @@ template <class T>
 using TrmKernel = void (*)(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m,
                            const i64& n, const T& alpha, const T* a, const i64& lda, T* b, const i64& ldb);
 
+/// Unblocked P A = L U; info is 0 or the first column, from 1, whose pivot is zero.
+template <class T>
+using GetrfLeafKernel = void (*)(const i64& m, const i64& n, T* a, const i64& lda, i64* ipiv, i64& info);
+/// Unblocked A = U^H U or L L^H; info is 0 or the order of the first leading minor that is not positive.
+template <class T> using Potf2Kernel = void (*)(const i64& n, T* a, const i64& lda, i64& info);
+/// Unblocked inverse of a triangle.
+template <class T>
+using Trti2Kernel = void (*)(const char& uplo, const char& diag, const i64& n, T* a, const i64& lda);
+/// Unblocked U U^H or L^H L.
+template <class T> using Lauu2Kernel = void (*)(const char& uplo, const i64& n, T* a, const i64& lda);
+
 struct KernelTable {
     // Level 1, real.
     double (*dasum)(const i64& n, const double* x, const i64& incx);
@@ -153,6 +164,18 @@ struct KernelTable {
     TrmKernel<double> dtrsm;
     TrmKernel<zcomplex> ztrsm;
 
+    // LAPACK: unblocked pieces.
+    GetrfLeafKernel<double> dgetrf_leaf;
+    GetrfLeafKernel<zcomplex> zgetrf_leaf;
+    Potf2Kernel<double> xdpotf2_u;
+    Potf2Kernel<double> xdpotf2_l;
+    Potf2Kernel<zcomplex> xzpotf2_u;
+    Potf2Kernel<zcomplex> xzpotf2_l;
+    Trti2Kernel<double> dtrti2;
+    Trti2Kernel<zcomplex> ztrti2;
+    Lauu2Kernel<double> dlauu2;
+    Lauu2Kernel<zcomplex> zlauu2;
+
     // Pieces of GEMM that the threaded strategies put together. Only classes 2 and 3, or 2 alone, have most of them;
     // "htn" marks the form for class 2 with SSE4.1.
     GemmCopyAKernel<double> xdgemm_copy_at;
@@ -193,7 +216,7 @@ struct KernelTable {
 
     // Places kept for the families to come. A kernel that arrives takes one place from its family's row here and gets a
     // member of its own above.
-    NoKernel lapack[39];      // the unblocked pieces of LAPACK, and inner blocks of level 3
+    NoKernel lapack[29];      // the other unblocked pieces of LAPACK, and inner blocks of level 3
     NoKernel tuned_mc_mc3[1]; // SYRK piece of classes 2 and 3
 };
 

@@ -81,6 +81,17 @@ Kernel<decltype(KernelTable::dtrmm)> dtrmm;
 Kernel<decltype(KernelTable::ztrmm)> ztrmm;
 Kernel<decltype(KernelTable::dtrsm)> dtrsm;
 Kernel<decltype(KernelTable::ztrsm)> ztrsm;
+
+Kernel<decltype(KernelTable::dgetrf_leaf)> dgetrf_leaf;
+Kernel<decltype(KernelTable::zgetrf_leaf)> zgetrf_leaf;
+Kernel<decltype(KernelTable::xdpotf2_u)> xdpotf2_u;
+Kernel<decltype(KernelTable::xdpotf2_l)> xdpotf2_l;
+Kernel<decltype(KernelTable::xzpotf2_u)> xzpotf2_u;
+Kernel<decltype(KernelTable::xzpotf2_l)> xzpotf2_l;
+Kernel<decltype(KernelTable::dtrti2)> dtrti2;
+Kernel<decltype(KernelTable::ztrti2)> ztrti2;
+Kernel<decltype(KernelTable::dlauu2)> dlauu2;
+Kernel<decltype(KernelTable::zlauu2)> zlauu2;
 Kernel<decltype(KernelTable::xdgemm_copy_at)> xdgemm_copy_at;
 Kernel<decltype(KernelTable::xzgemm_copy_at)> xzgemm_copy_at;
 

@@ -84,6 +84,18 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .ztrmm = ztrmm,
         .dtrsm = dtrsm,
         .ztrsm = ztrsm,
+
+        .dgetrf_leaf = dgetrf_leaf,
+        .zgetrf_leaf = zgetrf_leaf,
+        .xdpotf2_u = xdpotf2_u,
+        .xdpotf2_l = xdpotf2_l,
+        .xzpotf2_u = xzpotf2_u,
+        .xzpotf2_l = xzpotf2_l,
+        .dtrti2 = dtrti2,
+        .ztrti2 = ztrti2,
+        .dlauu2 = dlauu2,
+        .zlauu2 = zlauu2,
+
         .xdgemm_copy_at = xdgemm_copy_at,
         .xzgemm_copy_at = xzgemm_copy_at,
 

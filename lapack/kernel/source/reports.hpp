@@ -1,0 +1,20 @@
+// What LAPACK drivers tell the host: bad arguments, and progress. Both go through exports that a host may replace.
+#pragma once
+#include "service/errors.hpp"
+
+namespace nxl {
+
+/// Argument `position`, from 1, of routine `name` (six characters) is bad: reports it, and sets info to match.
+inline void refuse_argument(const char* name, int position, i64* info) {
+    *info = -position;
+    report_argument(name, position);
+}
+
+/// Tells the host that routine `name` (six characters) has come to `column` on this thread. True when the host asks to
+/// stop.
+inline bool stop_requested(const char* name, i64 thread, i64 column) {
+    const int narrow_thread = static_cast<int>(thread), narrow_column = static_cast<int>(column);
+    return (NXL_PROGRESS(&narrow_thread, &narrow_column, name, 6) & 1) != 0;
+}
+
+} // namespace nxl

@@ -1,0 +1,29 @@
+// Block sizes and crossover points of LAPACK, from one source.
+#pragma once
+#include "service/types.hpp"
+
+namespace nxl {
+
+/// The published ILAENV, with private queries and with answers that depend on the team: the factorisations pass their
+/// thread count where the published routine has a size. `name`: at least six letters, in either case. The lengths are
+/// the hidden ones of a Fortran call and are not looked at.
+i64 ILAENV(const i64* ispec, const char* name, const char* opts, const i64* n1, const i64* n2, const i64* n3,
+           const i64* n4, int name_length, int opts_length);
+
+/// What ILAENV is asked for.
+enum TuningQuery : i64 {
+    block_size = 1,
+    least_block_size = 2,
+    crossover = 3,
+    panel_share = 12,  ///< private: what a panel costs, in 32nds of a column update
+    strip_blocks = 17, ///< private: column blocks in one thread's strip of the LU queue
+    pool_blocks = 18   ///< private: column blocks of the LU queue kept for any thread
+};
+
+/// ILAENV by value; `name` has six letters.
+inline i64 tuning(TuningQuery query, const char* name, const char* opts, i64 n1, i64 n2, i64 n3, i64 n4) {
+    const i64 ispec = query;
+    return ILAENV(&ispec, name, opts, &n1, &n2, &n3, &n4, 6, 1);
+}
+
+} // namespace nxl
