@@ -529,6 +529,8 @@ module nxl
             import :: c_double_complex, c_int
             integer(c_int), intent(in) :: n, incx
             complex(c_double_complex), intent(inout) :: x(*)
+        end subroutine
+
         ! op(A) X = B from the factors of dgetrf; X takes the place of B.
         subroutine dgetrs(trans, n, nrhs, a, lda, ipiv, b, ldb, info) bind(c, name="dgetrs")
             import :: c_char, c_double, c_int
@@ -567,8 +569,6 @@ module nxl
 
         ! A = U^H U or L L^H, one triangle of a(n, n); info > 0: not positive definite.
         subroutine dpotrf(uplo, n, a, lda, info) bind(c, name="dpotrf")
-        ! One triangle of the inverse in the place of the factor of dpotrf.
-        subroutine dpotri(uplo, n, a, lda, info) bind(c, name="dpotri")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo
             integer(c_int), intent(in) :: n, lda
@@ -577,7 +577,6 @@ module nxl
         end subroutine
 
         subroutine zpotrf(uplo, n, a, lda, info) bind(c, name="zpotrf")
-        subroutine zpotri(uplo, n, a, lda, info) bind(c, name="zpotri")
             import :: c_char, c_double_complex, c_int
             character(kind=c_char), intent(in) :: uplo
             integer(c_int), intent(in) :: n, lda
@@ -610,6 +609,23 @@ module nxl
             integer(c_int), intent(in) :: n, nrhs, lda, ldb
             complex(c_double_complex), intent(in) :: a(lda, *)
             complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! One triangle of the inverse in the place of the factor of dpotrf.
+        subroutine dpotri(uplo, n, a, lda, info) bind(c, name="dpotri")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpotri(uplo, n, a, lda, info) bind(c, name="zpotri")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
             integer(c_int), intent(out) :: info
         end subroutine
 

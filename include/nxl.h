@@ -473,6 +473,23 @@ void ZTRSM(const char* side, const char* uplo, const char* transa, const char* d
 void dgetrf(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 void zgetrf(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 
+/* Solves A X = B (trans N), A^T X = B (T) or A^H X = B (C), b(n,nrhs), with the factors and pivots that dgetrf or
+ * zgetrf has left in a(n,n) and ipiv(n). X takes the place of B. info: 0, or -i when argument i is bad, which is
+ * reported as well: 1 trans, 2 n, 3 nrhs, 5 lda, 8 ldb. */
+void dgetrs(const char* trans, const int* n, const int* nrhs, const double* a, const int* lda, const int* ipiv,
+            double* b, const int* ldb, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zgetrs(const char* trans, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const int* ipiv, nxl_z* b,
+            const int* ldb, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* The inverse of A in the place of its factors a(n,n), from dgetrf or zgetrf with pivots ipiv(n): the inverse of U,
+ * then X L = U^-1 by blocks of columns. work(lwork), lwork at least max(1, n); lwork -1 asks for the best size, which
+ * comes back in work(1) and does nothing else. With less, the routine tries to get the rest itself. info: 0; i when
+ * U(i,i) is 0, then a is as it was; -i when argument i is bad, which is reported as well: 1 n, 3 lda, 6 lwork. */
+void dgetri(const int* n, double* a, const int* lda, const int* ipiv, double* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+void zgetri(const int* n, nxl_z* a, const int* lda, const int* ipiv, nxl_z* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+
 /* Interchanges rows i and ipiv of the n columns of a, for i from k1 to k2; the pivot of row i is ipiv(k1 + (i - k1)
  * |incx|). A negative incx goes from k2 down to k1, which undoes the interchanges of the positive one; with incx 0
  * nothing is done. ipiv has |incx| k2 elements, all of which are read. Nothing is checked. Upper-case names only. */
@@ -510,37 +527,20 @@ void ZPOTF2(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info,
 
 /* Solves A X = B from the factor that dpotrf has left in triangle uplo of a: X takes the place of b(n,nrhs).
  * Reports 1 uplo, 2 n, 3 nrhs, 5 lda, 7 ldb. */
-void dpotrs(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda, double* b,
-            const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void dpotrs(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda, double* b, const int* ldb,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 void zpotrs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb,
             int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
-
-/* Upper-case alias: the same routine. */
-void DPOTRF(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
-/* Solves A X = B (trans N), A^T X = B (T) or A^H X = B (C), b(n,nrhs), with the factors and pivots that dgetrf or
- * zgetrf has left in a(n,n) and ipiv(n). X takes the place of B. info: 0, or -i when argument i is bad, which is
- * reported as well: 1 trans, 2 n, 3 nrhs, 5 lda, 8 ldb. */
-void dgetrs(const char* trans, const int* n, const int* nrhs, const double* a, const int* lda, const int* ipiv,
-            double* b, const int* ldb, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
-void zgetrs(const char* trans, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const int* ipiv, nxl_z* b,
-            const int* ldb, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
-
-/* The inverse of A in the place of its factors a(n,n), from dgetrf or zgetrf with pivots ipiv(n): the inverse of U,
- * then X L = U^-1 by blocks of columns. work(lwork), lwork at least max(1, n); lwork -1 asks for the best size, which
- * comes back in work(1) and does nothing else. With less, the routine tries to get the rest itself. info: 0; i when
- * U(i,i) is 0, then a is as it was; -i when argument i is bad, which is reported as well: 1 n, 3 lda, 6 lwork. */
-void dgetri(const int* n, double* a, const int* lda, const int* ipiv, double* work, const int* lwork,
-            int* info) NXL_NOEXCEPT;
-void zgetri(const int* n, nxl_z* a, const int* lda, const int* ipiv, nxl_z* work, const int* lwork,
-            int* info) NXL_NOEXCEPT;
-
-/* ==== LAPACK: Cholesky factorisation ============================================================================== */
 
 /* The inverse of a symmetric or Hermitian positive definite A, triangle uplo, in the place of its factor a(n,n) from
  * dpotrf or zpotrf; the other triangle is not touched. info: 0; i when diagonal element i of the factor is 0, then a is
  * as it was; -i when argument i is bad, which is reported as well: 1 uplo, 2 n, 4 lda. */
 void dpotri(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 void zpotri(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Upper-case aliases: the same routines. */
+void DPOTRF(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void ZPOTRF(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
 /* ==== LAPACK: triangular matrices ================================================================================= */
 
