@@ -12,7 +12,7 @@ namespace {
 template <class T> constexpr int kNarrow = 8 / kParts<T>;
 
 /// Rows between two looks at the largest magnitude: its value is found on the way, its place only where it won.
-constexpr i64 kRowsAtOnce = 128;
+constexpr i64 kRowsAtOnce = 64;
 
 /// abs1 of every element, at both of its parts when complex.
 template <class T, int W> [[gnu::always_inline]] inline Vec<W> magnitudes(Vec<W> v) {
@@ -58,6 +58,18 @@ template <class T, int P, int W>
     else return best;
 }
 
+/// The first of rows `first` .. m - 1 with this magnitude; there is one.
+template <class T> [[gnu::always_inline]] inline i64 find_magnitude(i64 first, i64 m, const T* column, double wanted) {
+    constexpr int W = kWidth, step = 4 * W / kParts<T>;
+    for (; first + step <= m; first += step) {
+        auto hit = magnitudes<T, W>(load<W>(parts(column + first))) == splat<W>(wanted);
+        for (int k = 1; k < 4; ++k) hit |= magnitudes<T, W>(load<W>(parts(column + first) + k * W)) == splat<W>(wanted);
+        if (__builtin_reduce_or(hit) != 0) break;
+    }
+    while (abs1(column[first]) != wanted) ++first;
+    return first;
+}
+
 /// The first of the largest magnitudes of a column, as its rows are written: body(start, count) writes some of them and
 /// returns the largest, or a negative number when all are NaN. A NaN in the first row stays first, as in idamax.
 template <class T, class Body>
@@ -71,8 +83,7 @@ template <class T, class Body>
         pivot = start;
     }
     if (best < 0.0 || abs1(column[first]) != abs1(column[first])) return first;
-    while (abs1(column[pivot]) != best) ++pivot;
-    return pivot;
+    return find_magnitude(pivot, m, column, best);
 }
 
 /// Step j of a narrow panel below its row: scales column j and brings column j + 1 up to date. Returns the row of the
@@ -91,13 +102,8 @@ template <class T, int P = 1> i64 eliminate_column(i64 j, i64 m, T* a, i64 lda, 
     return 0;
 }
 
-template <class T> i64 first_pivot(i64 m, const T* column) {
-    return find_pivot(0, m, column, [&](i64 start, i64 count) {
-        double best = -1.0;
-        for (i64 i = start; i < start + count; ++i) best = abs1(column[i]) > best ? abs1(column[i]) : best;
-        return best;
-    });
-}
+i64 first_pivot(i64 m, const double* column) { return idamax(m, column, 1) - 1; }
+i64 first_pivot(i64 m, const Complex* column) { return izamax(m, numbers(column), 1) - 1; }
 
 template <class T> [[gnu::always_inline]] inline void exchange(T& x, T& y) {
     const T kept = x;
