@@ -3,7 +3,7 @@
 // edition, section 3.4, and Toledo, SIAM Journal on Matrix Analysis 18, 1997).
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/lapack/scalars.hpp"
-#include "blas/kernels/level2/registers.hpp"
+#include "blas/kernels/level2/products.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
@@ -11,6 +11,8 @@ namespace {
 /// Columns of a narrow panel: the multipliers of a pass fill half of the registers.
 template <class T> constexpr int kNarrow = 8 / kParts<T>;
 
+/// Columns whose triangle is solved, and whose product is taken, without packing.
+constexpr i64 kFew = 8;
 /// Rows between two looks at the largest magnitude: its value is found on the way, its place only where it won.
 constexpr i64 kRowsAtOnce = 64;
 
@@ -155,6 +157,30 @@ void subtract_product(i64 m, i64 n, i64 k, const Complex* l, const Complex* u, C
     xzgemm('N', 'N', m, n, k, *numbers(&minus_one), numbers(l), lda, numbers(u), lda, *numbers(&one), numbers(a), lda);
 }
 
+/// x := L^-1 x, L unit lower triangular of order k, at most kFew.
+template <class T> [[gnu::always_inline]] inline void substitute(i64 k, const T* l, T* x, i64 lda) {
+    T known[kFew];
+    for (i64 i = 0; i < k; ++i) {
+        T sum = x[i];
+        for (i64 p = 0; p < i; ++p) sum = sum - l[i + p * lda] * known[p];
+        x[i] = known[i] = sum;
+    }
+}
+
+/// What `left` narrow columns do to those beside them: b := L^-1 b on their rows, then the product with the rows below,
+/// by so many rows at a time that they stay in the first cache.
+template <class T> void update_beside(i64 m, i64 left, i64 right, const T* a, T* b, i64 lda) {
+    constexpr i64 rows_at_once = 256;
+    if (left == kFew)
+        for (i64 j = 0; j < right; ++j) substitute(kFew, a, b + j * lda, lda);
+    else
+        for (i64 j = 0; j < right; ++j) substitute(left, a, b + j * lda, lda);
+    for (i64 i = left; i < m; i += rows_at_once)
+        for (i64 j = 0; j < right; ++j)
+            add_product(smaller(rows_at_once, m - i), left, from_real<T>(-1.0), a + i, lda, b + j * lda, 1,
+                        b + i + j * lda);
+}
+
 /// Any number of columns: the left half, what it does to the right one, and the rest of that.
 template <class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
     if (n <= kNarrow<T>) return factor_narrow(m, n, a, lda, ipiv);
@@ -163,9 +189,13 @@ template <class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
     T* const beside = a + left * lda;
     i64 singular = factor(m, left, a, lda, ipiv);
     swap_rows(right, beside, lda, 0, left, ipiv);
-    solve(left, right, a, beside, lda);
+    if (left <= kFew) {
+        update_beside(m, left, right, a, beside, lda);
+    } else {
+        solve(left, right, a, beside, lda);
+        subtract_product(m - left, right, left, a + left, beside, beside + left, lda);
+    }
     if (m == left) return singular;
-    subtract_product(m - left, right, left, a + left, beside, beside + left, lda);
     const i64 later = factor(m - left, right, beside + left, lda, ipiv + left);
     if (singular == 0 && later > 0) singular = left + later;
     for (i64 i = left; i < steps; ++i) ipiv[i] += left;
