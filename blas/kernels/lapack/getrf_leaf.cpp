@@ -185,7 +185,7 @@ template <class T> void update_beside(i64 m, i64 left, i64 right, const T* a, T*
 template <class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
     if (n <= kNarrow<T>) return factor_narrow(m, n, a, lda, ipiv);
     const i64 steps = smaller(m, n);
-    const i64 left = smaller(steps, (steps / 2 + kNarrow<T> - 1) / kNarrow<T> * kNarrow<T>), right = n - left;
+    const i64 left = smaller(steps, ((steps + 1) / 2 + kNarrow<T> - 1) / kNarrow<T> * kNarrow<T>), right = n - left;
     T* const beside = a + left * lda;
     i64 singular = factor(m, left, a, lda, ipiv);
     swap_rows(right, beside, lda, 0, left, ipiv);
