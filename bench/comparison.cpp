@@ -47,7 +47,10 @@ class CaseRun {
 
     Symbol symbol_of(std::size_t i) const { return contenders_[i].library->symbol(routine_.name); }
 
-    void run(std::size_t i, Operands& operands, i64 calls) const { routine_.run(symbol_of(i), operands, calls); }
+    void run(std::size_t i, Operands& operands, i64 calls) const {
+        contenders_[i].library->set_threads(contenders_[i].threads);
+        routine_.run(symbol_of(i), operands, calls);
+    }
 
     Batch batch(std::size_t i) {
         return [this, symbol = symbol_of(i), contender = &contenders_[i]](i64 calls) {
