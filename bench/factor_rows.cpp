@@ -21,9 +21,9 @@ using Trtri = void(const char* uplo, const char* diag, const int* n, T* a, const
 
 constexpr double cube(int n) { return double(n) * n * n; }
 
-/// Work in place on a square matrix, or with Part 2 on half of it.
-template <class T, int Part> Work square_work(double multiply_adds, int n, Layout layout) {
-    const double elements = double(n) * n / Part;
+/// Work in place on a square matrix, or with Share 2 on half of it.
+template <class T, int Share> Work square_work(double multiply_adds, int n, Layout layout) {
+    const double elements = double(n) * n / Share;
     layout.a = {n, n};
     layout.restored = Restored::a;
     return work_in_elements<T>(multiply_adds, elements, elements, n, layout);
