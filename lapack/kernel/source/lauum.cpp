@@ -37,7 +37,7 @@ template <class T> void lauum(const char* name, char uplo, i64 n, T* a, i64 lda,
     if (n < 0) return refuse_argument(name, 2, info);
     if (below(lda, n)) return refuse_argument(name, 4, info);
     if (n == 0) return;
-    product_with_adjoint(uplo, n, a, lda, unblocked_order(name, &uplo, n));
+    product_with_adjoint(uplo, n, a, lda, unblocked_order(name, uplo, n));
 }
 
 } // namespace

@@ -6,9 +6,9 @@
 namespace nxl {
 
 /// The order up to which the unblocked kernel takes over: the tuned block size, as far as the kernels go.
-inline i64 unblocked_order(const char* name, const char* opts, i64 n) {
+inline i64 unblocked_order(const char* name, char uplo, i64 n) {
     constexpr i64 largest = 64; // kernels keep a panel of this order on the stack
-    return std::clamp(tuning(block_size, name, opts, n, -1, -1, -1), i64{1}, largest);
+    return std::clamp(tuning(block_size, name, &uplo, n, -1, -1, -1), i64{1}, largest);
 }
 
 /// The order of the first of two triangles: half of n, in whole tiles where there are some.

@@ -45,8 +45,7 @@ template <class T> void trtri(const char* name, char uplo, char diag, i64 n, T* 
     if (below(lda, n)) return refuse_argument(name, 5, info);
     if (LSAME(&diag, "N", 1, 1)) *info = first_zero_on_diagonal(n, a, lda);
     if (n == 0 || *info != 0) return;
-    const char opts[] = {uplo, diag};
-    TriangularInverse<T>{uplo, diag, lda, unblocked_order(name, opts, n)}.run(n, a);
+    TriangularInverse<T>{uplo, diag, lda, unblocked_order(name, uplo, n)}.run(n, a);
 }
 
 } // namespace

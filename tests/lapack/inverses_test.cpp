@@ -1,0 +1,422 @@
+// Inverses and solutions from LU and Cholesky factors and from triangular matrices, through the entries. CTest runs
+// this program for each processor class and vector width.
+#include "lapack/kernel/source/blas_calls.hpp"
+#include "lapack/kernel/source/cholesky.hpp"
+#include "nxl.h"
+#include "tests/support/captured.hpp"
+#include "tests/support/guarded_matrix.hpp"
+#include "tests/support/host_allocator.hpp"
+#include "tests/support/reference_blas.hpp"
+#include <array>
+#include <functional>
+#include <limits>
+#include <numeric>
+
+namespace nxl {
+namespace {
+
+using nxl_test::Diagonal;
+using nxl_test::Flush;
+using nxl_test::GuardedMatrix;
+using nxl_test::MatrixShape;
+using nxl_test::Part;
+using nxl_test::printed_by;
+
+template <class T> struct Routines;
+template <> struct Routines<double> {
+    static constexpr char letter = 'D';
+    static constexpr auto getrs = dgetrs;
+    static constexpr auto getri = dgetri;
+    static constexpr auto potri = dpotri;
+    static constexpr auto trtri = dtrtri;
+    static constexpr auto trtrs = dtrtrs;
+    static constexpr auto lauum = nxl_lapack_dlauum;
+    static constexpr const char* factorisation = "dgetrf_";
+};
+template <> struct Routines<zcomplex> {
+    static constexpr char letter = 'Z';
+    static constexpr auto getrs = zgetrs;
+    static constexpr auto getri = zgetri;
+    static constexpr auto potri = zpotri;
+    static constexpr auto trtri = ztrtri;
+    static constexpr auto trtrs = ztrtrs;
+    static constexpr auto lauum = nxl_lapack_zlauum;
+    static constexpr const char* factorisation = "zgetrf_";
+};
+
+double conjugated(double v) { return v; }
+zcomplex conjugated(zcomplex v) { return std::conj(v); }
+
+/// A dense matrix of the test's own, without slack.
+template <class T> struct Dense {
+    int rows, cols;
+    std::vector<T> values;
+
+    Dense(int m, int n) : rows(m), cols(n), values(static_cast<std::size_t>(m) * static_cast<std::size_t>(n)) {}
+    T& at(int i, int j) { return values[static_cast<std::size_t>(i + std::int64_t{j} * rows)]; }
+    const T& at(int i, int j) const { return values[static_cast<std::size_t>(i + std::int64_t{j} * rows)]; }
+    double norm() const { // the largest sum of a column
+        double largest = 0.0;
+        for (int j = 0; j < cols; ++j) {
+            double sum = 0.0;
+            for (int i = 0; i < rows; ++i) sum += std::abs(at(i, j));
+            if (!std::isnan(largest) && !(sum <= largest)) largest = sum; // NaN stays
+        }
+        return largest;
+    }
+};
+
+/// op(A) B - C.
+template <class T> Dense<T> residual(char trans, const Dense<T>& a, char transb, const Dense<T>& b, Dense<T> c) {
+    const int inner = transb == 'N' ? b.rows : b.cols;
+    gemm(trans, transb, c.rows, c.cols, inner, 1.0, a.values.data(), std::max(a.rows, 1), b.values.data(),
+         std::max(b.rows, 1), -1.0, c.values.data(), std::max(c.rows, 1));
+    return c;
+}
+
+/// |residual| / (n |A| |X| eps).
+template <class T> double scaled(const Dense<T>& r, const Dense<T>& a, const Dense<T>& x) {
+    if (r.norm() == 0.0) return 0.0;
+    return r.norm() / (a.rows * a.norm() * x.norm() * std::numeric_limits<double>::epsilon());
+}
+constexpr double bound = 8.0; // of scaled(): the methods promise a small constant
+
+template <class T> Dense<T> identity(int n) {
+    Dense<T> result(n, n);
+    for (int i = 0; i < n; ++i) result.at(i, i) = 1.0;
+    return result;
+}
+
+template <class T> class Inverses : public ::testing::Test {
+  protected:
+    using R = Routines<T>;
+    std::mt19937_64 generator{5};
+
+    void SetUp() override {
+        NXL_Set_Dynamic(0);
+        NXL_Set_Num_Threads(1);
+    }
+    static std::string named(const char* suffix) { return R::letter + std::string(suffix); }
+    static std::string refusal(const char* suffix, int position) {
+        return "NXL ERROR: Parameter " + std::to_string(position) + " was incorrect on entry to " + named(suffix) +
+               "\n";
+    }
+
+    T value() {
+        std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+        const double real = uniform(generator);
+        if constexpr (std::is_same_v<T, double>) return real;
+        else return {real, uniform(generator)};
+    }
+    GuardedMatrix<T> general(int rows, int cols, int slack) {
+        return {{rows, cols, std::max(rows, 1) + slack}, Flush::end, [this](int, int) { return value(); }};
+    }
+    /// A triangle with a mild condition; a factor has a real, positive diagonal.
+    GuardedMatrix<T> triangle(const MatrixShape& shape, bool factor = false) {
+        return {shape, Flush::end, [&, factor](int i, int j) {
+                    const T v = value();
+                    if (i != j) return v * (2.0 / shape.rows);
+                    return factor ? T(1.5 + 0.5 * std::real(v)) : v + (std::real(v) < 0.0 ? -1.0 : 1.0);
+                }};
+    }
+    static MatrixShape shape_of(char uplo, char diag, int n, int slack) {
+        return {n, n, std::max(n, 1) + slack, uplo == 'U' ? Part::upper : Part::lower,
+                diag == 'U' ? Diagonal::unit : Diagonal::general};
+    }
+    /// What a routine sees of a matrix: zeros beside a triangle, ones on a unit diagonal.
+    static Dense<T> seen(const MatrixShape& shape, const T* data) {
+        Dense<T> result(shape.rows, shape.cols);
+        for (int j = 0; j < shape.cols; ++j)
+            for (int i = 0; i < shape.rows; ++i) {
+                if (shape.has(i, j)) result.at(i, j) = data[shape.at(i, j)];
+                else if (i == j) result.at(i, j) = 1.0;
+            }
+        return result;
+    }
+    /// The whole of a Hermitian matrix of which one triangle is stored.
+    static Dense<T> whole(const MatrixShape& shape, const T* data) {
+        Dense<T> result = seen(shape, data);
+        for (int j = 0; j < shape.cols; ++j)
+            for (int i = 0; i < shape.rows; ++i)
+                if (!shape.has(i, j)) result.at(i, j) = conjugated(result.at(j, i));
+        return result;
+    }
+
+    /// A matrix with its factors and pivots by the reference.
+    struct Lu {
+        Dense<T> a;
+        GuardedMatrix<T> factors;
+        std::vector<int> pivots;
+        MatrixShape shape;
+    };
+    Lu factored(int n, int slack) {
+        const MatrixShape shape{n, n, std::max(n, 1) + slack};
+        GuardedMatrix<T> matrix = general(n, n, slack);
+        Dense<T> a = seen(shape, matrix.data()), lu = a;
+        std::vector<int> pivots(static_cast<std::size_t>(n));
+        const int ld = std::max(n, 1);
+        int info = -99;
+        nxl_test::reference<void(const int*, const int*, T*, const int*, int*, int*)>(R::factorisation)(
+            &n, &n, lu.values.data(), &ld, pivots.data(), &info);
+        EXPECT_EQ(info, 0);
+        return {a, GuardedMatrix<T>(shape, Flush::end, [&](int i, int j) { return lu.at(i, j); }), pivots, shape};
+    }
+    GuardedMatrix<T> workspace(int lwork) {
+        return {{lwork, 1, lwork}, Flush::end, [](int, int) { return T(7.0); }};
+    }
+    static int getri_info(Lu& lu, T* work, int lwork) {
+        int info = -99;
+        const int n = lu.shape.rows;
+        R::getri(&n, lu.factors.data(), &lu.shape.ld, lu.pivots.data(), work, &lwork, &info);
+        return info;
+    }
+    static double inverse_error(const Lu& lu) {
+        const Dense<T> x = seen(lu.shape, lu.factors.data());
+        return scaled(residual('N', x, 'N', lu.a, identity<T>(lu.a.rows)), lu.a, x);
+    }
+    void check_getri(int n, int slack, int lwork) {
+        Lu lu = factored(n, slack);
+        const auto work = workspace(lwork);
+        ASSERT_EQ(getri_info(lu, work.data(), lwork), 0);
+        EXPECT_LE(inverse_error(lu), bound);
+        EXPECT_TRUE(lu.factors.rest_untouched());
+    }
+};
+using Scalars = ::testing::Types<double, zcomplex>;
+TYPED_TEST_SUITE(Inverses, Scalars);
+
+/// Around tiles, the unblocked order, wide blocks.
+constexpr std::array sizes = {0, 1, 2, 3, 5, 8, 17, 31, 32, 33, 63, 64, 65, 100, 127, 128, 129, 130, 257, 400};
+std::vector<int> threads_at(int n) {
+    if (n == 257) return {1, 2, 3};
+    return {n < 65 ? 1 : n == 400 ? 8 : 1 + n % 3};
+}
+
+/// Calls body(n, slack) for all sizes, on one to eight threads.
+template <class Body> void over_sizes(const Body& body) {
+    for (const int n : sizes)
+        for (const int threads : threads_at(n)) {
+            NXL_Set_Num_Threads(threads);
+            SCOPED_TRACE("n " + std::to_string(n) + ", threads " + std::to_string(threads));
+            ASSERT_NO_FATAL_FAILURE(body(n, n % 3 == 0 ? 0 : 3));
+        }
+}
+
+TYPED_TEST(Inverses, OfTriangles) {
+    for (const char uplo : {'U', 'L'})
+        for (const char diag : {'N', 'U'})
+            over_sizes([&](int n, int slack) {
+                const MatrixShape shape = this->shape_of(uplo, diag, n, slack);
+                const auto a = this->triangle(shape);
+                const Dense<TypeParam> before = this->seen(shape, a.data());
+                int info = -99;
+                Routines<TypeParam>::trtri(&uplo, &diag, &n, a.data(), &shape.ld, &info, 1, 1);
+                ASSERT_EQ(info, 0);
+                const Dense<TypeParam> x = this->seen(shape, a.data());
+                EXPECT_LE(scaled(residual('N', x, 'N', before, identity<TypeParam>(n)), before, x), bound)
+                    << uplo << diag;
+                EXPECT_TRUE(a.rest_untouched()) << uplo << diag;
+            });
+}
+
+TYPED_TEST(Inverses, ProductsWithTheAdjoint) {
+    for (const char uplo : {'U', 'l'})
+        over_sizes([&](int n, int slack) {
+            const MatrixShape shape = this->shape_of(uplo, 'N', n, slack);
+            const auto a = this->triangle(shape, true);
+            const Dense<TypeParam> factor = this->seen(shape, a.data());
+            const i64 n64 = n, lda64 = shape.ld;
+            i64 info = -99;
+            Routines<TypeParam>::lauum(&uplo, &n64, a.data(), &lda64, &info, 1);
+            ASSERT_EQ(info, 0);
+            const Dense<TypeParam> product = this->whole(shape, a.data());
+            const auto wrong =
+                uplo == 'U' ? residual('N', factor, 'C', factor, product) : residual('C', factor, 'N', factor, product);
+            EXPECT_LE(scaled(wrong, factor, factor), bound) << uplo;
+            EXPECT_TRUE(a.rest_untouched()) << uplo;
+            for (int i = 0; i < n; ++i) ASSERT_EQ(std::imag(product.at(i, i)), 0.0) << uplo << i;
+        });
+}
+
+TYPED_TEST(Inverses, FromCholeskyFactors) {
+    for (const char uplo : {'u', 'L'})
+        over_sizes([&](int n, int slack) {
+            const MatrixShape shape = this->shape_of(uplo == 'u' ? 'U' : 'L', 'N', n, slack);
+            const auto a = this->triangle(shape, true);
+            const Dense<TypeParam> factor = this->seen(shape, a.data());
+            const Dense<TypeParam> zero(n, n);
+            const Dense<TypeParam> before =
+                uplo == 'u' ? residual('C', factor, 'N', factor, zero) : residual('N', factor, 'C', factor, zero);
+            int info = -99;
+            Routines<TypeParam>::potri(&uplo, &n, a.data(), &shape.ld, &info, 1);
+            ASSERT_EQ(info, 0);
+            const Dense<TypeParam> x = this->whole(shape, a.data());
+            EXPECT_LE(scaled(residual('N', x, 'N', before, identity<TypeParam>(n)), before, x), bound) << uplo;
+            EXPECT_TRUE(a.rest_untouched()) << uplo;
+        });
+}
+
+TYPED_TEST(Inverses, FromLuFactors) {
+    over_sizes([&](int n, int slack) { this->check_getri(n, slack, std::max(64 * n, 1)); });
+    NXL_Set_Num_Threads(3);
+    this->check_getri(530, 2, 530 * 256); // threads move rows of their own; wide blocks in the caller's workspace
+}
+
+TYPED_TEST(Inverses, WorkspaceOfGetri) {
+    for (const int n : {1, 17, 65, 300}) {
+        this->check_getri(n, 1, n);
+        this->check_getri(n, 0, 3 * n + 1);
+        auto lu = this->factored(n, 0);
+        TypeParam work[1] = {};
+        EXPECT_EQ(this->getri_info(lu, work, -1), 0); // a query
+        EXPECT_EQ(work[0], TypeParam(64.0 * n));
+        EXPECT_EQ(printed_by([&] { EXPECT_EQ(this->getri_info(lu, work, n - 1), -6); }), this->refusal("GETRI", 6));
+        EXPECT_TRUE(lu.factors.untouched());
+    }
+}
+
+TYPED_TEST(Inverses, SolutionsFromLuFactors) {
+    for (const int n : {0, 1, 2, 5, 8, 33, 64, 65, 130, 257})
+        for (const int nrhs : {0, 1, 4, 101}) {
+            NXL_Set_Num_Threads(1 + (n + nrhs) % 3);
+            const auto lu = this->factored(n, 2);
+            for (const char trans : {'N', 'T', 'C', 'n', 'c'}) {
+                const MatrixShape shape{n, nrhs, std::max(n, 1) + 1};
+                const auto b = this->general(n, nrhs, 1);
+                const Dense<TypeParam> right = this->seen(shape, b.data());
+                int info = -99;
+                Routines<TypeParam>::getrs(&trans, &n, &nrhs, lu.factors.data(), &lu.shape.ld, lu.pivots.data(),
+                                           b.data(), &shape.ld, &info, 1);
+                ASSERT_EQ(info, 0);
+                const Dense<TypeParam> x = this->seen(shape, b.data());
+                EXPECT_LE(scaled(residual(trans, lu.a, 'N', x, right), lu.a, x), bound) << trans << n << ' ' << nrhs;
+                EXPECT_TRUE(b.rest_untouched() && lu.factors.untouched()) << trans << n << ' ' << nrhs;
+            }
+        }
+}
+
+TYPED_TEST(Inverses, SolutionsOfTriangularSystems) {
+    for (const char uplo : {'U', 'L'})
+        for (const char diag : {'N', 'U'})
+            for (const char trans : {'N', 'T', 'C'})
+                for (const int n : {0, 1, 5, 64, 130}) {
+                    const int nrhs = n % 7;
+                    const MatrixShape shape = this->shape_of(uplo, diag, n, 2), sides{n, nrhs, std::max(n, 1) + 1};
+                    const auto a = this->triangle(shape), b = this->general(n, nrhs, 1);
+                    const Dense<TypeParam> matrix = this->seen(shape, a.data()), right = this->seen(sides, b.data());
+                    int info = -99;
+                    Routines<TypeParam>::trtrs(&uplo, &trans, &diag, &n, &nrhs, a.data(), &shape.ld, b.data(),
+                                               &sides.ld, &info, 1, 1, 1);
+                    ASSERT_EQ(info, 0);
+                    const Dense<TypeParam> x = this->seen(sides, b.data());
+                    EXPECT_LE(scaled(residual(trans, matrix, 'N', x, right), matrix, x), bound)
+                        << uplo << trans << diag << n;
+                    EXPECT_TRUE(b.rest_untouched() && a.untouched()) << uplo << trans << diag << n;
+                }
+}
+
+TYPED_TEST(Inverses, SingularMatricesAreLeftAsTheyAre) {
+    using R = Routines<TypeParam>;
+    const int n = 70, one = 1;
+    std::vector<int> pivots(70);
+    std::iota(pivots.begin(), pivots.end(), 1);
+    for (const char uplo : {'U', 'L'}) {
+        const MatrixShape shape{n, n, n};
+        const GuardedMatrix<TypeParam> a(shape, Flush::end, [&](int i, int j) {
+            return i == j && (i == 3 || i == 68) ? TypeParam{} : this->value(); // the first zero is reported
+        });
+        const auto b = this->general(n, 1, 0), work = this->workspace(n);
+        std::array<int, 4> info = {-99, -99, -99, -99};
+        R::trtri(&uplo, "N", &n, a.data(), &n, &info[0], 1, 1);
+        R::trtrs(&uplo, "T", "n", &n, &one, a.data(), &n, b.data(), &n, &info[1], 1, 1, 1);
+        R::potri(&uplo, &n, a.data(), &n, &info[2], 1);
+        R::getri(&n, a.data(), &n, pivots.data(), work.data(), &n, &info[3]);
+        EXPECT_EQ(info, (std::array<int, 4>{4, 4, 4, 4})) << uplo;
+        EXPECT_TRUE(a.untouched() && b.untouched()) << uplo;
+    }
+}
+
+/// A bad call's name, position, and the call, which gets where to put info.
+struct BadCall {
+    const char* suffix;
+    int position;
+    std::function<void(int* info)> call;
+};
+
+TYPED_TEST(Inverses, FirstBadArgumentIsReported) {
+    using R = Routines<TypeParam>;
+    std::array<TypeParam, 4> a = {7.0, 7.0, 7.0, 7.0}, b = a, work = a;
+    const std::array<int, 2> p = {1, 2};
+    const int n = 2, low = -1, one = 1;
+    TypeParam *const x = a.data(), *const y = b.data(), *const w = work.data();
+    const int* const pivots = p.data();
+    const BadCall calls[] = {
+        {"GETRS", 1, [&](int* i) { R::getrs("X", &low, &low, x, &one, pivots, y, &one, i, 1); }},
+        {"GETRS", 2, [&](int* i) { R::getrs("n", &low, &low, x, &one, pivots, y, &one, i, 1); }},
+        {"GETRS", 3, [&](int* i) { R::getrs("T", &n, &low, x, &one, pivots, y, &one, i, 1); }},
+        {"GETRS", 5, [&](int* i) { R::getrs("C", &n, &n, x, &one, pivots, y, &one, i, 1); }},
+        {"GETRS", 8, [&](int* i) { R::getrs("N", &n, &n, x, &n, pivots, y, &one, i, 1); }},
+        {"GETRI", 1, [&](int* i) { R::getri(&low, x, &one, pivots, w, &one, i); }},
+        {"GETRI", 3, [&](int* i) { R::getri(&n, x, &one, pivots, w, &one, i); }},
+        {"GETRI", 6, [&](int* i) { R::getri(&n, x, &n, pivots, w, &one, i); }},
+        {"POTRI", 1, [&](int* i) { R::potri("X", &low, x, &one, i, 1); }},
+        {"POTRI", 2, [&](int* i) { R::potri("u", &low, x, &one, i, 1); }},
+        {"POTRI", 4, [&](int* i) { R::potri("L", &n, x, &one, i, 1); }},
+        {"TRTRI", 1, [&](int* i) { R::trtri("X", "X", &low, x, &one, i, 1, 1); }},
+        {"TRTRI", 2, [&](int* i) { R::trtri("u", "X", &low, x, &one, i, 1, 1); }},
+        {"TRTRI", 3, [&](int* i) { R::trtri("L", "u", &low, x, &one, i, 1, 1); }},
+        {"TRTRI", 5, [&](int* i) { R::trtri("L", "N", &n, x, &one, i, 1, 1); }},
+        {"TRTRS", 1, [&](int* i) { R::trtrs("X", "X", "X", &low, &low, x, &one, y, &one, i, 1, 1, 1); }},
+        {"TRTRS", 2, [&](int* i) { R::trtrs("l", "X", "X", &low, &low, x, &one, y, &one, i, 1, 1, 1); }},
+        {"TRTRS", 3, [&](int* i) { R::trtrs("U", "c", "X", &low, &low, x, &one, y, &one, i, 1, 1, 1); }},
+        {"TRTRS", 4, [&](int* i) { R::trtrs("U", "T", "U", &low, &low, x, &one, y, &one, i, 1, 1, 1); }},
+        {"TRTRS", 5, [&](int* i) { R::trtrs("U", "N", "N", &n, &low, x, &one, y, &one, i, 1, 1, 1); }},
+        {"TRTRS", 7, [&](int* i) { R::trtrs("U", "N", "N", &n, &n, x, &one, y, &one, i, 1, 1, 1); }},
+        {"TRTRS", 9, [&](int* i) { R::trtrs("U", "N", "N", &n, &n, x, &n, y, &one, i, 1, 1, 1); }}};
+    for (const BadCall& bad : calls) {
+        int info = -99;
+        EXPECT_EQ(printed_by([&] { bad.call(&info); }), this->refusal(bad.suffix, bad.position));
+        EXPECT_EQ(info, -bad.position) << bad.suffix;
+    }
+    EXPECT_EQ(a, (std::array<TypeParam, 4>{7.0, 7.0, 7.0, 7.0}));
+    EXPECT_EQ(b, a);
+}
+
+/// With the k-th allocation failing for every k, a result is right, or the pivots' copy failed and nothing happened.
+TYPED_TEST(Inverses, EveryAllocationMayFail) {
+    const int n = 300, nrhs = 3;
+    int reports = 0;
+    for (long failing = 1; failing <= 12; ++failing) {
+        auto lu = this->factored(n, 0);
+        const auto work = this->workspace(40 * n), b = this->general(n, nrhs, 0);
+        const Dense<TypeParam> right = this->seen({n, nrhs, n}, b.data());
+        for (const bool inverse : {false, true}) {
+            NXL_FreeBuffers();
+            nxl_test::fail_allocation(failing);
+            int info = -99;
+            const std::string printed = printed_by([&] {
+                if (inverse) info = this->getri_info(lu, work.data(), 40 * n);
+                else
+                    Routines<TypeParam>::getrs("N", &n, &nrhs, lu.factors.data(), &n, lu.pivots.data(), b.data(), &n,
+                                               &info, 1);
+            });
+            nxl_test::fail_allocation(0);
+            EXPECT_EQ(info, 0);
+            if (!printed.empty()) {
+                ++reports;
+                EXPECT_NE(printed.find(this->named(inverse ? "GETRI" : "GETRS")), std::string::npos) << printed;
+                EXPECT_TRUE(lu.factors.untouched() && (inverse || b.untouched()));
+            } else if (inverse) {
+                EXPECT_LE(this->inverse_error(lu), bound) << failing;
+            } else {
+                const Dense<TypeParam> x = this->seen({n, nrhs, n}, b.data());
+                EXPECT_LE(scaled(residual('N', lu.a, 'N', x, right), lu.a, x), bound) << failing;
+            }
+        }
+    }
+    EXPECT_GE(reports, 2);
+    EXPECT_LE(reports, 4); // the thread's record or the copy itself, of each routine
+}
+
+} // namespace
+} // namespace nxl
