@@ -494,6 +494,43 @@ module nxl
 
         ! ---- LAPACK, LU factorisation; hidden lengths of characters are not looked at and left out here ----
 
+        ! P A = L U, a(m, n), min(m, n) pivots. info: 0, or the first zero pivot, or a bad argument, negated.
+        subroutine dgetrf(m, n, a, lda, ipiv, info) bind(c, name="dgetrf")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, lda
+            real(c_double), intent(inout) :: a(lda, *)
+            integer(c_int), intent(inout) :: ipiv(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgetrf(m, n, a, lda, ipiv, info) bind(c, name="zgetrf")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            integer(c_int), intent(inout) :: ipiv(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Interchanges rows i and ipiv(i), i from k1 to k2, or backwards for a negative incx.
+        subroutine DLASWP(n, a, lda, k1, k2, ipiv, incx) bind(c, name="DLASWP")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, lda, k1, k2, ipiv(*), incx
+            real(c_double), intent(inout) :: a(lda, *)
+        end subroutine
+
+        subroutine ZLASWP(n, a, lda, k1, k2, ipiv, incx) bind(c, name="ZLASWP")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, lda, k1, k2, ipiv(*), incx
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! x := conj(x).
+        subroutine ZLACGV(n, x, incx) bind(c, name="ZLACGV")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx
+            complex(c_double_complex), intent(inout) :: x(*)
+        end subroutine
+
         ! ---- LAPACK, Cholesky factorisation; uplo: U, L ----
 
         ! ---- LAPACK, triangular matrices ----

@@ -451,7 +451,43 @@ void ZHER(const char* uplo, const int* n, const double* alpha, const nxl_z* x, c
 void ZTRSM(const char* side, const char* uplo, const char* transa, const char* diag, const int* m, const int* n,
            const nxl_z* alpha, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb) NXL_NOEXCEPT;
 
-/* ==== LAPACK: LU factorisation ==================================================================================== */
+/* ==== LAPACK: LU factorisation ====================================================================================
+ * Matrices are a(rows,columns), column-major, with columns lda elements apart; rows past the matrix are neither read
+ * nor written. Pivots ipiv say that row i was interchanged with row ipiv(i), both counted from 1, in the order of i. A
+ * bad argument is reported to XERBLA with its position, info becomes that position negated, and nothing else changes;
+ * the first bad one in the order listed counts. Without memory for a copy of ipiv XERBLA is told (number 1000), nothing
+ * is done, and info, where there is one, becomes -1000. */
+
+/* P A = L U with partial pivoting: a(m,n) is overwritten with L, whose ones on the diagonal are not stored, and U.
+ *   ipiv   min(m,n) pivots
+ *   info   0 done; i > 0: U(i,i) is exactly 0, the first such, and the factorisation is complete but U is singular;
+ *          below 0: a bad argument. Reports 1 m, 2 n, 4 lda.
+ * The pivot is the first of the largest |a(i,j)|, for complex elements |Re| + |Im|. L is the column times the pivot's
+ * reciprocal, with no test for one that overflows.
+ * Progress: from time to time, and from several threads at once, NXL_PROGRESS is called with the thread's number in its
+ * team, the column reached, and "DGETRF" or "ZGETRF". An odd answer stops the factorisation: the call returns with a
+ * and ipiv in a state between, and info as it stood.
+ * Threads: n above 64, over blocks of columns that threads take as they become ready.
+ * Method: recursive on one thread; Toledo, SIAM J. Matrix Anal. Appl. 18 (1997), and Gustavson, IBM J. Res. Dev. 41
+ * (1997). Golub and Van Loan, Matrix Computations, 4th ed., section 3.4. */
+void dgetrf(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
+void zgetrf(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
+
+/* Interchanges rows i and ipiv of the n columns of a, for i from k1 to k2; the pivot of row i is ipiv(k1 + (i - k1)
+ * |incx|). A negative incx goes from k2 down to k1, which undoes the interchanges of the positive one; with incx 0
+ * nothing is done. ipiv has |incx| k2 elements, all of which are read. Nothing is checked. Upper-case names only. */
+void DLASWP(const int* n, double* a, const int* lda, const int* k1, const int* k2, const int* ipiv,
+            const int* incx) NXL_NOEXCEPT;
+void ZLASWP(const int* n, nxl_z* a, const int* lda, const int* k1, const int* k2, const int* ipiv,
+            const int* incx) NXL_NOEXCEPT;
+
+/* x := conj(x), n elements incx apart, from the far end for a negative incx; nothing is done with n below 1. incx 0
+ * conjugates the first element n times. Upper-case name only. */
+void ZLACGV(const int* n, nxl_z* x, const int* incx) NXL_NOEXCEPT;
+
+/* Upper-case aliases: the same routines. */
+void DGETRF(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
+void ZGETRF(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 
 /* ==== LAPACK: Cholesky factorisation ============================================================================== */
 
