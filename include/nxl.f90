@@ -533,6 +533,51 @@ module nxl
 
         ! ---- LAPACK, Cholesky factorisation; uplo: U, L ----
 
+        ! A = U^H U or L L^H, one triangle of a(n, n); info > 0: not positive definite.
+        subroutine dpotrf(uplo, n, a, lda, info) bind(c, name="dpotrf")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpotrf(uplo, n, a, lda, info) bind(c, name="zpotrf")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The same without blocks and threads.
+        subroutine zpotf2(uplo, n, a, lda, info) bind(c, name="ZPOTF2")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Solves A X = B from the factor, b(n, nrhs).
+        subroutine dpotrs(uplo, n, nrhs, a, lda, b, ldb, info) bind(c, name="dpotrs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldb
+            real(c_double), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpotrs(uplo, n, nrhs, a, lda, b, ldb, info) bind(c, name="zpotrs")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldb
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- LAPACK, triangular matrices ----
 
         ! ---- Sparse BLAS level 1; indices count from 1 ----

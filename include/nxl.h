@@ -489,7 +489,35 @@ void ZLACGV(const int* n, nxl_z* x, const int* incx) NXL_NOEXCEPT;
 void DGETRF(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 void ZGETRF(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 
-/* ==== LAPACK: Cholesky factorisation ============================================================================== */
+/* ==== LAPACK: Cholesky factorisation ==============================================================================
+ * A is symmetric or Hermitian and positive definite, a(n,n), of which triangle uplo alone is read and written. The
+ * imaginary parts of a Hermitian diagonal are taken as 0. info: 0, or -i when argument i is bad, which is reported too.
+ * Methods: Golub and Van Loan, Matrix Computations, 4th ed., section 4.2; on several threads by tiles, Buttari, Langou,
+ * Kurzak and Dongarra, Parallel Computing 35 (2009). */
+
+/* A = U^H U (uplo U) or L L^H (uplo L); the factor takes the place of the triangle. Uses threads from n = 128 on.
+ * info above 0: the order of the first leading minor that is not positive, or holds a NaN; the factorisation ended
+ * there. Reports 1 uplo, 2 n, 4 lda.
+ * From n = 128 on NXL_PROGRESS is called for finished blocks of columns with the number of the working thread, from 0,
+ * the column reached, and the routine's name in capitals ("DPOTRF"), by any thread of the team. When it returns an odd
+ * number, the factorisation stops: the triangle is left incomplete, with info 0. */
+void dpotrf(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpotrf(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* The same for small matrices: without blocks, on the caller's thread, without progress. Reports the same positions.
+ * Upper-case name only. */
+void ZPOTF2(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Solves A X = B from the factor that dpotrf has left in triangle uplo of a: X takes the place of b(n,nrhs).
+ * Reports 1 uplo, 2 n, 3 nrhs, 5 lda, 7 ldb. */
+void dpotrs(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda, double* b,
+            const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpotrs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Upper-case aliases: the same routines. */
+void DPOTRF(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void ZPOTRF(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
 /* ==== LAPACK: triangular matrices ================================================================================= */
 
