@@ -14,7 +14,7 @@ struct Point {
 };
 Point operator-(Point a, Point b) { return {a.x - b.x, a.y - b.y}; }
 double dot(Point a, Point b) { return a.x * b.x + a.y * b.y; }
-double length(Point a) { return std::hypot(a.x, a.y); }
+double length(Point a) { return std::sqrt(dot(a, a)); }
 
 /// The matrix of entry(i, j), all of them stored.
 template <class Entry> SparseMatrix<double> full_matrix(int n, Symmetry symmetry, Entry entry) {

@@ -21,13 +21,19 @@ double cube(int n) { return static_cast<double>(n) * n * n; }
 
 template <class T> double dense_bytes(int n) { return static_cast<double>(n) * n * sizeof(T); }
 
+/// The dense copy, column by column. Rows are copied 64 columns at a time: so many cache lines and pages stay at hand
+/// for the rows that follow.
 template <class T> std::vector<T> column_major(const SparseMatrix<T>& a) {
     const auto n = static_cast<std::size_t>(a.n);
     std::vector<T> dense(n * n);
-    for (int i = 0; i < a.n; ++i) {
-        const auto [columns, values] = a.row(i);
-        for (std::size_t k = 0; k < columns.size(); ++k)
-            dense.data()[static_cast<std::size_t>(i) + n * static_cast<std::size_t>(columns[k])] = values[k];
+    std::vector<int> next(a.row_start); // of each row, the first entry that is not copied
+    for (int end = 64; end < a.n + 64; end += 64) {
+        for (int i = 0; i < a.n; ++i) {
+            int& k = next.data()[i];
+            for (; k < a.row_start.data()[i + 1] && a.column.data()[k] < end; ++k)
+                dense.data()[static_cast<std::size_t>(i) + n * static_cast<std::size_t>(a.column.data()[k])] =
+                    a.value.data()[k];
+        }
     }
     return dense;
 }

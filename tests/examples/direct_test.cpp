@@ -139,7 +139,7 @@ TEST_F(Program, DirectMethodsRefuseInOneLine) {
     };
     write("large.mtx", kBanner + "coordinate real general\n" + large + "\n" + diagonal(" 1\n"));
     write("wide.mtx", kBanner + "coordinate complex hermitian\n1000000 1000000 1000000\n" + diagonal(" 1 0\n"));
-    write("singular.mtx", kBanner + "array real general\n3 3\n1\n2\n3\n2\n4\n6\n1\n0\n1\n");
+    write("singular.mtx", kBanner + "array real general\n3 3\n1\n2\n4\n2\n4\n8\n1\n0\n1\n");
     write("zero.mtx", kBanner + "array complex general\n2 2\n1 1\n0 1\n0 0\n0 0\n");
     write("indefinite.mtx", kBanner + "array real symmetric\n3 3\n4\n2\n0\n1\n0\n1\n");
     write("symmetric.mtx", kBanner + "array complex symmetric\n2 2\n4 0\n0 1\n4 0\n");
