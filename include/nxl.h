@@ -532,9 +532,8 @@ void dpotrs(const char* uplo, const int* n, const int* nrhs, const double* a, co
 void zpotrs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb,
             int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
-/* Upper-case aliases: the same routines. */
+/* Upper-case alias: the same routine. */
 void DPOTRF(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
-void ZPOTRF(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
 /* The inverse of a symmetric or Hermitian positive definite A, triangle uplo, in the place of its factor a(n,n) from
  * dpotrf or zpotrf; the other triangle is not touched. info: 0; i when diagonal element i of the factor is 0, then a is

@@ -122,8 +122,4 @@ NXL_EXPORT void DPOTRF(const char* uplo, const int* n, double* a, const int* lda
     [[clang::musttail]] return dpotrf(uplo, n, a, lda, info, uplo_length);
 }
 
-NXL_EXPORT void ZPOTRF(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, int uplo_length) noexcept {
-    [[clang::musttail]] return zpotrf(uplo, n, a, lda, info, uplo_length);
-}
-
 } // extern "C"

@@ -73,7 +73,7 @@ class Simulation {
         potrf_task_next(t.task, view);
         if (view.finished()) table_.set_finished();
         table_.set_start(view.start());
-        if (t.task.held()) table_.set_level(t.task.p, t.task.q, -t.task.k);
+        if (t.task.held()) table_.set_level(t.task.p, t.task.q, view.level(t.task.p, t.task.q));
         take(t.task);
         locked_ = false;
         t.stage = Stage::looking;
