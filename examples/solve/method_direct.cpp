@@ -9,6 +9,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <new>
 #include <unistd.h>
 
 namespace solve {
@@ -38,6 +39,11 @@ template <class T> std::vector<T> column_major(const SparseMatrix<T>& a) {
     return dense;
 }
 
+/// Our arguments are good: what is below 0 says that a routine had no memory to work with.
+void expect_memory(int info) {
+    if (info < 0) throw std::bad_alloc();
+}
+
 template <class T> class Direct : public Method<T> {
   public:
     void set_up(const SparseMatrix<T>& a) final {
@@ -47,12 +53,13 @@ template <class T> class Direct : public Method<T> {
         Stopwatch watch;
         const int info = factor();
         seconds_ = watch.lap();
+        expect_memory(info);
         if (info > 0) refuse(info);
     }
 
     Outcome solve(const Block<T>& b, Block<T>& x, const Observer& /*observe*/) final {
         x = b;
-        substitute(x);
+        expect_memory(substitute(x));
         const auto finite = [](const T& value) { return std::isfinite(std::abs(value)); };
         Outcome outcome;
         outcome.operations = operations();
@@ -68,8 +75,8 @@ template <class T> class Direct : public Method<T> {
     /// Factors the dense matrix in its place; returns info.
     virtual int factor() = 0;
     [[noreturn]] virtual void refuse(int info) const = 0;
-    /// Replaces right-hand sides by solutions.
-    virtual void substitute(Block<T>& x) const = 0;
+    /// Replaces right-hand sides by solutions; returns info.
+    virtual int substitute(Block<T>& x) const = 0;
     virtual double operations() const = 0;
 
     int n_ = 0;
@@ -81,13 +88,15 @@ template <class T> class Direct : public Method<T> {
 
 void factor_lu(const int& n, double* a, int* pivots, int& info) { dgetrf(&n, &n, a, &n, pivots, &info); }
 void factor_lu(const int& n, Complex* a, int* pivots, int& info) { zgetrf(&n, &n, a, &n, pivots, &info); }
-void solve_lu(const int& n, const double* a, const int* pivots, Block<double>& x) {
+int solve_lu(const int& n, const double* a, const int* pivots, Block<double>& x) {
     int info = 0;
     dgetrs("N", &n, &x.count, a, &n, pivots, x.value.data(), &n, &info);
+    return info;
 }
-void solve_lu(const int& n, const Complex* a, const int* pivots, Block<Complex>& x) {
+int solve_lu(const int& n, const Complex* a, const int* pivots, Block<Complex>& x) {
     int info = 0;
     zgetrs("N", &n, &x.count, a, &n, pivots, x.value.data(), &n, &info);
+    return info;
 }
 
 template <class T> class Lu final : public Direct<T> {
@@ -108,7 +117,7 @@ template <class T> class Lu final : public Direct<T> {
         throw Refusal("the matrix is singular: column " + std::to_string(info) +
                       " depends on the columns before it, as method lu finds");
     }
-    void substitute(Block<T>& x) const override { solve_lu(this->n_, this->dense_.data(), pivots_.data(), x); }
+    int substitute(Block<T>& x) const override { return solve_lu(this->n_, this->dense_.data(), pivots_.data(), x); }
     double operations() const override { return kRealFlops<T> * 2.0 / 3.0 * cube(this->n_); }
 
     std::vector<int> pivots_;
@@ -116,13 +125,15 @@ template <class T> class Lu final : public Direct<T> {
 
 void factor_cholesky(const int& n, double* a, int& info) { dpotrf("L", &n, a, &n, &info); }
 void factor_cholesky(const int& n, Complex* a, int& info) { zpotrf("L", &n, a, &n, &info); }
-void solve_cholesky(const int& n, const double* a, Block<double>& x) {
+int solve_cholesky(const int& n, const double* a, Block<double>& x) {
     int info = 0;
     dpotrs("L", &n, &x.count, a, &n, x.value.data(), &n, &info);
+    return info;
 }
-void solve_cholesky(const int& n, const Complex* a, Block<Complex>& x) {
+int solve_cholesky(const int& n, const Complex* a, Block<Complex>& x) {
     int info = 0;
     zpotrs("L", &n, &x.count, a, &n, x.value.data(), &n, &info);
+    return info;
 }
 
 template <class T> class Cholesky final : public Direct<T> {
@@ -145,7 +156,7 @@ template <class T> class Cholesky final : public Direct<T> {
         throw Refusal("method cholesky needs a positive definite matrix, but the leading minor of order " +
                       std::to_string(info) + " is not positive");
     }
-    void substitute(Block<T>& x) const override { solve_cholesky(this->n_, this->dense_.data(), x); }
+    int substitute(Block<T>& x) const override { return solve_cholesky(this->n_, this->dense_.data(), x); }
     double operations() const override { return kRealFlops<T> / 3.0 * cube(this->n_); }
 };
 
