@@ -1,5 +1,5 @@
 // The direct methods: the matrix is made dense, factored once, and all right-hand sides are solved together.
-// LU with row exchanges is DGETRF and DGETRS, Cholesky DPOTRF and DPOTRS; ZGETRF and so on for complex matrices.
+// LU with row interchanges is dgetrf and dgetrs, Cholesky dpotrf and dpotrs; zgetrf and so on for complex matrices.
 #include "method.hpp"
 #include "stopwatch.hpp"
 
