@@ -10,6 +10,13 @@ inline void refuse_argument(const char* name, int position, i64* info) {
     report_argument(name, position);
 }
 
+/// There was no memory for an integer array of routine `name`: reports it, and sets info so that nobody takes the call
+/// for done.
+inline void refuse_for_memory(const char* name, i64* info) {
+    *info = -1000; // the number that the report bears
+    report_no_memory(name);
+}
+
 /// Tells the host that routine `name` (six characters) has come to `column` on this thread. True when the host asks to
 /// stop.
 inline bool stop_requested(const char* name, i64 thread, i64 column) {

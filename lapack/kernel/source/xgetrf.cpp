@@ -1,0 +1,102 @@
+// LU factorisation on one thread: right-looking over two halves, each of them in the same way, down to a few columns.
+// Toledo, SIAM J. Matrix Anal. Appl. 18 (1997); Gustavson, IBM J. Res. Dev. 41 (1997).
+#include "lapack/kernel/source/xgetrf.hpp"
+#include "lapack/kernel/source/blas_calls.hpp"
+#include "lapack/kernel/source/lu.hpp"
+#include "lapack/kernel/source/reports.hpp"
+#include "lapack/kernel/source/slots.hpp"
+#include "lapack/kernel/source/tuning.hpp"
+#include <algorithm>
+
+namespace nxl {
+namespace {
+
+void laswp(i64 n, double* a, i64 lda, i64 k1, i64 k2, const i64* ipiv) {
+    const i64 one = 1;
+    nxl_lapack_dlaswp(&n, a, &lda, &k1, &k2, ipiv, &one);
+}
+void laswp(i64 n, zcomplex* a, i64 lda, i64 k1, i64 k2, const i64* ipiv) {
+    const i64 one = 1;
+    nxl_lapack_zlaswp(&n, a, &lda, &k1, &k2, ipiv, &one);
+}
+
+void leaf(const LuBlock<double>& b, i64* info) { dgetrf_leaf_slot(b.m, b.n, b.a, b.lda, b.ipiv, *info); }
+void leaf(const LuBlock<zcomplex>& b, i64* info) { zgetrf_leaf_slot(b.m, b.n, b.a, b.lda, b.ipiv, *info); }
+
+/// What the square part of a block with m < n does to the columns past it.
+template <class T> void finish_wide(const LuBlock<T>& lu) {
+    if (lu.m < lu.n) apply_panel(lu, 0, lu.m, lu.m, lu.n - lu.m);
+}
+
+} // namespace
+
+template <class T> void interchange_rows(const LuBlock<T>& lu, i64 first, i64 last, i64 column, i64 count) {
+    laswp(count, lu.at(0, column), lu.lda, first + 1, last, lu.ipiv);
+}
+
+template <class T> void apply_panel(const LuBlock<T>& lu, i64 first, i64 width, i64 column, i64 count) {
+    if (count < 1) return;
+    const i64 below = first + width;
+    interchange_rows(lu, first, below, column, count);
+    trsm('L', 'L', 'N', 'U', width, count, 1.0, lu.at(first, first), lu.lda, lu.at(first, column), lu.lda);
+    if (below < lu.m)
+        gemm('N', 'N', lu.m - below, count, width, -1.0, lu.at(below, first), lu.lda, lu.at(first, column), lu.lda, 1.0,
+             lu.at(below, column), lu.lda);
+}
+
+template <class T> void adopt_panel(const LuBlock<T>& lu, i64 first, i64 width, i64 panel_info, i64* info) {
+    if (*info == 0 && panel_info > 0) *info = first + panel_info;
+    const i64 steps = lu.from(first, width).steps();
+    for (i64 i = first; i < first + steps; ++i) lu.ipiv[i] += first;
+}
+
+template <class T> void factor_unblocked(const LuBlock<T>& lu, i64* info) {
+    leaf(lu.from(0, lu.steps()), info);
+    finish_wide(lu);
+}
+
+template <class T> bool factor_serially(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset) {
+    *info = 0;
+    if (lu.m < lu.n) { // the panels' widths go by the columns that have pivots
+        if (factor_serially(lu.from(0, lu.m), info, thread, offset)) return true;
+        finish_wide(lu);
+        return false;
+    }
+    const i64 nb = tuning(block_size, getrf_name<T>, "S", lu.m, lu.n, -1, -1);
+    if (nb <= 1 || nb >= lu.n) {
+        leaf(lu, info);
+        return stop_requested(getrf_name<T>, thread, offset + lu.n);
+    }
+    for (i64 j = 0; j < lu.n; j += nb) {
+        const i64 width = std::min(nb, lu.n - j);
+        i64 panel_info = 0;
+        if (factor_serially(lu.from(j, width), &panel_info, thread, offset + j)) return true;
+        adopt_panel(lu, j, width, panel_info, info);
+        apply_panel(lu, j, width, j + width, lu.n - j - width);
+    }
+    for (i64 j = 0; j + nb < lu.n; j += nb) interchange_rows(lu, j + nb, lu.n, j, nb);
+    return false;
+}
+
+template void interchange_rows(const LuBlock<double>&, i64, i64, i64, i64);
+template void interchange_rows(const LuBlock<zcomplex>&, i64, i64, i64, i64);
+template void apply_panel(const LuBlock<double>&, i64, i64, i64, i64);
+template void apply_panel(const LuBlock<zcomplex>&, i64, i64, i64, i64);
+template void adopt_panel(const LuBlock<double>&, i64, i64, i64, i64*);
+template void adopt_panel(const LuBlock<zcomplex>&, i64, i64, i64, i64*);
+template void factor_unblocked(const LuBlock<double>&, i64*);
+template void factor_unblocked(const LuBlock<zcomplex>&, i64*);
+template bool factor_serially(const LuBlock<double>&, i64*, i64, i64);
+template bool factor_serially(const LuBlock<zcomplex>&, i64*, i64, i64);
+
+i64 xdgetrf(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
+            const i64* offset) {
+    return factor_serially(LuBlock<double>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
+}
+
+i64 xzgetrf(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
+            const i64* offset) {
+    return factor_serially(LuBlock<zcomplex>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
+}
+
+} // namespace nxl
