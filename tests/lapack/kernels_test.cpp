@@ -241,6 +241,24 @@ TYPED_TEST(GetrfLeaf, NanAndInfinityStayInside) {
             }
 }
 
+/// Times a power of two: every operation then gives the same digits.
+template <class T> Dense<T> scaled(Dense<T> a, int exponent) {
+    for (T& v : a.data) v *= std::ldexp(1.0, exponent);
+    return a;
+}
+
+TYPED_TEST(GetrfLeaf, LargeAndSmallNumbersTakeTheSameSteps) {
+    for (const auto& [m, n] : {Shape{50, 8}, Shape{40, 40}})
+        for (const int exponent : {-900, 900}) {
+            const auto a = random_matrix<TypeParam>(m, n, 11);
+            const auto plain = factor(a), wide = factor(scaled(a, exponent));
+            ASSERT_EQ(wide.pivots, plain.pivots);
+            for (int j = 0; j < n; ++j)
+                for (int i = 0; i < m; ++i)
+                    ASSERT_EQ(wide.factors(i, j), plain.factors(i, j) * (i > j ? 1.0 : std::ldexp(1.0, exponent)));
+        }
+}
+
 TYPED_TEST(GetrfLeaf, NothingToDo) {
     for (const auto& [m, n] : {Shape{0, 3}, Shape{3, 0}}) EXPECT_EQ(factor(Dense<TypeParam>(m, n)).info, 0);
 }
@@ -327,6 +345,17 @@ template <class T> void check_order(int n) {
 TYPED_TEST(Potf2, EveryOrder) {
     for (int n = 0; n <= 40; ++n) check_order<TypeParam>(n);
     for (const int n : {63, 64, 65, 96, 100, 126, 127, 128, 129, 200, 301}) check_order<TypeParam>(n);
+}
+
+TYPED_TEST(Potf2, LargeAndSmallNumbersTakeTheSameSteps) {
+    for (const int n : {21, 100})
+        for (const int exponent : {-900, 900})
+            for (const bool upper : {false, true}) {
+                const auto a = positive_matrix<TypeParam>(n, 9);
+                const auto wide = factor_triangle(scaled(a, exponent), upper);
+                ASSERT_EQ(wide.info, 0);
+                ASSERT_EQ(wide.lower.data, scaled(factor_triangle(a, upper).lower, exponent / 2).data);
+            }
 }
 
 TYPED_TEST(Potf2, WithoutMemory) {

@@ -115,11 +115,14 @@ template <class T, bool Upper>
             corner.failed = true;
             break;
         }
+        // By quotients: the next pivot need not wait for the root.
+        for (i64 k = c + 1; k < exist; ++k) {
+            const T share = conj(l[c][k] / pivot);
+            for (i64 r = k; r < exist; ++r) l[k][r] = l[k][r] - l[c][r] * share;
+        }
         const double root = __builtin_sqrt(pivot), inverse = 1.0 / root;
         l[c][c] = from_real<T>(root);
         for (i64 r = c + 1; r < exist; ++r) l[c][r] = l[c][r] * inverse;
-        for (i64 k = c + 1; k < exist; ++k)
-            for (i64 r = k; r < exist; ++r) l[k][r] = l[k][r] - l[c][r] * conj(l[c][k]);
         for (i64 r = c; r < exist; ++r) view.write(j + r, j + c, l[c][r]);
         corner.inverse[c] = inverse;
         corner.columns = c + 1;

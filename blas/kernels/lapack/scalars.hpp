@@ -12,6 +12,7 @@ namespace nxl::NXL_TARGET {
 [[gnu::always_inline]] inline double real_part(double v) { return v; }
 [[gnu::always_inline]] inline double real_part(Complex v) { return v.re; }
 [[gnu::always_inline]] inline Complex operator*(Complex a, double b) { return {a.re * b, a.im * b}; }
+[[gnu::always_inline]] inline Complex operator/(Complex a, double b) { return {a.re / b, a.im / b}; }
 /// |x|, or |re| + |im|: how pivots are compared.
 [[gnu::always_inline]] inline double abs1(double v) { return __builtin_fabs(v); }
 [[gnu::always_inline]] inline double abs1(Complex v) { return __builtin_fabs(v.re) + __builtin_fabs(v.im); }
