@@ -531,9 +531,141 @@ module nxl
             complex(c_double_complex), intent(inout) :: x(*)
         end subroutine
 
+        ! op(A) X = B from the factors of dgetrf; X takes the place of B.
+        subroutine dgetrs(trans, n, nrhs, a, lda, ipiv, b, ldb, info) bind(c, name="dgetrs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: n, nrhs, lda, ipiv(*), ldb
+            real(c_double), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgetrs(trans, n, nrhs, a, lda, ipiv, b, ldb, info) bind(c, name="zgetrs")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: n, nrhs, lda, ipiv(*), ldb
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The inverse in the place of the factors of dgetrf; lwork -1 asks for the best size.
+        subroutine dgetri(n, a, lda, ipiv, work, lwork, info) bind(c, name="dgetri")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, lda, ipiv(*), lwork
+            real(c_double), intent(inout) :: a(lda, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgetri(n, a, lda, ipiv, work, lwork, info) bind(c, name="zgetri")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, lda, ipiv(*), lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- LAPACK, Cholesky factorisation; uplo: U, L ----
 
+        ! A = U^H U or L L^H, one triangle of a(n, n); info > 0: not positive definite.
+        subroutine dpotrf(uplo, n, a, lda, info) bind(c, name="dpotrf")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpotrf(uplo, n, a, lda, info) bind(c, name="zpotrf")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The same without blocks and threads.
+        subroutine zpotf2(uplo, n, a, lda, info) bind(c, name="ZPOTF2")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Solves A X = B from the factor, b(n, nrhs).
+        subroutine dpotrs(uplo, n, nrhs, a, lda, b, ldb, info) bind(c, name="dpotrs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldb
+            real(c_double), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpotrs(uplo, n, nrhs, a, lda, b, ldb, info) bind(c, name="zpotrs")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldb
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! One triangle of the inverse in the place of the factor of dpotrf.
+        subroutine dpotri(uplo, n, a, lda, info) bind(c, name="dpotri")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpotri(uplo, n, a, lda, info) bind(c, name="zpotri")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- LAPACK, triangular matrices ----
+
+        ! The inverse of a triangular matrix, in its place.
+        subroutine dtrtri(uplo, diag, n, a, lda, info) bind(c, name="dtrtri")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo, diag
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine ztrtri(uplo, diag, n, a, lda, info) bind(c, name="ztrtri")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, diag
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! op(A) X = B, A triangular; X takes the place of B.
+        subroutine dtrtrs(uplo, trans, diag, n, nrhs, a, lda, b, ldb, info) bind(c, name="dtrtrs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo, trans, diag
+            integer(c_int), intent(in) :: n, nrhs, lda, ldb
+            real(c_double), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine ztrtrs(uplo, trans, diag, n, nrhs, a, lda, b, ldb, info) bind(c, name="ztrtrs")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, trans, diag
+            integer(c_int), intent(in) :: n, nrhs, lda, ldb
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
 
         ! ---- Sparse BLAS level 1; indices count from 1 ----
 

@@ -473,6 +473,23 @@ void ZTRSM(const char* side, const char* uplo, const char* transa, const char* d
 void dgetrf(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 void zgetrf(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 
+/* Solves A X = B (trans N), A^T X = B (T) or A^H X = B (C), b(n,nrhs), with the factors and pivots that dgetrf or
+ * zgetrf has left in a(n,n) and ipiv(n). X takes the place of B. info: 0, or -i when argument i is bad, which is
+ * reported as well: 1 trans, 2 n, 3 nrhs, 5 lda, 8 ldb. */
+void dgetrs(const char* trans, const int* n, const int* nrhs, const double* a, const int* lda, const int* ipiv,
+            double* b, const int* ldb, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zgetrs(const char* trans, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const int* ipiv, nxl_z* b,
+            const int* ldb, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* The inverse of A in the place of its factors a(n,n), from dgetrf or zgetrf with pivots ipiv(n): the inverse of U,
+ * then X L = U^-1 by blocks of columns. work(lwork), lwork at least max(1, n); lwork -1 asks for the best size, which
+ * comes back in work(1) and does nothing else. With less, the routine tries to get the rest itself. info: 0; i when
+ * U(i,i) is 0, then a is as it was; -i when argument i is bad, which is reported as well: 1 n, 3 lda, 6 lwork. */
+void dgetri(const int* n, double* a, const int* lda, const int* ipiv, double* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+void zgetri(const int* n, nxl_z* a, const int* lda, const int* ipiv, nxl_z* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+
 /* Interchanges rows i and ipiv of the n columns of a, for i from k1 to k2; the pivot of row i is ipiv(k1 + (i - k1)
  * |incx|). A negative incx goes from k2 down to k1, which undoes the interchanges of the positive one; with incx 0
  * nothing is done. ipiv has |incx| k2 elements, all of which are read. Nothing is checked. Upper-case names only. */
@@ -489,9 +506,61 @@ void ZLACGV(const int* n, nxl_z* x, const int* incx) NXL_NOEXCEPT;
 void DGETRF(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 void ZGETRF(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 
-/* ==== LAPACK: Cholesky factorisation ============================================================================== */
+/* ==== LAPACK: Cholesky factorisation ==============================================================================
+ * A is symmetric or Hermitian and positive definite, a(n,n), of which triangle uplo alone is read and written. The
+ * imaginary parts of a Hermitian diagonal are taken as 0. info: 0, or -i when argument i is bad, which is reported too.
+ * Methods: Golub and Van Loan, Matrix Computations, 4th ed., section 4.2; on several threads by tiles, Buttari, Langou,
+ * Kurzak and Dongarra, Parallel Computing 35 (2009). */
+
+/* A = U^H U (uplo U) or L L^H (uplo L); the factor takes the place of the triangle. Uses threads from n = 128 on.
+ * info above 0: the order of the first leading minor that is not positive, or holds a NaN; the factorisation ended
+ * there. Reports 1 uplo, 2 n, 4 lda.
+ * From n = 128 on NXL_PROGRESS is called for finished blocks of columns with the number of the working thread, from 0,
+ * the column reached, and the routine's name in capitals ("DPOTRF"), by any thread of the team. When it returns an odd
+ * number, the factorisation stops: the triangle is left incomplete, with info 0. */
+void dpotrf(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpotrf(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* The same for small matrices: without blocks, on the caller's thread, without progress. Reports the same positions.
+ * Upper-case name only. */
+void ZPOTF2(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Solves A X = B from the factor that dpotrf has left in triangle uplo of a: X takes the place of b(n,nrhs).
+ * Reports 1 uplo, 2 n, 3 nrhs, 5 lda, 7 ldb. */
+void dpotrs(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda, double* b, const int* ldb,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpotrs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* The inverse of a symmetric or Hermitian positive definite A, triangle uplo, in the place of its factor a(n,n) from
+ * dpotrf or zpotrf; the other triangle is not touched. info: 0; i when diagonal element i of the factor is 0, then a is
+ * as it was; -i when argument i is bad, which is reported as well: 1 uplo, 2 n, 4 lda. */
+void dpotri(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpotri(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Upper-case aliases: the same routines. */
+void DPOTRF(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void ZPOTRF(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
 /* ==== LAPACK: triangular matrices ================================================================================= */
+
+/* The inverse of a triangular matrix in its place, a(n,n); the other triangle, and the diagonal with diag U, which then
+ * counts as ones, are not touched. By halves, on products and solutions of level 3. info: 0; i when diagonal element i
+ * is 0, then a is as it was; -i when argument i is bad, which is reported as well: 1 uplo, 2 diag, 3 n, 5 lda. */
+void dtrtri(const char* uplo, const char* diag, const int* n, double* a, const int* lda, int* info,
+            NXL_LENGTH(uplo_length), NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
+void ztrtri(const char* uplo, const char* diag, const int* n, nxl_z* a, const int* lda, int* info,
+            NXL_LENGTH(uplo_length), NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
+
+/* Solves op(A) X = B, a(n,n) triangular, b(n,nrhs); X takes the place of B. info: 0; i when diagonal element i is 0,
+ * then b is as it was; -i when argument i is bad, which is reported as well: 1 uplo, 2 trans, 3 diag, 4 n, 5 nrhs,
+ * 7 lda, 9 ldb. */
+void dtrtrs(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs, const double* a,
+            const int* lda, double* b, const int* ldb, int* info, NXL_LENGTH(uplo_length), NXL_LENGTH(trans_length),
+            NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
+void ztrtrs(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs, const nxl_z* a,
+            const int* lda, nxl_z* b, const int* ldb, int* info, NXL_LENGTH(uplo_length), NXL_LENGTH(trans_length),
+            NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
 
 /* ==== Sparse BLAS level 1 =========================================================================================
  * Dodson, Grimes and Lewis, ACM TOMS 17 (1991). A sparse vector is nz values x and their places indx in a dense vector

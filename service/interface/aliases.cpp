@@ -106,14 +106,22 @@ NXL_EXPORT void ZSWAP(const int* n, nxl_z* x, const int* incx, nxl_z* y, const i
     asm("jmp ztrsm");
 }
 
-// ---- LAPACK: LU factorisation ----
+// ---- LAPACK ----
 
 NXL_EXPORT void DGETRF(const int* m, const int* n, double* a, const int* lda, int* ipiv, int* info) noexcept {
     [[clang::musttail]] return dgetrf(m, n, a, lda, ipiv, info);
 }
 
+NXL_EXPORT void DPOTRF(const char* uplo, const int* n, double* a, const int* lda, int* info, int uplo_length) noexcept {
+    [[clang::musttail]] return dpotrf(uplo, n, a, lda, info, uplo_length);
+}
+
 NXL_EXPORT void ZGETRF(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int* info) noexcept {
     [[clang::musttail]] return zgetrf(m, n, a, lda, ipiv, info);
+}
+
+NXL_EXPORT void ZPOTRF(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, int uplo_length) noexcept {
+    [[clang::musttail]] return zpotrf(uplo, n, a, lda, info, uplo_length);
 }
 
 } // extern "C"

@@ -1,38 +1,174 @@
-// dgetrf_leaf, zgetrf_leaf: unblocked LU with partial pivoting in Crout's order.
+// dgetrf_leaf, zgetrf_leaf: LU with partial pivoting, without further blocks above it. Narrow panels go in Crout's
+// order, one pass down the rows for each column; wider ones are halved (Golub and Van Loan, Matrix Computations, 4th
+// edition, section 3.4, and Toledo, SIAM Journal on Matrix Analysis 18, 1997).
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/lapack/scalars.hpp"
+#include "blas/kernels/level2/registers.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
 
-template <class T> void leaf(i64 m, i64 n, T* a, i64 lda, i64* ipiv, i64& info) {
-    info = 0;
-    const i64 steps = smaller(m, n);
-    for (i64 j = 0; j < steps; ++j) {
-        T* const column = a + j * lda;
-        i64 pivot = j;
-        for (i64 i = j + 1; i < m; ++i)
-            if (abs1(column[i]) > abs1(column[pivot])) pivot = i;
+/// Columns of a narrow panel: the multipliers of a pass fill half of the registers.
+template <class T> constexpr int kNarrow = 8 / kParts<T>;
+
+/// Rows between two looks at the largest magnitude: its value is found on the way, its place only where it won.
+constexpr i64 kRowsAtOnce = 128;
+
+/// abs1 of every element, at both of its parts when complex.
+template <class T, int W> [[gnu::always_inline]] inline Vec<W> magnitudes(Vec<W> v) {
+    const Vec<W> size = __builtin_elementwise_abs(v);
+    if constexpr (kParts<T> == 1) return size;
+    else return size + swap_parts<W>(size);
+}
+
+template <int W> [[gnu::always_inline]] inline Vec<W> larger(Vec<W> candidate, Vec<W> best) {
+    return candidate > best ? candidate : best; // a NaN compares false and is passed over
+}
+template <int W> [[gnu::always_inline]] inline double largest_lane(Vec<W> v) {
+    double best = v[0];
+    for (int lane = 1; lane < W; ++lane) best = v[lane] > best ? v[lane] : best;
+    return best;
+}
+
+/// Rows i .. count - 1, in doubles, of one step: column P - 1 times `scale`, then column P plus the sum of the P
+/// columns before it times their multipliers. Returns the largest magnitude in column P, or `best` when that is larger.
+template <class T, int P, int W>
+[[gnu::always_inline]] inline double eliminate(i64 i, i64 count, double* a, i64 stride, const T (&multiplier)[P],
+                                               T scale, double best) {
+    Factor<T, W> by;
+    Coefficient<T, W> factor[P];
+    by.set(scale);
+    for (int p = 0; p < P; ++p) factor[p].set(multiplier[p]);
+    Vec<W> most = splat<W>(best);
+    for (; i + W <= count; i += W) {
+        double* const scaled = a + (P - 1) * stride + i;
+        double* const updated = a + P * stride + i;
+        const Vec<W> last = by.added_to(Vec<W>{}, Operand<T, W>(scaled));
+        store<W>(scaled, last);
+        Combination<T, W> sum;
+        sum.start(updated);
+        for (int p = 0; p < P - 1; ++p) sum.add(factor[p], load<W>(a + p * stride + i));
+        sum.add(factor[P - 1], last);
+        const Vec<W> total = sum.total();
+        store<W>(updated, total);
+        most = larger<W>(magnitudes<T, W>(total), most);
+    }
+    best = largest_lane<W>(most);
+    if constexpr (W > kParts<T>) return eliminate<T, P, W / 2>(i, count, a, stride, multiplier, scale, best);
+    else return best;
+}
+
+/// The first of the largest magnitudes of a column, as its rows are written: body(start, count) writes some of them and
+/// returns the largest, or a negative number when all are NaN. A NaN in the first row stays first, as in idamax.
+template <class T, class Body>
+[[gnu::always_inline]] inline i64 find_pivot(i64 first, i64 m, const T* column, const Body& body) {
+    double best = -1.0;
+    i64 pivot = first;
+    for (i64 start = first; start < m; start += kRowsAtOnce) {
+        const double found = body(start, smaller(kRowsAtOnce, m - start));
+        if (!(found > best)) continue;
+        best = found;
+        pivot = start;
+    }
+    if (best < 0.0 || abs1(column[first]) != abs1(column[first])) return first;
+    while (abs1(column[pivot]) != best) ++pivot;
+    return pivot;
+}
+
+/// Step j of a narrow panel below its row: scales column j and brings column j + 1 up to date. Returns the row of the
+/// next pivot.
+template <int P, class T> i64 eliminate_column(i64 m, T* a, i64 lda, T scale) {
+    T multiplier[P];
+    for (int p = 0; p < P; ++p) multiplier[p] = -a[p + P * lda];
+    return find_pivot(P, m, a + P * lda, [&](i64 start, i64 count) {
+        return eliminate<T, P, kWidth>(0, count * kParts<T>, parts(a + start), lda * kParts<T>, multiplier, scale,
+                                       -1.0);
+    });
+}
+template <class T, int P = 1> i64 eliminate_column(i64 j, i64 m, T* a, i64 lda, T scale) {
+    if (j + 1 == P) return eliminate_column<P>(m, a, lda, scale);
+    if constexpr (P + 1 < kNarrow<T>) return eliminate_column<T, P + 1>(j, m, a, lda, scale);
+    return 0;
+}
+
+template <class T> i64 first_pivot(i64 m, const T* column) {
+    return find_pivot(0, m, column, [&](i64 start, i64 count) {
+        double best = -1.0;
+        for (i64 i = start; i < start + count; ++i) best = abs1(column[i]) > best ? abs1(column[i]) : best;
+        return best;
+    });
+}
+
+template <class T> [[gnu::always_inline]] inline void exchange(T& x, T& y) {
+    const T kept = x;
+    x = y;
+    y = kept;
+}
+
+/// At most kNarrow columns. Returns 0, or the first column, from 1, whose pivot is zero.
+template <class T> i64 factor_narrow(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
+    i64 singular = 0, pivot = first_pivot(m, a);
+    for (i64 j = 0; j < smaller(m, n); ++j) {
+        T* const row = a + j;
+        T scale = from_real<T>(1.0);
         ipiv[j] = pivot + 1;
-        if (abs1(column[pivot]) == 0.0) {
-            if (info == 0) info = j + 1;
+        if (abs1(a[pivot + j * lda]) == 0.0) {
+            if (singular == 0) singular = j + 1;
         } else {
             if (pivot != j)
-                for (i64 k = 0; k < n; ++k) {
-                    const T kept = a[j + k * lda];
-                    a[j + k * lda] = a[pivot + k * lda];
-                    a[pivot + k * lda] = kept;
-                }
-            const T scale = reciprocal(column[j]);
-            for (i64 i = j + 1; i < m; ++i) column[i] = column[i] * scale;
+                for (i64 k = 0; k < n; ++k) exchange(row[k * lda], a[pivot + k * lda]);
+            scale = reciprocal(row[j * lda]);
         }
         for (i64 k = j + 1; k < n; ++k)
-            for (i64 p = 0; p < j; ++p) a[j + k * lda] = a[j + k * lda] - a[j + p * lda] * a[p + k * lda];
-        if (j + 1 < n)
-            for (i64 p = 0; p <= j; ++p)
-                for (i64 i = j + 1; i < m; ++i)
-                    a[i + (j + 1) * lda] = a[i + (j + 1) * lda] - a[i + p * lda] * a[p + (j + 1) * lda];
+            for (i64 p = 0; p < j; ++p) row[k * lda] = row[k * lda] - row[p * lda] * a[p + k * lda];
+        if (j + 1 < n) pivot = eliminate_column(j, m, a, lda, scale);
+        else
+            for (i64 i = j + 1; i < m; ++i) a[i + j * lda] = a[i + j * lda] * scale;
     }
+    return singular;
+}
+
+template <class T> void swap_rows(i64 n, T* a, i64 lda, i64 first, i64 end, const i64* ipiv) {
+    for (i64 j = 0; j < n; ++j, a += lda)
+        for (i64 i = first; i < end; ++i)
+            if (ipiv[i] != i + 1) exchange(a[i], a[ipiv[i] - 1]);
+}
+
+/// b := L^-1 b, L unit lower triangular of order k.
+void solve(i64 k, i64 n, const double* l, double* b, i64 lda) { dtrsm('L', 'L', 'N', 'U', k, n, 1.0, l, lda, b, lda); }
+void solve(i64 k, i64 n, const Complex* l, Complex* b, i64 lda) {
+    const Complex one{1.0, 0.0};
+    ztrsm('L', 'L', 'N', 'U', k, n, *numbers(&one), numbers(l), lda, numbers(b), lda);
+}
+
+void subtract_product(i64 m, i64 n, i64 k, const double* l, const double* u, double* a, i64 lda) {
+    xdgemm('N', 'N', m, n, k, -1.0, l, lda, u, lda, 1.0, a, lda);
+}
+void subtract_product(i64 m, i64 n, i64 k, const Complex* l, const Complex* u, Complex* a, i64 lda) {
+    const Complex one{1.0, 0.0}, minus_one{-1.0, 0.0};
+    xzgemm('N', 'N', m, n, k, *numbers(&minus_one), numbers(l), lda, numbers(u), lda, *numbers(&one), numbers(a), lda);
+}
+
+/// Any number of columns: the left half, what it does to the right one, and the rest of that.
+template <class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
+    if (n <= kNarrow<T>) return factor_narrow(m, n, a, lda, ipiv);
+    const i64 steps = smaller(m, n);
+    const i64 left = smaller(steps, (steps / 2 + kNarrow<T> - 1) / kNarrow<T> * kNarrow<T>), right = n - left;
+    T* const beside = a + left * lda;
+    i64 singular = factor(m, left, a, lda, ipiv);
+    swap_rows(right, beside, lda, 0, left, ipiv);
+    solve(left, right, a, beside, lda);
+    if (m == left) return singular;
+    subtract_product(m - left, right, left, a + left, beside, beside + left, lda);
+    const i64 later = factor(m - left, right, beside + left, lda, ipiv + left);
+    if (singular == 0 && later > 0) singular = left + later;
+    for (i64 i = left; i < steps; ++i) ipiv[i] += left;
+    swap_rows(left, a, lda, left, steps, ipiv);
+    return singular;
+}
+
+template <class T> void leaf(i64 m, i64 n, T* a, i64 lda, i64* ipiv, i64& info) {
+    info = m < 1 || n < 1 ? 0 : factor(m, n, a, lda, ipiv);
 }
 
 } // namespace
