@@ -34,7 +34,9 @@ class CaseRun {
     void start_rounds() {
         std::vector<Batch> batches;
         for (const std::size_t i : present_) batches.push_back(batch(i));
-        rounds_.emplace(std::move(batches), least_seconds(), clock());
+        Preparation prepare;
+        if (operands_.need_restoring()) prepare = [this] { operands_.restore(); };
+        rounds_.emplace(std::move(batches), least_seconds(), clock(), std::move(prepare));
     }
 
     /// Long calls on a busy machine are never left alone, so those of one thread are timed by its own clock.
@@ -45,7 +47,10 @@ class CaseRun {
 
     Symbol symbol_of(std::size_t i) const { return contenders_[i].library->symbol(routine_.name); }
 
-    void run(std::size_t i, Operands& operands, i64 calls) const { routine_.run(symbol_of(i), operands, calls); }
+    void run(std::size_t i, Operands& operands, i64 calls) const {
+        contenders_[i].library->set_threads(contenders_[i].threads);
+        routine_.run(symbol_of(i), operands, calls);
+    }
 
     Batch batch(std::size_t i) {
         return [this, symbol = symbol_of(i), contender = &contenders_[i]](i64 calls) {
@@ -71,7 +76,8 @@ class CaseRun {
         // Sums of n terms in another order differ by as much as n roundings of values up to the root of n.
         const double terms = std::max(16, work_.terms);
         const double tolerance = std::numeric_limits<double>::epsilon() * terms * std::sqrt(terms);
-        const int calls = work_.flops < long_flops ? 3 : 1; // an odd number, as every second call undoes one
+        const bool once = operands_.need_restoring() || work_.flops >= long_flops;
+        const int calls = once ? 1 : 3; // an odd number, as every second call undoes one
         run(present_.front(), operands_, calls);
         Operands theirs(case_, work_.layout);
         for (const std::size_t i : present_) {
@@ -115,6 +121,8 @@ struct Current {
 void run_case(benchmark::State& state, Current& current, const std::vector<Contender>& contenders, const Case& which,
               double core_flops) {
     if (!current.run) {
+        if (!contenders[0].library->symbol(which.routine).address)
+            return state.SkipWithError((contenders[0].label + " has no " + which.routine).c_str());
         current.run = std::make_unique<CaseRun>(contenders, which, core_flops);
         if (const Contender* odd = current.run->first_to_disagree())
             return state.SkipWithError((odd->label + " has another result than " + contenders[0].label).c_str());
@@ -162,16 +170,9 @@ Comparison::Comparison(std::string family, std::vector<Contender> contenders, do
       core_flops_(core_flops),
       report_(family_, columns_of(contenders_), core_flops * contenders_.front().threads) {}
 
-bool Comparison::anyone_has(const std::string& routine_name) const {
-    return std::ranges::any_of(contenders_, [&](const Contender& contender) {
-        return contender.library->symbol(routine_name).address != nullptr;
-    });
-}
-
 bool Comparison::run(const std::vector<Case>& cases, const std::string& filter) {
     Current current;
     for (const Case& which : cases) {
-        if (!anyone_has(which.routine)) continue;
         const std::string name = family_ + "/" + which.label() + "/" + which.size.text();
         const double seconds = routine(which.routine).work(which).bytes() > beyond_caches ? 1.5 : 0.3;
         benchmark::RegisterBenchmark(name.c_str(), run_case, std::ref(current), std::cref(contenders_), which,

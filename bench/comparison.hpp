@@ -14,15 +14,13 @@ struct Contender {
 };
 
 /// Times the cases whose name, such as level1/ddot/1000 or gemm/dgemm-TN/512, matches the regular expression. Returns
-/// whether all contenders agreed; a case on which they do not is reported and not timed; one that no contender has is
-/// left out.
+/// whether all contenders agreed. A case on which they do not, or whose routine the first contender lacks, is reported
+/// and not timed; a peer without the routine is left out of its row.
 class Comparison {
     std::string family_;
     std::vector<Contender> contenders_;
     double core_flops_;
     Report report_;
-
-    bool anyone_has(const std::string& routine_name) const;
 
   public:
     /// core_flops: operations per second of one core at its peak.

@@ -83,6 +83,15 @@ int run_threads3(const Request& request) {
     return run_contest(request, {.cases = level3_threads_cases(), .threads = 2});
 }
 
+int run_factor(const Request& request) {
+    return run_contest(request, {.cases = factor_cases(), .peers = Library::openblas, .plot = plot_rates});
+}
+
+int run_factor2(const Request& request) {
+    return run_contest(request,
+                       {.cases = factor_threads_cases(), .threads = 2, .peers = Library::openblas, .plot = plot_rates});
+}
+
 int run_bandwidth(const Request&) {
     print_machine();
     std::printf("peak       %.1f GFLOP/s a core, %.1f by 128-bit multiplications and additions\n\n"
@@ -105,6 +114,8 @@ const std::vector<Family>& families() {
         {"narrow", "matrix products by 128-bit vectors, of class NXL_DEBUG_CPU_TYPE (0)", run_narrow},
         {"threads", "vector operations of class 3 on two threads", run_threads},
         {"threads3", "matrix-matrix operations on two threads", run_threads3},
+        {"factor", "factorisations, solutions and inverses, one thread, against a peer", run_factor},
+        {"factor2", "factorisations on two threads", run_factor2},
         {"overhead", "what a call costs before its kernel starts", run_overhead},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth},
     };

@@ -1,4 +1,6 @@
 #include "bench/family_cases.hpp"
+#include <algorithm>
+#include <iterator>
 
 namespace nxl::bench {
 namespace {
@@ -15,6 +17,11 @@ std::vector<Case> cases_of(const std::vector<Variants>& routines, const std::vec
         for (const char* options : variants.options)
             for (const Size& size : sizes) cases.push_back({variants.routine, options, size});
     return cases;
+}
+
+/// The factorisations themselves.
+std::vector<Variants> factorisations() {
+    return {{"dgetrf"}, {"dpotrf", {"L", "U"}}, {"zgetrf"}, {"zpotrf", {"L", "U"}}};
 }
 
 } // namespace
@@ -96,5 +103,19 @@ std::vector<Case> level3_threads_cases() {
                      {"dsymm", {"LL"}}},
                     {2'000});
 }
+
+std::vector<Case> factor_cases() {
+    std::vector<Case> cases = cases_of(factorisations(), {100, 300, 500, 1'000, 2'000, 4'000});
+    const auto add = [&](const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
+        std::ranges::copy(cases_of(routines, sizes), std::back_inserter(cases));
+    };
+    add({{"dgetrs", {"N", "T"}}}, {{100, 100, 100}, {300, 100, 300}, {1'000, 100, 1'000}, {2'000, 100, 2'000}});
+    add({{"zgetrs", {"N", "T"}}}, {{1'000, 100, 1'000}});
+    add({{"dgetri"}, {"dpotri", {"L", "U"}}, {"dtrtri", {"LN", "UN"}}}, {100, 300, 1'000, 2'000});
+    add({{"zgetri"}, {"zpotri", {"L", "U"}}, {"ztrtri", {"LN", "UN"}}}, {1'000});
+    return cases;
+}
+
+std::vector<Case> factor_threads_cases() { return cases_of(factorisations(), {300, 500, 1'000, 2'000, 4'000}); }
 
 } // namespace nxl::bench

@@ -12,5 +12,7 @@ std::vector<Case> gemm_cases();
 std::vector<Case> narrow_cases();
 std::vector<Case> level1_threads_cases();
 std::vector<Case> level3_threads_cases();
+std::vector<Case> factor_cases();
+std::vector<Case> factor_threads_cases();
 
 } // namespace nxl::bench

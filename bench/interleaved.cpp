@@ -8,38 +8,49 @@ namespace {
 
 constexpr double batch_seconds = 30e-6; // a thousand times what reading the clock costs, and seldom interrupted
 
-double time_of(const Batch& batch, i64 calls, Clock now) {
-    const double start = now();
-    batch(calls);
-    return now() - start;
+} // namespace
+
+Interleaved::Interleaved(std::vector<Batch> contenders, double least_seconds, Clock now, Preparation prepare)
+    : contenders_(std::move(contenders)),
+      now_(now),
+      prepare_(std::move(prepare)),
+      samples_(contenders_.size()) {
+    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch, least_seconds));
+}
+
+double Interleaved::time_of(const Batch& batch, i64 calls) const {
+    if (!prepare_) {
+        const double start = now_();
+        batch(calls);
+        return now_() - start;
+    }
+    double seconds = 0.0;
+    for (i64 call = 0; call < calls; ++call) {
+        prepare_();
+        const double start = now_();
+        batch(1);
+        seconds += now_() - start;
+    }
+    return seconds;
 }
 
 /// The shortest of three, so that neither a first call nor an interruption counts.
-double settled_time_of(const Batch& batch, i64 calls, Clock now) {
-    return std::min({time_of(batch, calls, now), time_of(batch, calls, now), time_of(batch, calls, now)});
+double Interleaved::settled_time_of(const Batch& batch, i64 calls) const {
+    return std::min({time_of(batch, calls), time_of(batch, calls), time_of(batch, calls)});
 }
 
-i64 calls_per_batch(const Batch& batch, double least_seconds, Clock now) {
+i64 Interleaved::calls_per_batch(const Batch& batch, double least_seconds) const {
     if (least_seconds >= batch_seconds) return 1;
     for (i64 calls = 1;; calls *= 2)
-        if (const double seconds = settled_time_of(batch, calls, now); seconds >= batch_seconds / 2)
+        if (const double seconds = settled_time_of(batch, calls); seconds >= batch_seconds / 2)
             return std::max(i64{1}, std::lround(static_cast<double>(calls) * batch_seconds / seconds));
-}
-
-} // namespace
-
-Interleaved::Interleaved(std::vector<Batch> contenders, double least_seconds, Clock now)
-    : contenders_(std::move(contenders)),
-      now_(now),
-      samples_(contenders_.size()) {
-    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch, least_seconds, now_));
 }
 
 double Interleaved::round() {
     double total = 0.0;
     for (std::size_t place = 0; place < contenders_.size(); ++place) {
         const std::size_t i = (first_ + place) % contenders_.size();
-        const double seconds = time_of(contenders_[i], calls_[i], now_);
+        const double seconds = time_of(contenders_[i], calls_[i]);
         samples_[i].push_back(seconds / static_cast<double>(calls_[i]));
         total += seconds;
     }

@@ -10,17 +10,26 @@ namespace nxl::bench {
 /// Does its work `calls` times over.
 using Batch = std::function<void(i64 calls)>;
 
+/// Makes ready for the next call, which is then timed by itself; empty where calls follow on each other.
+using Preparation = std::function<void()>;
+
 /// Rounds of one short batch per contender; the first to run moves on by one every round.
 class Interleaved {
     std::vector<Batch> contenders_;
     Clock now_;
+    Preparation prepare_;
     std::vector<i64> calls_;                   // per batch, for each contender
     std::vector<std::vector<double>> samples_; // seconds per call
     std::size_t first_ = 0;
 
+    double time_of(const Batch& batch, i64 calls) const;
+    double settled_time_of(const Batch& batch, i64 calls) const;
+    i64 calls_per_batch(const Batch& batch, double least_seconds) const;
+
   public:
     /// Finds how many calls make a batch worth timing, unless one that takes least_seconds is enough.
-    explicit Interleaved(std::vector<Batch> contenders, double least_seconds = 0.0, Clock now = wall_seconds);
+    explicit Interleaved(std::vector<Batch> contenders, double least_seconds = 0.0, Clock now = wall_seconds,
+                         Preparation prepare = {});
 
     /// Returns the seconds that the timed part took.
     double round();

@@ -54,7 +54,7 @@ template <class T, int Rank> Work syr_work(const Case& which) {
 template <class T> Work trv_work(const Case& which) {
     const int n = which.size.n;
     const double triangle = double(n) * n / 2;
-    return work_in_elements<T>(triangle, triangle + n, n, n, {.x = {n, 1}, .a = {n, n}, .a_is_own_inverse = true});
+    return work_in_elements<T>(triangle, triangle + n, n, n, {.x = {n, 1}, .a = {n, n}, .shape = Shape::own_inverse});
 }
 
 template <class T> Routine gemv(const char* name) {

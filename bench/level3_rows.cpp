@@ -54,7 +54,7 @@ template <class T> Work trm_work(const Case& which) {
     const int order = which.options[0] == 'L' ? m : n;
     const double result = double(m) * n;
     return work_in_elements<T>(result * order / 2, double(order) * order / 2 + result, result, order,
-                               {.a = {order, order}, .b = {m, n}, .a_is_own_inverse = true});
+                               {.a = {order, order}, .b = {m, n}, .shape = Shape::own_inverse});
 }
 
 template <class T> Routine gemm(const char* name) {

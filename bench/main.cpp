@@ -38,7 +38,8 @@ int main(int argc, char** argv) try {
     app.add_option("--filter", request.filter, "Only cases whose name matches, as in 'ddot/1000/'");
     app.add_option("--library", request.library, "Another build of libnxl.so to measure");
     app.add_option("--csv", request.csv, "Write all figures to this file");
-    app.add_option("--plot", request.plot, "Draw ratios, or rates of matrix-matrix operations, to this SVG file");
+    app.add_option("--plot", request.plot,
+                   "Draw ratios, or rates of matrix products and factorisations, to this SVG file");
     CLI11_PARSE(app, argc, argv);
 
     std::signal(SIGPIPE, SIG_IGN); // a missing gnuplot is reported, not died of

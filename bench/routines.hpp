@@ -24,10 +24,11 @@ struct Routine {
     void (*run)(Symbol symbol, Operands& operands, i64 calls);
 };
 
-/// The rows of each level, in a file of its own.
+/// The rows of each level, and of the factorisations, in a file of its own.
 const std::vector<Routine>& level1_routines();
 const std::vector<Routine>& level2_routines();
 const std::vector<Routine>& level3_routines();
+const std::vector<Routine>& factor_routines();
 
 /// The routine of that name; throws when there is none.
 const Routine& routine(const std::string& name);

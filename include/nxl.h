@@ -538,9 +538,8 @@ void zpotrs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, con
 void dpotri(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 void zpotri(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
-/* Upper-case aliases: the same routines. */
+/* Upper-case alias: the same routine. */
 void DPOTRF(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
-void ZPOTRF(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
 /* ==== LAPACK: triangular matrices ================================================================================= */
 

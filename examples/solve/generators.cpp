@@ -137,6 +137,8 @@ constexpr Kind kKinds[] = {
     {"convection2d", convection2d, 2, 5, "as poisson2d in a wind along x: unsymmetric"},
     {"truss", truss_bridge, 1, 600, "steel truss bridge of N bays, three displacements per joint"},
     {"random", random_sparse, 1, 9, "N unknowns coupled at random, diagonally dominant"},
+    {"kriging", kriging, 2, 1, "covariances of N measurements in the plane: dense"},
+    {"panels", source_panels, 2, 1, "flow around an elliptic cylinder of N panels: dense, unsymmetric"},
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-// Test problems made on the spot: grids with a stencil, a truss bridge, random sparsity.
+// Test problems made on the spot: grids with a stencil, a truss bridge, random sparsity, and dense ones.
 #pragma once
 
 #include "sparse_matrix.hpp"
@@ -21,5 +21,9 @@ std::string list_of_problems();
 
 /// A bridge of `bays` bays, as a pin-jointed space truss: see truss.cpp.
 Problem truss_bridge(int bays);
+
+/// Covariances of `sites` measurements, and flow around a cylinder by `panels` panels: see dense_problems.cpp.
+Problem kriging(int sites);
+Problem source_panels(int panels);
 
 } // namespace solve

@@ -1,4 +1,4 @@
-// nxl-solve: reads or makes a sparse linear system, solves it with nxl, reports.
+// nxl-solve: reads or makes a linear system, solves it with nxl, reports.
 #include "generators.hpp"
 #include "input_error.hpp"
 #include "options.hpp"
@@ -6,10 +6,12 @@
 #include "progress.hpp"
 #include "report.hpp"
 #include "right_hand_side.hpp"
+#include "stopwatch.hpp"
 
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <utility>
 
 namespace solve {
 namespace {
@@ -44,19 +46,14 @@ Input get_matrix(const Options& options) {
     return {std::move(file.matrix), {}, watch.lap()};
 }
 
-std::string describe(const Settings& settings) {
-    std::array<char, 32> tolerance{};
-    std::snprintf(tolerance.data(), tolerance.size(), "%g", settings.tolerance);
-    return settings.method + ", preconditioner " + settings.preconditioner + ", tolerance " + tolerance.data();
-}
-
 /// Solves while the history is kept and shown.
 template <class T>
 Outcome watched_solve(Method<T>& method, const Block<T>& b, Block<T>& x, const Options& options,
                       std::vector<Step>& history) {
     ProgressBar bar(!options.quiet && !options.verbose, options.settings.tolerance, b.count);
-    if (options.verbose) std::puts("  rhs  iteration  residual");
+    bool headed = !options.verbose;
     return method.solve(b, x, [&](const Step& step) {
+        if (!std::exchange(headed, true)) std::puts("  rhs  iteration  residual");
         if (options.verbose) std::printf("%5d  %9d  %.6e\n", step.system + 1, step.iteration, step.residual);
         if (!options.plot.empty()) history.push_back(step);
         bar.show(step);
@@ -65,6 +62,10 @@ Outcome watched_solve(Method<T>& method, const Block<T>& b, Block<T>& x, const O
 
 int judge(const Outcome& outcome) {
     if (outcome.converged) return kSolved;
+    if (outcome.direct()) {
+        std::fprintf(stderr, "nxl-solve: not solved: %s\n", outcome.trouble.c_str());
+        return kNotConverged;
+    }
     const std::string reason = outcome.trouble.empty() ? "" : ": " + outcome.trouble;
     std::fprintf(stderr, "nxl-solve: not converged after %ld iterations, residual reduced to %.2e%s\n",
                  outcome.iterations, outcome.residual, reason.c_str());
@@ -87,7 +88,7 @@ template <class T> int run(const SparseMatrix<T>& a, const Input& input, const O
         const double error = rhs.solution ? relative_error(x, *rhs.solution) : 0.0;
         print({.source = source_of(options),
                .facts = facts(a),
-               .method = describe(options.settings),
+               .method = method->description(),
                .right_hand_side = rhs.description,
                .systems = rhs.b.count,
                .outcome = outcome,

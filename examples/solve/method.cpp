@@ -4,15 +4,26 @@
 #include "input_error.hpp"
 
 namespace solve {
+namespace {
+
+/// The methods for real and complex matrices.
+template <class T> std::unique_ptr<Method<T>> make_general_method(const Settings& settings) {
+    if (settings.method == "auto") return make_automatic<T>(settings);
+    if (settings.method == "lu") return make_lu<T>();
+    if (settings.method == "cholesky") return make_cholesky<T>();
+    throw UsageError("no method of the name '" + settings.method + "'");
+}
+
+} // namespace
 
 template <> std::unique_ptr<Method<double>> make_method(const Settings& settings) {
     if (settings.method == "cg") return make_conjugate_gradients(settings);
-    throw UsageError("no method of the name '" + settings.method + "'");
+    return make_general_method<double>(settings);
 }
 
 template <> std::unique_ptr<Method<Complex>> make_method(const Settings& settings) {
     if (settings.method == "cg") throw Refusal("method cg needs a real matrix, this one is complex");
-    throw UsageError("no method of the name '" + settings.method + "'");
+    return make_general_method<Complex>(settings);
 }
 
 } // namespace solve

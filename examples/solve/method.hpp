@@ -14,7 +14,7 @@
 namespace solve {
 
 struct Settings {
-    std::string method = "cg";
+    std::string method = "auto";
     std::string preconditioner = "none"; // or "jacobi"
     double tolerance = 1e-8;             // the residual's 2-norm is to shrink to this fraction of its initial value
     int max_iterations = 0;              // for each right-hand side; 0 lets the method choose
@@ -33,6 +33,11 @@ struct Outcome {
     double residual = 0.0; // the largest, relative as in Step, as the method itself sees it
     bool converged = false;
     std::string trouble; // why it stopped, when neither convergence nor the limit was the reason
+
+    /// Of a direct method: the floating-point operations of its factorisation, and the seconds; it has no iterations
+    /// and no residual of its own. 0 after an iterative one.
+    double operations = 0.0, factor_seconds = 0.0;
+    bool direct() const { return operations > 0.0; }
 };
 
 /// A method that cannot work with this matrix, in one line. Exit status 1.
@@ -45,13 +50,29 @@ template <class T> class Method {
     virtual ~Method() = default;
     /// Keeps a reference to the matrix, which must outlive the method; throws Refusal.
     virtual void set_up(const SparseMatrix<T>& a) = 0;
-    /// Solves A X = B from X = 0; tells `observe` about every iteration.
+    /// Solves A X = B, from X = 0 where that matters; an iterative method tells `observe` about every iteration.
     virtual Outcome solve(const Block<T>& b, Block<T>& x, const Observer& observe) = 0;
+    /// For the report, after set_up: the method's name and settings.
+    virtual std::string description() const = 0;
 };
 
 /// T is double or Complex; throws UsageError or Refusal.
 template <class T> std::unique_ptr<Method<T>> make_method(const Settings& settings);
 
 std::unique_ptr<Method<double>> make_conjugate_gradients(const Settings& settings);
+template <class T> std::unique_ptr<Method<T>> make_lu();
+template <class T> std::unique_ptr<Method<T>> make_cholesky();
+
+/// Chooses when it sees the matrix. What may be positive definite is tried by Cholesky, and left to conjugate gradients
+/// when it is real and a dense factorisation would not pay; all else goes to LU.
+template <class T> std::unique_ptr<Method<T>> make_automatic(const Settings& settings);
+
+/// Whether factoring a dense copy is a good way to solve a system for which there are others: it is quick, or the
+/// matrix is dense already.
+bool pays_dense(int n, int entries);
+
+/// Whether a dense matrix takes at most half of the machine's memory; and how the refusal of a larger one goes on.
+template <class T> bool fits_dense(int n);
+template <class T> std::string dense_need(int n);
 
 } // namespace solve

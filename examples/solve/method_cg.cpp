@@ -5,7 +5,9 @@
 #include "nxl.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <numeric>
 
@@ -61,6 +63,12 @@ class ConjugateGradients final : public Method<double> {
     void set_up(const SparseMatrix<double>& a) override;
     Outcome solve(const Block<double>& b, Block<double>& x, const Observer& observe) override {
         return b.count == 1 ? solve_one(b.column(0), x.column(0), observe) : solve_several(b, x, observe);
+    }
+
+    std::string description() const override {
+        std::array<char, 32> tolerance{};
+        std::snprintf(tolerance.data(), tolerance.size(), "%g", settings_.tolerance);
+        return "cg, preconditioner " + settings_.preconditioner + ", tolerance " + tolerance.data();
     }
 
   private:

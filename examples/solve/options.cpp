@@ -12,7 +12,7 @@ namespace {
 
 std::string footer() {
     return "Problems for --generate:\n" + list_of_problems() +
-           "\nExit status: 0 solved, 1 bad input or no memory, 2 bad usage, 3 not converged.\n"
+           "\nExit status: 0 solved, 1 bad input or no memory, 2 bad usage, 3 not solved to the tolerance.\n"
            "Example: nxl-solve --generate heat3d:100 --precond jacobi --plot history.svg";
 }
 
@@ -21,10 +21,13 @@ void declare(CLI::App& app, Options& o) {
     app.footer(footer());
     app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(" ");
     app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
-    app.add_option("--method", o.settings.method, "Conjugate gradients, for symmetric positive definite matrices")
-        ->check(CLI::IsMember({"cg"}))
-        ->option_text("cg");
-    app.add_option("--precond", o.settings.preconditioner, "Preconditioner: none, or jacobi (the diagonal)")
+    app.add_option("--method", o.settings.method,
+                   "lu, of a dense copy; cholesky, if symmetric or Hermitian positive definite; cg, conjugate "
+                   "gradients, if real "
+                   "symmetric positive definite; auto chooses")
+        ->check(CLI::IsMember({"auto", "lu", "cholesky", "cg"}))
+        ->option_text("auto|lu|cholesky|cg [auto]");
+    app.add_option("--precond", o.settings.preconditioner, "Preconditioner of cg: none, or jacobi (the diagonal)")
         ->check(CLI::IsMember({"none", "jacobi"}))
         ->option_text("none|jacobi [none]");
     app.add_option("--rhs", o.right_hand_side,
@@ -45,16 +48,26 @@ void declare(CLI::App& app, Options& o) {
         ->check(CLI::Range(1, 2000000000))
         ->option_text("N [10 n, in 100 to 100000]");
     app.add_option("--output", o.output, "Write the solution, an array of 17 digits")->option_text("FILE");
-    app.add_option("--plot", o.plot, "Draw the residual history through gnuplot")->option_text("FILE.svg");
+    app.add_option("--plot", o.plot, "Draw the residual history of cg through gnuplot")->option_text("FILE.svg");
     auto* verbose = app.add_flag("--verbose", o.verbose, "Print the residual of every iteration");
     app.add_flag("--quiet", o.quiet, "Print nothing but errors")->excludes(verbose);
+}
+
+/// Options about iterations ask for the method that iterates.
+void choose_by_options(const CLI::App& app, Settings& settings) {
+    for (const std::string option : {"--precond", "--tolerance", "--max-iterations", "--plot"}) {
+        if (app.count(option) == 0) continue;
+        if (settings.method == "auto") settings.method = "cg";
+        if (settings.method != "cg") throw UsageError(option + " belongs to method cg");
+    }
 }
 
 } // namespace
 
 std::optional<Options> parse_options(int argc, char** argv) {
     Options options;
-    CLI::App app("Solves A x = b for a sparse matrix from a Matrix Market file or a generated problem.", "nxl-solve");
+    CLI::App app("Solves A x = b for a sparse or dense matrix from a Matrix Market file or a generated problem.",
+                 "nxl-solve");
     declare(app, options);
     try {
         app.parse(argc, argv);
@@ -66,6 +79,7 @@ std::optional<Options> parse_options(int argc, char** argv) {
     }
     if (options.file.empty() == options.generate.empty())
         throw UsageError("one matrix is expected: a FILE or --generate KIND:SIZE");
+    choose_by_options(app, options.settings);
     return options;
 }
 

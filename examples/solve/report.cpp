@@ -57,7 +57,11 @@ template <class T> double relative_error(const Block<T>& x, const Block<T>& exac
 
 template <class T> std::string facts(const SparseMatrix<T>& a) {
     std::string symmetry = name_of(a.symmetry);
-    if (a.symmetry == Symmetry::general) symmetry = is_symmetric(a) ? "symmetric by its values" : "unsymmetric";
+    if (a.symmetry == Symmetry::general) {
+        symmetry = is_symmetric(a)   ? "symmetric by its values"
+                   : is_hermitian(a) ? "hermitian by its values"
+                                     : "unsymmetric";
+    }
     std::array<char, 32> norm_text{};
     std::snprintf(norm_text.data(), norm_text.size(), "%.3g", norm(a));
     return "n = " + std::to_string(a.n) + ", " + std::to_string(a.entries()) + " entries, " +
@@ -69,7 +73,10 @@ void print(const Report& r) {
     std::printf("             %s\n", r.facts.c_str());
     std::printf("right sides  %d: %s\n", r.systems, r.right_hand_side.c_str());
     std::printf("method       %s\n", r.method.c_str());
-    std::printf("iterations   %ld, residual reduced to %.2e\n", r.outcome.iterations, r.outcome.residual);
+    if (r.outcome.direct())
+        std::printf("factors      %.3g GFLOP in %.3f s, %.3g GFLOP/s\n", 1e-9 * r.outcome.operations,
+                    r.outcome.factor_seconds, 1e-9 * r.outcome.operations / r.outcome.factor_seconds);
+    else std::printf("iterations   %ld, residual reduced to %.2e\n", r.outcome.iterations, r.outcome.residual);
     std::printf("time         %s %.3f s, setup %.3f s, solve %.3f s\n", r.generated ? "generate" : "read",
                 r.times.input, r.times.setup, r.times.solve);
     std::printf("residual     %.2e  |b - A x| / (|A| |x| + |b|)\n", r.residual);

@@ -4,24 +4,9 @@
 #include "matrix_market.hpp"
 #include "method.hpp"
 
-#include <chrono>
 #include <string>
 
 namespace solve {
-
-class Stopwatch {
-  public:
-    /// Seconds since the start or the last call.
-    double lap() {
-        const auto now = std::chrono::steady_clock::now();
-        const std::chrono::duration<double> passed = now - start_;
-        start_ = now;
-        return passed.count();
-    }
-
-  private:
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-};
 
 struct Times {
     double input = 0.0, setup = 0.0, solve = 0.0; // seconds

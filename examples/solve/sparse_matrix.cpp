@@ -72,6 +72,23 @@ SparseMatrix<T> compress(int n, Symmetry symmetry, const std::vector<Triplet<T>>
     return a;
 }
 
+/// Whether every stored entry has the mirror image that `symmetry` asks for.
+template <class T> bool mirrors_itself(Symmetry symmetry, const SparseMatrix<T>& a) {
+    // Rows are visited from the first to the last and columns ascend, so that entry (i, j) has to find as its mirror
+    // image the first entry of row j that none has found before.
+    std::vector<int> unmet(a.row_start);
+    for (int i = 0; i < a.n; ++i) {
+        const auto [columns, values] = a.row(i);
+        for (std::size_t k = 0; k < columns.size(); ++k) {
+            const int j = columns[k];
+            const int mirror = unmet.data()[j]++;
+            if (mirror == a.row_start.data()[j + 1]) return false;
+            if (a.column.data()[mirror] != i || a.value.data()[mirror] != mirrored(symmetry, values[k])) return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 template <class T>
@@ -119,20 +136,11 @@ template <class T> std::vector<T> diagonal(const SparseMatrix<T>& a) {
     return d;
 }
 
-template <class T> bool is_symmetric(const SparseMatrix<T>& a) {
-    // Rows are visited from the first to the last and columns ascend, so that entry (i, j) has to find as its mirror
-    // image the first entry of row j that none has found before.
-    std::vector<int> unmet(a.row_start);
-    for (int i = 0; i < a.n; ++i) {
-        const auto [columns, values] = a.row(i);
-        for (std::size_t k = 0; k < columns.size(); ++k) {
-            const int j = columns[k];
-            const int mirror = unmet.data()[j]++;
-            if (mirror == a.row_start.data()[j + 1]) return false;
-            if (a.column.data()[mirror] != i || a.value.data()[mirror] != values[k]) return false;
-        }
-    }
-    return true;
+template <class T> bool is_symmetric(const SparseMatrix<T>& a) { return mirrors_itself(Symmetry::symmetric, a); }
+
+template <class T> bool is_hermitian(const SparseMatrix<T>& a) {
+    const auto declared = std::is_same_v<T, double> ? Symmetry::symmetric : Symmetry::hermitian;
+    return a.symmetry == declared || mirrors_itself(Symmetry::hermitian, a);
 }
 
 template SparseMatrix<double> assemble(int, Symmetry, std::vector<Triplet<double>>, long*);
@@ -145,5 +153,7 @@ template std::vector<double> diagonal(const SparseMatrix<double>&);
 template std::vector<Complex> diagonal(const SparseMatrix<Complex>&);
 template bool is_symmetric(const SparseMatrix<double>&);
 template bool is_symmetric(const SparseMatrix<Complex>&);
+template bool is_hermitian(const SparseMatrix<double>&);
+template bool is_hermitian(const SparseMatrix<Complex>&);
 
 } // namespace solve

@@ -58,4 +58,8 @@ template <class T> std::vector<T> diagonal(const SparseMatrix<T>& a);
 /// Whether A equals its transpose, stored entry for stored entry.
 template <class T> bool is_symmetric(const SparseMatrix<T>& a);
 
+/// Whether A equals its conjugate transpose, by its declared symmetry or stored entry for stored entry. For a real
+/// matrix that is symmetry.
+template <class T> bool is_hermitian(const SparseMatrix<T>& a);
+
 } // namespace solve

@@ -120,8 +120,4 @@ NXL_EXPORT void ZGETRF(const int* m, const int* n, nxl_z* a, const int* lda, int
     [[clang::musttail]] return zgetrf(m, n, a, lda, ipiv, info);
 }
 
-NXL_EXPORT void ZPOTRF(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, int uplo_length) noexcept {
-    [[clang::musttail]] return zpotrf(uplo, n, a, lda, info, uplo_length);
-}
-
 } // extern "C"

@@ -20,8 +20,19 @@ TEST_F(Program, SolvesBcsstk16) {
     }
 }
 
+TEST_F(Program, SolvesDense) {
+    const auto symmetric = run("'" NXL_TEST_DATA "/bcsstk16.mtx.gz' --nrhs 2");
+    EXPECT_NE(symmetric.out.find("method       cholesky (auto: positive definite)\n"), std::string::npos)
+        << symmetric.out;
+    EXPECT_LT(number_after(symmetric.out, "residual     "), 1e-14);
+    EXPECT_LT(number_after(symmetric.out, "error "), 1e-8);
+    const auto unsymmetric = run("'" NXL_TEST_DATA "/west0479.mtx.gz'");
+    EXPECT_NE(unsymmetric.out.find("method       lu (auto: not symmetric)\n"), std::string::npos) << unsymmetric.out;
+    EXPECT_LT(number_after(unsymmetric.out, "residual     "), 1e-14);
+}
+
 TEST_F(Program, RefusesWhatConjugateGradientsCannotSolve) {
-    const auto run = this->run("'" NXL_TEST_DATA "/west0479.mtx.gz'");
+    const auto run = this->run("'" NXL_TEST_DATA "/west0479.mtx.gz' --method cg");
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.err.find("west0479.mtx.gz: method cg needs a symmetric matrix, this one is not"), std::string::npos);
 }

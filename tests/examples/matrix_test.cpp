@@ -68,9 +68,23 @@ TEST(SparseSymmetry, IsSeenInValuesAndInPattern) {
     EXPECT_FALSE(symmetric({{0, 0, 1}, {2, 1, 5}, {2, 0, 5}, {1, 1, 1}})); // lower only
 }
 
+TEST(SparseSymmetry, HermitianIsNotComplexSymmetric) {
+    using List = std::vector<solve::Triplet<Complex>>;
+    const Complex i(0.0, 1.0);
+    const auto hermitian = [](Symmetry declared, const List& list) {
+        return is_hermitian(solve::assemble(2, declared, list));
+    };
+    EXPECT_TRUE(hermitian(Symmetry::general, {{0, 0, 1.0}, {0, 1, 2.0 + i}, {1, 0, 2.0 - i}}));
+    EXPECT_FALSE(hermitian(Symmetry::general, {{0, 0, 1.0}, {0, 1, 2.0 + i}, {1, 0, 2.0 + i}}));
+    EXPECT_FALSE(hermitian(Symmetry::general, {{0, 0, 1.0 + i}, {1, 1, 1.0}})); // a diagonal that is not real
+    EXPECT_TRUE(hermitian(Symmetry::hermitian, {{0, 0, 1.0}, {1, 0, 2.0 + i}}));
+    EXPECT_FALSE(hermitian(Symmetry::symmetric, {{0, 0, 1.0}, {1, 0, 2.0 + i}}));
+    EXPECT_TRUE(hermitian(Symmetry::symmetric, {{0, 0, 1.0}, {1, 0, 2.0}}));
+}
+
 TEST(Generators, SymmetricProblemsArePositiveDefinite) {
-    for (const char* problem :
-         {"poisson2d:7", "heat3d:4", "anisotropic2d:6", "heat3d:1", "layers3d:6", "truss:1", "truss:9", "random:50"}) {
+    for (const char* problem : {"poisson2d:7", "heat3d:4", "anisotropic2d:6", "heat3d:1", "layers3d:6", "truss:1",
+                                "truss:9", "random:50", "kriging:1", "kriging:60"}) {
         const auto [matrix, load] = solve::generate(problem);
         EXPECT_EQ(matrix.symmetry, Symmetry::symmetric) << problem;
         EXPECT_TRUE(is_symmetric(matrix)) << problem; // layers3d: the mean across a face is the same from both sides
@@ -126,7 +140,7 @@ TEST(Generators, RigidMotionsOfTheTrussCauseNoForce) {
 
 TEST(Generators, SizesThatDoNotExistAreRefused) {
     for (const char* bad : {"", ":", "heat3d", "heat3d:", "heat3d:0", "heat3d:-3", "heat3d:5x", "heat3d:700",
-                            "truss:2000000000", "poisson2d:99999999999", "unknown:5"})
+                            "truss:2000000000", "poisson2d:99999999999", "kriging:46341", "panels:2", "unknown:5"})
         EXPECT_THROW(solve::generate(bad), solve::UsageError) << bad;
 }
 

@@ -164,16 +164,5 @@ TEST(PotrfTiles, EveryInterleavingAppliesEveryLevelOnceInOrderFromFinishedTiles)
                         << nbk << " tiles, limit " << limit << ", " << threads << " threads, seed " << seed;
 }
 
-TEST(PotrfTiles, FirstTasksAreTheFirstColumn) {
-    std::vector<i64> words(static_cast<std::size_t>(PotrfTable::words_needed(2)));
-    PotrfTable table(words.data(), 2);
-    PotrfTask first, second, scanned;
-    potrf_task_first(first, table, 0);
-    EXPECT_TRUE(first.p == 1 && first.q == 2 && first.k == 1);
-    potrf_task_first(second, table, 1);
-    potrf_task_next(scanned, table);
-    EXPECT_FALSE(second.held() || scanned.held() || table.finished()); // all else waits for tile (1, 2)
-}
-
 } // namespace
 } // namespace nxl

@@ -3,7 +3,7 @@
 // edition, section 3.4, and Toledo, SIAM Journal on Matrix Analysis 18, 1997).
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/lapack/scalars.hpp"
-#include "blas/kernels/level2/registers.hpp"
+#include "blas/kernels/level2/products.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
@@ -11,8 +11,10 @@ namespace {
 /// Columns of a narrow panel: the multipliers of a pass fill half of the registers.
 template <class T> constexpr int kNarrow = 8 / kParts<T>;
 
+/// Columns whose triangle is solved, and whose product is taken, without packing.
+constexpr i64 kFew = 8;
 /// Rows between two looks at the largest magnitude: its value is found on the way, its place only where it won.
-constexpr i64 kRowsAtOnce = 128;
+constexpr i64 kRowsAtOnce = 64;
 
 /// abs1 of every element, at both of its parts when complex.
 template <class T, int W> [[gnu::always_inline]] inline Vec<W> magnitudes(Vec<W> v) {
@@ -58,6 +60,18 @@ template <class T, int P, int W>
     else return best;
 }
 
+/// The first of rows `first` .. m - 1 with this magnitude; there is one.
+template <class T> [[gnu::always_inline]] inline i64 find_magnitude(i64 first, i64 m, const T* column, double wanted) {
+    constexpr int W = kWidth, step = 4 * W / kParts<T>;
+    for (; first + step <= m; first += step) {
+        auto hit = magnitudes<T, W>(load<W>(parts(column + first))) == splat<W>(wanted);
+        for (int k = 1; k < 4; ++k) hit |= magnitudes<T, W>(load<W>(parts(column + first) + k * W)) == splat<W>(wanted);
+        if (__builtin_reduce_or(hit) != 0) break;
+    }
+    while (abs1(column[first]) != wanted) ++first;
+    return first;
+}
+
 /// The first of the largest magnitudes of a column, as its rows are written: body(start, count) writes some of them and
 /// returns the largest, or a negative number when all are NaN. A NaN in the first row stays first, as in idamax.
 template <class T, class Body>
@@ -71,8 +85,7 @@ template <class T, class Body>
         pivot = start;
     }
     if (best < 0.0 || abs1(column[first]) != abs1(column[first])) return first;
-    while (abs1(column[pivot]) != best) ++pivot;
-    return pivot;
+    return find_magnitude(pivot, m, column, best);
 }
 
 /// Step j of a narrow panel below its row: scales column j and brings column j + 1 up to date. Returns the row of the
@@ -91,13 +104,8 @@ template <class T, int P = 1> i64 eliminate_column(i64 j, i64 m, T* a, i64 lda, 
     return 0;
 }
 
-template <class T> i64 first_pivot(i64 m, const T* column) {
-    return find_pivot(0, m, column, [&](i64 start, i64 count) {
-        double best = -1.0;
-        for (i64 i = start; i < start + count; ++i) best = abs1(column[i]) > best ? abs1(column[i]) : best;
-        return best;
-    });
-}
+i64 first_pivot(i64 m, const double* column) { return idamax(m, column, 1) - 1; }
+i64 first_pivot(i64 m, const Complex* column) { return izamax(m, numbers(column), 1) - 1; }
 
 template <class T> [[gnu::always_inline]] inline void exchange(T& x, T& y) {
     const T kept = x;
@@ -149,17 +157,45 @@ void subtract_product(i64 m, i64 n, i64 k, const Complex* l, const Complex* u, C
     xzgemm('N', 'N', m, n, k, *numbers(&minus_one), numbers(l), lda, numbers(u), lda, *numbers(&one), numbers(a), lda);
 }
 
+/// x := L^-1 x, L unit lower triangular of order k, at most kFew.
+template <class T> [[gnu::always_inline]] inline void substitute(i64 k, const T* l, T* x, i64 lda) {
+    T known[kFew];
+    for (i64 i = 0; i < k; ++i) {
+        T sum = x[i];
+        for (i64 p = 0; p < i; ++p) sum = sum - l[i + p * lda] * known[p];
+        x[i] = known[i] = sum;
+    }
+}
+
+/// What `left` narrow columns do to those beside them: b := L^-1 b on their rows, then the product with the rows below,
+/// by so many rows at a time that they stay in the first cache.
+template <class T> void update_beside(i64 m, i64 left, i64 right, const T* a, T* b, i64 lda) {
+    constexpr i64 rows_at_once = 256;
+    if (left == kFew)
+        for (i64 j = 0; j < right; ++j) substitute(kFew, a, b + j * lda, lda);
+    else
+        for (i64 j = 0; j < right; ++j) substitute(left, a, b + j * lda, lda);
+    for (i64 i = left; i < m; i += rows_at_once)
+        for (i64 j = 0; j < right; ++j)
+            add_product(smaller(rows_at_once, m - i), left, from_real<T>(-1.0), a + i, lda, b + j * lda, 1,
+                        b + i + j * lda);
+}
+
 /// Any number of columns: the left half, what it does to the right one, and the rest of that.
 template <class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
     if (n <= kNarrow<T>) return factor_narrow(m, n, a, lda, ipiv);
     const i64 steps = smaller(m, n);
-    const i64 left = smaller(steps, (steps / 2 + kNarrow<T> - 1) / kNarrow<T> * kNarrow<T>), right = n - left;
+    const i64 left = smaller(steps, ((steps + 1) / 2 + kNarrow<T> - 1) / kNarrow<T> * kNarrow<T>), right = n - left;
     T* const beside = a + left * lda;
     i64 singular = factor(m, left, a, lda, ipiv);
     swap_rows(right, beside, lda, 0, left, ipiv);
-    solve(left, right, a, beside, lda);
+    if (left <= kFew) {
+        update_beside(m, left, right, a, beside, lda);
+    } else {
+        solve(left, right, a, beside, lda);
+        subtract_product(m - left, right, left, a + left, beside, beside + left, lda);
+    }
     if (m == left) return singular;
-    subtract_product(m - left, right, left, a + left, beside, beside + left, lda);
     const i64 later = factor(m - left, right, beside + left, lda, ipiv + left);
     if (singular == 0 && later > 0) singular = left + later;
     for (i64 i = left; i < steps; ++i) ipiv[i] += left;
