@@ -43,8 +43,9 @@ template <bool Upper, class T> void invert_tile(i64 size, Tile<T>& tile) {
     }
 }
 
-/// The tile in rows `row` on, of the columns whose diagonal block has the inverse `diagonal`, once the triangle from
-/// `first` to `last` has been inverted: - X a diagonal, of which X has `steps` columns beside its own diagonal block.
+/// The tile from (row, column) on becomes -X a D. X is what has been inverted of its rows: a block on the diagonal and
+/// `steps` columns from `step` on; a is what stands in the same columns of the triangle; D, `diagonal`, is the inverse
+/// of the block on the diagonal that the tile's columns have.
 template <bool Upper, class T>
 void invert_beside(const Triangle<Upper, T>& triangle, i64 row, i64 step, i64 steps, i64 column, i64 columns,
                    const Tile<T>& diagonal) {
