@@ -1,10 +1,9 @@
-// LAPACK, solutions and inverses from LU and Cholesky factors and from triangular matrices: entries. Without memory for
-// the 64-bit copy of the pivots the call is reported as such and has no effect but info 0.
+// LAPACK, solutions and inverses from LU and Cholesky factors and from triangular matrices: entries.
 #include "lapack/kernel/source/cholesky.hpp"
 #include "lapack/kernel/source/lu.hpp"
+#include "lapack/kernel/source/reports.hpp"
 #include "lapack/kernel/source/triangular.hpp"
 #include "nxl.h"
-#include "service/errors.hpp"
 #include "service/export.hpp"
 #include "service/interface/arguments.hpp"
 
@@ -17,7 +16,7 @@ NXL_EXPORT void dgetrs(const char* trans, const int* n, const int* nrhs, const d
     OutInt info64(info);
     const i64 n64 = *n, nrhs64 = *nrhs, lda64 = *lda, ldb64 = *ldb;
     const WideInts pivots(ipiv, n64);
-    if (!pivots.data()) return report_no_memory("DGETRS");
+    if (!pivots.data()) return refuse_for_memory("DGETRS", &info64.value);
     nxl_lapack_dgetrs(trans, &n64, &nrhs64, a, &lda64, pivots.data(), b, &ldb64, &info64.value, trans_length);
 }
 
@@ -26,7 +25,7 @@ NXL_EXPORT void dgetri(const int* n, double* a, const int* lda, const int* ipiv,
     OutInt info64(info);
     const i64 n64 = *n, lda64 = *lda, lwork64 = *lwork;
     const WideInts pivots(ipiv, n64);
-    if (!pivots.data()) return report_no_memory("DGETRI");
+    if (!pivots.data()) return refuse_for_memory("DGETRI", &info64.value);
     nxl_lapack_dgetri(&n64, a, &lda64, pivots.data(), work, &lwork64, &info64.value);
 }
 
@@ -57,7 +56,7 @@ NXL_EXPORT void zgetrs(const char* trans, const int* n, const int* nrhs, const n
     OutInt info64(info);
     const i64 n64 = *n, nrhs64 = *nrhs, lda64 = *lda, ldb64 = *ldb;
     const WideInts pivots(ipiv, n64);
-    if (!pivots.data()) return report_no_memory("ZGETRS");
+    if (!pivots.data()) return refuse_for_memory("ZGETRS", &info64.value);
     nxl_lapack_zgetrs(trans, &n64, &nrhs64, a, &lda64, pivots.data(), b, &ldb64, &info64.value, trans_length);
 }
 
@@ -66,7 +65,7 @@ NXL_EXPORT void zgetri(const int* n, nxl_z* a, const int* lda, const int* ipiv, 
     OutInt info64(info);
     const i64 n64 = *n, lda64 = *lda, lwork64 = *lwork;
     const WideInts pivots(ipiv, n64);
-    if (!pivots.data()) return report_no_memory("ZGETRI");
+    if (!pivots.data()) return refuse_for_memory("ZGETRI", &info64.value);
     nxl_lapack_zgetri(&n64, a, &lda64, pivots.data(), work, &lwork64, &info64.value);
 }
 
