@@ -464,9 +464,9 @@ void ZTRSM(const char* side, const char* uplo, const char* transa, const char* d
  *          below 0: a bad argument. Reports 1 m, 2 n, 4 lda.
  * The pivot is the first of the largest |a(i,j)|, for complex elements |Re| + |Im|. L is the column times the pivot's
  * reciprocal, with no test for one that overflows.
- * Progress: from time to time, and from several threads at once, NXL_PROGRESS is called with the thread's number in its
- * team, the column reached, and "DGETRF" or "ZGETRF". An odd answer stops the factorisation: the call returns with a
- * and ipiv in a state between, and info as it stood.
+ * Progress: whenever a few more columns are done, by one thread of the call at a time, NXL_PROGRESS is told the
+ * thread's number in its team, the column reached, and "DGETRF" or "ZGETRF". An odd answer stops the factorisation: the
+ * call returns with a and ipiv in a state between, and info as it stood.
  * Threads: n above 64, over blocks of columns that threads take as they become ready.
  * Method: recursive on one thread; Toledo, SIAM J. Matrix Anal. Appl. 18 (1997), and Gustavson, IBM J. Res. Dev. 41
  * (1997). Golub and Van Loan, Matrix Computations, 4th ed., section 3.4. */
