@@ -89,7 +89,7 @@ int run_factor(const Request& request) {
 
 int run_factor2(const Request& request) {
     return run_contest(request,
-                       {.cases = factor_threads_cases(), .threads = 2, .peers = Library::openblas, .plot = plot_rates});
+                       {.cases = factor_cases(), .threads = 2, .peers = Library::openblas, .plot = plot_rates});
 }
 
 int run_bandwidth(const Request&) {
@@ -115,7 +115,7 @@ const std::vector<Family>& families() {
         {"threads", "vector operations of class 3 on two threads", run_threads},
         {"threads3", "matrix-matrix operations on two threads", run_threads3},
         {"factor", "factorisations, solutions and inverses, one thread, against a peer", run_factor},
-        {"factor2", "factorisations on two threads", run_factor2},
+        {"factor2", "the same on two threads", run_factor2},
         {"overhead", "what a call costs before its kernel starts", run_overhead},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth},
     };

@@ -19,11 +19,6 @@ std::vector<Case> cases_of(const std::vector<Variants>& routines, const std::vec
     return cases;
 }
 
-/// The factorisations themselves.
-std::vector<Variants> factorisations() {
-    return {{"dgetrf"}, {"dpotrf", {"L", "U"}}, {"zgetrf"}, {"zpotrf", {"L", "U"}}};
-}
-
 } // namespace
 
 std::vector<Case> level1_cases() {
@@ -105,7 +100,8 @@ std::vector<Case> level3_threads_cases() {
 }
 
 std::vector<Case> factor_cases() {
-    std::vector<Case> cases = cases_of(factorisations(), {100, 300, 500, 1'000, 2'000, 4'000});
+    std::vector<Case> cases = cases_of({{"dgetrf"}, {"dpotrf", {"L", "U"}}, {"zgetrf"}, {"zpotrf", {"L", "U"}}},
+                                       {100, 300, 500, 1'000, 2'000, 4'000});
     const auto add = [&](const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
         std::ranges::copy(cases_of(routines, sizes), std::back_inserter(cases));
     };
@@ -115,7 +111,5 @@ std::vector<Case> factor_cases() {
     add({{"zgetri"}, {"zpotri", {"L", "U"}}, {"ztrtri", {"LN", "UN"}}}, {1'000});
     return cases;
 }
-
-std::vector<Case> factor_threads_cases() { return cases_of(factorisations(), {300, 500, 1'000, 2'000, 4'000}); }
 
 } // namespace nxl::bench

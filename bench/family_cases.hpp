@@ -13,6 +13,5 @@ std::vector<Case> narrow_cases();
 std::vector<Case> level1_threads_cases();
 std::vector<Case> level3_threads_cases();
 std::vector<Case> factor_cases();
-std::vector<Case> factor_threads_cases();
 
 } // namespace nxl::bench

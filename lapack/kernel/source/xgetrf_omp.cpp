@@ -54,9 +54,14 @@ template <class T> class QueueRun {
         if (task.kind == TaskKind::panel && factor_panel(task.first_col, thread)) stop_.raise();
     }
 
-    void work(i64 thread) {
+    /// The strips are dealt to the team that came, which may be smaller than the one asked for. All its threads say the
+    /// same, so that none waits for another before it starts.
+    void work(i64 thread, i64 team) {
         GetrfTask task;
-        getrf_queue_first(thread, queue_, task);
+        with_table_locked([&] {
+            queue_.nthreads = team;
+            getrf_queue_first(thread, queue_, task);
+        });
         IdleWait idle;
         while (task.kind != TaskKind::finished && !stop_.raised()) {
             with_table_locked([&] { getrf_queue_next(thread, queue_, task); });
@@ -69,20 +74,18 @@ template <class T> class QueueRun {
         }
     }
 
-    /// The strips are dealt to the team that comes, which may be smaller than the one asked for.
     void run_tasks(int threads) {
 #pragma omp parallel num_threads(threads)
-        {
-#pragma omp single
-            queue_.nthreads = omp_get_num_threads();
-            work(omp_get_thread_num());
-        }
+        work(omp_get_thread_num(), omp_get_num_threads());
     }
 
-    /// The interchanges of later panels in the columns of each panel. The first panel has the most to come.
+    /// The interchanges of later panels in the columns of each panel. The first panel has the most to come. Of a small
+    /// matrix they take less time than a fork.
     void interchange_left(int threads) {
+        constexpr i64 least_elements = i64{1} << 16;
         const i64 panels = queue_.npanels;
-#pragma omp parallel for num_threads(threads) schedule(dynamic, 1)
+        const int team = lu_.m * lu_.steps() < least_elements ? 1 : threads;
+#pragma omp parallel for num_threads(team) schedule(dynamic, 1)
         for (i64 p = 1; p <= panels; ++p) interchange_rows(lu_, p * nb_, lu_.steps(), (p - 1) * nb_, nb_);
     }
 };
