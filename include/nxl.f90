@@ -917,6 +917,16 @@ module nxl
             integer(c_int), intent(inout) :: itercount(*)
         end subroutine
 
+        ! ---- FGMRES, by reverse communication ----
+
+        ! ---- Incomplete LU preconditioners ----
+
+        ! ---- Numeric Jacobian ----
+
+        ! ---- Nonlinear least squares ----
+
+        ! ---- Nonlinear least squares with bounds ----
+
     end interface
 
 end module nxl

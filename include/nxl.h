@@ -176,6 +176,16 @@ void DCGMRHS(const int* n, double* x, const int* nrhs, const double* b, int* RCI
 void DCGMRHS_GET(const int* n, const double* x, const int* nrhs, const double* b, const int* RCI_request,
                  const int* ipar, const double* dpar, const double* tmp, int* itercount) NXL_NOEXCEPT;
 
+/* ==== FGMRES, by reverse communication ============================================================================ */
+
+/* ==== Incomplete LU preconditioners =============================================================================== */
+
+/* ==== Numeric Jacobian ============================================================================================ */
+
+/* ==== Nonlinear least squares ===================================================================================== */
+
+/* ==== Nonlinear least squares with bounds ========================================================================= */
+
 /* ==== BLAS level 1 ================================================================================================
  * Lawson, Hanson, Kincaid and Krogh, ACM TOMS 5 (1979). Nothing is checked and nothing is reported: with n below 1 a
  * routine returns at once, functions with 0. Vectors of n elements lie incx (incy) elements apart; the arrays hold at
