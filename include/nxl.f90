@@ -921,6 +921,25 @@ module nxl
 
         ! ---- Incomplete LU preconditioners ----
 
+        ! On the pattern of the matrix, bilu0(ia(n+1) - 1).
+        subroutine DCSRILU0(n, a, ia, ja, bilu0, ipar, dpar, ierr) bind(c, name="DCSRILU0")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, ia(*), ja(*), ipar(*)
+            real(c_double), intent(in) :: a(*), dpar(*)
+            real(c_double), intent(inout) :: bilu0(*)
+            integer(c_int), intent(out) :: ierr
+        end subroutine
+
+        ! With a drop tolerance, bilut and jbilut((2 maxfil + 1) n), ibilut(n + 1).
+        subroutine DCSRILUT(n, a, ia, ja, bilut, ibilut, jbilut, tol, maxfil, ipar, dpar, ierr) bind(c, name="DCSRILUT")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, ia(*), ja(*), maxfil, ipar(*)
+            real(c_double), intent(in) :: a(*), tol, dpar(*)
+            real(c_double), intent(inout) :: bilut(*)
+            integer(c_int), intent(inout) :: ibilut(*), jbilut(*)
+            integer(c_int), intent(out) :: ierr
+        end subroutine
+
         ! ---- Numeric Jacobian ----
 
         ! ---- Nonlinear least squares ----
