@@ -68,7 +68,7 @@ struct Fault {
 
 TEST(IluReports, ErrorsOfIlu0) {
     const TemporaryDirectory here;
-    std::string log, notices;
+    std::string log;
     for (const Fault& fault :
          {Fault{-101, [](IluCase& run) { run.ja[1] = 1; }}, Fault{-102, [](IluCase& run) { run.a[1] = 0.0; }},
           Fault{-103, [](IluCase& run) { run.a[2] = -0.25; }}, Fault{-105, [](IluCase& run) { run.n = 0; }},

@@ -102,7 +102,7 @@ template <class Keep> Row eliminated(Row row, int i, const Rows& factors, double
         }
         for (auto u = above.upper_bound(entry->first); u != above.end(); ++u) {
             const double change = -u->second * entry->second;
-            if (row.count(u->first) != 0 || keep(u->first, change)) row[u->first] += change;
+            if (row.contains(u->first) || keep(u->first, change)) row[u->first] += change;
         }
     }
     return row;
