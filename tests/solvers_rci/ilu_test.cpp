@@ -220,6 +220,10 @@ TEST(Ilut, SmallDiagonalsBecomeAMultipleOfTheRowsMean) {
     expect_same(run.factors(), {{{0, 0.25 * mean}, {1, 4.0}}, {{1, 1.0}}});
     EXPECT_EQ(run.ilut(0.1, 1), 0); // 0.3 is above the tolerance
     EXPECT_EQ(run.lu[0], 0.3);
+    IluCase equal({{{0, 7.0}, {1, 1.0}}, {{0, 7.0}, {1, 1.0}}}); // means 5; at the tolerance a multiplier alone stays
+    equal.ip(31) = 1, equal.dp(31) = 0.25;
+    EXPECT_EQ(equal.ilut(0.2, 1), 0);
+    expect_same(equal.factors(), {{{0, 7.0}}, {{0, 1.0}, {1, 1.25}}});
 }
 
 TEST(Ilut, OddRowsStayInsideTheArrays) {
