@@ -40,8 +40,8 @@ template <class F> Problem problem(const char* name, const Vector& start, int m,
     return {name, start, m, minima, f, f};
 }
 
-inline std::vector<Problem> small_problems() { // n up to 3
-    using std::atan, std::exp, std::sqrt, std::real;
+inline std::vector<Problem> problems_of_two_unknowns() {
+    using std::exp;
     return {
         problem("Rosenbrock_1", {-1.2, 1.0}, 2, {0.0},
                 [](const auto* x, auto* f) {
@@ -75,6 +75,12 @@ inline std::vector<Problem> small_problems() { // n up to 3
                     for (int i = 1; i <= 10; ++i)
                         f[i - 1] = 2.0 + 2.0 * i - (exp(1.0 * i * x[0]) + exp(1.0 * i * x[1]));
                 }),
+    };
+}
+
+inline std::vector<Problem> problems_of_three_unknowns() {
+    using std::atan, std::exp, std::real, std::sqrt;
+    return {
         problem("HelicalValley_7", {-1.0, 0.0, 0.0}, 3, {0.0},
                 [](const auto* x, auto* f) {
                     const auto turns = atan(x[1] / x[0]) / (2.0 * M_PI) + (real(x[0]) < 0.0 ? 0.5 : 0.0);
@@ -114,7 +120,7 @@ inline std::vector<Problem> small_problems() { // n up to 3
     };
 }
 
-inline std::vector<Problem> larger_problems() {
+inline std::vector<Problem> problems_of_four_unknowns() {
     using std::cos, std::exp, std::sin, std::sqrt;
     return {
         problem("PowellSingular_13", {3.0, -1.0, 0.0, 1.0}, 4, {0.0},
@@ -148,6 +154,12 @@ inline std::vector<Problem> larger_problems() {
                         f[i] = a * a + b * b;
                     }
                 }),
+    };
+}
+
+inline std::vector<Problem> larger_fits() {
+    using std::exp;
+    return {
         problem("Osborne1_17", {.5, 1.5, -1.0, .01, .02}, 33, {5.464895e-5},
                 [](const auto* x, auto* f) {
                     const double y[] = {.844, .908, .932, .936, .925, .908, .881, .850, .818, .784, .751,
@@ -191,6 +203,11 @@ inline std::vector<Problem> larger_problems() {
                     f[29] = x[0];
                     f[30] = x[1] - x[0] * x[0] - 1.0;
                 }),
+    };
+}
+
+inline std::vector<Problem> problems_of_any_size() {
+    return {
         problem("VariablyDimensioned_25", {.9, .8, .7, .6, .5, .4, .3, .2, .1, 0.0}, 12, {0.0},
                 [](const auto* x, auto* f) {
                     auto sum = 0.0 * x[0];
@@ -224,6 +241,14 @@ inline std::vector<Problem> larger_problems() {
                     for (int i = 0; i < 10; ++i) f[i] = (i + 1.0) * sum - 1.0;
                 }),
     };
+}
+
+inline std::vector<Problem> all_problems() {
+    std::vector<Problem> all;
+    for (const auto& group : {problems_of_two_unknowns(), problems_of_three_unknowns(), problems_of_four_unknowns(),
+                              larger_fits(), problems_of_any_size()})
+        all.insert(all.end(), group.begin(), group.end());
+    return all;
 }
 
 } // namespace nxl_test
