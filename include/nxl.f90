@@ -2,7 +2,7 @@
 ! Compile this file with your program and say "use nxl". Names are bound as the library exports them; Fortran does not
 ! tell upper from lower case, so an upper-case alias has no interface of its own here where the lower-case name exists.
 module nxl
-    use, intrinsic :: iso_c_binding, only: c_char, c_double, c_double_complex, c_float, c_funptr, c_int
+    use, intrinsic :: iso_c_binding, only: c_char, c_double, c_double_complex, c_float, c_funptr, c_int, c_ptr
     implicit none (type, external)
     public
 
@@ -979,8 +979,83 @@ module nxl
         end subroutine
 
         ! ---- Numeric Jacobian ----
+        ! A handle keeps the addresses of x and fjac: give them the target attribute.
+
+        ! Begins a Jacobian by reverse communication. All results here: 1501 success, 1502 invalid, 1503 no memory.
+        function djacobi_init(handle, n, m, x, fjac, eps) bind(c, name="djacobi_init")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(inout) :: handle
+            integer(c_int), intent(in) :: n, m
+            real(c_double), intent(inout), target :: x(*), fjac(*)
+            real(c_double), intent(in) :: eps
+            integer(c_int) :: djacobi_init
+        end function
+
+        ! One step: 1 evaluate F at x into f1, 2 into f2, 0 finished.
+        function djacobi_solve(handle, f1, f2, RCI_Request) bind(c, name="djacobi_solve")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            real(c_double), intent(inout) :: f1(*)
+            real(c_double), intent(in) :: f2(*)
+            integer(c_int), intent(inout) :: RCI_Request
+            integer(c_int) :: djacobi_solve
+        end function
+
+        ! Frees the handle.
+        function djacobi_delete(handle) bind(c, name="djacobi_delete")
+            import :: c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            integer(c_int) :: djacobi_delete
+        end function
+
+        ! The whole Jacobian; fcn is c_funloc of a bind(c) subroutine fcn(m, n, x, f), maybe called concurrently.
+        function djacobi(fcn, n, m, fjac, x, eps) bind(c, name="djacobi")
+            import :: c_double, c_funptr, c_int
+            type(c_funptr), value :: fcn
+            integer(c_int), intent(in) :: n, m
+            real(c_double), intent(inout) :: fjac(*), x(*)
+            real(c_double), intent(in) :: eps
+            integer(c_int) :: djacobi
+        end function
 
         ! ---- Nonlinear least squares ----
+        ! A handle keeps the addresses of x and eps: give them the target attribute.
+
+        ! Begins a run from x.
+        function dtrnlsp_init(handle, n, m, x, eps, iter1, iter2, rs) bind(c, name="dtrnlsp_init")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(inout) :: handle
+            integer(c_int), intent(in) :: n, m, iter1, iter2
+            real(c_double), intent(inout), target :: x(*)
+            real(c_double), intent(in), target :: eps(6)
+            real(c_double), intent(in) :: rs
+            integer(c_int) :: dtrnlsp_init
+        end function
+
+        ! Goes on: 1 evaluate F into fvec, 2 the Jacobian into fjac, 0 call again, below 0 ended.
+        function dtrnlsp_solve(handle, fvec, fjac, RCI_Request) bind(c, name="dtrnlsp_solve")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            real(c_double), intent(inout) :: fvec(*), fjac(*)
+            integer(c_int), intent(inout) :: RCI_Request
+            integer(c_int) :: dtrnlsp_solve
+        end function
+
+        ! Accepted steps, stop code, norms of F at the start and at the end.
+        function dtrnlsp_get(handle, iter, st_cr, r1, r2) bind(c, name="dtrnlsp_get")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            integer(c_int), intent(inout) :: iter, st_cr
+            real(c_double), intent(inout) :: r1, r2
+            integer(c_int) :: dtrnlsp_get
+        end function
+
+        ! Frees the handle.
+        function dtrnlsp_delete(handle) bind(c, name="dtrnlsp_delete")
+            import :: c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            integer(c_int) :: dtrnlsp_delete
+        end function
 
         ! ---- Nonlinear least squares with bounds ----
 

@@ -290,9 +290,72 @@ void DCSRILU0(const int* n, const double* a, const int* ia, const int* ja, doubl
 void DCSRILUT(const int* n, const double* a, const int* ia, const int* ja, double* bilut, int* ibilut, int* jbilut,
               const double* tol, const int* maxfil, const int* ipar, const double* dpar, int* ierr) NXL_NOEXCEPT;
 
-/* ==== Numeric Jacobian ============================================================================================ */
+/* ==== Numeric Jacobian ============================================================================================
+ * fjac(m,n) of F: R^n -> R^m by central differences, two evaluations a column. The step is eps |x(i)| where |x(i)| is
+ * above eps, and eps itself elsewhere; about 1e-5 suits most functions. x is perturbed one component at a time and is
+ * in the end what it was, bit for bit. docs/least-squares.md has examples. A handle is a pointer variable of the
+ * caller's, passed by address to all calls; it may be used on any thread, by one at a time.
+ *
+ * Status, the result of all calls here and in the section that follows: 1501 success; 1502 invalid argument, no handle,
+ * or no trial step; 1503 no memory. Nothing is printed. */
 
-/* ==== Nonlinear least squares ===================================================================================== */
+/* F at x(n), stored to f(m); the argument of djacobi. */
+typedef void (*nxl_function)(const int* m, const int* n, const double* x, double* f);
+
+/* Begins a Jacobian by reverse communication. x(n) and fjac(m,n) stay the caller's and have to live as long as the
+ * handle. 1502 unless n >= 1, m >= 1 and eps > 0. */
+int djacobi_init(void** handle, const int* n, const int* m, double* x, double* fjac, const double* eps) NXL_NOEXCEPT;
+
+/* One step. RCI_Request: in, 0 at the first call, then what the last one left. Out: 1 evaluate F at x into f1(m), 2
+ * into f2(m), and call again; 0 fjac is ready, and stays so. f1 is overwritten. A new run needs a new handle. */
+int djacobi_solve(void** handle, double* f1, double* f2, int* RCI_Request) NXL_NOEXCEPT;
+
+/* Frees the handle; the variable itself stays as it is. */
+int djacobi_delete(void** handle) NXL_NOEXCEPT;
+
+/* The whole Jacobian at one call. With more than one thread fcn is called concurrently, each time with its own x and f.
+ * 1502 unless n >= 1 and eps > 0; m is not examined, but m below 1 finds no memory. On several threads a failed
+ * allocation goes unreported: 1501, and fjac as it was. */
+int djacobi(nxl_function fcn, const int* n, const int* m, double* fjac, double* x, const double* eps) NXL_NOEXCEPT;
+
+/* ==== Nonlinear least squares =====================================================================================
+ * Finds x(n) that makes the norm of F(x), of m >= n components, small. Reverse communication: the caller evaluates F
+ * and its Jacobian when asked to. docs/least-squares.md has a whole program and the traps. Method: trust region; a step
+ * is (J'J + mu I) s = -J'F with mu from Newton's method on its length, More and Sorensen, SIAM J. Sci. Stat. Comput. 4
+ * (1983); the radius follows the ratio of actual to predicted reduction, Dennis and Schnabel, Numerical Methods for
+ * Unconstrained Optimization (1983). Steps with a ratio of 1e-4 or more are taken.
+ *
+ * eps(6), all above 0 at dtrnlsp_init and read at each use afterwards:
+ *   1  least radius of the trust region     2  target for |F|
+ *   3  norm below which a column of J counts as zero; change of |F| up to which a step promises nothing
+ *   4  least length of a step               5, 6  without effect beyond the check
+ *
+ * RCI_Request of dtrnlsp_solve
+ *   in     0 at the first call, then what the last one left; or -1, -2 to stop, which comes back as 0
+ *   out    0 call again   1 evaluate F at x into fvec   2 evaluate J at x into fjac   -1 .. -6 ended, stop code negated
+ *
+ * Stop codes, st_cr of dtrnlsp_get
+ *    0  running                         1  iter1 steps have been taken     2  radius below eps(1)
+ *    3  |F| at most eps(2)              4  all columns of J below eps(3)   5  length of the step at most eps(4)
+ *    6  |F| and |F - J s| differ by at most eps(3)
+ *   -1, -2  stopped by the caller      -4  no trial step, as J is not finite: dtrnlsp_solve returns 1502 */
+
+/* x(n): the start; while the run lasts the point to evaluate at, in the end the solution. x and eps are kept by
+ * address. iter1: limit of accepted steps; iter2: of the iterations for one step. rs, 0 to 100: the first radius is rs
+ * times |x|, scaled by the columns of J; 0 is taken as 100. 1502, with nothing allocated, for n, m, iter1 or iter2
+ * below 1, m < n, an eps not above 0, or rs outside its range; 1503 without memory. */
+int dtrnlsp_init(void** handle, const int* n, const int* m, double* x, const double* eps, const int* iter1,
+                 const int* iter2, const double* rs) NXL_NOEXCEPT;
+
+/* Goes on to the next request. fvec(m), fjac(m,n): the same arrays at every call, as they carry F and J of the accepted
+ * point over to the next one. */
+int dtrnlsp_solve(void** handle, double* fvec, double* fjac, int* RCI_Request) NXL_NOEXCEPT;
+
+/* Steps accepted, stop code, |F| at the start and at the end; r2 is set by stop codes above 0 alone. At any time. */
+int dtrnlsp_get(void** handle, int* iter, int* st_cr, double* r1, double* r2) NXL_NOEXCEPT;
+
+/* Frees the handle; the variable itself, x and eps stay as they are. */
+int dtrnlsp_delete(void** handle) NXL_NOEXCEPT;
 
 /* ==== Nonlinear least squares with bounds ========================================================================= */
 

@@ -1,0 +1,126 @@
+// The trust-region subproblem on the normal equations: Newton's method on the shift, with a Cholesky factorisation
+// each. More and Sorensen, Computing a trust region step, SIAM J. Sci. Stat. Comput. 4 (1983). The length is met within
+// 1 %.
+#include "solvers_tr/kernel/d_tr_trialstep_nlsqp_withMP.hpp"
+#include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
+#include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
+#include "lapack/kernel/source/cholesky.hpp"
+#include "lapack/kernel/source/triangular.hpp"
+#include "solvers_tr/kernel/d_tr_trialstep_utils.hpp"
+#include <cmath>
+#include <limits>
+
+namespace nxl::tr {
+namespace {
+
+constexpr double length_tolerance = 0.01;
+constexpr double first_shift = 1e-16; // of a matrix that is not positive definite; it grows by tens
+constexpr i64 one = 1;
+
+class TrialStep {
+    const TrialProblem& problem_;
+    const i64 n_ = problem_.n;
+    const double radius_ = problem_.radius;
+    double& shift_;
+
+    double* step() const { return problem_.step; }
+    double* descent() const { return problem_.work[0]; } // -J^T F
+
+    void form_normal_equations() const;
+    bool factorise() const;
+    double solve() const;
+    void replace_shift(double by) const;
+    int definite() const;
+    int not_definite() const;
+    int newton_on_shift(double length) const;
+
+  public:
+    TrialStep(const TrialProblem& problem, double& shift) : problem_(problem), shift_(shift) {}
+
+    int run(int limit, int& iterations) const;
+};
+
+int TrialStep::run(int limit, int& iterations) const {
+    form_normal_equations();
+    shift_ = 0.0;
+    for (iterations = 0; iterations <= limit; ++iterations) {
+        const int status = factorise() ? definite() : not_definite();
+        if (status != undecided) return status;
+    }
+    return limit_reached;
+}
+
+void TrialStep::form_normal_equations() const {
+    const double* jacobian = problem_.jacobian;
+    const i64 m = problem_.m;
+    const double unity = 1.0, zero = 0.0;
+    nxl_blas_dgemm("T", "N", &n_, &n_, &m, &unity, jacobian, &m, jacobian, &m, &zero, problem_.h, &n_);
+    nxl_blas_dgemv("T", &m, &n_, &unity, jacobian, &m, problem_.residual, &one, &zero, descent(), &one);
+    dscal_slot(n_, -1.0, descent(), one);
+}
+
+bool TrialStep::factorise() const {
+    i64 info = 0;
+    copy_lower(n_, problem_.h, problem_.factor, problem_.threads);
+    nxl_lapack_dpotrf("L", &n_, problem_.factor, &n_, &info, 1);
+    return info == 0;
+}
+
+/// The step of the present shift; returns its length.
+double TrialStep::solve() const {
+    i64 info = 0;
+    dcopy_slot(n_, descent(), one, step(), one);
+    nxl_lapack_dpotrs("L", &n_, &one, problem_.factor, &n_, step(), &n_, &info, 1);
+    return norm(n_, step());
+}
+
+void TrialStep::replace_shift(double by) const {
+    if (shift_ != 0.0) ADD_TO_DIAGONAL(n_, -shift_, problem_.h, problem_.threads);
+    ADD_TO_DIAGONAL(n_, by, problem_.h, problem_.threads);
+    shift_ = by;
+}
+
+int TrialStep::definite() const {
+    const double length = solve();
+    if (std::fabs(length - radius_) < radius_ * length_tolerance) {
+        dscal_slot(n_, radius_ / length, step(), one);
+        return on_boundary;
+    }
+    if (length < radius_ && shift_ == 0.0) return inside;
+    return length > radius_ ? newton_on_shift(length) : undecided;
+}
+
+int TrialStep::not_definite() const {
+    double shift = first_shift;
+    for (replace_shift(shift); !factorise(); replace_shift(shift)) {
+        shift *= 10.0;
+        if (shift > std::numeric_limits<double>::max()) return no_factor;
+    }
+    const double length = solve();
+    if (length > radius_) return newton_on_shift(length);
+    if (length < radius_)
+        return step_in_hard_case(n_, radius_, problem_.factor, step(), problem_.work[1], problem_.work[2]);
+    return undecided;
+}
+
+/// One step of Newton's method on 1 / |s| = 1 / radius, from L w = s.
+int TrialStep::newton_on_shift(double length) const {
+    double* w = problem_.work[1];
+    i64 info = 0;
+    dcopy_slot(n_, step(), one, w, one);
+    nxl_lapack_dtrtrs("L", "N", "N", &n_, &one, problem_.factor, &n_, w, &n_, &info, 1, 1, 1);
+    if (info < 0) return static_cast<int>(info);
+    const double w_length = norm(n_, w);
+    if (w_length == 0.0) return on_boundary;
+    replace_shift(shift_ + length * length / (w_length * w_length) * ((length - radius_) / radius_));
+    return undecided;
+}
+
+} // namespace
+
+int DMINTR_LS_PD_WITHOMP(const TrialProblem& problem, int& iterations, double& shift) {
+    const int limit = iterations;
+    return TrialStep(problem, shift).run(limit, iterations);
+}
+
+} // namespace nxl::tr
