@@ -16,7 +16,7 @@ namespace {
 constexpr i64 unit_stride = 1;
 constexpr double realised_part = 0.01; // of the slope's promise, which a search asks of a move
 constexpr int most_halvings = 50;
-constexpr double first_shift = 1e-12; // on a diagonal of at most 1: above the rounding of a Cholesky factorisation
+constexpr double first_shift = 1e-15; // on a diagonal of at most 1: about the rounding of a Cholesky factorisation
 constexpr double last_shift = 1e4;
 constexpr double least_gain = 1e-14; // a pass that lowers q by less than this part of it was the last
 
