@@ -28,7 +28,6 @@ TEST_P(KnownProblem, EndsAtItsSolution) {
     Fit run(known.problem, known.lower, known.upper);
     run.eps.assign(6, known.eps);
     run.solve();
-           run.r2 * run.r2, run.first_order_error());
     EXPECT_NE(run.code, 1);
     EXPECT_LE(run.first_order_error(), first_order);
     if (known.least != unknown) EXPECT_NEAR(run.r2 * run.r2, known.least, 1e-5 * known.least + 1e-20);
