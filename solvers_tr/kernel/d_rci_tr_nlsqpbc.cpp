@@ -21,6 +21,7 @@ constexpr double default_start_scale = 100.0;
 constexpr double default_precision = 1e-10;
 constexpr double half_ulp = 0x1p-53;   // of the residual norm: a smaller change does not show in it
 constexpr double least_scale = 1e-150; // the square of a smaller column norm underflows
+constexpr double least_cosine = 1e-8;  // between step and change of gradient, below which S is not updated
 constexpr double coarsest_precision = 0.1;
 constexpr double largest = std::numeric_limits<double>::max();
 constexpr double largest_radius = 0.25 * largest; // the width of a box remains a number
@@ -43,6 +44,7 @@ enum StopCode : int {
 enum class Stage : int { start, start_residual, new_jacobian, idle, trial_residual };
 
 double norm(i64 n, const double* v) { return dnrm2_slot(n, v, unit_stride); }
+double dot(i64 n, const double* x, const double* y) { return nxl_blas_ddot(&n, x, &unit_stride, y, &unit_stride); }
 
 /// n doubles each, in one block.
 enum Column : int {
@@ -58,6 +60,9 @@ enum Column : int {
     direction,
     move,
     curve,
+    step,         // from the accepted point before this one
+    old_gradient, // J^T F there
+    carried,      // (J there)^T F here
     column_count
 };
 
@@ -69,6 +74,7 @@ class BoxedRun {
 
     Stage stage_;
     bool jacobian_is_old_; // the accepted point has moved since
+    bool uses_second_;     // the next step's model has S
     bool first_pass_;      // no trial has been judged
     int iterations_, reported_iterations_, stop_code_;
     double initial_norm_, final_norm_;
@@ -80,6 +86,8 @@ class BoxedRun {
     double* columns_;
     double* residual_; // F at the accepted point
     double* hessian_;  // D^-1 J^T J D^-1
+    double* second_;   // S, what J^T J leaves out of the second derivatives
+    double* model_matrix_;
     double* factor_;
     i64* free_;
 
@@ -96,16 +104,20 @@ class BoxedRun {
 
     int start_known(const double* fvec);
     int jacobian_known(const double* fjac);
-    int trial_known(double* fvec);
+    int trial_known(double* fvec, const double* fjac);
     int next_round();
     int try_step();
 
     void take_jacobian(const double* fjac);
     bool is_finite() const;
+    void keep_for_update(const double* fvec, const double* fjac) const;
+    void update_second() const;
+    void choose_model(double trial_norm);
     void scale_model();
     void start_radius();
     bool has_free_column() const;
     void find_step();
+    int find_settled_step();
     double form_trial() const;
     double predicted_change() const;
     void resize_radius(double ratio, double trial_norm);
@@ -133,9 +145,11 @@ bool BoxedRun::init(const BoxedProblem& problem, int most_iterations, int most_p
     start_scale_ = start_scale == 0.0 ? default_start_scale : start_scale;
     first_pass_ = true;
     if ((columns_ = take_for_handle<double>(column_count * n_)) && (residual_ = take_for_handle<double>(m_)) &&
-        (hessian_ = take_for_handle<double>(n_ * n_)) && (factor_ = take_for_handle<double>(n_ * n_)) &&
+        (hessian_ = take_for_handle<double>(n_ * n_)) && (second_ = take_for_handle<double>(n_ * n_)) &&
+        (model_matrix_ = take_for_handle<double>(n_ * n_)) && (factor_ = take_for_handle<double>(n_ * n_)) &&
         (free_ = take_for_handle<i64>(n_))) {
         std::fill_n(column(scale), n_, 0.0);
+        std::fill_n(second_, n_ * n_, 0.0);
         for (i64 j = 0; j < n_; ++j) problem_.x[j] = boxed(j, problem_.x[j]);
         return true;
     }
@@ -146,6 +160,8 @@ bool BoxedRun::init(const BoxedProblem& problem, int most_iterations, int most_p
 void BoxedRun::free_memory() {
     give_back(free_);
     give_back(factor_);
+    give_back(model_matrix_);
+    give_back(second_);
     give_back(hessian_);
     give_back(residual_);
     give_back(columns_);
@@ -160,7 +176,7 @@ int BoxedRun::resume(double* fvec, const double* fjac, int request) {
         return stop(request);
     }
     if (request == residual && stage_ == Stage::start_residual) return start_known(fvec);
-    if (request == residual && stage_ == Stage::trial_residual) return trial_known(fvec);
+    if (request == residual && stage_ == Stage::trial_residual) return trial_known(fvec, fjac);
     if (request == jacobian && stage_ == Stage::new_jacobian) return jacobian_known(fjac);
     retract();
     return next_round();
@@ -208,6 +224,7 @@ int BoxedRun::jacobian_known(const double* fjac) {
     take_jacobian(fjac);
     if (!is_finite()) return stop(failed); // the Jacobian stays asked for
     stage_ = Stage::idle;
+    if (!first_pass_) update_second();
     scale_model();
     jacobian_is_old_ = false;
     if (first_pass_) start_radius();
@@ -226,6 +243,59 @@ bool BoxedRun::is_finite() const {
     for (i64 j = 0; j < n_; ++j)
         if (!std::isfinite(hessian_[j + j * n_]) || !std::isfinite(column(gradient)[j])) return false;
     return true;
+}
+
+/// What the update of S needs of the point that is left.
+void BoxedRun::keep_for_update(const double* fvec, const double* fjac) const {
+    const double one = 1.0, zero = 0.0;
+    nxl_blas_dgemv("T", &m_, &n_, &one, fjac, &m_, fvec, &unit_stride, &zero, column(carried), &unit_stride);
+    for (i64 j = 0; j < n_; ++j) {
+        column(old_gradient)[j] = column(gradient)[j] * weight(j);
+        column(step)[j] = problem_.x[j] - column(point)[j];
+    }
+}
+
+/// S is changed least, in the norm of the update of Davidon, Fletcher and Powell, so that S s = u, after it was made
+/// smaller where it is too large along s:
+///     u = (J+ - J)^T F+,  y = g+ - g,  S := min(1, |s.u| / |s.Ss|) S,  v = u - Ss
+///     S := S + (v y^T + y v^T) / y.s - (v.s) y y^T / (y.s)^2
+/// Dennis, Gay and Welsch, ACM TOMS 7 (1981).
+void BoxedRun::update_second() const {
+    const double one = 1.0, zero = 0.0;
+    const double *s = column(step), *g = column(gradient);
+    double *u = column(carried), *y = column(old_gradient), *product = column(curve);
+    for (i64 j = 0; j < n_; ++j) {
+        u[j] = g[j] - u[j];
+        y[j] = g[j] - y[j];
+    }
+    const double ys = dot(n_, y, s);
+    if (!(ys > least_cosine * norm(n_, y) * norm(n_, s))) return;
+    nxl_blas_dgemv("N", &n_, &n_, &one, second_, &n_, s, &unit_stride, &zero, product, &unit_stride);
+    const double along = std::fabs(dot(n_, s, product)), wanted = std::fabs(dot(n_, s, u));
+    const double size = wanted < along ? wanted / along : 1.0;
+    for (i64 j = 0; j < n_; ++j) u[j] = (u[j] - size * product[j]) / ys; // v / y.s
+    const double vs = dot(n_, u, s) / ys;
+    bool finite = true;
+    for (i64 j = 0; j < n_; ++j)
+        for (i64 i = 0; i < n_; ++i) {
+            double& element = second_[i + j * n_];
+            element = size * element + u[i] * y[j] + y[i] * u[j] - vs * y[i] * y[j];
+            finite = finite && std::isfinite(element);
+        }
+    if (!finite) std::fill_n(second_, n_ * n_, 0.0);
+}
+
+/// Whichever model has come closer to what the trial step did to |F|^2 / 2.
+void BoxedRun::choose_model(double trial_norm) {
+    const double change = 0.5 * (trial_norm - norm_) * (trial_norm + norm_);
+    if (!std::isfinite(change)) return;
+    const double one = 1.0, zero = 0.0;
+    double *s = column(move), *product = column(curve);
+    for (i64 j = 0; j < n_; ++j) s[j] = problem_.x[j] - column(point)[j];
+    nxl_blas_dgemv("N", &n_, &n_, &one, second_, &n_, s, &unit_stride, &zero, product, &unit_stride);
+    const double part = 0.5 * dot(n_, s, product);
+    const double without = uses_second_ ? model_ - part : model_;
+    uses_second_ = std::fabs(without + part - change) < std::fabs(without - change);
 }
 
 /// D grows with the columns of J; H and g change to the variables z.
@@ -260,12 +330,24 @@ bool BoxedRun::has_free_column() const {
 
 int BoxedRun::try_step() {
     if (!has_free_column()) return stop(nothing_free);
-    find_step();
-    if (form_trial() <= eps(4)) return stop(small_step);
-    if (predicted_change() <= std::max(eps(3), half_ulp * norm_)) return stop(small_prediction);
+    const int settled = find_settled_step();
+    if (settled != running) return stop(settled);
     std::copy_n(problem_.x, n_, column(point));
     std::copy_n(column(trial), n_, problem_.x);
     return ask(residual, Stage::trial_residual);
+}
+
+/// The step, and whether it is too small to be tried. A model with S may be wrong about that: J alone has the say.
+int BoxedRun::find_settled_step() {
+    const auto verdict = [&] {
+        find_step();
+        if (form_trial() <= eps(4)) return small_step;
+        return predicted_change() <= std::max(eps(3), half_ulp * norm_) ? small_prediction : running;
+    };
+    const int first = verdict();
+    if (first == running || !uses_second_) return first;
+    uses_second_ = false;
+    return verdict();
 }
 
 void BoxedRun::find_step() {
@@ -273,7 +355,11 @@ void BoxedRun::find_step() {
         column(lower)[j] = std::max(room_below(j), -radius_);
         column(upper)[j] = std::min(room_above(j), radius_);
     }
-    const BoxedModel model{n_, hessian_, column(gradient), column(lower), column(upper)};
+    for (i64 k = 0; k < n_ * n_; ++k) model_matrix_[k] = hessian_[k];
+    if (uses_second_)
+        for (i64 j = 0; j < n_; ++j)
+            for (i64 i = 0; i < n_; ++i) model_matrix_[i + j * n_] += second_[i + j * n_] / weight(i) / weight(j);
+    const BoxedModel model{n_, model_matrix_, column(gradient), column(lower), column(upper)};
     const BoxedWork work{column(slope), column(direction), column(move), column(curve), factor_, free_};
     const double precision = eps(6) > 0.0 ? std::min(eps(6), coarsest_precision) : default_precision;
     model_ = boxed_step(model, column(z), most_passes_, precision, work);
@@ -299,16 +385,18 @@ double BoxedRun::predicted_change() const {
     return -2.0 * model_ / (norm_ + predicted_norm);
 }
 
-int BoxedRun::trial_known(double* fvec) {
+int BoxedRun::trial_known(double* fvec, const double* fjac) {
     const double trial_norm = norm(m_, fvec);
     const double relative = trial_norm / norm_;
     const double actual = 0.5 * (1.0 - relative) * (1.0 + relative), predicted = -model_ / norm_ / norm_;
     const double ratio = actual / predicted; // NaN for a residual without a value: rejected
     stage_ = Stage::idle;
     resize_radius(ratio, trial_norm);
+    choose_model(trial_norm);
     first_pass_ = false;
     stop_code_ = running;
     if (ratio >= accept_ratio) {
+        keep_for_update(fvec, fjac);
         norm_ = trial_norm;
         std::copy_n(fvec, m_, residual_);
         jacobian_is_old_ = true;

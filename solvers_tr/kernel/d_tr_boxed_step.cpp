@@ -17,7 +17,7 @@ constexpr i64 unit_stride = 1;
 constexpr double realised_part = 0.01; // of the slope's promise, which a search asks of a move
 constexpr int most_halvings = 50;
 constexpr double first_shift = 1e-15; // on a diagonal of at most 1: about the rounding of a Cholesky factorisation
-constexpr double last_shift = 1e4;
+constexpr double last_shift = 1e16;
 constexpr double least_gain = 1e-14; // a pass that lowers q by less than this part of it was the last
 
 class BoxedStep {
@@ -129,7 +129,8 @@ bool BoxedStep::factor(i64 count, double shift) const {
     return info == 0;
 }
 
-/// (free part of H) d = -slope; the held variables stay.
+/// (free part of H + shift I) d = -slope with the first shift of 0, 1e-15, 1e-14, ... that makes the matrix positive
+/// definite; the held variables stay.
 void BoxedStep::newton_step() {
     const i64 count = collect_free();
     if (count == 0) return;

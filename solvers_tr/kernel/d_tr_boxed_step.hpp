@@ -1,11 +1,11 @@
-// The subproblem of the bounded trust-region method: a convex quadratic in a box, to a first-order point of it.
+// The subproblem of the bounded trust-region method: a quadratic in a box, to a first-order point of it.
 #pragma once
 #include "service/types.hpp"
 
 namespace nxl::tr {
 
-/// q(z) = g.z + z.Hz / 2 over lower <= z <= upper. H is positive semidefinite, n by n, stored in full, with a diagonal
-/// of at most about 1. The box is finite and holds 0.
+/// q(z) = g.z + z.Hz / 2 over lower <= z <= upper. H is symmetric, n by n, stored in full, and scaled: elements
+/// of the order of 1. It need not be definite. The box is finite and holds 0.
 struct BoxedModel {
     i64 n;
     const double* hessian;
