@@ -213,8 +213,8 @@ void DCGMRHS_GET(const int* n, const double* x, const int* nrhs, const double* b
  * with the bounds to one box; Conn, Gould and Toint, SIAM J. Numer. Anal. 25 (1988), and Trust-Region Methods (2000),
  * chapter 12. A step makes a model of |F|^2 small in that box by projected gradients and Newton steps on faces;
  * Moré and Toraldo, SIAM J. Optim. 1 (1991). The model is |F + J s|^2, or has a secant estimate of second derivatives
- * as well, whichever foretold the last trial better; Dennis, Gay and Welsch, ACM TOMS 7 (1981). It falls at least as far
- * as on a Cauchy step, so that the run goes to points where the first-order conditions with bounds hold. */
+ * as well, whichever foretold the last trial better; Dennis, Gay and Welsch, ACM TOMS 7 (1981). It falls as far as on a
+ * Cauchy step at least, so that the run goes to points where the first-order conditions with bounds hold. */
 
 /* Makes a handle. x(n) is moved into the bounds; x, lw(n), up(n) and eps(6) are kept, not copied, and stay until
  * dtrnlspbc_delete. A bound may be infinite, and lw(i) = up(i) fixes x(i).
