@@ -919,6 +919,44 @@ module nxl
 
         ! ---- FGMRES, by reverse communication ----
 
+        ! Defaults.
+        subroutine DFGMRES_INIT(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES_INIT")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Examines and mends the parameters, and lays out tmp.
+        subroutine DFGMRES_CHECK(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES_CHECK")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Goes on to the next request.
+        subroutine DFGMRES(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
+            real(c_double), intent(in) :: b(*)
+            integer(c_int), intent(inout) :: RCI_request, ipar(*)
+        end subroutine
+
+        ! The solution, to x or b as ipar(13) says, and the iterations so far.
+        subroutine DFGMRES_GET(n, x, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DFGMRES_GET")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(inout) :: x(*), b(*), dpar(*), tmp(*)
+            integer(c_int), intent(inout) :: ipar(*)
+            integer(c_int), intent(out) :: RCI_request, itercount
+        end subroutine
+
         ! ---- Incomplete LU preconditioners ----
 
         ! On the pattern of the matrix, bilu0(ia(n+1) - 1).

@@ -176,7 +176,74 @@ void DCGMRHS(const int* n, double* x, const int* nrhs, const double* b, int* RCI
 void DCGMRHS_GET(const int* n, const double* x, const int* nrhs, const double* b, const int* RCI_request,
                  const int* ipar, const double* dpar, const double* tmp, int* itercount) NXL_NOEXCEPT;
 
-/* ==== FGMRES, by reverse communication ============================================================================ */
+/* ==== FGMRES, by reverse communication ============================================================================
+ * For A x = b with any square A: GMRES, restarted after m iterations, with a preconditioner that may change from one
+ * iteration to the next. The loop is that of DCG, but the vectors lie where ipar(22) and ipar(23) say, DFGMRES_CHECK is
+ * obligatory, as it lays out tmp, and x moves at restarts alone: call DFGMRES_GET for the solution. A run is its ipar,
+ * dpar and tmp; runs on arrays of their own may go side by side. A whole program: docs/iterative-solvers.md. Indices
+ * below count from 1; n = ipar(1), k = ipar(14), m = ipar(15).
+ * Method: Saad, SIAM J. Sci. Comput. 14 (1993), modified Gram-Schmidt; rotations: Saad and Schultz, SIAM J. Sci. Stat.
+ * Comput. 7 (1986).
+ *
+ * RCI_request as DFGMRES returns it; in and out are the n elements of tmp from ipar(22) and from ipar(23):
+ *      0  finished                                        1  out := A in
+ *      2  test for yourself; to stop, leave the loop      3  out := in with the preconditioner applied
+ *      4  is dpar(7), the norm of the vector just made, to be taken as zero? If so, leave the loop: the residual
+ *         (first request of a cycle) or the Krylov space leaves nothing to gain, and going on divides by it
+ *     -1  iteration limit reached, residual test not met
+ *    -10  division by zero ahead: the solution was found before, or values were altered
+ *    -11  no stopping test is on                        -12  an entry of ipar or dpar cannot be right
+ *
+ * ipar, 128 integers; in brackets what DFGMRES_INIT sets:
+ *      1  [n] size: all lengths come from here            2  [6] reports to standard output; any other value: to a file
+ *      3  [1] stage                                       4  [0] iterations, over all cycles
+ *      5  [min(150, n)] iteration limit                   6  [1] non-zero: report errors
+ *      7  [1] non-zero: report warnings of the check      8  [1] non-zero: test for the iteration limit
+ *      9  [0] non-zero: test the residual                10  [1] non-zero: ask for the caller's test, request 2
+ *     11  [0] non-zero: ask for preconditioning          12  [0] non-zero: compare dpar(7) with dpar(8); 0: request 4
+ *     13  [0] solution to x; positive: to b, x unchanged; negative: nowhere
+ *     14  [0] iterations k in this cycle                 15  [min(150, n)] restart length m
+ *   Set by DFGMRES_CHECK, first elements of the regions of tmp:
+ *     16  n(m+1) + 1                R, packed upper triangle, R(i,k) at ipar(16) + k(k-1)/2 + i-1
+ *     17  n(m+1) + m(m+1)/2 + 1     cosines, m              18  n(m+1) + m(m+3)/2 + 1  sines, m
+ *     19  n(m+1) + m(m+5)/2 + 1     rotated right-hand side g, m + 1
+ *     20  n(m+1) + m(m+7)/2 + 2     y with R y = g, m       21  n(m+1) + m(m+9)/2 + 2  preconditioned vectors, n m
+ *   Set by DFGMRES: 22 and 23, the first elements of in and out.
+ *
+ * dpar, 128 doubles; these are norms, not squares:
+ *      1  [1e-6] relative tolerance                       2  [0] absolute tolerance
+ *      3  [0] residual norm at the start of the cycle     4  [0] target: dpar(1) times the first dpar(3), + dpar(2)
+ *      5  [0] residual norm                               6  [0] residual norm one iteration before
+ *      7  [0] norm of the vector just made                8  [1e-12] what counts as zero there, with ipar(12)
+ *
+ * tmp: (2m + 1) n + m(m+9)/2 + 1 elements. The basis, m + 1 columns of n, comes first; at the start of a cycle
+ * column 2 is out, and column 3 holds b. Without a preconditioner nothing from ipar(21) on is touched, but column 3
+ * has to be there when m is 1.
+ *
+ * Reports with ipar(2) other than 6 are appended to NXL_RCI_FGMRES_Log.txt in the current directory. */
+
+/* Sets ipar(1..15) and dpar(1..8) to their defaults, the first n elements of tmp to 0 and RCI_request to 0. x and b are
+ * not read. */
+void DFGMRES_INIT(const int* n, const double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
+                  double* tmp) NXL_NOEXCEPT;
+
+/* Examines the parameters after the caller's changes, warns and mends, and sets ipar(16..21). RCI_request: 0 nothing
+ * found; -1001 a suspicious value was left; -1010 a value was replaced by its default; -1011 both; -1100 ipar(1) or
+ * ipar(15) is below 1, do not go on. */
+void DFGMRES_CHECK(const int* n, const double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
+                   double* tmp) NXL_NOEXCEPT;
+
+/* Goes on to the next request. x(n): in, the start vector; moved to the solution of each full cycle. b(n): right-hand
+ * side. RCI_request is not read: its value says what to do before the next call. With ipar(3) outside 1 to 14 nothing
+ * happens. */
+void DFGMRES(const int* n, double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
+             double* tmp) NXL_NOEXCEPT;
+
+/* The solution as far as it has come, to x or b as ipar(13) says, and itercount := ipar(4); at any time. ipar, dpar and
+ * tmp keep the cycle as it is, but for y. With ipar(13) 0 each call adds the cycle's gain to x, so call it once, or go
+ * on with ipar(13) positive. RCI_request: 0, or -12 when an entry of ipar cannot be right. */
+void DFGMRES_GET(const int* n, double* x, double* b, int* RCI_request, int* ipar, double* dpar, double* tmp,
+                 int* itercount) NXL_NOEXCEPT;
 
 /* ==== Incomplete LU preconditioners ===============================================================================
  * Factors L U close to a sparse square A: L has a unit diagonal, which is not stored. Applying them, U^-1 L^-1 r, is

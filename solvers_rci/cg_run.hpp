@@ -2,24 +2,10 @@
 // a run's parameters, reports. All state of a run lives in the caller's arrays; nxl.h has the tables of their entries.
 #pragma once
 #include "service/types.hpp"
+#include "solvers_rci/request.hpp"
 #include <algorithm>
 
 namespace nxl::rci {
-
-/// Values of RCI_request.
-enum Request : int {
-    finished = 0,
-    apply_matrix = 1,
-    test_by_caller = 2,
-    apply_preconditioner = 3,
-    limit_reached = -1,
-    zero_curvature = -2,
-    zero_test_quantity = -10,
-    endless_loop = -11,
-    check_has_findings = -1000,
-    impossible_size = -1100,
-    stop_system = 1003 // from the caller
-};
 
 enum class CgError : int { endless_loop = 1, indefinite_matrix = 2, altered_data = 3 };
 

@@ -175,7 +175,7 @@ int DcgRun::preconditioned_ready() const { return turn(z(), with_preconditioner)
 /// p = gradient + beta p, where the gradient is r, preconditioned z.
 int DcgRun::turn(const double* gradient, const Method& method) const {
     quantity() = dot(size(), gradient, r());
-    if (last_quantity() == 0.0) return fail(CgError::altered_data, zero_test_quantity);
+    if (last_quantity() == 0.0) return fail(CgError::altered_data, division_by_zero);
     beta() = quantity() / last_quantity();
     scale_and_add(size(), beta(), p(), gradient);
     return decide(method);

@@ -9,6 +9,19 @@ namespace {
 
 enum MessageId : int { line_end = 0, hyphens = 396, unknown_number = 407, cannot_create = 408, cannot_save = 409 };
 
+/// An integer as text, for "%s".
+struct Digits {
+    char text[16];
+
+    explicit Digits(int value) { std::snprintf(text, sizeof text, "%i", value); }
+};
+
+int places_in(const char* text) {
+    int places = 0;
+    for (; *text != '\0'; ++text) places += *text == '%' ? 1 : 0;
+    return places;
+}
+
 } // namespace
 
 Report::Report(int header) {
@@ -32,9 +45,12 @@ Report& Report::line(int id) {
 }
 
 Report& Report::line(int id, int value) {
-    char digits[16];
-    std::snprintf(digits, sizeof digits, "%i", value);
-    append(nxl_msg_format(id, 1, digits));
+    append(nxl_msg_format(id, 1, Digits(value).text));
+    return *this;
+}
+
+Report& Report::line(int id, int first, int second) {
+    append(nxl_msg_format(id, 2, Digits(first).text, Digits(second).text));
     return *this;
 }
 
@@ -45,6 +61,18 @@ Report& Report::line(int id, double value) {
 
 Report& Report::lines(int first, int count) {
     for (int id = first; id < first + count; ++id) line(id);
+    return *this;
+}
+
+Report& Report::lines(int first, int count, const ReportValue* values) {
+    for (int id = first; id < first + count; ++id) {
+        const int places = places_in(nxl_msg_text(id));
+        if (places == 0) line(id);
+        else if (places == 2) line(id, values[0].integer, values[1].integer);
+        else if (values->is_real) line(id, values->real);
+        else line(id, values->integer);
+        values += places;
+    }
     return *this;
 }
 

@@ -13,6 +13,13 @@ struct ReportFile {
 /// What ipar(2) says when reports go to standard output.
 inline constexpr int standard_output = 6;
 
+/// What a report shows in place of "%s", an integer, or of "%e", a real number.
+struct ReportValue {
+    bool is_real;
+    int integer;
+    double real;
+};
+
 /// A report under construction. Every piece is cut after 512 characters; pieces that no longer fit are left out.
 class Report {
     static constexpr int piece_length = 512;
@@ -31,9 +38,14 @@ class Report {
     Report& line(int id);
     Report& line(int id, int value);
     Report& line(int id, double value);
+    Report& line(int id, int first, int second);
 
     /// Adds messages first, first + 1, ... as lines.
     Report& lines(int first, int count);
+
+    /// The same with values, which the lines take one by one, as many as each has places for: at most two integers, or
+    /// one real number.
+    Report& lines(int first, int count, const ReportValue* values);
 
     /// Sends the report where `destination`, the caller's ipar(2), wants it. A file that cannot be opened costs the
     /// report, and standard output is told; nothing else happens.

@@ -23,4 +23,7 @@ inline void scale_and_add(int n, double beta, double* y, const double* x) {
     axpy(n, 1.0, x, y);
 }
 
+/// x := alpha x
+inline void scale(int n, double alpha, double* x) { DSCAL(&n, &alpha, x, &unit_stride); }
+
 } // namespace nxl::rci

@@ -3,6 +3,7 @@
 #include "service/export.hpp"
 #include "solvers_rci/dcg.hpp"
 #include "solvers_rci/dcgmrhs.hpp"
+#include "solvers_rci/dfgmres.hpp"
 
 extern "C" {
 
@@ -44,6 +45,27 @@ NXL_EXPORT void DCGMRHS(const int*, double* x, const int* nrhs, const double* b,
 NXL_EXPORT void DCGMRHS_GET(const int*, const double*, const int* nrhs, const double*, const int*, const int* ipar,
                             const double*, const double*, int* itercount) noexcept {
     nxl::rci::dcgmrhs_iterations(*nrhs, ipar, itercount);
+}
+
+NXL_EXPORT void DFGMRES_INIT(const int* n, const double*, const double*, int* RCI_request, int* ipar, double* dpar,
+                             double* tmp) noexcept {
+    *RCI_request = nxl::rci::dfgmres_init(*n, ipar, dpar, tmp);
+}
+
+NXL_EXPORT void DFGMRES_CHECK(const int* n, const double*, const double*, int* RCI_request, int* ipar, double* dpar,
+                              double*) noexcept {
+    *RCI_request = nxl::rci::dfgmres_check(*n, ipar, dpar);
+}
+
+NXL_EXPORT void DFGMRES(const int*, double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
+                        double* tmp) noexcept {
+    *RCI_request = nxl::rci::dfgmres(x, b, *RCI_request, ipar, dpar, tmp);
+}
+
+NXL_EXPORT void DFGMRES_GET(const int*, double* x, double* b, int* RCI_request, int* ipar, double* dpar, double* tmp,
+                            int* itercount) noexcept {
+    *RCI_request = nxl::rci::dfgmres_get(x, b, ipar, dpar, tmp);
+    *itercount = ipar[3];
 }
 
 } // extern "C"
