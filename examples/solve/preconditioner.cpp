@@ -51,7 +51,8 @@ class Incomplete : public Preconditioner {
         }
         for (int i = n - 1; i >= 0; --i) {
             double sum = z[i];
-            for (int k = pivot[i] + 1; k < start[i + 1]; ++k) sum -= value[k] * z[column[k]];
+            // From the end: where columns ascend, the value that was found last, and is ready last, comes in last.
+            for (int k = start[i + 1] - 1; k > pivot[i]; --k) sum -= value[k] * z[column[k]];
             z[i] = sum * inverse[i];
         }
     }
