@@ -249,12 +249,14 @@ void DFGMRES_GET(const int* n, double* x, double* b, int* RCI_request, int* ipar
  * Factors L U close to a sparse square A: L has a unit diagonal, which is not stored. Applying them, U^-1 L^-1 r, is
  * the caller's: two loops, in docs/iterative-solvers.md. Matrices are compressed sparse rows counted from 1: row i has
  * the values a(k) in the columns ja(k), k = ia(i) to ia(i+1) - 1. ipar and dpar are the arrays of a solver's run, 128
- * entries each; these are read, and none is changed: ipar(2)   6: reports to standard output; any other value: to the
- * routine's log file in the current directory ipar(6)   non-zero: report errors ipar(7)   DCSRILUT, at a warning: above
- * 0 report it and go on; 0 return at once, no report; below 0 report and return ipar(31)  0: a pivot that is too small
- * is an error; otherwise see each routine dpar(31)  DCSRILU0: what |pivot| is compared with. DCSRILUT: factor of a
- * replaced pivot dpar(32)  DCSRILU0: the value of a replaced pivot Both run on the calling thread; the log files are
- * all that calls have in common. */
+ * entries each. None is changed, and these are read:
+ *   ipar(2)   6: reports to standard output; any other value: to the routine's log file in the current directory
+ *   ipar(6)   non-zero: report errors
+ *   ipar(7)   DCSRILUT, at a warning: above 0 report and go on; 0 return at once, no report; below 0 report and return
+ *   ipar(31)  0: a pivot that is too small is an error; otherwise see each routine
+ *   dpar(31)  DCSRILU0: what |pivot| is compared with. DCSRILUT: factor of a replaced pivot
+ *   dpar(32)  DCSRILU0: the value of a replaced pivot
+ * Both run on the calling thread; the log files are all that calls have in common. */
 
 /* ILU(0): the factors keep the pattern of A. Columns ascend in each row, and every row has its diagonal. bilu0: as long
  * as a, with ia and ja as its pattern: in row i L left of the diagonal, then U; it may be a itself. With ipar(31)
@@ -274,8 +276,9 @@ void DCSRILU0(const int* n, const double* a, const int* ia, const int* ja, doubl
  * as is fill and what is left of U up to t; then the maxfil largest entries of L and of U stay. A diagonal up to t
  * becomes dpar(31) r when ipar(31) is non-zero. maxfil 0 keeps the diagonal alone. Columns of a row should ascend, as
  * rows are eliminated in the order given; entries of one column add up.
- * bilut, jbilut: room for 2 maxfil + 1 entries per row; ibilut(n+1). Each row: L, its diagonal, U; within L and within
- * U columns need not ascend. ierr: 0  done                                      -103  ia(i) >= ia(i+1), or ia(1) < 1
+ * bilut, jbilut: room for 2 maxfil + 1 entries per row; ibilut(n+1). Each row: L, its diagonal, U; columns need not
+ * ascend within L and within U. ierr:
+ *      0  done                                      -103  ia(i) >= ia(i+1), or ia(1) < 1
  *   -101  a row turned out empty: outputs overlay   -104  no memory, or more than 2^31 - 2 entries
  *         inputs                                    -105  maxfil < 0
  *   -102  a diagonal up to t, and ipar(31) is 0     -106  n < 0            -107  a column outside 1 to n

@@ -34,6 +34,7 @@ class Ilu0 {
     int* diagonal_ = nullptr;    // by row: position of its diagonal
 
     Status copy_row(i64 row) const;
+    Status copy_rows() const;
     Status settle_first_pivot() const;
     Status settle_pivot(i64 row) const;
     void subtract_row(i64 above, double multiplier, i64 from, i64 end) const;
@@ -66,6 +67,12 @@ Status Ilu0::copy_row(i64 row) const {
     }
     if (diagonal < 0) return no_diagonal;
     diagonal_[row] = static_cast<int>(diagonal);
+    return done;
+}
+
+Status Ilu0::copy_rows() const {
+    for (i64 row = 0; row < rows_.n; ++row)
+        if (const Status status = copy_row(row); status != done) return status;
     return done;
 }
 
@@ -117,10 +124,8 @@ Status Ilu0::run() {
     const Scratch<int> diagonal(rows_.n, 256);
     if (!diagonal.data()) return no_memory;
     diagonal_ = diagonal.data();
-    Status status = done;
-    for (i64 row = 0; row < rows_.n; ++row) // all rows are sound before the first is changed
-        if ((status = copy_row(row)) != done) return status;
-    status = settle_first_pivot();
+    Status status = copy_rows(); // all are sound before the first is changed
+    if (status == done) status = settle_first_pivot();
     for (i64 row = 1; row < rows_.n && status == done; ++row) {
         eliminate(row);
         status = settle_pivot(row);
