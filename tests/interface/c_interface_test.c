@@ -89,6 +89,22 @@ static void conjugate_gradients(void) {
     expect(request == 0 && iterations == 3 && fabs(x[2] - 1.0 / 3.0) < 1e-14, "DCG");
 }
 
+/* x of diag(1, 2, 3) x = (1, 1, 1), in one cycle. */
+static void flexible_gmres(void) {
+    const int n = 3;
+    double b[3] = {1.0, 1.0, 1.0}, x[3] = {0.0, 0.0, 0.0}, dpar[128], tmp[40];
+    int request, ipar[128], outcome = 1, iterations = 0;
+    DFGMRES_INIT(&n, x, b, &request, ipar, dpar, tmp);
+    ipar[9] = 0;  /* no test of the caller's */
+    ipar[11] = 1; /* nor a word on norms */
+    DFGMRES_CHECK(&n, x, b, &request, ipar, dpar, tmp);
+    expect(request == 0, "DFGMRES_CHECK");
+    for (DFGMRES(&n, x, b, &request, ipar, dpar, tmp); request == 1; DFGMRES(&n, x, b, &request, ipar, dpar, tmp))
+        for (int i = 0; i < n; ++i) tmp[ipar[22] - 1 + i] = (i + 1) * tmp[ipar[21] - 1 + i];
+    DFGMRES_GET(&n, x, b, &outcome, ipar, dpar, tmp, &iterations);
+    expect(request == 0 && outcome == 0 && iterations == 3 && fabs(x[2] - 1.0 / 3.0) < 1e-14, "DFGMRES");
+}
+
 int main(void) {
     level1();
     level3();
@@ -96,5 +112,6 @@ int main(void) {
     sparse_level1();
     services();
     conjugate_gradients();
+    flexible_gmres();
     return failures;
 }

@@ -9,6 +9,7 @@ program fortran_interface_test
     call sparse_level1()
     call services()
     call conjugate_gradients()
+    call flexible_gmres()
     if (.not. all_right) stop 1
 
 contains
@@ -79,6 +80,26 @@ contains
         end do
         call DCG_GET(n, x, b, request, ipar, dpar, tmp, iterations)
         call expect(request == 0 .and. iterations == 3 .and. abs(x(3) - 1 / 3.0_c_double) < 1e-14_c_double, 'DCG')
+    end subroutine
+
+    ! x of diag(1, 2, 3) x = (1, 1, 1), in one cycle.
+    subroutine flexible_gmres()
+        integer(c_int), parameter :: n = 3
+        integer(c_int) :: request, ipar(128), iterations
+        real(c_double) :: x(n) = 0, b(n) = 1, dpar(128), tmp(40)
+        call DFGMRES_INIT(n, x, b, request, ipar, dpar, tmp)
+        ipar(10) = 0
+        ipar(12) = 1
+        call DFGMRES_CHECK(n, x, b, request, ipar, dpar, tmp)
+        call expect(request == 0, 'DFGMRES_CHECK')
+        do
+            call DFGMRES(n, x, b, request, ipar, dpar, tmp)
+            if (request /= 1) exit
+            tmp(ipar(23):ipar(23) + n - 1) = [1, 2, 3] * tmp(ipar(22):ipar(22) + n - 1)
+        end do
+        call expect(request == 0, 'DFGMRES')
+        call DFGMRES_GET(n, x, b, request, ipar, dpar, tmp, iterations)
+        call expect(request == 0 .and. iterations == 3 .and. abs(x(3) - 1 / 3.0_c_double) < 1e-14_c_double, 'DFGMRES_GET')
     end subroutine
 
 end program

@@ -1,5 +1,6 @@
 // The report writer from inside: values in lines, limits, files without a notice, numbers that no routine asks for.
 #include "solvers_rci/cg_run.hpp"
+#include "solvers_rci/fgmres_run.hpp"
 #include "solvers_rci/report.hpp"
 #include "tests/support/captured.hpp"
 
@@ -44,10 +45,16 @@ TEST(Report, UnknownNumbersHaveTheirOwnText) {
     double dpar[128] = {};
     const CgRun run(ipar, dpar);
     run.set_defaults(1);
-    const std::string text =
-        frame + "NXL RCI CG WARNING: \nWrong message request. This should never happen in a normal situation...\n";
+    const std::string line = "Wrong message request. This should never happen in a normal situation...\n";
+    std::string text = frame + "NXL RCI CG WARNING: \n" + line;
     for (const int number : {0, 4}) EXPECT_EQ(printed_by([&] { run.report(static_cast<CgError>(number)); }), text);
     for (const int number : {-1, 11}) EXPECT_EQ(printed_by([&] { run.report(static_cast<CgWarning>(number)); }), text);
+    const FgmresRun fgmres(nullptr, nullptr, ipar, dpar, nullptr);
+    text = frame + "NXL RCI FGMRES WARNING: \n" + line;
+    for (const int number : {-1, 19})
+        EXPECT_EQ(printed_by([&] { fgmres.report(static_cast<FgmresError>(number)); }), text);
+    for (const int number : {299, 312})
+        EXPECT_EQ(printed_by([&] { fgmres.report(static_cast<FgmresWarning>(number), 1); }), text);
 }
 
 } // namespace
