@@ -56,14 +56,21 @@ template <class T> class Automatic final : public Method<T> {
         reason_ = reason;
     }
 
-    /// By conjugate gradients where there is no doubt that the matrix is positive definite, otherwise by FGMRES with
-    /// ILU(0), as far as the user has left that open.
-    void iterate(const SparseMatrix<double>& a, const std::string& size, const std::string& doubt, bool fits)
+    /// By conjugate gradients where there is no doubt that matrix and preconditioner are positive definite, otherwise
+    /// by FGMRES with ILU(0), as far as the user has left that open.
+    void iterate(const SparseMatrix<double>& a, const std::string& size, std::string doubt, bool fits)
         requires std::is_same_v<T, double>
     {
-        if (doubt.empty()) return take(make_conjugate_gradients(settings_), a, size + "symmetric, positive diagonal");
+        if (doubt.empty()) {
+            try {
+                return take(make_conjugate_gradients(settings_), a, size + "symmetric, positive diagonal");
+            } catch (const Refusal& refusal) {
+                doubt = refusal.what();
+            }
+        }
         Settings settings = settings_;
-        if (!settings.preconditioner_named) settings.preconditioner = "ilu0";
+        const bool full = a.n > 500 && a.entries() >= 0.25 * a.n * a.n; // ILU(0) would be LU, on one thread, by merging
+        if (!settings.preconditioner_named) settings.preconditioner = full ? "none" : "ilu0";
         const bool free = fits && !settings.iterative; // to go over to LU
         if (free) settings.max_iterations = kPatience;
         try {
