@@ -93,11 +93,14 @@ Problem layers3d(int n) {
 }
 
 /// Diffusion in a wind along x, upwind differences: what comes from the west weighs 1.5, so the matrix is unsymmetric.
-Problem convection2d(int n) {
-    Problem problem = diffusion(2, n, [](const Cell&, Direction d) { return d == kWest ? 1.5 : 1.0; });
+Problem convection(int dimensions, int n) {
+    Problem problem = diffusion(dimensions, n, [](const Cell&, Direction d) { return d == kWest ? 1.5 : 1.0; });
     problem.matrix.symmetry = Symmetry::general;
     return problem;
 }
+
+Problem convection2d(int n) { return convection(2, n); }
+Problem convection3d(int n) { return convection(3, n); }
 
 /// Eight random couplings per row on top of a diagonal that outweighs them by 1: positive definite, no structure.
 Problem random_sparse(int n) {
@@ -135,6 +138,7 @@ constexpr Kind kKinds[] = {
     {"anisotropic2d", anisotropic2d, 2, 5, "as poisson2d, conducting 100 times better in x than in y"},
     {"layers3d", layers3d, 3, 7, "as heat3d, in layers that conduct heat 1 and 1000 in turn"},
     {"convection2d", convection2d, 2, 5, "as poisson2d in a wind along x: unsymmetric"},
+    {"convection3d", convection3d, 3, 7, "as heat3d in a wind along x: unsymmetric"},
     {"truss", truss_bridge, 1, 600, "steel truss bridge of N bays, three displacements per joint"},
     {"random", random_sparse, 1, 9, "N unknowns coupled at random, diagonally dominant"},
     {"kriging", kriging, 2, 1, "covariances of N measurements in the plane: dense"},

@@ -3,6 +3,8 @@
 
 #include "input_error.hpp"
 
+#include <algorithm>
+
 namespace solve {
 namespace {
 
@@ -18,12 +20,17 @@ template <class T> std::unique_ptr<Method<T>> make_general_method(const Settings
 
 template <> std::unique_ptr<Method<double>> make_method(const Settings& settings) {
     if (settings.method == "cg") return make_conjugate_gradients(settings);
+    if (settings.method == "fgmres") return make_fgmres(settings);
     return make_general_method<double>(settings);
 }
 
 template <> std::unique_ptr<Method<Complex>> make_method(const Settings& settings) {
-    if (settings.method == "cg") throw Refusal("method cg needs a real matrix, this one is complex");
+    if (settings.method == "cg" || settings.method == "fgmres")
+        throw Refusal("method " + settings.method + " needs a real matrix, this one is complex");
     return make_general_method<Complex>(settings);
 }
+
+/// Ten times what exact arithmetic needs, but no run without end.
+int default_limit(int n) { return static_cast<int>(std::clamp(10L * n, 100L, 100000L)); }
 
 } // namespace solve

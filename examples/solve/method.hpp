@@ -15,9 +15,14 @@ namespace solve {
 
 struct Settings {
     std::string method = "auto";
-    std::string preconditioner = "none"; // or "jacobi"
+    bool iterative = false;              // of "auto": cg or fgmres, as something about iterations was asked for
+    std::string preconditioner = "none"; // or "jacobi", "ilu0", "ilut"
+    bool preconditioner_named = false;   // by the user; otherwise "auto" may take another
     double tolerance = 1e-8;             // the residual's 2-norm is to shrink to this fraction of its initial value
     int max_iterations = 0;              // for each right-hand side; 0 lets the method choose
+    int restart = 30;                    // fgmres: iterations until it begins anew, in memory that grows with them
+    int fill = 10;                       // ilut: the most entries that L, and U, keep of a row
+    double drop = 1e-3;                  // ilut: what is smaller, relative to its row, is dropped
 };
 
 /// One iteration, as seen by whoever watches.
@@ -60,12 +65,16 @@ template <class T> class Method {
 template <class T> std::unique_ptr<Method<T>> make_method(const Settings& settings);
 
 std::unique_ptr<Method<double>> make_conjugate_gradients(const Settings& settings);
+std::unique_ptr<Method<double>> make_fgmres(const Settings& settings);
 template <class T> std::unique_ptr<Method<T>> make_lu();
 template <class T> std::unique_ptr<Method<T>> make_cholesky();
 
-/// Chooses when it sees the matrix. What may be positive definite is tried by Cholesky, and left to conjugate gradients
-/// when it is real and a dense factorisation would not pay; all else goes to LU.
+/// Chooses when it sees the matrix. What may be positive definite is tried by Cholesky, all else goes to LU. Real
+/// matrices for which a dense factorisation would not pay are left to conjugate gradients and to FGMRES.
 template <class T> std::unique_ptr<Method<T>> make_automatic(const Settings& settings);
+
+/// The limit of iterations when the user named none.
+int default_limit(int n);
 
 /// Whether factoring a dense copy is a good way to solve a system for which there are others: it is quick, or the
 /// matrix is dense already.

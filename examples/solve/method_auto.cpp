@@ -1,4 +1,5 @@
-// The choice of a method by the matrix: Cholesky, LU, or conjugate gradients where dense factors would cost too much.
+// The choice of a method by the matrix: Cholesky or LU; conjugate gradients or FGMRES where dense factors would cost
+// too much, or where the user asks for iterations.
 #include "method.hpp"
 
 #include <algorithm>
@@ -23,12 +24,12 @@ template <class T> class Automatic final : public Method<T> {
         std::string doubt = doubt_of_definiteness(a);
         const bool fits = fits_dense<T>(a.n);
         if constexpr (std::is_same_v<T, double>) {
-            if (doubt.empty() && !(fits && pays_dense(a.n, a.entries())))
-                return take(make_conjugate_gradients(settings_), a, "large, symmetric, positive diagonal");
-        }
-        if (!fits) {
-            const std::string unfit = doubt.empty() ? "complex" : doubt; // as real matrices without a doubt are gone
-            throw Refusal("no method fits: not cg (" + unfit + "), and lu needs " + dense_need<T>(a.n));
+            const bool large = !(fits && pays_dense(a.n, a.entries()));
+            if (large || settings_.iterative) return iterate(a, large ? "large, " : "", doubt, fits);
+        } else {
+            if (settings_.iterative) throw Refusal("methods cg and fgmres need a real matrix, this one is complex");
+            if (!fits)
+                throw Refusal("no method fits: cg and fgmres need a real matrix, and lu needs " + dense_need<T>(a.n));
         }
         if (doubt.empty()) {
             try {
@@ -40,6 +41,10 @@ template <class T> class Automatic final : public Method<T> {
         take(make_lu<T>(), a, doubt);
     }
     Outcome solve(const Block<T>& b, Block<T>& x, const Observer& observe) override {
+        const Outcome outcome = chosen_->solve(b, x, observe);
+        if (outcome.converged || fallback_ == nullptr) return outcome;
+        take(make_lu<T>(), *fallback_,
+             "fgmres did not converge in " + std::to_string(outcome.iterations) + " iterations");
         return chosen_->solve(b, x, observe);
     }
     std::string description() const override { return chosen_->description() + " (auto: " + reason_ + ")"; }
@@ -51,8 +56,41 @@ template <class T> class Automatic final : public Method<T> {
         reason_ = reason;
     }
 
+    /// By conjugate gradients where there is no doubt that matrix and preconditioner are positive definite, otherwise
+    /// by FGMRES with ILU(0), as far as the user has left that open.
+    void iterate(const SparseMatrix<double>& a, const std::string& size, std::string doubt, bool fits)
+        requires std::is_same_v<T, double>
+    {
+        if (doubt.empty()) {
+            try {
+                return take(make_conjugate_gradients(settings_), a, size + "symmetric, positive diagonal");
+            } catch (const Refusal& refusal) {
+                doubt = refusal.what();
+            }
+        }
+        Settings settings = settings_;
+        const bool full = a.n > 500 && a.entries() >= 0.25 * a.n * a.n; // ILU(0) would be LU, on one thread, by merging
+        if (!settings.preconditioner_named) settings.preconditioner = full ? "none" : "ilu0";
+        const bool free = fits && !settings.iterative; // to go over to LU
+        if (free) settings.max_iterations = kPatience;
+        try {
+            take(make_fgmres(settings), a, size + doubt);
+            if (free) fallback_ = &a;
+        } catch (const Refusal& refusal) {
+            if (settings.preconditioner_named) throw;
+            const std::string reason = size + doubt + ", " + refusal.what();
+            if (free) return take(make_lu<double>(), a, reason);
+            settings.preconditioner = "none";
+            take(make_fgmres(settings), a, reason);
+        }
+    }
+
+    /// Iterations for each right-hand side before dense LU is tried: with ILU(0) most that converge at all are done.
+    static constexpr int kPatience = 500;
+
     const Settings settings_;
     std::unique_ptr<Method<T>> chosen_;
+    const SparseMatrix<T>* fallback_ = nullptr; // to be solved by LU if FGMRES does not converge
     std::string reason_;
 };
 

@@ -1,13 +1,12 @@
 // Conjugate gradients: DCG for one right-hand side, DCGMRHS for several. The library asks, this file answers with
 // products, preconditioned residuals and stopping tests.
 #include "method.hpp"
+#include "preconditioner.hpp"
 
 #include "nxl.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 #include <numeric>
 
@@ -37,9 +36,6 @@ enum DoubleEntry { kRelative = 0, kAbsolute = 1, kDcgSquare = 4, kDcgStep = 6, k
 constexpr const char* kNotDefinite = "the matrix is not positive definite";
 constexpr const char* kOverflow = "the numbers left the range of doubles";
 
-/// The limit when the user named none: ten times what exact arithmetic needs, but no run without end.
-int default_limit(int n) { return static_cast<int>(std::clamp(10L * n, 100L, 100000L)); }
-
 /// The arrays that hold the state of a run, and the columns of the last one that the solvers and we share.
 struct Arrays {
     std::vector<int> ipar;
@@ -65,11 +61,7 @@ class ConjugateGradients final : public Method<double> {
         return b.count == 1 ? solve_one(b.column(0), x.column(0), observe) : solve_several(b, x, observe);
     }
 
-    std::string description() const override {
-        std::array<char, 32> tolerance{};
-        std::snprintf(tolerance.data(), tolerance.size(), "%g", settings_.tolerance);
-        return "cg, preconditioner " + settings_.preconditioner + ", tolerance " + tolerance.data();
-    }
+    std::string description() const override { return "cg, " + description_of_iteration(settings_); }
 
   private:
     Outcome solve_one(const double* b, double* x, const Observer& observe) const;
@@ -77,28 +69,27 @@ class ConjugateGradients final : public Method<double> {
     Outcome solve_alone(const Block<double>& b, Block<double>& x, int system, const Observer& observe) const;
     Outcome judge(double norm, double initial, bool definite) const;
     void set_flags(int* ipar) const;
-    bool preconditioned() const { return settings_.preconditioner == "jacobi"; }
-    void precondition(const double* r, double* z) const {
-        for (int i = 0; i < a_->n; ++i) z[i] = inverse_diagonal_.data()[i] * r[i];
-    }
+    bool preconditioned() const { return preconditioner_ != nullptr; }
 
     const Settings settings_;
     const SparseMatrix<double>* a_ = nullptr;
-    std::vector<double> inverse_diagonal_;
+    std::unique_ptr<Preconditioner> preconditioner_;
     int limit_ = 0;
 };
 
 void ConjugateGradients::set_up(const SparseMatrix<double>& a) {
     if (a.symmetry != Symmetry::symmetric && !is_symmetric(a))
         throw Refusal("method cg needs a symmetric matrix, this one is not");
-    inverse_diagonal_ = diagonal(a);
-    for (int i = 0; i < a.n; ++i) {
-        double& d = inverse_diagonal_.data()[i];
-        if (!(d > 0.0))
-            throw Refusal("method cg needs a positive definite matrix, but diagonal entry " + std::to_string(i + 1) +
-                          " is not positive");
-        d = 1.0 / d;
-    }
+    const auto positive = [](double value) { return value > 0.0; };
+    const auto d = diagonal(a);
+    const auto bad = std::ranges::find_if_not(d, positive);
+    if (bad != d.end())
+        throw Refusal("method cg needs a positive definite matrix, but diagonal entry " +
+                      std::to_string(bad - d.begin() + 1) + " is not positive");
+    preconditioner_ = make_preconditioner(settings_, a);
+    if (preconditioner_ && !std::ranges::all_of(preconditioner_->inverse_pivots(), positive))
+        throw Refusal("method cg needs a positive definite preconditioner, but " + settings_.preconditioner +
+                      " has a pivot that is not positive");
     a_ = &a;
     limit_ = settings_.max_iterations > 0 ? settings_.max_iterations : default_limit(a.n);
 }
@@ -139,7 +130,7 @@ Outcome ConjugateGradients::solve_one(const double* b, double* x, const Observer
         if (request == kProduct) {
             multiply(*a_, run.p, run.ap);
         } else if (request == kPrecondition) {
-            precondition(r, z);
+            preconditioner_->apply(r, z);
         } else { // our test, or the end
             const double norm = preconditioned() ? dnrm2(&n, r, &one) : std::sqrt(dpar[kDcgSquare]);
             if (ipar[kIteration] == 0) initial = norm;
@@ -197,7 +188,7 @@ Outcome ConjugateGradients::solve_several(Block<double> b, Block<double>& x, con
         DCGMRHS(&n, x.value.data(), &count, b.value.data(), &request, ipar, dpar, tmp);
         const int system = ipar[kSystem] - 1;
         if (request == kProduct) multiply(*a_, run.p, run.ap);
-        if (request == kPrecondition) precondition(residuals + std::ptrdiff_t{n} * system, z);
+        if (request == kPrecondition) preconditioner_->apply(residuals + std::ptrdiff_t{n} * system, z);
         if (request == kTest) {
             if (dpar[kDcgmrhsStep] < 0.0) outcome.trouble = kNotDefinite;
             if (!std::isfinite(reduced[system])) outcome.trouble = kOverflow;

@@ -16,6 +16,34 @@ std::string footer() {
            "Example: nxl-solve --generate heat3d:100 --precond jacobi --plot history.svg";
 }
 
+void declare_iterations(CLI::App& app, Settings& s) {
+    app.add_option(
+           "--precond", s.preconditioner,
+           "Preconditioner of cg and fgmres: none, jacobi (the diagonal), ilu0 (incomplete LU without fill), or "
+           "ilut (with fill by size, fgmres only)")
+        ->check(CLI::IsMember({"none", "jacobi", "ilu0", "ilut"}))
+        ->option_text("none|jacobi|ilu0|ilut [none; ilu0 where auto takes fgmres]");
+    app.add_option("--tolerance", s.tolerance, "Reduce the 2-norm of the residual by this factor")
+        ->check([](const std::string& text) {
+            double value = 0.0;
+            const bool good = CLI::detail::lexical_cast(text, value) && value > 0.0 && value < 1.0;
+            return good ? std::string() : "'" + text + "' is not between 0 and 1";
+        })
+        ->option_text("T [1e-08]");
+    app.add_option("--max-iterations", s.max_iterations, "Limit for each right-hand side")
+        ->check(CLI::Range(1, 2000000000))
+        ->option_text("N [10 n, in 100 to 100000]");
+    app.add_option("--restart", s.restart, "Iterations of fgmres until it begins anew")
+        ->check(CLI::Range(1, 10000))
+        ->option_text("M [30]");
+    app.add_option("--fill", s.fill, "Entries that ilut keeps of a row, left and right of the diagonal")
+        ->check(CLI::Range(0, 1000000))
+        ->option_text("N [10]");
+    app.add_option("--drop", s.drop, "What ilut drops, relative to the mean of its row")
+        ->check(CLI::Range(0.0, 1.0))
+        ->option_text("T [0.001]");
+}
+
 void declare(CLI::App& app, Options& o) {
     app.set_version_flag("--version", "nxl-solve " NXL_SOLVE_VERSION);
     app.footer(footer());
@@ -23,13 +51,10 @@ void declare(CLI::App& app, Options& o) {
     app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
     app.add_option("--method", o.settings.method,
                    "lu, of a dense copy; cholesky, if symmetric or Hermitian positive definite; cg, conjugate "
-                   "gradients, if real "
-                   "symmetric positive definite; auto chooses")
-        ->check(CLI::IsMember({"auto", "lu", "cholesky", "cg"}))
-        ->option_text("auto|lu|cholesky|cg [auto]");
-    app.add_option("--precond", o.settings.preconditioner, "Preconditioner of cg: none, or jacobi (the diagonal)")
-        ->check(CLI::IsMember({"none", "jacobi"}))
-        ->option_text("none|jacobi [none]");
+                   "gradients, if real symmetric positive definite; fgmres, if real; auto chooses")
+        ->check(CLI::IsMember({"auto", "lu", "cholesky", "cg", "fgmres"}))
+        ->option_text("auto|lu|cholesky|cg|fgmres [auto]");
+    declare_iterations(app, o.settings);
     app.add_option("--rhs", o.right_hand_side,
                    "Right-hand side: known (A times ones, so that the error is known), ones, load (the generated "
                    "problem's own), or an array file")
@@ -37,28 +62,31 @@ void declare(CLI::App& app, Options& o) {
     app.add_option("--nrhs", o.systems, "Number of right-hand sides")
         ->check(CLI::Range(1, 100000))
         ->option_text("K [1]");
-    app.add_option("--tolerance", o.settings.tolerance, "Reduce the 2-norm of the residual by this factor")
-        ->check([](const std::string& text) {
-            double value = 0.0;
-            const bool good = CLI::detail::lexical_cast(text, value) && value > 0.0 && value < 1.0;
-            return good ? std::string() : "'" + text + "' is not between 0 and 1";
-        })
-        ->option_text("T [1e-08]");
-    app.add_option("--max-iterations", o.settings.max_iterations, "Limit for each right-hand side")
-        ->check(CLI::Range(1, 2000000000))
-        ->option_text("N [10 n, in 100 to 100000]");
     app.add_option("--output", o.output, "Write the solution, an array of 17 digits")->option_text("FILE");
-    app.add_option("--plot", o.plot, "Draw the residual history of cg through gnuplot")->option_text("FILE.svg");
+    app.add_option("--plot", o.plot, "Draw the residual history of cg or fgmres through gnuplot")
+        ->option_text("FILE.svg");
     auto* verbose = app.add_flag("--verbose", o.verbose, "Print the residual of every iteration");
     app.add_flag("--quiet", o.quiet, "Print nothing but errors")->excludes(verbose);
 }
 
-/// Options about iterations ask for the method that iterates.
+/// Options about iterations ask for a method that iterates, and some of them for one in particular.
 void choose_by_options(const CLI::App& app, Settings& settings) {
+    settings.preconditioner_named = app.count("--precond") > 0;
+    for (const std::string option : {"--fill", "--drop"}) {
+        if (app.count(option) > 0 && settings.preconditioner != "ilut")
+            throw UsageError(option + " belongs to --precond ilut");
+    }
+    if (settings.method == "auto" && (app.count("--restart") > 0 || settings.preconditioner == "ilut"))
+        settings.method = "fgmres";
+    if (app.count("--restart") > 0 && settings.method != "fgmres")
+        throw UsageError("--restart belongs to method fgmres");
+    if (settings.preconditioner == "ilut" && settings.method == "cg")
+        throw UsageError("--precond ilut belongs to method fgmres: cg needs a symmetric preconditioner");
     for (const std::string option : {"--precond", "--tolerance", "--max-iterations", "--plot"}) {
         if (app.count(option) == 0) continue;
-        if (settings.method == "auto") settings.method = "cg";
-        if (settings.method != "cg") throw UsageError(option + " belongs to method cg");
+        if (settings.method == "lu" || settings.method == "cholesky")
+            throw UsageError(option + " belongs to methods cg and fgmres");
+        settings.iterative = true;
     }
 }
 

@@ -96,6 +96,7 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
     write("indefinite.mtx", kBanner + "array real symmetric\n2 2\n1\n2\n1\n");
     write("negative.mtx", kBanner + "array real symmetric\n2 2\n1\n0\n-1\n");
     write("values.mtx", kBanner + "array complex general\n2 2\n2 0\n1 1\n1 -1\n3 0\n");
+    write("shift.mtx", kBanner + "coordinate real general\n3 3 3\n1 2 1\n2 3 1\n3 1 1\n");
     const std::pair<std::string, std::string> choices[] = {
         {"indefinite.mtx", "lu (auto: method cholesky needs a positive definite matrix, but the leading minor of order "
                            "2 is not positive)"},
@@ -104,8 +105,25 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
         {"--generate kriging:100", "cholesky (auto: positive definite)"},
         {"--generate poisson2d:71",
          "cg, preconditioner none, tolerance 1e-08 (auto: large, symmetric, positive diagonal)"},
-        {"--generate kriging:100 --precond jacobi", "cg, preconditioner jacobi, tolerance 1e-08"},
-        {"--generate kriging:100 --max-iterations 500", "cg, preconditioner none, tolerance 1e-08"},
+        {"--generate kriging:100 --precond jacobi",
+         "cg, preconditioner jacobi, tolerance 1e-08 (auto: symmetric, positive diagonal)"},
+        {"--generate kriging:100 --max-iterations 500",
+         "cg, preconditioner none, tolerance 1e-08 (auto: symmetric, positive diagonal)"},
+        {"indefinite.mtx --precond ilu0",
+         "fgmres, restart 2, preconditioner ilu0, tolerance 1e-08 (auto: method cg needs a positive definite "
+         "preconditioner, but ilu0 has a pivot that is not positive)"},
+        {"negative.mtx --tolerance 1e-6",
+         "fgmres, restart 2, preconditioner ilu0, tolerance 1e-06 (auto: diagonal entry 2 is not positive)"},
+        {"shift.mtx --max-iterations 5",
+         "fgmres, restart 3, preconditioner none, tolerance 1e-08 (auto: not symmetric, preconditioner ilu0 needs "
+         "every diagonal entry in the file, that of row 1 is missing)"},
+        {"--generate panels:600 --max-iterations 300",
+         "fgmres, restart 30, preconditioner none, tolerance 1e-08 (auto: not symmetric)"},
+        {"--generate convection2d:71",
+         "fgmres, restart 30, preconditioner ilu0, tolerance 1e-08 (auto: large, not symmetric)"},
+        {"--generate convection2d:9 --restart 7", "fgmres, restart 7, preconditioner none, tolerance 1e-08"},
+        {"--generate poisson2d:9 --precond ilut --fill 5",
+         "fgmres, restart 30, preconditioner ilut (fill 5, drop 0.001), tolerance 1e-08"},
     };
     for (const auto& [arguments, method] : choices) {
         const auto run = this->run(arguments);
@@ -114,6 +132,21 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
         EXPECT_LT(number_after(run.out, "error "), 1e-4) << run.out;
     }
     EXPECT_NE(run("values.mtx").out.find("complex hermitian by its values"), std::string::npos);
+}
+
+// U of the incomplete factors has 1e-3 on its diagonal and 1 beside it: its inverse leaves the range of doubles.
+TEST_F(Program, AutoTurnsToLuWhereFgmresFails) {
+    const int n = 5001;
+    std::string lines;
+    for (int i = 1; i <= n; ++i) {
+        const auto row = std::to_string(i) + " ";
+        lines += row + row + "1e-3\n" + row + std::to_string(i % n + 1) + " 1\n";
+    }
+    write("a.mtx", kBanner + "coordinate real general\n5001 5001 10002\n" + lines);
+    const auto run = this->run("a.mtx");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("method       lu (auto: fgmres did not converge in "), std::string::npos) << run.out;
+    EXPECT_LT(number_after(run.out, "error "), 1e-10) << run.out;
 }
 
 TEST(Choice, DenseCopiesPayWhenSmallOrAQuarterFull) {
@@ -130,8 +163,8 @@ struct Fault {
 };
 
 TEST_F(Program, DirectMethodsRefuseInOneLine) {
-    // A million unknowns, unsymmetric by one entry, or complex: dense, they take 7451 GiB or twice that.
-    const std::string large = "1000000 1000000 1000001\n1 2 1";
+    // A million unknowns, real or complex: dense, they take 7451 GiB or twice that.
+    const std::string large = "1000000 1000000 1000000";
     const auto diagonal = [](const std::string& value) {
         std::string lines;
         for (int i = 1; i <= 1000000; ++i) lines += std::to_string(i) + " " + std::to_string(i) + value;
@@ -159,10 +192,10 @@ TEST_F(Program, DirectMethodsRefuseInOneLine) {
         {"rows.mtx --method lu", 1, "rows.mtx:2: the matrix is not square: 3 by 2"},
         {"large.mtx --method lu", 1, "large.mtx: method lu needs 7450.6" + dense},
         {"wide.mtx --method cholesky", 1, "wide.mtx: method cholesky needs 14901.2" + dense},
-        {"large.mtx", 1, "large.mtx: no method fits: not cg (not symmetric), and lu needs 7450.6" + dense},
-        {"wide.mtx", 1, "wide.mtx: no method fits: not cg (complex), and lu needs 14901.2" + dense},
-        {"singular.mtx --method lu --plot h.svg", 2, "--plot belongs to method cg"},
-        {"singular.mtx --method cholesky --tolerance 1e-3", 2, "--tolerance belongs to method cg"},
+        {"wide.mtx", 1, "wide.mtx: no method fits: cg and fgmres need a real matrix, and lu needs 14901.2" + dense},
+        {"zero.mtx --precond jacobi", 1, "zero.mtx: methods cg and fgmres need a real matrix, this one is complex"},
+        {"singular.mtx --method lu --plot h.svg", 2, "--plot belongs to methods cg and fgmres"},
+        {"singular.mtx --method cholesky --tolerance 1e-3", 2, "--tolerance belongs to methods cg and fgmres"},
         {"tiny.mtx --rhs b.mtx", 3, "not solved: the numbers left the range of doubles"},
     };
     for (const auto& [arguments, status, message] : faults) {
