@@ -93,6 +93,7 @@ void WorkingRow::move_largest_to_tail(i64 first, i64 count, i64 keep) const {
     const i64 border = first + count - keep; // first position of the tail
     i64 low = first, high = first + count - 1;
     while (low < high) {
+        swap(low, low + (high - low) / 2); // the first one is the pivot: rows that ascend or descend are common
         const double pivot = magnitude(low);
         i64 i = low, j = high + 1;
         for (;;) {
