@@ -46,12 +46,17 @@ TEST(DfgmresCheck, LayoutOfHugeCyclesWrapsAround) { // as 32-bit integers do, al
 struct Plain {
     const Grid& a;
     const Operation preconditioner;
-    Vector x, b, y{};
-    std::vector<Vector> v{}, z{}, r{};
-    Vector c{}, s{}, g{};
+    Vector x, b, y;
+    std::vector<Vector> v, z, r;
+    Vector c, s, g;
     double first = 0.0, residual = 0.0, last = 0.0, made = 0.0;
-
     const int one = 1, n = a.unknowns();
+
+    Plain(const Grid& matrix, Operation inverse, Vector start, Vector right_side)
+        : a(matrix),
+          preconditioner(std::move(inverse)),
+          x(std::move(start)),
+          b(std::move(right_side)) {}
 
     void begin() {
         v = {sum(b, -1.0, a.product(x))};
@@ -144,7 +149,7 @@ TEST_P(DfgmresMethod, RequestsComeInOrderAndStateIsThatOfTheRecurrences) {
     constexpr int cycle = 3;
     FgmresCase run = started(cycle);
     const Operation answer = preconditioner();
-    Plain plain{a_, preconditioner(), run.x, run.b};
+    Plain plain(a_, preconditioner(), run.x, run.b);
     double target = 0.0;
     const auto expect = [&](int request, int stage, int in = 0, int out = 0) {
         ASSERT_EQ(run.step(), request);
@@ -246,7 +251,7 @@ TEST(DfgmresEdges, SolutionAfterABreakdown) {
     for (const bool asks : {true, false}) {
         OneUnknown run;
         run.ip(12) = !asks;
-        EXPECT_NE(printed_by([&] { run.run_double(); }) == "", asks);
+        EXPECT_EQ(printed_by([&] { run.run_double(); }).empty(), !asks);
         EXPECT_EQ(run.request, asks ? -10 : 0); // the Krylov space is exhausted: dpar(7) is 0
         EXPECT_EQ(run.dp(7), 0.0);
         int outcome = -77;
