@@ -41,7 +41,7 @@ template <class T> class Automatic final : public Method<T> {
         take(make_lu<T>(), a, doubt);
     }
     Outcome solve(const Block<T>& b, Block<T>& x, const Observer& observe) override {
-        const Outcome outcome = chosen_->solve(b, x, observe);
+        Outcome outcome = chosen_->solve(b, x, observe);
         if (outcome.converged || fallback_ == nullptr) return outcome;
         take(make_lu<T>(), *fallback_,
              "fgmres did not converge in " + std::to_string(outcome.iterations) + " iterations");

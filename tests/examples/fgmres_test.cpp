@@ -135,7 +135,7 @@ TEST(Fgmres, FillAndRestartSayHowManyIterationsItTakes) {
     };
     auto little = fgmres("ilut"), much = fgmres("ilut"), coarse = fgmres("ilut");
     little.fill = 2; // fewer than its rows have: the kept ones come in no order
-    much.fill = 20;
+    much.fill = coarse.fill = 20;
     coarse.drop = 0.2;
     EXPECT_LT(iterations(much), iterations(little));
     EXPECT_LT(iterations(much), iterations(coarse));
@@ -191,6 +191,10 @@ TEST(Fgmres, ExhaustedSpacesAndHopelessTolerances) {
     EXPECT_FALSE(hopeless.outcome.converged);
     EXPECT_EQ(hopeless.outcome.trouble, "rounding leaves no more to gain");
     EXPECT_LT(hopeless.outcome.residual, 1e-14);
+    auto limited = fgmres("ilu0", 10, 1e-18); // the limit holds over the first run and those that check it
+    limited.max_iterations = static_cast<int>(hopeless.outcome.iterations) - 1;
+    EXPECT_EQ(solve_by(solve::make_fgmres(limited), a, random_block(a.n, 1)).outcome.iterations,
+              limited.max_iterations);
 }
 
 TEST(ConjugateGradients, IncompleteFactorsSaveIterations) {
