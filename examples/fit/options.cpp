@@ -1,0 +1,69 @@
+// The command line as CLI11 sees it.
+#include "options.hpp"
+
+#include "common/input_error.hpp"
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <iostream>
+
+namespace fit {
+namespace {
+
+std::string footer() {
+    return "Models:\n" + list_of_models() +
+           "\nExit status: 0 fitted, 1 bad input or no memory, 2 bad usage, 3 not converged.\n"
+           "Example: nxl-fit decay.csv --model exponential --plot decay.svg";
+}
+
+void declare(CLI::App& app, Options& o, std::vector<std::string>& start) {
+    app.set_version_flag("--version", "nxl-fit " NXL_FIT_VERSION);
+    app.footer(footer());
+    app.add_option("FILE", o.file, "Columns x, y and, where known, the standard deviation of y; plain or gzip")
+        ->required()
+        ->option_text(" ");
+    app.add_option("--model", o.model, "What to fit, see below")->required()->option_text("NAME|FORMULA");
+    app.add_option("--start", start, "Values to start from [named models: estimated from the data; else 1]")
+        ->delimiter(',')
+        ->expected(1)
+        ->option_text("A=1,B=0.5");
+    app.add_option("--max-iterations", o.max_iterations, "Limit of accepted steps")
+        ->check(CLI::Range(1, 1000000))
+        ->option_text("N [1000]");
+    app.add_option("--output", o.output, "Write x, y, fit and residual")->option_text("FILE.csv");
+    app.add_option("--plot", o.plot, "Draw points and curve through gnuplot")->option_text("FILE.svg");
+    app.add_flag("--quiet", o.quiet, "Print nothing but errors");
+}
+
+Start start_of(const std::vector<std::string>& entries) {
+    Start start;
+    for (const std::string& entry : entries) {
+        const auto equals = entry.find('=');
+        double value = 0.0;
+        const bool good = equals != std::string::npos && equals > 0 && parse_number(entry.substr(equals + 1), value);
+        if (!good || !std::isfinite(value)) throw common::UsageError("--start: '" + entry + "' is not NAME=NUMBER");
+        start[entry.substr(0, equals)] = value;
+    }
+    return start;
+}
+
+} // namespace
+
+std::optional<Options> parse_options(int argc, char** argv) {
+    Options options;
+    std::vector<std::string> start;
+    CLI::App app("Fits a model to points by nonlinear least squares.", "nxl-fit");
+    declare(app, options, start);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& answered) {
+        app.exit(answered, std::cout, std::cerr);
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        throw common::UsageError(error.what());
+    }
+    options.start = start_of(start);
+    return options;
+}
+
+} // namespace fit
