@@ -29,6 +29,7 @@ void refuse_assignment(const std::string& text) {
 } // namespace
 
 Expression::Expression(const std::string& text) : parser_(std::make_unique<mu::Parser>()) {
+    if (text.find_first_not_of(' ') == std::string::npos) throw common::UsageError("--model: the formula is empty");
     refuse_assignment(text);
     try {
         parser_->SetExpr(text);

@@ -4,6 +4,7 @@
 #include "common/input_error.hpp"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 
@@ -16,7 +17,7 @@ std::string footer() {
            "Example: nxl-fit decay.csv --model exponential --plot decay.svg";
 }
 
-void declare(CLI::App& app, Options& o, std::vector<std::string>& start) {
+void declare(CLI::App& app, Options& o, std::string& start) {
     app.set_version_flag("--version", "nxl-fit " NXL_FIT_VERSION);
     app.footer(footer());
     app.add_option("FILE", o.file, "Columns x, y and, where known, the standard deviation of y; plain or gzip")
@@ -24,8 +25,6 @@ void declare(CLI::App& app, Options& o, std::vector<std::string>& start) {
         ->option_text(" ");
     app.add_option("--model", o.model, "What to fit, see below")->required()->option_text("NAME|FORMULA");
     app.add_option("--start", start, "Values to start from [named models: estimated from the data; else 1]")
-        ->delimiter(',')
-        ->expected(1)
         ->option_text("A=1,B=0.5");
     app.add_option("--max-iterations", o.max_iterations, "Limit of accepted steps")
         ->check(CLI::Range(1, 1000000))
@@ -35,14 +34,17 @@ void declare(CLI::App& app, Options& o, std::vector<std::string>& start) {
     app.add_flag("--quiet", o.quiet, "Print nothing but errors");
 }
 
-Start start_of(const std::vector<std::string>& entries) {
+/// NAME=NUMBER, with commas between several.
+Start start_of(const std::string& text) {
     Start start;
-    for (const std::string& entry : entries) {
-        const auto equals = entry.find('=');
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::string_view entry = rest.substr(0, rest.find(','));
+        rest.remove_prefix(std::min(rest.size(), entry.size() + 1));
+        const auto equals = std::min(entry.find('='), entry.size() - 1);
         double value = 0.0;
-        const bool good = equals != std::string::npos && equals > 0 && parse_number(entry.substr(equals + 1), value);
-        if (!good || !std::isfinite(value)) throw common::UsageError("--start: '" + entry + "' is not NAME=NUMBER");
-        start[entry.substr(0, equals)] = value;
+        if (equals == 0 || !parse_number(entry.substr(equals + 1), value) || !std::isfinite(value))
+            throw common::UsageError("--start: '" + std::string(entry) + "' is not NAME=NUMBER");
+        start[std::string(entry.substr(0, equals))] = value;
     }
     return start;
 }
@@ -51,7 +53,7 @@ Start start_of(const std::vector<std::string>& entries) {
 
 std::optional<Options> parse_options(int argc, char** argv) {
     Options options;
-    std::vector<std::string> start;
+    std::string start;
     CLI::App app("Fits a model to points by nonlinear least squares.", "nxl-fit");
     declare(app, options, start);
     try {

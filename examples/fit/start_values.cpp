@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numeric>
 #include <nxl.h>
+#include <utility>
 
 namespace fit {
 namespace {
@@ -13,13 +14,13 @@ using Column = std::vector<double>;
 
 /// The points in the order of x.
 Data sorted(const Data& data) {
-    std::vector<std::size_t> order(data.x.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(), [&](auto i, auto k) { return data.x[i] < data.x[k]; });
+    std::vector<std::pair<double, double>> points;
+    for (std::size_t i = 0; i < data.x.size(); ++i) points.emplace_back(data.x[i], data.y[i]);
+    std::sort(points.begin(), points.end());
     Data result;
-    for (const auto i : order) {
-        result.x.push_back(data.x[i]);
-        result.y.push_back(data.y[i]);
+    for (const auto& [x, y] : points) {
+        result.x.push_back(x);
+        result.y.push_back(y);
     }
     return result;
 }
