@@ -1002,6 +1002,42 @@ module nxl
 
         ! ---- Nonlinear least squares with bounds ----
 
+        ! A handle for n unknowns and m residuals; x, lw, up and eps stay where they are until the handle is deleted, so
+        ! give them the target attribute.
+        function dtrnlspbc_init(handle, n, m, x, lw, up, eps, iter1, iter2, rs) bind(c, name="dtrnlspbc_init")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(out) :: handle
+            integer(c_int), intent(in) :: n, m, iter1, iter2
+            real(c_double), intent(inout) :: x(*)
+            real(c_double), intent(in) :: lw(*), up(*), eps(6), rs
+            integer(c_int) :: dtrnlspbc_init
+        end function
+
+        ! Goes on to the next request.
+        function dtrnlspbc_solve(handle, fvec, fjac, RCI_Request) bind(c, name="dtrnlspbc_solve")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(inout) :: handle
+            real(c_double), intent(inout) :: fvec(*), fjac(*)
+            integer(c_int), intent(inout) :: RCI_Request
+            integer(c_int) :: dtrnlspbc_solve
+        end function
+
+        ! Iterations, stop code, norms of the residual at the start and at the end.
+        function dtrnlspbc_get(handle, iter, st_cr, r1, r2) bind(c, name="dtrnlspbc_get")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(inout) :: handle
+            integer(c_int), intent(out) :: iter, st_cr
+            real(c_double), intent(out) :: r1, r2
+            integer(c_int) :: dtrnlspbc_get
+        end function
+
+        ! Frees the handle.
+        function dtrnlspbc_delete(handle) bind(c, name="dtrnlspbc_delete")
+            import :: c_int, c_ptr
+            type(c_ptr), intent(inout) :: handle
+            integer(c_int) :: dtrnlspbc_delete
+        end function
+
     end interface
 
 end module nxl

@@ -247,7 +247,60 @@ int dtrnlsp_get(void** handle, int* iter, int* st_cr, double* r1, double* r2) NX
 /* Frees the handle; the variable itself, x and eps stay as they are. */
 int dtrnlsp_delete(void** handle) NXL_NOEXCEPT;
 
-/* ==== Nonlinear least squares with bounds ========================================================================= */
+/* ==== Nonlinear least squares with bounds =========================================================================
+ * Finds x of n unknowns, lw(i) <= x(i) <= up(i), that makes |F(x)| least, F of m >= n components. By reverse
+ * communication: dtrnlspbc_solve is called in a loop and returns with RCI_Request saying what it needs. All points at
+ * which it wants F or its Jacobian J are inside the bounds, exactly. A whole program: docs/bounded-least-squares.md.
+ *
+ * The routines return 1501 for success, 1502 for a bad argument, a null handle or a run that has failed, 1503 without
+ * memory. handle is the address of the caller's pointer, in every call. A handle belongs to one thread at a time.
+ *
+ * RCI_Request:
+ *      0  in: go on; out: call again
+ *      1  out: put F(x) into fvec(m), call again with the value unchanged
+ *      2  out: put J(x) into fjac(m,n), column-major, call again with the value unchanged
+ *     -1, -2  in: stop; x goes back to the best point, RCI_Request becomes 0, the stop code -1 or -2
+ *     -1 to -6  out: the run has ended with stop code 1 to 6
+ * Stop codes:
+ *      0  running                                       1  iter1 iterations have been made
+ *      2  the radius is below eps(1)                    3  |F| is at most eps(2)
+ *      4  all columns of J that belong to free variables have norms below eps(3), or no variable is free; a variable is
+ *         free unless it is on a bound and |F| would not fall on the bound's inner side
+ *      5  the step is at most eps(4)                    6  the change of |F| that J predicts is at most eps(3), or too
+ *                                                          small to show in |F| in double precision
+ *     -1, -2  stopped by the caller                    -4  F at the start, or J, is not finite: dtrnlspbc_solve returns
+ *                                                          1502, RCI_Request stays as it was
+ * At a solution on bounds the run ends with 4, 5 or 6 however small eps is.
+ *
+ * Method: a trust region of the form |D s| <= radius in the largest norm, D the largest column norms of J so far, cut
+ * with the bounds to one box; a step minimises |F + J s| in that box by projected gradients and Newton steps on faces;
+ * Conn, Gould and Toint, SIAM J. Numer. Anal. 25 (1988), and Trust-Region Methods (2000), chapter 12; Moré and Toraldo,
+ * SIAM J. Optim. 1 (1991). Each step falls at least as far as a Cauchy step, so that the run goes to points where the
+ * first-order conditions of the problem with bounds hold. */
+
+/* Makes a handle. x(n) is moved into the bounds; x, lw(n), up(n) and eps(6) are kept, not copied, and stay until
+ * dtrnlspbc_delete. A bound may be infinite, and lw(i) = up(i) fixes x(i).
+ *   eps    all above 0; 1 to 4 as above; 5 is not used; 6 the factor by which the projected gradient of the subproblem
+ *          falls, at most 0.1
+ *   iter1  most iterations, which are accepted steps          iter2  most passes in the subproblem, as in 100
+ *   rs     the first radius is rs times the largest D(i) |x(i)|, or rs if that is not above eps(1); 0 to 100, where 0
+ *          means 100
+ * 1502: n, m, iter1 or iter2 below 1, m < n, an eps not above 0, rs not in 0 to 100, lw(i) > up(i), a bound that is no
+ * number, bounds with no finite number between them, x(i) no number. Nothing is allocated then. On failure the caller's
+ * pointer becomes null and x stays as it was. */
+int dtrnlspbc_init(void** handle, const int* n, const int* m, double* x, const double* lw, const double* up,
+                   const double* eps, const int* iter1, const int* iter2, const double* rs) NXL_NOEXCEPT;
+
+/* Goes on from the caller's answer to the next request. A trial point at which F is larger, or not finite, is rejected:
+ * x and fvec become what they were, the radius shrinks, and the old J serves on. fjac is read only where it answers
+ * request 2. */
+int dtrnlspbc_solve(void** handle, double* fvec, double* fjac, int* RCI_Request) NXL_NOEXCEPT;
+
+/* iter: iterations; st_cr: stop code; r1: |F| at the start; r2: |F| at x once the run has ended, until then 0. */
+int dtrnlspbc_get(void** handle, int* iter, int* st_cr, double* r1, double* r2) NXL_NOEXCEPT;
+
+/* Frees the handle; the caller's pointer becomes null. */
+int dtrnlspbc_delete(void** handle) NXL_NOEXCEPT;
 
 /* ==== BLAS level 1 ================================================================================================
  * Lawson, Hanson, Kincaid and Krogh, ACM TOMS 5 (1979). Nothing is checked and nothing is reported: with n below 1 a
