@@ -1,9 +1,10 @@
-// The loops of reverse communication around dtrnlsp and djacobi, and the covariance by dpotrf and dpotri.
+// The loops of reverse communication around dtrnlsp or dtrnlspbc and djacobi, and the covariance by dpotrf and dpotri.
 #include "fit.hpp"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <new>
 #include <nxl.h>
 
@@ -28,7 +29,8 @@ void check(int status) {
 class Problem {
   public:
     Problem(Expression& model, const Data& data, const Column& start) : model_(model), data_(data), unit_(start) {
-        for (double& u : unit_) u = u == 0.0 ? 1.0 : std::abs(u);
+        // Powers of two: a bound stays exactly where the user put it.
+        for (double& u : unit_) u = u == 0.0 ? 1.0 : std::ldexp(1.0, std::ilogb(u));
         Column variation = data.y;
         double mean = 0.0;
         for (const double y : data.y) mean += y / data.count();
@@ -109,39 +111,45 @@ const char* reason_of(int stop_code) {
     case 1: return "the limit of iterations was reached";
     case 2: return "the trust region became too small to go on";
     case 3: return "the formula meets the points exactly";
-    case 4: return "no parameter changes the formula any more";
+    case 4: return "no parameter that is free changes the formula any more";
     case 5: return "the steps became too short to matter";
     case 6: return "no step reduces the residual any more";
     default: return "no step could be found";
     }
 }
 
-/// A run of the solver on `q`.
+/// A run on `q` of the solver without bounds, or of the one with them; but for their beginning they are called alike.
 class Run {
   public:
-    Run(const Problem& problem, Column& q, int limit) : problem_(problem), q_(q) {
+    Run(const Problem& problem, Column& q, const Bounds& bounds, int limit) : problem_(problem), q_(q) {
         const int n = problem.parameters(), m = problem.points(), step_limit = 100;
         const double radius = 100.0; // the library's own choice; the first step cuts it down to its length
-        check(dtrnlsp_init(&handle_, &n, &m, q.data(), tolerance_.data(), &limit, &step_limit, &radius));
+        const auto finite = [](double bound) { return std::isfinite(bound); };
+        bounded_ = std::any_of(bounds.lower.begin(), bounds.lower.end(), finite) ||
+                   std::any_of(bounds.upper.begin(), bounds.upper.end(), finite);
+        check(bounded_ ? dtrnlspbc_init(&handle_, &n, &m, q.data(), bounds.lower.data(), bounds.upper.data(),
+                                        tolerance_.data(), &limit, &step_limit, &radius)
+                       : dtrnlsp_init(&handle_, &n, &m, q.data(), tolerance_.data(), &limit, &step_limit, &radius));
     }
-    ~Run() { dtrnlsp_delete(&handle_); }
+    ~Run() { (bounded_ ? dtrnlspbc_delete : dtrnlsp_delete)(&handle_); }
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
 
     /// Moves q to the solution and tells in `fit` how that went; returns the stop code.
     int solve(Fit& fit) {
         Column f(static_cast<std::size_t>(problem_.points())), jacobian(f.size() * q_.size());
+        const auto step = bounded_ ? dtrnlspbc_solve : dtrnlsp_solve;
         int request = 0, stop = 0;
         double first = 0.0, last = 0.0;
         while (request >= 0 && fit.reason.empty()) {
-            if (dtrnlsp_solve(&handle_, f.data(), jacobian.data(), &request) != kSuccess) break;
+            if (step(&handle_, f.data(), jacobian.data(), &request) != kSuccess) break;
             if (request == 1) problem_.residuals(q_, f);
             if (request != 2) continue;
             differentiate(problem_, q_, jacobian);
             const std::size_t bad = first_unusable(jacobian, problem_.points());
             if (bad < q_.size()) fit.reason = "the derivative by '" + problem_.name(bad) + "' is not a number";
         }
-        check(dtrnlsp_get(&handle_, &fit.iterations, &stop, &first, &last));
+        check((bounded_ ? dtrnlspbc_get : dtrnlsp_get)(&handle_, &fit.iterations, &stop, &first, &last));
         if (fit.reason.empty()) fit.reason = reason_of(stop);
         return stop;
     }
@@ -150,51 +158,70 @@ class Run {
     const Problem& problem_;
     Column& q_;
     void* handle_ = nullptr;
-    // Of the radius, the residual, the derivatives and the change of the residual, the step; then two without effect.
+    bool bounded_ = false;
+    // Of the radius, the residual, the derivatives and the change of the residual, the step; one without effect, and of
+    // the step within bounds.
     std::array<double, 6> tolerance_{1e-14, 1e-15, 1e-15, 1e-13, 1e-10, 1e-10};
 };
 
-/// At a minimum the residual is at right angles to every derivative: true when all cosines are small, or when there is
-/// nothing left but rounding. A run may also stop where its trust region has shrunk on a slope.
-bool is_minimum(const Column& f, const Column& jacobian) {
+/// Which parameters are on a bound.
+std::vector<bool> on_bounds(const Column& q, const Bounds& bounds) {
+    std::vector<bool> held(q.size());
+    for (std::size_t k = 0; k < q.size(); ++k) held[k] = q[k] <= bounds.lower[k] || q[k] >= bounds.upper[k];
+    return held;
+}
+
+/// At a minimum the residual is at right angles to every derivative, but for those that would lead out of the bounds:
+/// true when all cosines are small, or when there is nothing left but rounding. A run may also stop where its trust
+/// region has shrunk on a slope.
+bool is_minimum(const Column& f, const Column& jacobian, const Column& q, const Bounds& bounds) {
     constexpr double cosine = 1e-4, rounding = 1e-10;
     const int m = static_cast<int>(f.size());
     const Column sizes = norms(jacobian, m);
     const double size = norm(f);
     if (size <= rounding) return true;
     for (std::size_t k = 0; k < sizes.size(); ++k) {
-        const double product = ddot(&m, f.data(), &kOne, jacobian.data() + k * f.size(), &kOne);
-        if (!(std::abs(product) <= cosine * size * sizes[k])) return false;
+        const double slope = ddot(&m, f.data(), &kOne, jacobian.data() + k * f.size(), &kOne);
+        const double flat = cosine * size * sizes[k];
+        const bool may_fall = q[k] > bounds.lower[k], may_rise = q[k] < bounds.upper[k];
+        if (std::isnan(slope) || (may_fall && slope > flat) || (may_rise && slope < -flat)) return false;
     }
     return true;
 }
 
-/// The roots of the diagonal of (J'J)^-1. Columns are brought to length 1 first: what is left of the k-th when those
-/// before it are taken out is then the k-th pivot, and one lost in the error of the differences means dependence.
-Column standard_errors(const Problem& problem, Column jacobian) {
+/// The roots of the diagonal of (J'J)^-1 over the parameters that are free, NaN for the others. Columns are brought to
+/// length 1 first: what is left of the k-th when those before it are taken out is then the k-th pivot, and one lost in
+/// the error of the differences means dependence.
+Column standard_errors(const Problem& problem, const Column& jacobian, const std::vector<bool>& held) {
     constexpr double least_pivot = 1e-7; // the root of what rounding leaves of 1 - 1
-    const int n = problem.parameters(), m = problem.points();
-    const auto count = static_cast<std::size_t>(n), rows = static_cast<std::size_t>(m);
+    const int m = problem.points();
     const Column sizes = norms(jacobian, m);
-    for (std::size_t k = 0; k < count; ++k) {
+    std::vector<std::size_t> free;
+    Column scaled;
+    for (std::size_t k = 0; k < held.size(); ++k) {
+        if (held[k]) continue;
         if (sizes[k] == 0.0) throw Refusal("parameter '" + problem.name(k) + "' has no effect on the fit");
-        const double inverse = 1.0 / sizes[k];
-        dscal(&m, &inverse, jacobian.data() + k * rows, &kOne);
+        free.push_back(k);
+        const auto column = jacobian.begin() + static_cast<long>(k) * m;
+        std::transform(column, column + m, std::back_inserter(scaled), [&](double d) { return d / sizes[k]; });
     }
-    Column normal(count * count);
+    Column errors(held.size(), std::nan(""));
+    if (free.empty()) return errors;
+    const int n = static_cast<int>(free.size());
+    Column normal(free.size() * free.size());
     const double one = 1.0, zero = 0.0;
-    dsyrk("L", "T", &n, &m, &one, jacobian.data(), &m, &zero, normal.data(), &n);
+    dsyrk("L", "T", &n, &m, &one, scaled.data(), &m, &zero, normal.data(), &n);
     int info = 0;
     dpotrf("L", &n, normal.data(), &n, &info, 1);
-    const int factored = info == 0 ? n : info - 1;
-    for (int k = 0; k < factored && info == 0; ++k)
-        if (!(normal[static_cast<std::size_t>(k) * (count + 1)] > least_pivot)) info = k + 1;
+    for (std::size_t k = 0; k < free.size() && info == 0; ++k)
+        if (!(normal[k * (free.size() + 1)] > least_pivot)) info = static_cast<int>(k) + 1;
     if (info != 0)
-        throw Refusal("the parameters cannot be told apart: '" + problem.name(static_cast<std::size_t>(info) - 1) +
+        throw Refusal("the parameters cannot be told apart: '" +
+                      problem.name(free[static_cast<std::size_t>(info) - 1]) +
                       "' does nothing that those before it do not do");
     dpotri("L", &n, normal.data(), &n, &info, 1);
-    Column errors(count);
-    for (std::size_t k = 0; k < count; ++k) errors[k] = std::sqrt(normal[k * (count + 1)]) / sizes[k];
+    for (std::size_t k = 0; k < free.size(); ++k)
+        errors[free[k]] = std::sqrt(normal[k * (free.size() + 1)]) / sizes[free[k]];
     return errors;
 }
 
@@ -211,25 +238,27 @@ void check_input(const Problem& problem, const Column& q) {
 
 } // namespace
 
-Fit fit(Expression& model, const Data& data, std::vector<double> start, int limit) {
+Fit fit(Expression& model, const Data& data, const std::vector<double>& start, const Bounds& bounds, int limit) {
     const Problem problem(model, data, start);
-    Column q = problem.in_units(std::move(start));
+    const Bounds scaled{problem.in_units(bounds.lower), problem.in_units(bounds.upper)};
+    Column q = problem.in_units(start);
+    for (std::size_t k = 0; k < q.size(); ++k) q[k] = std::clamp(q[k], scaled.lower[k], scaled.upper[k]);
     check_input(problem, q);
     Fit result;
-    const int stop = Run(problem, q, limit).solve(result);
+    const int stop = Run(problem, q, scaled, limit).solve(result);
 
     Column f, jacobian(data.x.size() * q.size());
     problem.residuals(q, f);
     differentiate(problem, q, jacobian);
+    const auto held = on_bounds(q, scaled);
     result.value = problem.in_users_units(q);
     result.fitted = problem.curve(q);
     result.residual = norm(f) * problem.scale();
-    result.freedom = problem.points() - problem.parameters();
-    if (first_unusable(jacobian, problem.points()) < q.size()) return result;
-    const bool stayed = stop == 2 || stop == 3 || stop == 5 || stop == 6;
-    result.converged = stayed && is_minimum(f, jacobian);
-    if (!result.converged && stop != 4) return result;
-    result.error = standard_errors(problem, std::move(jacobian));
+    result.freedom = problem.points() - static_cast<int>(std::count(held.begin(), held.end(), false));
+    const bool usable = first_unusable(jacobian, problem.points()) == q.size();
+    result.converged = usable && stop >= 2 && is_minimum(f, jacobian, q, scaled);
+    if (!result.converged) return result;
+    result.error = standard_errors(problem, jacobian, held);
     const double spread = data.sigma.empty() ? norm(f) / std::sqrt(result.freedom) : 1.0 / problem.scale();
     for (std::size_t k = 0; k < q.size(); ++k) result.error[k] *= spread * problem.unit(k);
     if (data.sigma.empty() && result.freedom == 0) result.error.clear();

@@ -13,11 +13,17 @@ class Refusal : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// Of the parameters; infinite where there is none. Equal ones hold a parameter at its value.
+struct Bounds {
+    std::vector<double> lower, upper;
+};
+
 struct Fit {
-    std::vector<double> value, error; // of the parameters; no errors where no points are left over to judge by
-    std::vector<double> fitted;       // the formula at each x
-    double residual = 0.0;            // 2-norm of fitted - y, each divided by its sigma where there is one
-    int freedom = 0;                  // points less parameters
+    std::vector<double> value;  // of the parameters
+    std::vector<double> error;  // NaN for a parameter on its bound; empty where no points are left over to judge by
+    std::vector<double> fitted; // the formula at each x
+    double residual = 0.0;      // 2-norm of fitted - y, each divided by its sigma where there is one
+    int freedom = 0;            // points less parameters that are not on a bound
     int iterations = 0;
     bool converged = false;
     std::string reason; // why it stopped
@@ -25,6 +31,7 @@ struct Fit {
 
 /// Fits from `start`, with up to `limit` accepted steps. Standard errors are the roots of the diagonal of (J'J)^-1,
 /// with the derivatives divided by sigma; without sigma they are multiplied by the standard deviation of the residual.
-Fit fit(Expression& model, const Data& data, std::vector<double> start, int limit);
+/// A parameter on its bound counts as known there.
+Fit fit(Expression& model, const Data& data, const std::vector<double>& start, const Bounds& bounds, int limit);
 
 } // namespace fit

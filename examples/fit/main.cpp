@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <limits>
 #include <new>
 
 namespace fit {
@@ -18,30 +19,42 @@ int complain(const std::string& what, ExitStatus status) {
     return status;
 }
 
-/// The estimate, or 1 where there is none, for what the user left open.
-std::vector<double> starting_point(const std::vector<std::string>& names, const Start& given, const Start& estimate) {
+void check_names(const std::string& option, const Start& given, const std::vector<std::string>& names) {
     std::string list;
     for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
     for (const auto& [name, value] : given)
         if (std::find(names.begin(), names.end(), name) == names.end())
-            throw common::UsageError("--start: the model has no parameter '" + name + "', but " + list);
-    std::vector<double> start;
-    for (const std::string& name : names) {
-        const Start& source = given.contains(name) ? given : estimate;
-        const auto found = source.find(name);
-        start.push_back(found == source.end() ? 1.0 : found->second);
-    }
-    return start;
+            throw common::UsageError(option + ": the model has no parameter '" + name + "', but " + list);
+}
+
+/// For each name the value that was given, or else `otherwise`.
+std::vector<double> in_order(const std::vector<std::string>& names, const Start& given, double otherwise) {
+    std::vector<double> values;
+    for (const std::string& name : names) values.push_back(given.contains(name) ? given.at(name) : otherwise);
+    return values;
+}
+
+Bounds bounds_of(const Options& options, const std::vector<std::string>& names) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const Bounds bounds{in_order(names, options.lower, -infinity), in_order(names, options.upper, infinity)};
+    for (std::size_t k = 0; k < names.size(); ++k)
+        if (bounds.lower[k] > bounds.upper[k])
+            throw common::UsageError("--lower: the bound of '" + names[k] + "' is above that of --upper");
+    return bounds;
 }
 
 int run(const Options& options) {
     const Model model = model_of(options.model);
     Expression expression(model.formula);
     const auto& names = expression.parameters();
-    starting_point(names, options.start, {}); // a wrong name is told before the file is read
+    check_names("--start", options.start, names);
+    check_names("--lower", options.lower, names);
+    check_names("--upper", options.upper, names);
+    const Bounds bounds = bounds_of(options, names);
     const Data data = read_data(common::open_lines(options.file));
-    const auto start = starting_point(names, options.start, model.estimate(data));
-    const Fit result = fit(expression, data, start, options.max_iterations);
+    Start start = options.start;
+    start.merge(model.estimate(data)); // what was given stays
+    const Fit result = fit(expression, data, in_order(names, start, 1.0), bounds, options.max_iterations);
 
     if (!options.quiet) print(options.file, data, model.formula, names, result);
     if (!options.output.empty()) write_table(options.output, data, result);

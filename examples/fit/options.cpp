@@ -17,15 +17,22 @@ std::string footer() {
            "Example: nxl-fit decay.csv --model exponential --plot decay.svg";
 }
 
-void declare(CLI::App& app, Options& o, std::string& start) {
+struct Lists {
+    std::string start, lower, upper;
+};
+
+void declare(CLI::App& app, Options& o, Lists& lists) {
     app.set_version_flag("--version", "nxl-fit " NXL_FIT_VERSION);
     app.footer(footer());
     app.add_option("FILE", o.file, "Columns x, y and, where known, the standard deviation of y; plain or gzip")
         ->required()
         ->option_text(" ");
     app.add_option("--model", o.model, "What to fit, see below")->required()->option_text("NAME|FORMULA");
-    app.add_option("--start", start, "Values to start from [named models: estimated from the data; else 1]")
+    app.add_option("--start", lists.start, "Values to start from [named models: estimated from the data; else 1]")
         ->option_text("A=1,B=0.5");
+    app.add_option("--lower", lists.lower, "Least values of parameters")->option_text("A=0,B=0");
+    app.add_option("--upper", lists.upper, "Greatest values; equal to the least one it holds a parameter")
+        ->option_text("A=5,B=2");
     app.add_option("--max-iterations", o.max_iterations, "Limit of accepted steps")
         ->check(CLI::Range(1, 1000000))
         ->option_text("N [1000]");
@@ -35,27 +42,27 @@ void declare(CLI::App& app, Options& o, std::string& start) {
 }
 
 /// NAME=NUMBER, with commas between several.
-Start start_of(const std::string& text) {
-    Start start;
+Start values_of(const std::string& option, const std::string& text) {
+    Start values;
     for (std::string_view rest = text; !rest.empty();) {
         const std::string_view entry = rest.substr(0, rest.find(','));
         rest.remove_prefix(std::min(rest.size(), entry.size() + 1));
         const auto equals = std::min(entry.find('='), entry.size() - 1);
         double value = 0.0;
         if (equals == 0 || !parse_number(entry.substr(equals + 1), value) || !std::isfinite(value))
-            throw common::UsageError("--start: '" + std::string(entry) + "' is not NAME=NUMBER");
-        start[std::string(entry.substr(0, equals))] = value;
+            throw common::UsageError(option + ": '" + std::string(entry) + "' is not NAME=NUMBER");
+        values[std::string(entry.substr(0, equals))] = value;
     }
-    return start;
+    return values;
 }
 
 } // namespace
 
 std::optional<Options> parse_options(int argc, char** argv) {
     Options options;
-    std::string start;
+    Lists lists;
     CLI::App app("Fits a model to points by nonlinear least squares.", "nxl-fit");
-    declare(app, options, start);
+    declare(app, options, lists);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& answered) {
@@ -64,7 +71,9 @@ std::optional<Options> parse_options(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         throw common::UsageError(error.what());
     }
-    options.start = start_of(start);
+    options.start = values_of("--start", lists.start);
+    options.lower = values_of("--lower", lists.lower);
+    options.upper = values_of("--upper", lists.upper);
     return options;
 }
 

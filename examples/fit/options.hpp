@@ -11,7 +11,7 @@ namespace fit {
 struct Options {
     std::string file;
     std::string model;
-    Start start;
+    Start start, lower, upper; // what the user gave
     int max_iterations = 1000;
     std::string output;
     std::string plot;

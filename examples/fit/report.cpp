@@ -19,7 +19,8 @@ void print_parameters(const std::vector<std::string>& names, const Fit& fit) {
     for (std::size_t k = 0; k < names.size(); ++k) {
         std::printf("%-11s  %-*s = %-14.8g", k == 0 ? "parameters" : "", static_cast<int>(width), names[k].c_str(),
                     fit.value[k]);
-        if (!fit.error.empty()) std::printf(" +- %.3g", fit.error[k]);
+        if (!fit.error.empty() && std::isnan(fit.error[k])) std::printf(" on its bound");
+        else if (!fit.error.empty()) std::printf(" +- %.3g", fit.error[k]);
         std::puts("");
     }
     if (fit.error.empty() && fit.converged) std::puts("             as many as points: standard errors cannot be told");

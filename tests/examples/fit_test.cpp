@@ -218,6 +218,28 @@ TEST_F(Fit, AsManyPointsAsParametersLeaveNoStandardErrors) {
     EXPECT_NEAR(parameter(this->run("d --model 'a+b*x'").out, "b").error, 0.5 * std::sqrt(2.0), 0.001);
 }
 
+TEST_F(Fit, BoundsHoldAndWhatIsHeldCountsAsKnown) {
+    std::string points;
+    for (const std::string& point : kLine) points += point + " 0.5\n";
+    write("d", points);
+    // With the slope at most 0.3 the best intercept is 3 - 0.3 * 3, and the mean's variance is left: 0.25 / 5.
+    for (const std::string bounds :
+         {"--upper b=0.3", "--lower b=-1 --upper b=0.3 --start b=7", "--lower b=0.3 --upper b=0.3"}) {
+        const auto run = this->run("d --model 'a+b*x' " + bounds);
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_NE(run.out.find("b = 0.3            on its bound\n"), std::string::npos) << run.out;
+        EXPECT_NEAR(parameter(run.out, "a").value, 2.1, 1e-7) << bounds;
+        EXPECT_NEAR(parameter(run.out, "a").error, 0.5 / std::sqrt(5.0), 0.001) << bounds;
+        EXPECT_NE(run.out.find("4 degrees of freedom"), std::string::npos) << run.out;
+    }
+    const auto low = run("d --model 'a+b*x' --lower a=3 --upper b=0.2"); // a line through (0, 3)
+    EXPECT_NEAR(parameter(low.out, "b").value, 6.0 / 55.0, 1e-7) << low.out;
+    EXPECT_NEAR(parameter(low.out, "b").error, 0.5 / std::sqrt(55.0), 0.0005);
+    const auto loose = run("d --model 'a+b*x' --lower a=-9,b=-9 --upper a=9,b=9");
+    EXPECT_NEAR(parameter(loose.out, "b").value, 0.6, 1e-7);
+    EXPECT_NEAR(parameter(loose.out, "b").error, 0.5 / std::sqrt(10.0), 0.0006);
+}
+
 struct Fault {
     std::string points, arguments;
     int status;
@@ -253,6 +275,8 @@ TEST_F(Fit, FaultsGetOneLineAndTheirStatus) {
          "--model: 'gauss:2:cubic' is not gauss:K or gauss:K:linear with 1 to 20 peaks"},
         {good, line + " --start a=1,c=2", 2, "--start: the model has no parameter 'c', but a, b"},
         {good, line + " --start a=1,b", 2, "--start: 'b' is not NAME=NUMBER"},
+        {good, line + " --upper c=2", 2, "--upper: the model has no parameter 'c', but a, b"},
+        {good, line + " --lower a=2 --upper a=1", 2, "--lower: the bound of 'a' is above that of --upper"},
         {good, "", 2, "--model is required"},
         {good, "--model exponential --start a=1,b=1,c=1 --max-iterations 1", 3,
          "not converged after 1 iterations: the limit of iterations was reached"},
