@@ -257,7 +257,10 @@ Fit fit(Expression& model, const Data& data, const std::vector<double>& start, c
     result.freedom = problem.points() - static_cast<int>(std::count(held.begin(), held.end(), false));
     const bool usable = first_unusable(jacobian, problem.points()) == q.size();
     result.converged = usable && stop >= 2 && is_minimum(f, jacobian, q, scaled);
-    if (!result.converged) return result;
+    if (!result.converged) {
+        if (stop >= 2) result.reason += ", but the residual is not at its least there";
+        return result;
+    }
     result.error = standard_errors(problem, jacobian, held);
     const double spread = data.sigma.empty() ? norm(f) / std::sqrt(result.freedom) : 1.0 / problem.scale();
     for (std::size_t k = 0; k < q.size(); ++k) result.error[k] *= spread * problem.unit(k);
