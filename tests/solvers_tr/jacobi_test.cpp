@@ -2,6 +2,7 @@
 #include "nxl.h"
 #include "tests/support/host_allocator.hpp"
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -103,13 +104,16 @@ TEST_F(Jacobi,
 }
 
 std::atomic<const double*> callers_x{nullptr};
-std::atomic<int> calls{0}, calls_at_callers_x{0};
+std::atomic<int> calls{0}, calls_at_callers_x{0}, disturbed{0};
 
-TEST_F(Jacobi, OnSeveralThreadsTheCallersXIsOnlyRead) {
+TEST_F(Jacobi, ConcurrentCallsHaveTheirOwnArrays) {
     const auto spy = [](const int* m, const int* n, const double* x, double* f) {
         ++calls;
         if (x == callers_x) ++calls_at_callers_x;
         waves(m, n, x, f);
+        const Vector point(x, x + *n), value(f, f + *m);
+        std::this_thread::sleep_for(std::chrono::milliseconds(2)); // the others are at work meanwhile
+        if (point != Vector(x, x + *n) || value != Vector(f, f + *m)) ++disturbed;
     };
     Vector x = mixed, fjac(rows * columns);
     callers_x = x.data();
@@ -117,6 +121,7 @@ TEST_F(Jacobi, OnSeveralThreadsTheCallersXIsOnlyRead) {
     ASSERT_EQ(djacobi(spy, &columns, &rows, fjac.data(), x.data(), &eps), success);
     EXPECT_EQ(calls, 2 * columns);
     EXPECT_EQ(calls_at_callers_x, 0);
+    EXPECT_EQ(disturbed, 0);
 }
 
 TEST_F(Jacobi, CallersOnSeveralThreadsDoNotMeet) {

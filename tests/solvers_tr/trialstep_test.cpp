@@ -110,6 +110,19 @@ TEST(TrialStep, SingularMatrixGoesToTheBoundaryAlongItsNullVector) {
     EXPECT_NEAR(trial.step[0], trial.step[1], 1e-7);
 }
 
+TEST(TrialStep, HardCaseDirectionOfTwoUnknowns) { // the method by hand: v goes with ((1 - b / c) a, max(b, c)^2 / c)
+    for (double b : {0.5, 0.005, -3.0}) {         // rows whose largest value is b, c, and c with b large below 0
+        const double a = 2.0, c = 0.01, largest = std::max(b, c), radius = 3.0;
+        const double v[] = {(1.0 - b / c) * a, largest * largest / c};
+        Vector factor{a, b, 0.0, c}, s{0.25, -0.5}, work(4);
+        ASSERT_EQ(step_in_hard_case(2, radius, factor.data(), s.data(), work.data(), work.data() + 2), hard_case);
+        EXPECT_NEAR(norm(2, s.data()), radius, 1e-14);
+        const double moved[] = {s[0] - 0.25, s[1] + 0.5};
+        EXPECT_NEAR(moved[0] * v[1], moved[1] * v[0], 1e-13 * norm(2, v)) << b;
+        EXPECT_LT(moved[0] * v[0] + moved[1] * v[1], 0.0) << b; // the smaller root
+    }
+}
+
 TEST(TrialStep, MatrixThatIsNotFiniteFails) { // and does not raise the shift for ever
     Trial trial = random_trial();
     trial.jacobian[8] = std::numeric_limits<double>::quiet_NaN();

@@ -212,6 +212,19 @@ TEST(Trnlsp, StopCodesOfTheFirstPass) {
     EXPECT_EQ(no_change.x, no_change.p.start);
 }
 
+TEST(Trnlsp, PredictedChangeIsThatOfTheResidualMinusTheModel) { // |F| = 5, |F - J s| = |(6, 4)|, |F + J s| = 4
+    const auto line = [](const auto* x, auto* f) {
+        f[0] = 10.0 * x[0] - 7.0;
+        f[1] = 4.0 + 0.0 * x[0];
+    };
+    Fit change(problem("line", {1.0}, 2, {}, line)), none(change.p);
+    change.eps[2] = 2.2;
+    none.eps[2] = 2.22;
+    change.to_the_end();
+    EXPECT_EQ(change.requests[2], 1);
+    EXPECT_EQ(none.to_the_end().requests, (std::vector<int>{1, 2, -6}));
+}
+
 TEST(Trnlsp, OneColumnThatIsNotZeroGoesOn) { // catches a stop at the first small column
     Fit run(problem("half", {1.0, 2.0}, 2, {}, [](const auto* x, auto* f) {
         f[0] = x[1] - 5.0;
