@@ -273,10 +273,11 @@ int dtrnlsp_delete(void** handle) NXL_NOEXCEPT;
  * At a solution on bounds the run ends with 4, 5 or 6 however small eps is.
  *
  * Method: a trust region of the form |D s| <= radius in the largest norm, D the largest column norms of J so far, cut
- * with the bounds to one box; a step minimises |F + J s| in that box by projected gradients and Newton steps on faces;
- * Conn, Gould and Toint, SIAM J. Numer. Anal. 25 (1988), and Trust-Region Methods (2000), chapter 12; Moré and Toraldo,
- * SIAM J. Optim. 1 (1991). Each step falls at least as far as a Cauchy step, so that the run goes to points where the
- * first-order conditions of the problem with bounds hold. */
+ * with the bounds to one box; Conn, Gould and Toint, SIAM J. Numer. Anal. 25 (1988), and Trust-Region Methods (2000),
+ * chapter 12. A step makes a model of |F|^2 small in that box by projected gradients and Newton steps on faces;
+ * Moré and Toraldo, SIAM J. Optim. 1 (1991). The model is |F + J s|^2, or has a secant estimate of second derivatives
+ * as well, whichever foretold the last trial better; Dennis, Gay and Welsch, ACM TOMS 7 (1981). It falls as far as on a
+ * Cauchy step at least, so that the run goes to points where the first-order conditions with bounds hold. */
 
 /* Makes a handle. x(n) is moved into the bounds; x, lw(n), up(n) and eps(6) are kept, not copied, and stay until
  * dtrnlspbc_delete. A bound may be infinite, and lw(i) = up(i) fixes x(i).
@@ -292,8 +293,8 @@ int dtrnlspbc_init(void** handle, const int* n, const int* m, double* x, const d
                    const double* eps, const int* iter1, const int* iter2, const double* rs) NXL_NOEXCEPT;
 
 /* Goes on from the caller's answer to the next request. A trial point at which F is larger, or not finite, is rejected:
- * x and fvec become what they were, the radius shrinks, and the old J serves on. fjac is read only where it answers
- * request 2. */
+ * x and fvec become what they were, the radius shrinks, and the old J serves on. Leave fvec and fjac alone between two
+ * requests for them. */
 int dtrnlspbc_solve(void** handle, double* fvec, double* fjac, int* RCI_Request) NXL_NOEXCEPT;
 
 /* iter: iterations; st_cr: stop code; r1: |F| at the start; r2: |F| at x once the run has ended, until then 0. */

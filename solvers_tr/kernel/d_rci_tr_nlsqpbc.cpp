@@ -1,6 +1,6 @@
-// The bounded trust-region method, stage by stage. With D the largest column norms of J so far and z = D s, a trial
-// step minimises |F + J s|^2 over |z(j)| <= radius and lw <= x + s <= up: both are boxes, and so is what they share.
-// Conn, Gould and Toint, SIAM J. Numer. Anal. 25 (1988), and Trust-Region Methods, chapter 12; D as in Moré (1978).
+// The bounded trust-region method, stage by stage. With D the largest column norms of J so far and z = D s, a step
+// minimises |F + J s|^2, or that + s.Ss, over |z(j)| <= radius and lw <= x + s <= up: both are boxes, and so is what
+// they share. Conn, Gould and Toint, SIAM J. Numer. Anal. 25 (1988), and Trust-Region Methods (2000), chapter 12.
 #include "solvers_tr/kernel/d_rci_tr_nlsqpbc.hpp"
 #include "blas/kernel/default_em64t/level1/slots.hpp"
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
@@ -98,6 +98,7 @@ class BoxedRun {
     double room_below(i64 j) const { return std::min(0.0, (problem_.lower[j] - problem_.x[j]) * weight(j)); }
     double room_above(i64 j) const { return std::max(0.0, (problem_.upper[j] - problem_.x[j]) * weight(j)); }
 
+    bool take_memory();
     int ask(Request request, Stage next);
     int stop(int code);
     void retract();
@@ -144,17 +145,23 @@ bool BoxedRun::init(const BoxedProblem& problem, int most_iterations, int most_p
     most_passes_ = most_passes;
     start_scale_ = start_scale == 0.0 ? default_start_scale : start_scale;
     first_pass_ = true;
-    if ((columns_ = take_for_handle<double>(column_count * n_)) && (residual_ = take_for_handle<double>(m_)) &&
-        (hessian_ = take_for_handle<double>(n_ * n_)) && (second_ = take_for_handle<double>(n_ * n_)) &&
-        (model_matrix_ = take_for_handle<double>(n_ * n_)) && (factor_ = take_for_handle<double>(n_ * n_)) &&
-        (free_ = take_for_handle<i64>(n_))) {
-        std::fill_n(column(scale), n_, 0.0);
-        std::fill_n(second_, n_ * n_, 0.0);
-        for (i64 j = 0; j < n_; ++j) problem_.x[j] = boxed(j, problem_.x[j]);
-        return true;
+    if (!take_memory()) {
+        free_memory();
+        return false;
     }
-    free_memory();
-    return false;
+    std::fill_n(column(scale), n_, 0.0);
+    std::fill_n(second_, n_ * n_, 0.0);
+    for (i64 j = 0; j < n_; ++j) problem_.x[j] = boxed(j, problem_.x[j]);
+    return true;
+}
+
+bool BoxedRun::take_memory() {
+    const auto take = [](auto*& array, i64 count) {
+        array = take_for_handle<std::remove_reference_t<decltype(*array)>>(count);
+        return array != nullptr;
+    };
+    return take(columns_, column_count * n_) && take(residual_, m_) && take(hessian_, n_ * n_) &&
+           take(second_, n_ * n_) && take(model_matrix_, n_ * n_) && take(factor_, n_ * n_) && take(free_, n_);
 }
 
 void BoxedRun::free_memory() {

@@ -1,7 +1,6 @@
-// Each pass takes a step along the projected gradient, which finds the face and promises a Cauchy decrease, and then a
-// Newton step on that face with a projected search. Moré and Toraldo, SIAM J. Optim. 1 (1991); the set of variables
-// that may move is that of Bertsekas, SIAM J. Control Optim. 20 (1982), and makes every projected Newton step one of
-// descent.
+// Each pass takes a step along the projected gradient, which promises a Cauchy decrease, and a projected Newton step on
+// the face that it finds: Moré and Toraldo, SIAM J. Optim. 1 (1991). With the free variables of Bertsekas, SIAM J.
+// Control Optim. 20 (1982), every Newton step descends.
 #include "solvers_tr/kernel/d_tr_boxed_step.hpp"
 #include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"

@@ -15,7 +15,7 @@ struct Known {
     Problem problem;
     Vector lower, upper;
     double least = unknown; // |F|^2 there
-    Vector solution = {};
+    Vector solution = Vector(0);
     double eps = 1e-30;
 };
 
