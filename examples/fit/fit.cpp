@@ -258,7 +258,7 @@ Fit fit(Expression& model, const Data& data, const std::vector<double>& start, c
     const bool usable = first_unusable(jacobian, problem.points()) == q.size();
     result.converged = usable && stop >= 2 && is_minimum(f, jacobian, q, scaled);
     if (!result.converged) {
-        if (stop >= 2) result.reason += ", but the residual is not at its least there";
+        if (stop >= 2) result.reason += ", but the residual is not at right angles to the derivatives";
         return result;
     }
     result.error = standard_errors(problem, jacobian, held);

@@ -293,6 +293,10 @@ TEST_F(Fit, FaultsGetOneLineAndTheirStatus) {
         EXPECT_EQ(run.status, 2) << formula << run.out;
         EXPECT_TRUE(run.err.starts_with("nxl-fit: --model: ") && run.err.find('\n') == run.err.size() - 1) << run.err;
     }
+    const auto flat = run("d --model '-a^2'"); // the derivative vanishes where the residual is least
+    EXPECT_EQ(flat.status, 3);
+    EXPECT_TRUE(flat.err.ends_with(", but the residual is not at right angles to the derivatives\n")) << flat.err;
+    EXPECT_TRUE(std::isnan(parameter(flat.out, "a").error)) << flat.out;
     EXPECT_EQ(run("none --model a").err, "nxl-fit: none: No such file or directory\n");
 }
 
