@@ -1,52 +1,16 @@
-// Runs nxl-solve as a user does, in a folder of its own.
+// Runs nxl-solve as a user does.
 #pragma once
 
-#include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <string>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "run_program.hpp"
 
 namespace solve_test {
 
-struct Outcome {
-    int status;
-    std::string out, err;
-};
+using program_test::number_after;
+using program_test::Outcome;
 
-class Program : public ::testing::Test {
+class Program : public program_test::Program {
   protected:
-    std::filesystem::path folder_ =
-        std::filesystem::path(::testing::TempDir()) / ("nxl_solve_test_" + std::to_string(getpid()));
-
-    void SetUp() override { std::filesystem::create_directories(folder_); }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    std::string read(const std::string& name) const {
-        std::ifstream file(folder_ / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
-    void write(const std::string& name, const std::string& text) const {
-        std::ofstream(folder_ / name, std::ios::binary) << text;
-    }
-    /// `before` stands before the program on the shell's line.
-    Outcome run(const std::string& arguments, const std::string& before = "") const {
-        const std::string program = NXL_SOLVE_PROGRAM;
-        const std::string line =
-            "cd '" + folder_.string() + "' && " + before + " '" + program + "' " + arguments + " >out 2>err";
-        const int status = std::system(line.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("out"), read("err")};
-    }
+    Program() : program_test::Program(NXL_SOLVE_PROGRAM) {}
 };
-
-/// The number behind a word in a report.
-inline double number_after(const std::string& report, const std::string& word) {
-    const auto at = report.find(word);
-    return at == std::string::npos ? std::nan("") : std::strtod(report.c_str() + at + word.size(), nullptr);
-}
 
 } // namespace solve_test

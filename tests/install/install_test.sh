@@ -48,3 +48,4 @@ gfortran "$module" fortran_caller.f90 -o fortran_caller $(pkg-config --libs nxl)
 ./fortran_caller
 
 [[ ! -x $prefix/bin/nxl-solve ]] || "$prefix/bin/nxl-solve" --version
+[[ ! -x $prefix/bin/nxl-fit ]] || "$prefix/bin/nxl-fit" --version

@@ -9,7 +9,7 @@
 #include <memory>
 #include <zlib.h>
 
-namespace solve {
+namespace common {
 
 bool LineReader::next() {
     const auto find_newline = [this] {
@@ -67,4 +67,4 @@ LineReader lines_of(std::string name, std::string_view text) {
     });
 }
 
-} // namespace solve
+} // namespace common

@@ -1,0 +1,61 @@
+// Finds the names in a formula, binds each to its place, and turns the parser's exceptions into ours.
+#include "expression.hpp"
+
+#include "common/input_error.hpp"
+
+#include <algorithm>
+#include <muParser.h>
+
+namespace fit {
+namespace {
+
+/// The parser would carry out an assignment, and change a parameter within the formula.
+void refuse_assignment(const std::string& text) {
+    const std::string_view comparison = "=<>!";
+    for (std::size_t k = text.find('='); k != std::string::npos; k = text.find('=', k + 1)) {
+        const bool paired = (k > 0 && comparison.find(text[k - 1]) != comparison.npos) || text[k + 1] == '=';
+        if (!paired)
+            throw common::UsageError("--model: '=' at position " + std::to_string(k + 1) +
+                                     ": a formula in x is expected");
+    }
+}
+
+[[noreturn]] void refuse(const mu::ParserError& error) {
+    std::string what = error.GetMsg();
+    while (what.ends_with('\n') || what.ends_with(' ') || what.ends_with('.')) what.pop_back();
+    throw common::UsageError("--model: " + what);
+}
+
+} // namespace
+
+Expression::Expression(const std::string& text) : parser_(std::make_unique<mu::Parser>()) {
+    if (text.find_first_not_of(' ') == std::string::npos) throw common::UsageError("--model: the formula is empty");
+    refuse_assignment(text);
+    try {
+        parser_->SetExpr(text);
+        for (const auto& [name, place] : parser_->GetUsedVar())
+            if (name != "x") names_.push_back(name);
+        values_.resize(names_.size());
+        parser_->DefineVar("x", &x_);
+        for (std::size_t k = 0; k < names_.size(); ++k) parser_->DefineVar(names_[k], &values_[k]);
+        parser_->Eval();
+        if (parser_->GetNumResults() != 1) throw common::UsageError("--model: one formula is expected, not several");
+    } catch (const mu::ParserError& error) {
+        refuse(error);
+    }
+    if (names_.empty()) throw common::UsageError("--model: '" + text + "' has no parameter to fit");
+}
+
+Expression::~Expression() = default;
+
+double Expression::operator()(double x, const double* parameters) {
+    x_ = x;
+    std::copy_n(parameters, values_.size(), values_.begin());
+    try {
+        return parser_->Eval();
+    } catch (const mu::ParserError& error) {
+        refuse(error);
+    }
+}
+
+} // namespace fit
