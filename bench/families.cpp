@@ -116,6 +116,7 @@ const std::vector<Family>& families() {
         {"threads3", "matrix-matrix operations on two threads", run_threads3},
         {"factor", "factorisations, solutions and inverses, one thread, against a peer", run_factor},
         {"factor2", "the same on two threads", run_factor2},
+        {"krylov", "FGMRES with ILU(0) on up to a million unknowns, one thread, against a peer", run_krylov},
         {"overhead", "what a call costs before its kernel starts", run_overhead},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth},
     };

@@ -25,4 +25,7 @@ const std::vector<Family>& families();
 /// How much a bound kernel slot, a driver and an entry add to a direct call of the kernel.
 int run_overhead(const Request& request);
 
+/// FGMRES with ILU(0) on convection and diffusion in a cube: the library's share of the time, and the bandwidth in it.
+int run_krylov(const Request& request);
+
 } // namespace nxl::bench

@@ -5,6 +5,7 @@
 namespace nxl::bench {
 
 void print_machine();
+void print_library(const Library& nxl);
 void print_libraries(const Library& nxl, const std::vector<Library>& peers);
 
 } // namespace nxl::bench
