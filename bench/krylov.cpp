@@ -132,17 +132,20 @@ class Fgmres {
     Run solve(std::vector<double>& b, std::vector<double>& x) {
         std::ranges::fill(x, 0.0);
         Run run;
-        int request = 0;
         double caller = 0.0;
         const double start = thread_seconds();
         set_up(x.data(), b.data());
         const auto step = [&] {
+            int request = 0;
             routines_.step(&a_.n, x.data(), b.data(), &request, ipar_.data(), dpar_.data(), tmp_.data());
+            return request;
         };
-        for (step(); request == 1 || request == 3; step()) {
+        int request = step();
+        while (request == 1 || request == 3) {
             const double asked = thread_seconds();
             answer(request);
             caller += thread_seconds() - asked;
+            request = step();
         }
         int outcome = 0;
         routines_.get(&a_.n, x.data(), b.data(), &outcome, ipar_.data(), dpar_.data(), tmp_.data(), &run.iterations);
