@@ -20,6 +20,7 @@ class PeerPreconditioner {
     void set(const IncompleteFactors& factors) { factors_ = &factors; }
     Eigen::Index rows() const { return factors_->order(); }
     Eigen::Index cols() const { return factors_->order(); }
+    // NOLINTNEXTLINE(readability-identifier-naming): the name that Eigen calls
     template <class Matrix> PeerPreconditioner& analyzePattern(const Matrix&) { return *this; }
     template <class Matrix> PeerPreconditioner& factorize(const Matrix&) { return *this; }
     template <class Matrix> PeerPreconditioner& compute(const Matrix&) { return *this; }
