@@ -5,9 +5,6 @@
 namespace nxl::rci {
 namespace {
 
-constexpr double default_relative_tolerance = 1e-6; // on squared norms in DCG
-constexpr int default_iteration_limit = 150;
-
 enum MessageId : int { error_header = 401, warning_header = 402, error_written = 654, warning_written = 655 };
 
 constexpr ReportFile error_file{"Dcg_errors.txt", error_written};
@@ -37,22 +34,6 @@ void CgRun::report(CgError error) const {
 void CgRun::report(CgWarning warning) const {
     if (reports_warnings() == 0) return;
     numbered_report(warning_header, warning_lines, static_cast<int>(warning)).send(report_destination(), warning_file);
-}
-
-void CgRun::set_defaults(int n) const {
-    size() = n;
-    report_destination() = standard_output;
-    stage_or_system() = 1;
-    iterations() = 0;
-    iteration_limit() = std::min(default_iteration_limit, n);
-    reports_errors() = 1;
-    reports_warnings() = 1;
-    limit_test() = 1;
-    residual_test() = 0;
-    caller_test() = 1;
-    preconditioned() = 0;
-    std::fill_n(dpar_, 8, 0.0);
-    relative_tolerance() = default_relative_tolerance;
 }
 
 bool CgRun::mend_missing_tests() const {

@@ -2,6 +2,7 @@
 // a run's parameters, reports. All state of a run lives in the caller's arrays; nxl.h has the tables of their entries.
 #pragma once
 #include "service/types.hpp"
+#include "solvers_rci/rci_run.hpp"
 #include "solvers_rci/request.hpp"
 #include <algorithm>
 
@@ -23,30 +24,11 @@ enum class CgWarning : int {
 };
 
 /// The entries that mean the same to both solvers.
-class CgRun {
-  protected:
-    int* const ipar_;
-    double* const dpar_;
-
+class CgRun : public RciRun {
   public:
-    CgRun(int* ipar, double* dpar) : ipar_(ipar), dpar_(dpar) {}
+    using RciRun::RciRun;
 
-    int& size() const { return ipar_[0]; }
-    int& report_destination() const { return ipar_[1]; }
-    int& stage_or_system() const { return ipar_[2]; } // DCG: the stage; DCGMRHS: the system that a request is about
-    int& iterations() const { return ipar_[3]; }
-    int& iteration_limit() const { return ipar_[4]; }
-    int& reports_errors() const { return ipar_[5]; }
-    int& reports_warnings() const { return ipar_[6]; }
-    int& limit_test() const { return ipar_[7]; }
-    int& residual_test() const { return ipar_[8]; }
-    int& caller_test() const { return ipar_[9]; }
-    int& preconditioned() const { return ipar_[10]; }
     int& systems() const { return ipar_[32]; } // DCGMRHS: right-hand sides, for the check alone
-    double& relative_tolerance() const { return dpar_[0]; }
-    double& absolute_tolerance() const { return dpar_[1]; }
-
-    void set_defaults(int n) const;
 
     /// Looks for values that a run should not start with, warns of them and mends some. `systems`: right-hand sides.
     int check(int n, int systems) const;

@@ -86,7 +86,7 @@ int DcgRun::resume() const {
     case Stage::preconditioning: return preconditioned_ready();
     case Stage::start: break;
     }
-    return begin(preconditioned() != 0 ? Stage::residual_product : Stage::plain_residual_product);
+    return begin(has_preconditioner() != 0 ? Stage::residual_product : Stage::plain_residual_product);
 }
 
 int DcgRun::ask(Request request, Stage next) const {

@@ -163,7 +163,7 @@ int DcgMrhsRun::initial_residual_ready() const {
 int DcgMrhsRun::select_seed(int first) const {
     for (seed() = first; seed() <= nrhs_ && is_done(seed()) != 0;) ++seed();
     if (seed() > nrhs_) return finished;
-    if (preconditioned() != 0) return ask(apply_preconditioner, seed(), Stage::first_preconditioning);
+    if (has_preconditioner() != 0) return ask(apply_preconditioner, seed(), Stage::first_preconditioning);
     copy(size(), residual(seed()), z());
     return start_direction();
 }
@@ -236,7 +236,7 @@ int DcgMrhsRun::test_answered() const {
 }
 
 int DcgMrhsRun::precondition_residual() const {
-    if (preconditioned() != 0) return ask(apply_preconditioner, seed(), Stage::preconditioning);
+    if (has_preconditioner() != 0) return ask(apply_preconditioner, seed(), Stage::preconditioning);
     copy(size(), residual(seed()), z());
     return next_direction();
 }

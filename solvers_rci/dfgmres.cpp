@@ -7,9 +7,7 @@
 namespace nxl::rci {
 namespace {
 
-constexpr double default_relative_tolerance = 1e-6;
 constexpr double default_norm_tolerance = 1e-12;
-constexpr int default_iteration_limit = 150;
 
 enum MessageId : int { error_header = 399, warning_header = 400 };
 
@@ -110,23 +108,11 @@ void FgmresRun::report(FgmresWarning warning, int n) const {
 }
 
 void FgmresRun::set_defaults(int n) const {
-    size() = n;
-    report_destination() = standard_output;
-    stage_number() = static_cast<int>(Stage::start);
-    iterations() = 0;
-    iteration_limit() = std::min(default_iteration_limit, n);
-    reports_errors() = 1;
-    reports_warnings() = 1;
-    limit_test() = 1;
-    residual_test() = 0;
-    caller_test() = 1;
-    has_preconditioner() = 0;
+    RciRun::set_defaults(n);
     norm_test() = 0;
     solution_place() = 0;
     inner() = 0;
     restart_length() = std::min(default_iteration_limit, n);
-    std::fill_n(dpar_, 8, 0.0);
-    relative_tolerance() = default_relative_tolerance;
     norm_tolerance() = default_norm_tolerance;
 }
 
@@ -176,7 +162,7 @@ int FgmresRun::check(int n) const {
     warn_if(norm_test() != 0 && norm_tolerance() == 0.0, FgmresWarning::norm_tolerance_zero);
     warn_if(size() != n, FgmresWarning::size_differs);
     if (size() < 1) return fail(FgmresError::size, impossible_size);
-    warn_if(stage_number() != static_cast<int>(Stage::start), FgmresWarning::already_started);
+    warn_if(stage_or_system() != static_cast<int>(Stage::start), FgmresWarning::already_started);
     if (limit_test() != 0) {
         warn_if(iteration_limit() < 0, FgmresWarning::negative_limit);
         warn_if(iterations() != 0, FgmresWarning::iterations_not_zero);

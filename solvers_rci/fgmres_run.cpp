@@ -8,7 +8,7 @@
 namespace nxl::rci {
 
 int FgmresRun::resume(int request) const {
-    switch (static_cast<Stage>(stage_number())) {
+    switch (static_cast<Stage>(stage_or_system())) {
     case Stage::start: return ask_for_residual(Stage::first_product);
     case Stage::first_product: return take_residual(true);
     case Stage::restart: return ask_for_residual(Stage::restart_product);

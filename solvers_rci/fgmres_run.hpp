@@ -2,6 +2,7 @@
 // of their entries. The stages stand in fgmres_run.cpp, defaults, check and reports in dfgmres.cpp.
 #pragma once
 #include "service/types.hpp"
+#include "solvers_rci/rci_run.hpp"
 #include "solvers_rci/request.hpp"
 
 namespace nxl::rci {
@@ -48,11 +49,9 @@ enum class FgmresWarning : int {
 constexpr int wrapped(i64 value) { return static_cast<int>(value); }
 
 /// With n = ipar(1), k = ipar(14), m = ipar(15). Entries of tmp and columns count from 1.
-class FgmresRun {
+class FgmresRun : public RciRun {
     double* const x_;
     const double* const b_; // null where the routine has no use for it
-    int* const ipar_;
-    double* const dpar_;
     double* const tmp_;
 
     /// What the caller has done when it comes back; the value of ipar(3).
@@ -86,7 +85,7 @@ class FgmresRun {
         FgmresError error;
     };
 
-    void stage(Stage next) const { ipar_[2] = static_cast<int>(next); }
+    void stage(Stage next) const { stage_or_system() = static_cast<int>(next); }
     int ask(Request request, Stage next) const;
     int fail(FgmresError error, Request request) const;
 
@@ -128,23 +127,11 @@ class FgmresRun {
 
   public:
     FgmresRun(double* x, const double* b, int* ipar, double* dpar, double* tmp)
-        : x_(x),
+        : RciRun(ipar, dpar),
+          x_(x),
           b_(b),
-          ipar_(ipar),
-          dpar_(dpar),
           tmp_(tmp) {}
 
-    int& size() const { return ipar_[0]; }
-    int& report_destination() const { return ipar_[1]; }
-    int& stage_number() const { return ipar_[2]; }
-    int& iterations() const { return ipar_[3]; }
-    int& iteration_limit() const { return ipar_[4]; }
-    int& reports_errors() const { return ipar_[5]; }
-    int& reports_warnings() const { return ipar_[6]; }
-    int& limit_test() const { return ipar_[7]; }
-    int& residual_test() const { return ipar_[8]; }
-    int& caller_test() const { return ipar_[9]; }
-    int& has_preconditioner() const { return ipar_[10]; }
     int& norm_test() const { return ipar_[11]; }
     int& solution_place() const { return ipar_[12]; }
     int& inner() const { return ipar_[13]; }
@@ -158,8 +145,6 @@ class FgmresRun {
     int& input_at() const { return ipar_[21]; }
     int& output_at() const { return ipar_[22]; }
 
-    double& relative_tolerance() const { return dpar_[0]; }
-    double& absolute_tolerance() const { return dpar_[1]; }
     double& initial_norm() const { return dpar_[2]; }
     double& target() const { return dpar_[3]; }
     double& residual_norm() const { return dpar_[4]; }
