@@ -1,23 +1,18 @@
 // nxl-fit: reads points, fits a model to them with nxl, reports.
-#include "common/input_error.hpp"
+#include "common/run_program.hpp"
 #include "options.hpp"
 #include "report.hpp"
 
 #include <algorithm>
-#include <cstdio>
-#include <exception>
 #include <limits>
-#include <new>
 
 namespace fit {
 namespace {
 
-enum ExitStatus { kFitted = 0, kBadInput = 1, kBadUsage = 2, kNotConverged = 3 };
+using common::kDone;
+using common::kNotConverged;
 
-int complain(const std::string& what, ExitStatus status) {
-    std::fprintf(stderr, "nxl-fit: %s\n", what.c_str());
-    return status;
-}
+constexpr const char* kProgram = "nxl-fit";
 
 void check_names(const std::string& option, const Start& given, const std::vector<std::string>& names) {
     std::string list;
@@ -59,28 +54,21 @@ int run(const Options& options) {
     if (!options.quiet) print(options.file, data, model.formula, names, result);
     if (!options.output.empty()) write_table(options.output, data, result);
     if (!options.plot.empty() && !plot(options.plot, data, expression, result, options.file + ": " + model.formula))
-        complain(options.plot + ": note: no plot, gnuplot is not installed", kFitted);
-    if (result.converged) return kFitted;
-    return complain("not converged after " + std::to_string(result.iterations) + " iterations: " + result.reason,
-                    kNotConverged);
+        common::complain(kProgram, options.plot + ": note: no plot, gnuplot is not installed", kDone);
+    if (result.converged) return kDone;
+    return common::complain(
+        kProgram, "not converged after " + std::to_string(result.iterations) + " iterations: " + result.reason,
+        kNotConverged);
 }
 
 int run(int argc, char** argv) {
-    std::string file; // for the message of a fit that is refused
-    try {
+    std::string file;
+    return common::run_program<Refusal>(kProgram, file, [&]() -> int {
         const auto options = parse_options(argc, argv);
-        if (!options) return kFitted;
-        file = options->file + ": ";
+        if (!options) return kDone;
+        file = options->file;
         return run(*options);
-    } catch (const Refusal& refusal) {
-        return complain(file + refusal.what(), kBadInput);
-    } catch (const common::UsageError& error) {
-        return complain(error.what(), kBadUsage);
-    } catch (const std::bad_alloc&) {
-        return complain("not enough memory", kBadInput);
-    } catch (const std::exception& error) {
-        return complain(error.what(), kBadInput);
-    }
+    });
 }
 
 } // namespace

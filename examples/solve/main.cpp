@@ -1,6 +1,6 @@
 // nxl-solve: reads or makes a linear system, solves it with nxl, reports.
+#include "common/run_program.hpp"
 #include "generators.hpp"
-#include "input_error.hpp"
 #include "options.hpp"
 #include "plot.hpp"
 #include "progress.hpp"
@@ -9,19 +9,13 @@
 #include "stopwatch.hpp"
 
 #include <cstdio>
-#include <exception>
-#include <new>
 #include <utility>
 
 namespace solve {
 namespace {
 
-enum ExitStatus { kSolved = 0, kBadInput = 1, kBadUsage = 2, kNotConverged = 3 };
-
-int complain(const char* what, ExitStatus status) {
-    std::fprintf(stderr, "nxl-solve: %s\n", what);
-    return status;
-}
+using common::kDone;
+using common::kNotConverged;
 
 const std::string& source_of(const Options& options) {
     return options.generate.empty() ? options.file : options.generate;
@@ -61,7 +55,7 @@ Outcome watched_solve(Method<T>& method, const Block<T>& b, Block<T>& x, const O
 }
 
 int judge(const Outcome& outcome) {
-    if (outcome.converged) return kSolved;
+    if (outcome.converged) return kDone;
     if (outcome.direct()) {
         std::fprintf(stderr, "nxl-solve: not solved: %s\n", outcome.trouble.c_str());
         return kNotConverged;
@@ -104,22 +98,14 @@ template <class T> int run(const SparseMatrix<T>& a, const Input& input, const O
 }
 
 int run(int argc, char** argv) {
-    std::string source; // for the message of a method that refuses the matrix
-    try {
+    std::string source;
+    return common::run_program<Refusal>("nxl-solve", source, [&]() -> int {
         const auto options = parse_options(argc, argv);
-        if (!options) return kSolved;
-        source = source_of(*options) + ": ";
+        if (!options) return kDone;
+        source = source_of(*options);
         const Input input = get_matrix(*options);
         return std::visit([&](const auto& a) { return run(a, input, *options); }, input.matrix);
-    } catch (const Refusal& refusal) {
-        return complain((source + refusal.what()).c_str(), kBadInput);
-    } catch (const UsageError& error) {
-        return complain(error.what(), kBadUsage);
-    } catch (const std::bad_alloc&) {
-        return complain("not enough memory", kBadInput);
-    } catch (const std::exception& error) {
-        return complain(error.what(), kBadInput);
-    }
+    });
 }
 
 } // namespace
