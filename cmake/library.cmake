@@ -1,5 +1,6 @@
 # How libnxl.so is put together: nxl_objects collects the library's sources, add_kernel_target compiles the kernel
-# sources once per processor class and vector width, nxl_link_library makes the shared library of both.
+# sources once per processor class and vector width, add_target_objects whatever else exists once per width, and
+# nxl_link_library makes the shared library of all.
 
 # Flags of the library's own code: errors are integers, sums are in the order written, complex products plain formulas.
 add_library(nxl_code_flags INTERFACE)
@@ -22,15 +23,14 @@ function(add_kernel_sources)
     endforeach()
 endfunction()
 
-# add_kernel_target(mc3_fma CLASS 3 BITS 256 FLAGS -mavx2 -mfma): the kernels of one class at one vector width, in the
-# namespace nxl::mc3_fma. After the build of its objects a check refuses any symbol outside that namespace.
-function(add_kernel_target name)
-    cmake_parse_arguments(arg "" "CLASS;BITS" "FLAGS" ${ARGN})
-    get_property(sources GLOBAL PROPERTY NXL_KERNEL_SOURCES)
-    add_library(kernels_${name} OBJECT ${sources})
+# add_target_objects(NAME BITS B SOURCES ... [DEFINITIONS ...] [FLAGS ...]): sources compiled for one target, into the
+# namespace nxl::NAME. After the build of its objects a check refuses any symbol outside that namespace.
+function(add_target_objects name)
+    cmake_parse_arguments(arg "" "BITS" "SOURCES;DEFINITIONS;FLAGS" ${ARGN})
+    add_library(kernels_${name} OBJECT ${arg_SOURCES})
     target_link_libraries(kernels_${name} PRIVATE nxl_code_flags)
     target_compile_definitions(kernels_${name} PRIVATE
-        NXL_TARGET=${name} NXL_TARGET_CLASS=${arg_CLASS} NXL_TARGET_BITS=${arg_BITS})
+        NXL_TARGET=${name} NXL_TARGET_BITS=${arg_BITS} ${arg_DEFINITIONS})
     # Vectors wider than a target's registers stay inside a source, so that it does not matter how they are passed.
     target_compile_options(kernels_${name} PRIVATE ${arg_FLAGS} -Wno-psabi)
     set_property(GLOBAL APPEND PROPERTY NXL_KERNEL_TARGETS ${name})
@@ -44,6 +44,14 @@ function(add_kernel_target name)
             COMMAND_EXPAND_LISTS VERBATIM)
         add_custom_target(check_kernels_${name} DEPENDS ${stamp})
     endif()
+endfunction()
+
+# add_kernel_target(mc3_fma CLASS 3 BITS 256 FLAGS -mavx2 -mfma): the kernels of one class at one vector width.
+function(add_kernel_target name)
+    cmake_parse_arguments(arg "" "CLASS;BITS" "FLAGS" ${ARGN})
+    get_property(sources GLOBAL PROPERTY NXL_KERNEL_SOURCES)
+    add_target_objects(${name} BITS ${arg_BITS} SOURCES ${sources} DEFINITIONS NXL_TARGET_CLASS=${arg_CLASS}
+        FLAGS ${arg_FLAGS})
 endfunction()
 
 # libnxl.so, and nxl_internals for tests that look inside.

@@ -2,7 +2,8 @@
 ! Compile this file with your program and say "use nxl". Names are bound as the library exports them; Fortran does not
 ! tell upper from lower case, so an upper-case alias has no interface of its own here where the lower-case name exists.
 module nxl
-    use, intrinsic :: iso_c_binding, only: c_char, c_double, c_double_complex, c_float, c_funptr, c_int, c_ptr
+    use, intrinsic :: iso_c_binding, only: c_char, c_double, c_double_complex, c_float, &
+        c_float_complex, c_funptr, c_int, c_int8_t, c_int32_t, c_ptr
     implicit none (type, external)
     public
 
@@ -1094,6 +1095,32 @@ module nxl
             type(c_ptr), intent(inout) :: handle
             integer(c_int) :: dtrnlspbc_delete
         end function
+
+        ! ---- Vector primitives: arguments by value ----
+
+        ! dst(i) = src(i) + value.
+        subroutine AddValue_d(src, dst, value, n) bind(c, name="AddValue_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            real(c_double), value :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! ---- Matrix primitives: row-major blocks, arguments by value, rows and columns counted from 0 ----
+
+        ! Rows row1 and row2 change places.
+        subroutine RowExchange_d(a, row1, row2, cols, stride) bind(c, name="RowExchange_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(inout) :: a(*)
+            integer(c_int32_t), value :: row1, row2, cols, stride
+        end subroutine
+
+        ! ---- Pack and unpack ----
+
+        ! ---- Bessel and Airy functions ----
+
+        ! ---- Toeplitz systems and filter design ----
 
     end interface
 

@@ -8,12 +8,15 @@
 #ifndef NXL_H
 #define NXL_H
 
+#include <stdint.h>
 #ifdef __cplusplus
 #include <complex>
 typedef std::complex<double> nxl_z;
+typedef std::complex<float> nxl_c;
 #else
 #include <complex.h>
 typedef double _Complex nxl_z;
+typedef float _Complex nxl_c;
 #endif
 
 /* A Fortran compiler passes the lengths of character arguments behind the declared ones, by value. LAPACK routines have
@@ -819,6 +822,24 @@ void zgthr(const int* nz, const nxl_z* y, nxl_z* x, const int* indx) NXL_NOEXCEP
 /* Scatter: y(indx(i)) := x(i). */
 void dsctr(const int* nz, const double* x, const int* indx, double* y) NXL_NOEXCEPT;
 void zsctr(const int* nz, const nxl_z* x, const int* indx, nxl_z* y) NXL_NOEXCEPT;
+
+/* ==== Vector primitives ===========================================================================================
+ * Plain C calls: arguments by value, lengths unsigned. */
+
+/* dst[i] = src[i] + value. */
+void AddValue_d(const double* src, double* dst, double value, uint32_t n) NXL_NOEXCEPT;
+
+/* ==== Matrix primitives ===========================================================================================
+ * Plain C calls on row-major blocks. */
+
+/* Rows row1 and row2 of a change places, in their first cols elements. */
+void RowExchange_d(double* a, uint32_t row1, uint32_t row2, uint32_t cols, uint32_t stride) NXL_NOEXCEPT;
+
+/* ==== Pack and unpack ============================================================================================= */
+
+/* ==== Bessel and Airy functions =================================================================================== */
+
+/* ==== Toeplitz systems and filter design ========================================================================== */
 
 #ifdef __cplusplus
 }

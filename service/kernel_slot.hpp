@@ -1,4 +1,5 @@
-// A kernel as a driver calls it: bound to the processor class at its first call, one indirect call from then on.
+// A kernel as its caller sees it: bound at its first call, by processor class and vector width, one indirect call from
+// then on.
 #pragma once
 #include "service/cpu_class.hpp"
 #include "service/kernel_table.hpp"
@@ -10,13 +11,17 @@ namespace nxl {
 /// The kernels of a class at the vector width of this process.
 const KernelTable& kernels_of(CpuClass cpu_class);
 
+/// The table that slots of this process bind from. Each table of kernels specialises it.
+template <class Table> const Table& bound_table();
+template <> inline const KernelTable& bound_table() { return kernels_of(nxl_cpu_class()); }
+
 template <auto Member> class KernelSlot;
 
-template <class Fn, Fn KernelTable::* Member> class KernelSlot<Member> {
+template <class Table, class Fn, Fn Table::* Member> class KernelSlot<Member> {
     std::atomic<Fn> bound_{nullptr}; // threads that race store the same pointer
 
     [[gnu::cold, gnu::noinline]] Fn bind() {
-        const Fn kernel = kernels_of(nxl_cpu_class()).*Member;
+        const Fn kernel = bound_table<Table>().*Member;
         bound_.store(kernel, std::memory_order_relaxed);
         return kernel;
     }

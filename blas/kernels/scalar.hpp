@@ -1,48 +1,13 @@
-// The scalars of kernels: double, and a complex number of the target's own, since the members of std::complex would be
-// code shared between targets.
+// What kernels ask of their scalars, double and the complex number of service/vec_complex.hpp.
 #pragma once
 #include "blas/kernels/target.hpp"
+#include "service/vec_complex.hpp"
 
 namespace nxl::NXL_TARGET {
-
-/// Laid out as zcomplex.
-struct Complex {
-    double re, im;
-};
-static_assert(sizeof(Complex) == sizeof(zcomplex) && alignof(Complex) == alignof(zcomplex));
-
-/// Doubles in an element.
-template <class T> constexpr int kParts = sizeof(T) / sizeof(double);
-
-[[gnu::always_inline]] inline Complex* scalars(zcomplex* z) { return reinterpret_cast<Complex*>(z); }
-[[gnu::always_inline]] inline const Complex* scalars(const zcomplex* z) { return reinterpret_cast<const Complex*>(z); }
-[[gnu::always_inline]] inline Complex scalar(const zcomplex& z) { return {parts(&z)[0], parts(&z)[1]}; }
-[[gnu::always_inline]] inline double* parts(double* p) { return p; }
-[[gnu::always_inline]] inline const double* parts(const double* p) { return p; }
-[[gnu::always_inline]] inline double* parts(Complex* z) { return reinterpret_cast<double*>(z); }
-[[gnu::always_inline]] inline const double* parts(const Complex* z) { return reinterpret_cast<const double*>(z); }
 
 template <class T> [[gnu::always_inline]] inline T from_real(double value) {
     if constexpr (kParts<T> == 1) return value;
     else return {value, 0.0};
-}
-
-[[gnu::always_inline]] inline Complex operator-(Complex a) { return {-a.re, -a.im}; }
-[[gnu::always_inline]] inline Complex operator+(Complex a, Complex b) { return {a.re + b.re, a.im + b.im}; }
-[[gnu::always_inline]] inline Complex operator-(Complex a, Complex b) { return {a.re - b.re, a.im - b.im}; }
-[[gnu::always_inline]] inline Complex operator*(Complex a, Complex b) {
-    return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
-}
-
-/// Smith's quotient: no intermediate product leaves the range when the result does not. All but its last step depends
-/// on the divisor alone.
-[[gnu::always_inline]] inline Complex operator/(Complex a, Complex b) {
-    if (__builtin_fabs(b.re) >= __builtin_fabs(b.im)) {
-        const double ratio = b.im / b.re, divisor = b.re + b.im * ratio;
-        return {(a.re + a.im * ratio) / divisor, (a.im - a.re * ratio) / divisor};
-    }
-    const double ratio = b.re / b.im, divisor = b.im + b.re * ratio;
-    return {(a.re * ratio + a.im) / divisor, (a.im * ratio - a.re) / divisor};
 }
 
 template <bool Conjugate> [[gnu::always_inline]] inline double conj_if(double v) { return v; }

@@ -1,0 +1,12 @@
+// The slots of the matrix kernels, bound by vector width.
+#pragma once
+#include "primitives/matrices/matrix_table.hpp"
+#include "service/kernel_slot.hpp"
+
+namespace nxl {
+
+template <> const MatrixTable& bound_table();
+
+inline constinit KernelSlot<&MatrixTable::row_exchange_d> row_exchange_d_slot;
+
+} // namespace nxl

@@ -1,0 +1,12 @@
+// The slots of the vector kernels, bound by vector width.
+#pragma once
+#include "primitives/vectors/vector_table.hpp"
+#include "service/kernel_slot.hpp"
+
+namespace nxl {
+
+template <> const VectorTable& bound_table();
+
+inline constinit KernelSlot<&VectorTable::add_value_d> add_value_d_slot;
+
+} // namespace nxl
