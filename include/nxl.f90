@@ -1096,7 +1096,7 @@ module nxl
             integer(c_int) :: dtrnlspbc_delete
         end function
 
-        ! ---- Vector primitives: arguments by value ----
+        ! ---- Vector primitives: arguments by value, complex scalars by reference ----
 
         ! dst(i) = src(i) + value.
         subroutine AddValue_d(src, dst, value, n) bind(c, name="AddValue_d")
@@ -1105,6 +1105,469 @@ module nxl
             real(c_double), intent(inout) :: dst(*)
             real(c_double), value :: value
             integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(i) + value.
+        subroutine AddValuec_d(src, dst, value, n) bind(c, name="AddValuec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*), value
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(i) + value.
+        subroutine AddValuecd_d(src, dst, value, n) bind(c, name="AddValuecd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            real(c_double), value :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(i) + value.
+        subroutine AddValuedc_d(src, dst, value, n) bind(c, name="AddValuedc_d")
+            import :: c_double, c_double_complex, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            complex(c_double_complex), intent(in) :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = value - src(i).
+        subroutine SubFromValue_d(src, dst, value, n) bind(c, name="SubFromValue_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            real(c_double), value :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = value - src(i).
+        subroutine SubFromValuec_d(src, dst, value, n) bind(c, name="SubFromValuec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*), value
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = value - src(i).
+        subroutine SubFromValuecd_d(src, dst, value, n) bind(c, name="SubFromValuecd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            real(c_double), value :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = value - src(i).
+        subroutine SubFromValuedc_d(src, dst, value, n) bind(c, name="SubFromValuedc_d")
+            import :: c_double, c_double_complex, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            complex(c_double_complex), intent(in) :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = value / src(i).
+        subroutine DivideValue_d(src, dst, value, n) bind(c, name="DivideValue_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            real(c_double), value :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = value / src(i).
+        subroutine DivideValuec_d(src, dst, value, n) bind(c, name="DivideValuec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*), value
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = value / src(i).
+        subroutine DivideValuecd_d(src, dst, value, n) bind(c, name="DivideValuecd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            real(c_double), value :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = value / src(i).
+        subroutine DivideValuedc_d(src, dst, value, n) bind(c, name="DivideValuedc_d")
+            import :: c_double, c_double_complex, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            complex(c_double_complex), intent(in) :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(i) value.
+        subroutine ScaleByValue_d(src, dst, value, n) bind(c, name="ScaleByValue_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            real(c_double), value :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(i) value.
+        subroutine ScaleByValuec_d(src, dst, value, n) bind(c, name="ScaleByValuec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*), value
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(i) value.
+        subroutine ScaleByValuecd_d(src, dst, value, n) bind(c, name="ScaleByValuecd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            real(c_double), value :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(i) value.
+        subroutine ScaleByValuedc_d(src, dst, value, n) bind(c, name="ScaleByValuedc_d")
+            import :: c_double, c_double_complex, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            complex(c_double_complex), intent(in) :: value
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = a(i) + b(i).
+        subroutine AddVeccd_d(a, b, dst, n) bind(c, name="AddVeccd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: a(*)
+            real(c_double), intent(in) :: b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = a(i) - b(i).
+        subroutine SubVeccd_d(a, b, dst, n) bind(c, name="SubVeccd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: a(*)
+            real(c_double), intent(in) :: b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = a(i) - b(i).
+        subroutine SubVecdc_d(a, b, dst, n) bind(c, name="SubVecdc_d")
+            import :: c_double, c_double_complex, c_int32_t
+            real(c_double), intent(in) :: a(*)
+            complex(c_double_complex), intent(in) :: b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = a(i) b(i).
+        subroutine MulVeccd_d(a, b, dst, n) bind(c, name="MulVeccd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: a(*)
+            real(c_double), intent(in) :: b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = a(i) / b(i).
+        subroutine DivVeccc_d(a, b, dst, n) bind(c, name="DivVeccc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: a(*), b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = a(i) / b(i).
+        subroutine DivVeccd_d(a, b, dst, n) bind(c, name="DivVeccd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: a(*)
+            real(c_double), intent(in) :: b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = a(i) / b(i).
+        subroutine DivVecdc_d(a, b, dst, n) bind(c, name="DivVecdc_d")
+            import :: c_double, c_double_complex, c_int32_t
+            real(c_double), intent(in) :: a(*)
+            complex(c_double_complex), intent(in) :: b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = conj(a(i)) b(i).
+        subroutine ConjMulcc_d(a, b, dst, n) bind(c, name="ConjMulcc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: a(*), b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = -1, 0 or 1, the sign of src(i).
+        subroutine Sgndd_d(src, dst, n) bind(c, name="Sgndd_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = -1, 0 or 1, the sign of src(i).
+        subroutine Sgncd_d(src, dst, n) bind(c, name="Sgncd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = -1, 0 or 1, the sign of src(i).
+        subroutine Sgndc_d(src, dst, n) bind(c, name="Sgndc_d")
+            import :: c_double, c_double_complex, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = -1, 0 or 1, the sign of src(i).
+        subroutine Sgncc_d(src, dst, n) bind(c, name="Sgncc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i), in place, by the sign of src(i).
+        subroutine SgnMul_d(src, dst, n) bind(c, name="SgnMul_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i), in place, by the sign of src(i).
+        subroutine SgnMulc_d(src, dst, n) bind(c, name="SgnMulc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i), in place, by the sign of src(i).
+        subroutine SgnMulcd_d(src, dst, n) bind(c, name="SgnMulcd_d")
+            import :: c_double, c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i), in place, by the sign of src(i).
+        subroutine SgnMuldc_d(src, dst, n) bind(c, name="SgnMuldc_d")
+            import :: c_double, c_double_complex, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = x(i) - y(i) int(x(i) / y(i)).
+        subroutine Rem_d(x, y, dst, n) bind(c, name="Rem_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: x(*), y(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = x(i) - int(x(i) (1 / value)) value.
+        subroutine RemVal_d(x, value, dst, n) bind(c, name="RemVal_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: x(*)
+            real(c_double), value :: value
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! Upwards to integers.
+        subroutine Ceil_d(src, dst, n) bind(c, name="Ceil_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! Downwards to integers.
+        subroutine Floor_d(src, dst, n) bind(c, name="Floor_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = dst(i - 1) + src(i).
+        subroutine CumSum_d(src, dst, n) bind(c, name="CumSum_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = dst(i - 1) + src(i).
+        subroutine CumSumc_d(src, dst, n) bind(c, name="CumSumc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(i) + dst(i - delta) behind a copy of the first delta elements.
+        subroutine CumSumDelta_d(src, dst, n, delta) bind(c, name="CumSumDelta_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n, delta
+        end subroutine
+
+        ! dst(i) = src(i) + dst(i - delta) behind a copy of the first delta elements.
+        subroutine CumSumDeltac_d(src, dst, n, delta) bind(c, name="CumSumDeltac_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n, delta
+        end subroutine
+
+        ! The product of all elements.
+        function Product_d(src, n) bind(c, name="Product_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            integer(c_int32_t), value :: n
+            real(c_double) :: Product_d
+        end function
+
+        ! The product of all elements, in out.
+        subroutine Productc_d(src, out, n) bind(c, name="Productc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(out) :: out
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = src(n + 1 - i).
+        subroutine Reverse_d(src, dst, n) bind(c, name="Reverse_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! (re, im) to (im, re).
+        subroutine Flip_d(src, dst, n) bind(c, name="Flip_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! (re, im) to (im, -re).
+        subroutine FlipConj_d(src, dst, n) bind(c, name="FlipConj_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = i src(i): (re, im) to (-im, re).
+        subroutine MulI_d(src, dst, n) bind(c, name="MulI_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! dst(i) = offset + (i - 1) step.
+        subroutine Rampc_d(dst, n, offset, step) bind(c, name="Rampc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+            complex(c_double_complex), intent(in) :: offset, step
+        end subroutine
+
+        ! Appends src(i) to dst where mask(i) > 0; the result counts them.
+        function PackByMask_d(n, src, dst, mask) bind(c, name="PackByMask_d")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), value :: n
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), intent(in) :: mask(*)
+            integer(c_int32_t) :: PackByMask_d
+        end function
+
+        ! Appends src(i) to dst where mask(i) > 0; the result counts them.
+        function PackByMaskc_d(n, src, dst, mask) bind(c, name="PackByMaskc_d")
+            import :: c_double_complex, c_int32_t
+            integer(c_int32_t), value :: n
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), intent(in) :: mask(*)
+            integer(c_int32_t) :: PackByMaskc_d
+        end function
+
+        ! dst(i) = a(i)**b(i) from the second element on.
+        subroutine Powc_d(a, b, dst, n) bind(c, name="Powc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: a(*), b(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: n
+        end subroutine
+
+        ! The double at p, into out.
+        subroutine GetValFromPtr_d(p, out) bind(c, name="GetValFromPtr_d")
+            import :: c_double
+            real(c_double), intent(in) :: p
+            real(c_double), intent(out) :: out
+        end subroutine
+
+        ! The double at p.
+        function GetValFromPtrf_d(p) bind(c, name="GetValFromPtrf_d")
+            import :: c_double
+            real(c_double), intent(in) :: p
+            real(c_double) :: GetValFromPtrf_d
+        end function
+
+        ! The complex number at p, into out.
+        subroutine GetValcFromPtr_d(p, out) bind(c, name="GetValcFromPtr_d")
+            import :: c_double_complex
+            complex(c_double_complex), intent(in) :: p
+            complex(c_double_complex), intent(out) :: out
+        end subroutine
+
+        ! The integer at p, into out.
+        subroutine GetValIFromPtr(p, out) bind(c, name="GetValIFromPtr")
+            import :: c_int32_t
+            integer(c_int32_t), intent(in) :: p
+            integer(c_int32_t), intent(out) :: out
+        end subroutine
+
+        ! Stores a double at p.
+        subroutine SetValToPtr_d(p, value) bind(c, name="SetValToPtr_d")
+            import :: c_double
+            real(c_double), intent(out) :: p
+            real(c_double), value :: value
+        end subroutine
+
+        ! Stores a complex number at p.
+        subroutine SetValcToPtr_d(p, value) bind(c, name="SetValcToPtr_d")
+            import :: c_double_complex
+            complex(c_double_complex), intent(out) :: p
+            complex(c_double_complex), intent(in) :: value
+        end subroutine
+
+        ! Stores an integer at p.
+        subroutine SetValIToPtr(p, value) bind(c, name="SetValIToPtr")
+            import :: c_int32_t
+            integer(c_int32_t), intent(out) :: p
+            integer(c_int32_t), value :: value
         end subroutine
 
         ! ---- Matrix primitives: row-major blocks, arguments by value, rows and columns counted from 0 ----
@@ -1116,7 +1579,107 @@ module nxl
             integer(c_int32_t), value :: row1, row2, cols, stride
         end subroutine
 
-        ! ---- Pack and unpack ----
+        ! ---- Pack and unpack: indices count from 0; real arrays by reference, complex ones with n by value ----
+
+        ! y(i) = a(1 + (i - 1) incra).
+        subroutine vdpacki(n, a, incra, y) bind(c, name="vdpacki")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, incra
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        ! y(i) = a(1 + ia(i)).
+        subroutine vdpackv(n, a, ia, y) bind(c, name="vdpackv")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, ia(*)
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        ! Appends a(i) to y where ma(i) > 0.
+        subroutine vdpackm(n, a, ma, y) bind(c, name="vdpackm")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, ma(*)
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        ! y(1 + (i - 1) incry) = a(i).
+        subroutine vdunpacki(n, a, y, incry) bind(c, name="vdunpacki")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, incry
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        ! y(1 + iy(i)) = a(i).
+        subroutine vdunpackv(n, a, y, iy) bind(c, name="vdunpackv")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, iy(*)
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        ! The next element of a into y(i) where my(i) > 0.
+        subroutine vdunpackm(n, a, y, my) bind(c, name="vdunpackm")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, my(*)
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
+        ! y(i) = a(1 + (i - 1) incra).
+        subroutine vdpackic_d(n, a, incra, y) bind(c, name="vdpackic_d")
+            import :: c_double_complex, c_int32_t
+            integer(c_int32_t), value :: n, incra
+            complex(c_double_complex), intent(in) :: a(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! y(i) = a(1 + ia(i)).
+        subroutine vdpackvc_d(n, a, ia, y) bind(c, name="vdpackvc_d")
+            import :: c_double_complex, c_int32_t
+            integer(c_int32_t), value :: n
+            complex(c_double_complex), intent(in) :: a(*)
+            integer(c_int32_t), intent(in) :: ia(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! Appends a(i) to y where ma(i) > 0.
+        subroutine vdpackmc_d(n, a, ma, y) bind(c, name="vdpackmc_d")
+            import :: c_double_complex, c_int32_t
+            integer(c_int32_t), value :: n
+            complex(c_double_complex), intent(in) :: a(*)
+            integer(c_int32_t), intent(in) :: ma(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! y(1 + (i - 1) incry) = a(i).
+        subroutine vdunpackic_d(n, a, y, incry) bind(c, name="vdunpackic_d")
+            import :: c_double_complex, c_int32_t
+            integer(c_int32_t), value :: n, incry
+            complex(c_double_complex), intent(in) :: a(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+        end subroutine
+
+        ! y(1 + iy(i)) = a(i).
+        subroutine vdunpackvc_d(n, a, y, iy) bind(c, name="vdunpackvc_d")
+            import :: c_double_complex, c_int32_t
+            integer(c_int32_t), value :: n
+            complex(c_double_complex), intent(in) :: a(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+            integer(c_int32_t), intent(in) :: iy(*)
+        end subroutine
+
+        ! The next element of a into y(i) where my(i) > 0.
+        subroutine vdunpackmc_d(n, a, y, my) bind(c, name="vdunpackmc_d")
+            import :: c_double_complex, c_int32_t
+            integer(c_int32_t), value :: n
+            complex(c_double_complex), intent(in) :: a(*)
+            complex(c_double_complex), intent(inout) :: y(*)
+            integer(c_int32_t), intent(in) :: my(*)
+        end subroutine
 
         ! ---- Bessel and Airy functions ----
 

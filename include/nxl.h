@@ -824,10 +824,123 @@ void dsctr(const int* nz, const double* x, const int* indx, double* y) NXL_NOEXC
 void zsctr(const int* nz, const nxl_z* x, const int* indx, nxl_z* y) NXL_NOEXCEPT;
 
 /* ==== Vector primitives ===========================================================================================
- * Plain C calls: arguments by value, lengths unsigned. */
+ * Loops over arrays by plain C calls: arguments by value, lengths unsigned and in elements, complex scalars by pointer.
+ * Letters behind a name tell what is complex: none, or d, real; c complex; of two, the first is the array or first
+ * operand, the second the scalar or second operand (AddValuecd_d: complex array, real scalar). Nothing is checked and
+ * nothing threads. Destination and source may be the same array when their elements are of one size, unless a routine
+ * says otherwise; arrays that overlap in part give no settled result. A length of 0 does nothing. Results are the same
+ * on every processor. NaN, zeros, ranges: docs/primitives.md. */
 
 /* dst[i] = src[i] + value. */
 void AddValue_d(const double* src, double* dst, double value, uint32_t n) NXL_NOEXCEPT;
+void AddValuec_d(const nxl_z* src, nxl_z* dst, const nxl_z* value, uint32_t n) NXL_NOEXCEPT;
+void AddValuecd_d(const nxl_z* src, nxl_z* dst, double value, uint32_t n) NXL_NOEXCEPT;
+void AddValuedc_d(const double* src, nxl_z* dst, const nxl_z* value, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = value - src[i]. */
+void SubFromValue_d(const double* src, double* dst, double value, uint32_t n) NXL_NOEXCEPT;
+void SubFromValuec_d(const nxl_z* src, nxl_z* dst, const nxl_z* value, uint32_t n) NXL_NOEXCEPT;
+void SubFromValuecd_d(const nxl_z* src, nxl_z* dst, double value, uint32_t n) NXL_NOEXCEPT;
+void SubFromValuedc_d(const double* src, nxl_z* dst, const nxl_z* value, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = value / src[i], a zero element giving what floating point gives. A complex divisor by Smith's method, CACM 5
+ * (1962), algorithm 116. */
+void DivideValue_d(const double* src, double* dst, double value, uint32_t n) NXL_NOEXCEPT;
+void DivideValuec_d(const nxl_z* src, nxl_z* dst, const nxl_z* value, uint32_t n) NXL_NOEXCEPT;
+void DivideValuecd_d(const nxl_z* src, nxl_z* dst, double value, uint32_t n) NXL_NOEXCEPT;
+void DivideValuedc_d(const double* src, nxl_z* dst, const nxl_z* value, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = src[i] value. */
+void ScaleByValue_d(const double* src, double* dst, double value, uint32_t n) NXL_NOEXCEPT;
+void ScaleByValuec_d(const nxl_z* src, nxl_z* dst, const nxl_z* value, uint32_t n) NXL_NOEXCEPT;
+void ScaleByValuecd_d(const nxl_z* src, nxl_z* dst, double value, uint32_t n) NXL_NOEXCEPT;
+void ScaleByValuedc_d(const double* src, nxl_z* dst, const nxl_z* value, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = a[i] + b[i], a[i] - b[i], a[i] b[i]. */
+void AddVeccd_d(const nxl_z* a, const double* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void SubVeccd_d(const nxl_z* a, const double* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void SubVecdc_d(const double* a, const nxl_z* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void MulVeccd_d(const nxl_z* a, const double* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = a[i] / b[i]; a complex divisor as in DivideValuec_d. */
+void DivVeccc_d(const nxl_z* a, const nxl_z* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void DivVeccd_d(const nxl_z* a, const double* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void DivVecdc_d(const double* a, const nxl_z* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = conj(a[i]) b[i]. */
+void ConjMulcc_d(const nxl_z* a, const nxl_z* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = -1.0, 0.0 or 1.0 by the sign of src[i]: 0.0 for both zeros, 1.0 for NaN. First letter source, second
+ * destination. The sign of a complex number is that of its real part, or of its imaginary part when the real part is 0;
+ * a complex destination gets the imaginary part 0.0. */
+void Sgndd_d(const double* src, double* dst, uint32_t n) NXL_NOEXCEPT;
+void Sgncd_d(const nxl_z* src, double* dst, uint32_t n) NXL_NOEXCEPT;
+void Sgndc_d(const double* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void Sgncc_d(const nxl_z* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i], in place, by the sign of src[i] as above: 0.0 where it is 0, negated where it is negative, else as it was,
+ * for NaN too. A complex dst[i] in both parts. */
+void SgnMul_d(const double* src, double* dst, uint32_t n) NXL_NOEXCEPT;
+void SgnMulc_d(const nxl_z* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void SgnMulcd_d(const nxl_z* src, double* dst, uint32_t n) NXL_NOEXCEPT;
+void SgnMuldc_d(const double* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* Remainder: dst[i] = x[i] - y[i] q, q the quotient x[i] / y[i] truncated to a signed 32-bit integer. Defined while it
+ * fits; beyond, and for NaN, q is -2147483648. */
+void Rem_d(const double* x, const double* y, double* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* The same for one divisor: q is x[i] (1 / value) truncated, with the reciprocal rounded once. Near whole multiples it
+ * can differ from Rem_d. */
+void RemVal_d(const double* x, double value, double* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* The smallest integer not below src[i], the largest not above it, with the sign of src[i] when it is 0. */
+void Ceil_d(const double* src, double* dst, uint32_t n) NXL_NOEXCEPT;
+void Floor_d(const double* src, double* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[0] = src[0], dst[i] = dst[i - 1] + src[i], added in this order. */
+void CumSum_d(const double* src, double* dst, uint32_t n) NXL_NOEXCEPT;
+void CumSumc_d(const nxl_z* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* The same at lag delta: the first delta elements (at most n) are copied, then dst[i] = src[i] + dst[i - delta]. Arrays
+ * may overlap in any way: the result is that of the loop over single elements, forwards. With delta 0, dst[i] grows by
+ * src[i]. */
+void CumSumDelta_d(const double* src, double* dst, uint32_t n, uint32_t delta) NXL_NOEXCEPT;
+void CumSumDeltac_d(const nxl_z* src, nxl_z* dst, uint32_t n, uint32_t delta) NXL_NOEXCEPT;
+
+/* The product of all elements, 1 for an empty array. Product_d multiplies sixteen interleaved parts first, or all in
+ * the array's order where such a part would overflow or underflow. Productc_d multiplies in the array's order and
+ * writes its result to out. */
+double Product_d(const double* src, uint32_t n) NXL_NOEXCEPT;
+void Productc_d(const nxl_z* src, nxl_z* out, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = src[n - 1 - i], of complex numbers. */
+void Reverse_d(const nxl_z* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* Each (re, im) becomes (im, re), (im, -re) and, by MulI_d, (-im, re), which is i times it. */
+void Flip_d(const nxl_z* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void FlipConj_d(const nxl_z* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+void MulI_d(const nxl_z* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* dst[i] = offset + i step, by parts. */
+void Rampc_d(nxl_z* dst, uint32_t n, const nxl_z* offset, const nxl_z* step) NXL_NOEXCEPT;
+
+/* Appends src[i] to dst where mask[i] is above 0. Returns the number of elements written; nothing is written behind
+ * them. */
+uint32_t PackByMask_d(uint32_t n, const double* src, double* dst, const int32_t* mask) NXL_NOEXCEPT;
+uint32_t PackByMaskc_d(uint32_t n, const nxl_z* src, nxl_z* dst, const int32_t* mask) NXL_NOEXCEPT;
+
+/* dst[i] = a[i] to the power b[i] by the C library's cpow, from i = 1 on: dst[0] is left as it was. */
+void Powc_d(const nxl_z* a, const nxl_z* b, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
+
+/* Single values behind pointers, for languages that have none: a double into out or as the result, a complex number, a
+ * 32-bit integer; then stored. */
+void GetValFromPtr_d(const double* p, double* out) NXL_NOEXCEPT;
+double GetValFromPtrf_d(const double* p) NXL_NOEXCEPT;
+void GetValcFromPtr_d(const nxl_z* p, nxl_z* out) NXL_NOEXCEPT;
+void GetValIFromPtr(const int32_t* p, int32_t* out) NXL_NOEXCEPT;
+void SetValToPtr_d(double* p, double value) NXL_NOEXCEPT;
+void SetValcToPtr_d(nxl_z* p, const nxl_z* value) NXL_NOEXCEPT;
+void SetValIToPtr(int32_t* p, int32_t value) NXL_NOEXCEPT;
 
 /* ==== Matrix primitives ===========================================================================================
  * Plain C calls on row-major blocks. */
@@ -835,7 +948,34 @@ void AddValue_d(const double* src, double* dst, double value, uint32_t n) NXL_NO
 /* Rows row1 and row2 of a change places, in their first cols elements. */
 void RowExchange_d(double* a, uint32_t row1, uint32_t row2, uint32_t cols, uint32_t stride) NXL_NOEXCEPT;
 
-/* ==== Pack and unpack ============================================================================================= */
+/* ==== Pack and unpack =============================================================================================
+ * Gather into an array without gaps, scatter from it: by stride, by index, by mask. Indices count from 0; nothing is
+ * checked. Real arrays: everything by reference, n of 0 or less does nothing. Complex arrays (c_d): n, unsigned, and
+ * increments by value. */
+
+/* y[i] = a[i incra] for i from 0 to n - 1; a negative increment runs backwards from a. */
+void vdpacki(const int32_t* n, const double* a, const int32_t* incra, double* y) NXL_NOEXCEPT;
+void vdpackic_d(uint32_t n, const nxl_z* a, int32_t incra, nxl_z* y) NXL_NOEXCEPT;
+
+/* y[i] = a[ia[i]]. */
+void vdpackv(const int32_t* n, const double* a, const int32_t* ia, double* y) NXL_NOEXCEPT;
+void vdpackvc_d(uint32_t n, const nxl_z* a, const int32_t* ia, nxl_z* y) NXL_NOEXCEPT;
+
+/* Appends a[i] to y where ma[i] is above 0. */
+void vdpackm(const int32_t* n, const double* a, const int32_t* ma, double* y) NXL_NOEXCEPT;
+void vdpackmc_d(uint32_t n, const nxl_z* a, const int32_t* ma, nxl_z* y) NXL_NOEXCEPT;
+
+/* y[i incry] = a[i]. */
+void vdunpacki(const int32_t* n, const double* a, double* y, const int32_t* incry) NXL_NOEXCEPT;
+void vdunpackic_d(uint32_t n, const nxl_z* a, nxl_z* y, int32_t incry) NXL_NOEXCEPT;
+
+/* y[iy[i]] = a[i]; of several values for one place the last stays. */
+void vdunpackv(const int32_t* n, const double* a, double* y, const int32_t* iy) NXL_NOEXCEPT;
+void vdunpackvc_d(uint32_t n, const nxl_z* a, nxl_z* y, const int32_t* iy) NXL_NOEXCEPT;
+
+/* The next element of a into y[i] where my[i] is above 0; other elements of y are not touched. */
+void vdunpackm(const int32_t* n, const double* a, double* y, const int32_t* my) NXL_NOEXCEPT;
+void vdunpackmc_d(uint32_t n, const nxl_z* a, nxl_z* y, const int32_t* my) NXL_NOEXCEPT;
 
 /* ==== Bessel and Airy functions =================================================================================== */
 

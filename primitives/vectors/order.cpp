@@ -1,0 +1,72 @@
+// Complex arrays reversed, with their parts exchanged, and filled with a ramp.
+#include "primitives/vectors/kernels.hpp"
+#include "primitives/vectors/lanes.hpp"
+
+namespace nxl::NXL_TARGET {
+namespace {
+
+/// W/2 complex numbers in the opposite order.
+template <int W> [[gnu::always_inline]] inline Vec<W> reversed(Vec<W> v) {
+    if constexpr (W == 2) return v;
+    else return __builtin_shufflevector(v, v, 2, 3, 0, 1);
+}
+
+/// The doubles from `low` on and those below `high` change sides, while two registers of W fit between.
+template <int W> [[gnu::always_inline]] inline void exchange_ends(double* a, i64& low, i64& high) {
+    for (; low + 2 * W <= high; low += W, high -= W) {
+        const Vec<W> first = load<W>(a + low), last = load<W>(a + high - W);
+        store<W>(a + low, reversed<W>(last));
+        store<W>(a + high - W, reversed<W>(first));
+    }
+}
+
+template <int W> [[gnu::always_inline]] inline void copy_reversed(const double* src, double* dst, i64& i, i64 count) {
+    for (; i + W <= count; i += W) store<W>(dst + i, reversed<W>(load<W>(src + count - i - W)));
+}
+
+template <class V> [[gnu::always_inline]] inline V exchanged(V z) { return swap_parts<kLanes<V>>(z); }
+
+/// The operand (i, i, i + 1, i + 1, ...), exact: an element's index beside each of its parts.
+struct Index {
+    template <int W> [[gnu::always_inline]] Vec<W> at(i64 place) const {
+        Vec<W> index = splat<W>(static_cast<double>(place / 2));
+        for (int lane = 2; lane < W; ++lane) index[lane] += 1.0;
+        return index;
+    }
+};
+
+} // namespace
+
+void reverse_d(const zcomplex* src, zcomplex* dst, i64 n) {
+    i64 i = 0, end = 2 * n;
+    if (src == dst) {
+        exchange_ends<kWidth>(parts(dst), i, end);
+        exchange_ends<2>(parts(dst), i, end);
+        return;
+    }
+    for (; i + 4 * kWidth <= end;)
+        for (const i64 stop = i + 4 * kWidth; i < stop; i += kWidth)
+            store<kWidth>(parts(dst) + i, reversed<kWidth>(load<kWidth>(parts(src) + end - i - kWidth)));
+    copy_reversed<kWidth>(parts(src), parts(dst), i, end);
+    copy_reversed<2>(parts(src), parts(dst), i, end);
+}
+
+void flip_d(const zcomplex* src, zcomplex* dst, i64 n) {
+    each<2>(parts(dst), 2 * n, [](auto z) { return exchanged(z); }, Doubles{parts(src)});
+}
+void flip_conj_d(const zcomplex* src, zcomplex* dst, i64 n) {
+    const auto turn = [](auto z, auto sign) { return exchanged(z) * sign; };
+    each<2>(parts(dst), 2 * n, turn, Doubles{parts(src)}, Constant{1.0, -1.0});
+}
+void mul_i_d(const zcomplex* src, zcomplex* dst, i64 n) {
+    const auto turn = [](auto z, auto sign) { return exchanged(z) * sign; };
+    each<2>(parts(dst), 2 * n, turn, Doubles{parts(src)}, Constant{-1.0, 1.0});
+}
+
+void rampc_d(zcomplex* dst, i64 n, const zcomplex& offset, const zcomplex& step) {
+    const Complex first = scalar(offset), slope = scalar(step);
+    const auto line = [](auto index, auto start, auto rise) { return start + index * rise; };
+    each<2>(parts(dst), 2 * n, line, Index{}, Constant{first.re, first.im}, Constant{slope.re, slope.im});
+}
+
+} // namespace nxl::NXL_TARGET
