@@ -18,11 +18,11 @@ template <int Unroll, class T> i64 pack_masked(i64 n, const T* src, T* dst, cons
         const std::int32_t* take = mask + first;
         for (; end - dst >= Unroll; from += Unroll, take += Unroll)
             for (int k = 0; k < Unroll; ++k) {
-                *dst = from[k];
+                __builtin_memcpy(dst, from + k, sizeof(T)); // in one piece, complex elements too
                 dst += take[k] > 0;
             }
         for (; dst < end; ++from, ++take) {
-            *dst = *from;
+            __builtin_memcpy(dst, from, sizeof(T));
             dst += *take > 0;
         }
     }

@@ -37,8 +37,11 @@ template <int Step, class Op, class... In>
 [[gnu::always_inline]] inline void each(double* dst, i64 count, Op op, In... in) {
     constexpr int W = kWidth;
     i64 i = 0;
-    for (; i + 4 * W <= count; i += 4 * W)
-        for (i64 k = i; k < i + 4 * W; k += W) store<W>(dst + k, op(in.template at<W>(k)...));
+    for (; i + 4 * W <= count; i += 4 * W) {
+        Vec<W> result[4]; // all reads before the writes: the processor need not ask whether one depends on another
+        for (int k = 0; k < 4; ++k) result[k] = op(in.template at<W>(i + k * W)...);
+        for (int k = 0; k < 4; ++k) store<W>(dst + i + k * W, result[k]);
+    }
     for (; i + W <= count; i += W) store<W>(dst + i, op(in.template at<W>(i)...));
     if constexpr (W > 2)
         for (; i + 2 <= count; i += 2) store<2>(dst + i, op(in.template at<2>(i)...));

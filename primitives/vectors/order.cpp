@@ -26,15 +26,6 @@ template <int W> [[gnu::always_inline]] inline void copy_reversed(const double* 
 
 template <class V> [[gnu::always_inline]] inline V exchanged(V z) { return swap_parts<kLanes<V>>(z); }
 
-/// The operand (i, i, i + 1, i + 1, ...), exact: an element's index beside each of its parts.
-struct Index {
-    template <int W> [[gnu::always_inline]] Vec<W> at(i64 place) const {
-        Vec<W> index = splat<W>(static_cast<double>(place / 2));
-        for (int lane = 2; lane < W; ++lane) index[lane] += 1.0;
-        return index;
-    }
-};
-
 } // namespace
 
 void reverse_d(const zcomplex* src, zcomplex* dst, i64 n) {
@@ -64,9 +55,22 @@ void mul_i_d(const zcomplex* src, zcomplex* dst, i64 n) {
 }
 
 void rampc_d(zcomplex* dst, i64 n, const zcomplex& offset, const zcomplex& step) {
-    const Complex first = scalar(offset), slope = scalar(step);
-    const auto line = [](auto index, auto start, auto rise) { return start + index * rise; };
-    each<2>(parts(dst), 2 * n, line, Index{}, Constant{first.re, first.im}, Constant{slope.re, slope.im});
+    constexpr int W = kWidth;
+    const Complex start = scalar(offset), rise = scalar(step);
+    const Vec<W> starts = alternate<W>(start.re, start.im), rises = alternate<W>(rise.re, rise.im);
+    Vec<W> index[4]; // (i, i, i + 1, i + 1), exact
+    for (int k = 0; k < 4; ++k)
+        for (int lane = 0; lane < W; ++lane) index[k][lane] = (k * W + lane) / 2;
+    i64 i = 0;
+    for (; i + 2 * W <= n; i += 2 * W)
+        for (int k = 0; k < 4; ++k) {
+            store<W>(parts(dst + i) + k * W, starts + index[k] * rises);
+            index[k] += 2.0 * W;
+        }
+    for (; i < n; ++i) {
+        const double here = static_cast<double>(i);
+        store<2>(parts(dst + i), Vec<2>{start.re + here * rise.re, start.im + here * rise.im});
+    }
 }
 
 } // namespace nxl::NXL_TARGET

@@ -5,12 +5,15 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
-/// dst[i] = src[i] + dst[i - W] from i = W on, the running sums kept in a register. Returns the first i not done.
-template <int W> i64 running_sums(const double* src, double* dst, i64 count) {
-    i64 i = W;
-    if (count <= W) return i;
-    Vec<W> sum = load<W>(dst);
-    for (; i + W <= count; i += W) store<W>(dst + i, sum = load<W>(src + i) + sum);
+/// dst[i] = src[i] + dst[i - lag] from i = lag on, for a lag of K registers of W, the running sums kept in them.
+/// Returns the first i not done.
+template <int W, int K = 1> i64 running_sums(const double* src, double* dst, i64 count) {
+    i64 i = K * W;
+    if (count < i) return count;
+    Vec<W> sum[K];
+    for (int k = 0; k < K; ++k) sum[k] = load<W>(dst + k * W);
+    for (; i + K * W <= count; i += K * W)
+        for (int k = 0; k < K; ++k) store<W>(dst + i + k * W, sum[k] = load<W>(src + i + k * W) + sum[k]);
     return i;
 }
 
@@ -22,9 +25,9 @@ template <int W> i64 lagged_sums(const double* src, double* dst, i64 i, i64 coun
     return i;
 }
 
-/// Shorter lags are summed in registers that the lag is a multiple of: one that reads across two still unfinished
-/// stores has to wait for both.
-constexpr i64 kFreeLag = 512;
+/// Shorter lags are summed in registers that the lag is a multiple of: one that reads across two unfinished stores has
+/// to wait for both.
+constexpr i64 kFreeLag = 32;
 
 } // namespace
 
@@ -42,6 +45,8 @@ void cum_sum_delta_d(const double* src, double* dst, i64 n, i64 delta) {
     };
     if (delta == 1) i = running_sums<1>(src, dst, n);
     else if (delta == 2 && fits(2)) i = running_sums<2>(src, dst, n);
+    else if (delta == kWidth && fits(kWidth)) i = running_sums<kWidth>(src, dst, n);
+    else if (delta == 2 * kWidth && fits(kWidth)) i = running_sums<kWidth, 2>(src, dst, n);
     else if (fits(kWidth)) i = lagged_sums<kWidth>(src, dst, i, n, delta);
     else if (fits(2)) i = lagged_sums<2>(src, dst, i, n, delta);
     lagged_sums<1>(src, dst, i, n, delta);
