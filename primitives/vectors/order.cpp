@@ -11,12 +11,13 @@ template <int W> [[gnu::always_inline]] inline Vec<W> reversed(Vec<W> v) {
     else return __builtin_shufflevector(v, v, 2, 3, 0, 1);
 }
 
-/// The doubles from `low` on and those below `high` change sides, while two registers of W fit between.
-template <int W> [[gnu::always_inline]] inline void exchange_ends(double* a, i64& low, i64& high) {
-    for (; low + 2 * W <= high; low += W, high -= W) {
-        const Vec<W> first = load<W>(a + low), last = load<W>(a + high - W);
+/// Registers of both ends change sides until they meet. Two that overlap in the middle leave it as it should be, and
+/// one number alone stays.
+template <int W> [[gnu::always_inline]] inline void reverse_in_place(double* a, i64 count) {
+    for (i64 low = 0, high = count - W; low <= high; low += W, high -= W) {
+        const Vec<W> first = load<W>(a + low), last = load<W>(a + high);
         store<W>(a + low, reversed<W>(last));
-        store<W>(a + high - W, reversed<W>(first));
+        store<W>(a + high, reversed<W>(first));
     }
 }
 
@@ -29,17 +30,16 @@ template <class V> [[gnu::always_inline]] inline V exchanged(V z) { return swap_
 } // namespace
 
 void reverse_d(const zcomplex* src, zcomplex* dst, i64 n) {
-    i64 i = 0, end = 2 * n;
-    if (src == dst) {
-        exchange_ends<kWidth>(parts(dst), i, end);
-        exchange_ends<2>(parts(dst), i, end);
-        return;
+    constexpr int W = kWidth;
+    const i64 count = 2 * n;
+    if (src == dst) return reverse_in_place<W>(parts(dst), count);
+    i64 i = 0;
+    for (; i + 4 * W <= count; i += 4 * W) {
+        const double* from = parts(src) + (count - i);
+        for (int k = 1; k <= 4; ++k) store<W>(parts(dst) + i + (k - 1) * W, reversed<W>(load<W>(from - k * W)));
     }
-    for (; i + 4 * kWidth <= end;)
-        for (const i64 stop = i + 4 * kWidth; i < stop; i += kWidth)
-            store<kWidth>(parts(dst) + i, reversed<kWidth>(load<kWidth>(parts(src) + end - i - kWidth)));
-    copy_reversed<kWidth>(parts(src), parts(dst), i, end);
-    copy_reversed<2>(parts(src), parts(dst), i, end);
+    copy_reversed<W>(parts(src), parts(dst), i, count);
+    copy_reversed<2>(parts(src), parts(dst), i, count);
 }
 
 void flip_d(const zcomplex* src, zcomplex* dst, i64 n) {
@@ -60,7 +60,7 @@ void rampc_d(zcomplex* dst, i64 n, const zcomplex& offset, const zcomplex& step)
     const Vec<W> starts = alternate<W>(start.re, start.im), rises = alternate<W>(rise.re, rise.im);
     Vec<W> index[4]; // (i, i, i + 1, i + 1), exact
     for (int k = 0; k < 4; ++k)
-        for (int lane = 0; lane < W; ++lane) index[k][lane] = (k * W + lane) / 2;
+        for (int lane = 0; lane < W; ++lane) index[k][lane] = static_cast<double>((k * W + lane) / 2);
     i64 i = 0;
     for (; i + 2 * W <= n; i += 2 * W)
         for (int k = 0; k < 4; ++k) {

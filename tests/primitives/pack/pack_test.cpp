@@ -106,7 +106,7 @@ TYPED_TEST(Pack, ByIndexTheLastOfRepeatedPlacesStays) {
         }
 }
 
-TYPED_TEST(Pack, ByMaskNothingIsReadOrWrittenForOthers) {
+TYPED_TEST(Pack, ByMaskOtherElementsAreNotWritten) {
     using T = TypeParam;
     for (const auto& family : families<T>())
         for (const Ints& pattern : {Ints{0, -1}, Ints{1}, Ints{1, 0, -7, 9, 0}, Ints{0, 3}})

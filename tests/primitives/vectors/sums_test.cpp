@@ -87,7 +87,7 @@ TEST(Product, KeepsRangeWhereTheOrderOfTheArrayDoes) {
 
     std::vector<double> dips(100, 1.0); // every sixteenth element: through the subnormal range and back
     dips[0] = dips[16] = 1.3e-160, dips[32] = 1e200;
-    dips[1] = dips[17] = 1e160, dips[33] = 1e-200;
+    dips[1] = dips[17] = 1e150, dips[33] = 1e-200;
     EXPECT_EQ(product(dips), in_order(dips));
 
     for (const double special : {0.0, std::numeric_limits<double>::infinity(), 1e-320}) {

@@ -65,43 +65,56 @@ Z quotient(Z a, Z b) {
     return {(a.real() * r + a.imag()) / d, (a.imag() * r - a.real()) / d};
 }
 
-const D x = -2.75;
-const Z z{1.25, -0.5};
+struct Scalars {
+    D x;
+    Z z;
+};
+class ScalarWithArray : public ::testing::TestWithParam<Scalars> {};
+INSTANTIATE_TEST_SUITE_P(, ScalarWithArray,
+                         ::testing::Values(Scalars{-2.75, {1.25, -0.5}}, Scalars{-0.0, {-0.0, -0.0}},
+                                           Scalars{0.0, {-0.0, 0.0}}));
 
-TEST(VectorPrimitives, ScalarWithArray) {
-    matches<D, D>("AddValue_d", [](auto* s, auto* d, auto n) { AddValue_d(s, d, x, n); }, [](D a) { return a + x; });
-    matches<Z, Z>("AddValuec_d", [](auto* s, auto* d, auto n) { AddValuec_d(s, d, &z, n); }, [](Z a) { return a + z; });
+TEST_P(ScalarWithArray, MatchesPlainLoops) {
+    const D x = GetParam().x;
+    const Z z = GetParam().z;
+    matches<D, D>("AddValue_d", [&](auto* s, auto* d, auto n) { AddValue_d(s, d, x, n); }, [&](D a) { return a + x; });
     matches<Z, Z>(
-        "AddValuecd_d", [](auto* s, auto* d, auto n) { AddValuecd_d(s, d, x, n); }, [](Z a) { return a + x; });
+        "AddValuec_d", [&](auto* s, auto* d, auto n) { AddValuec_d(s, d, &z, n); }, [&](Z a) { return a + z; });
+    matches<Z, Z>(
+        "AddValuecd_d", [&](auto* s, auto* d, auto n) { AddValuecd_d(s, d, x, n); }, [&](Z a) { return a + x; });
     matches<Z, D>(
-        "AddValuedc_d", [](auto* s, auto* d, auto n) { AddValuedc_d(s, d, &z, n); }, [](D a) { return a + z; });
+        "AddValuedc_d", [&](auto* s, auto* d, auto n) { AddValuedc_d(s, d, &z, n); }, [&](D a) { return a + z; });
     matches<D, D>(
-        "SubFromValue_d", [](auto* s, auto* d, auto n) { SubFromValue_d(s, d, x, n); }, [](D a) { return x - a; });
+        "SubFromValue_d", [&](auto* s, auto* d, auto n) { SubFromValue_d(s, d, x, n); }, [&](D a) { return x - a; });
     matches<Z, Z>(
-        "SubFromValuec_d", [](auto* s, auto* d, auto n) { SubFromValuec_d(s, d, &z, n); }, [](Z a) { return z - a; });
+        "SubFromValuec_d", [&](auto* s, auto* d, auto n) { SubFromValuec_d(s, d, &z, n); }, [&](Z a) { return z - a; });
     matches<Z, Z>(
-        "SubFromValuecd_d", [](auto* s, auto* d, auto n) { SubFromValuecd_d(s, d, x, n); }, [](Z a) { return x - a; });
+        "SubFromValuecd_d", [&](auto* s, auto* d, auto n) { SubFromValuecd_d(s, d, x, n); },
+        [&](Z a) { return x - a; });
     matches<Z, D>(
-        "SubFromValuedc_d", [](auto* s, auto* d, auto n) { SubFromValuedc_d(s, d, &z, n); }, [](D a) { return z - a; });
+        "SubFromValuedc_d", [&](auto* s, auto* d, auto n) { SubFromValuedc_d(s, d, &z, n); },
+        [&](D a) { return z - a; });
     matches<D, D>(
-        "DivideValue_d", [](auto* s, auto* d, auto n) { DivideValue_d(s, d, x, n); }, [](D a) { return x / a; });
+        "DivideValue_d", [&](auto* s, auto* d, auto n) { DivideValue_d(s, d, x, n); }, [&](D a) { return x / a; });
     matches<Z, Z>(
-        "DivideValuec_d", [](auto* s, auto* d, auto n) { DivideValuec_d(s, d, &z, n); },
-        [](Z a) { return quotient(z, a); });
+        "DivideValuec_d", [&](auto* s, auto* d, auto n) { DivideValuec_d(s, d, &z, n); },
+        [&](Z a) { return quotient(z, a); });
     matches<Z, Z>(
-        "DivideValuecd_d", [](auto* s, auto* d, auto n) { DivideValuecd_d(s, d, x, n); },
-        [](Z a) { return quotient({x, 0.0}, a); });
+        "DivideValuecd_d", [&](auto* s, auto* d, auto n) { DivideValuecd_d(s, d, x, n); },
+        [&](Z a) { return quotient({x, 0.0}, a); });
     matches<Z, D>(
-        "DivideValuedc_d", [](auto* s, auto* d, auto n) { DivideValuedc_d(s, d, &z, n); }, [](D a) { return z / a; });
+        "DivideValuedc_d", [&](auto* s, auto* d, auto n) { DivideValuedc_d(s, d, &z, n); }, [&](D a) { return z / a; });
     matches<D, D>(
-        "ScaleByValue_d", [](auto* s, auto* d, auto n) { ScaleByValue_d(s, d, x, n); }, [](D a) { return a * x; });
+        "ScaleByValue_d", [&](auto* s, auto* d, auto n) { ScaleByValue_d(s, d, x, n); }, [&](D a) { return a * x; });
     matches<Z, Z>(
-        "ScaleByValuec_d", [](auto* s, auto* d, auto n) { ScaleByValuec_d(s, d, &z, n); },
-        [](Z a) { return product(a, z); });
+        "ScaleByValuec_d", [&](auto* s, auto* d, auto n) { ScaleByValuec_d(s, d, &z, n); },
+        [&](Z a) { return product(a, z); });
     matches<Z, Z>(
-        "ScaleByValuecd_d", [](auto* s, auto* d, auto n) { ScaleByValuecd_d(s, d, x, n); }, [](Z a) { return a * x; });
+        "ScaleByValuecd_d", [&](auto* s, auto* d, auto n) { ScaleByValuecd_d(s, d, x, n); },
+        [&](Z a) { return a * x; });
     matches<Z, D>(
-        "ScaleByValuedc_d", [](auto* s, auto* d, auto n) { ScaleByValuedc_d(s, d, &z, n); }, [](D a) { return a * z; });
+        "ScaleByValuedc_d", [&](auto* s, auto* d, auto n) { ScaleByValuedc_d(s, d, &z, n); },
+        [&](D a) { return a * z; });
 }
 
 TEST(VectorPrimitives, ArrayWithArray) {
@@ -181,7 +194,7 @@ TEST(VectorPrimitives, Order) {
 
 TEST(VectorPrimitives, Ramp) {
     for (const auto& [offset, step] :
-         {std::pair<Z, Z>{z, {0.1, -0.3}}, {0.0, {0.1, 0.0}}, {{-0.0, 1e300}, {-0.0, 1e298}}})
+         {std::pair<Z, Z>{{1.25, -0.5}, {0.1, -0.3}}, {0.0, {0.1, 0.0}}, {{-0.0, 1e300}, {-0.0, 1e298}}})
         matches_at<Z, Z>(
             "Rampc_d", [&](auto*, auto* d, auto n) { Rampc_d(d, n, &offset, &step); },
             [&](std::size_t i, const auto&) {
@@ -191,8 +204,8 @@ TEST(VectorPrimitives, Ramp) {
 }
 
 template <class T> class PackByMask : public ::testing::Test {};
-using Scalars = ::testing::Types<D, Z>;
-TYPED_TEST_SUITE(PackByMask, Scalars);
+using Elements = ::testing::Types<D, Z>;
+TYPED_TEST_SUITE(PackByMask, Elements);
 
 TYPED_TEST(PackByMask, AppendsWhereTheMaskIsAboveZeroAndWritesNothingBehind) {
     using T = TypeParam;
@@ -241,6 +254,7 @@ TEST(VectorPrimitives, PowerLeavesTheFirstElement) {
 TEST(VectorPrimitives, SingleValuesBehindPointers) {
     D real = 0.0, real_out = 0.0;
     Z complex, complex_out;
+    const Z z{1.25, -0.5};
     std::int32_t integer = 0, integer_out = 0;
     SetValToPtr_d(&real, 2.5);
     SetValcToPtr_d(&complex, &z);
