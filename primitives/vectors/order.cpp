@@ -60,7 +60,10 @@ void rampc_d(zcomplex* dst, i64 n, const zcomplex& offset, const zcomplex& step)
     const Vec<W> starts = alternate<W>(start.re, start.im), rises = alternate<W>(rise.re, rise.im);
     Vec<W> index[4]; // (i, i, i + 1, i + 1), exact
     for (int k = 0; k < 4; ++k)
-        for (int lane = 0; lane < W; ++lane) index[k][lane] = static_cast<double>((k * W + lane) / 2);
+        for (int lane = 0; lane < W; ++lane) {
+            const int element = (k * W + lane) / 2;
+            index[k][lane] = element;
+        }
     i64 i = 0;
     for (; i + 2 * W <= n; i += 2 * W)
         for (int k = 0; k < 4; ++k) {
