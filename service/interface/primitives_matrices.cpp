@@ -6,6 +6,16 @@
 
 using namespace nxl;
 
+namespace {
+
+/// Asks the byte alone. Compilers take it that callers clear the rest of its register, which not all languages do.
+bool is_set(unsigned char byte) {
+    const volatile unsigned char alone = byte;
+    return alone != 0;
+}
+
+} // namespace
+
 extern "C" {
 
 NXL_EXPORT void CopySubMatrix_d(const double* src, double* dst, unsigned srcRow, unsigned srcCol, unsigned dstRow,
@@ -73,20 +83,20 @@ NXL_EXPORT void UpperTrianglec_d(const zcomplex* src, zcomplex* dst, unsigned ro
 
 NXL_EXPORT void ZeroLowerTriangle_d(double* a, unsigned rows, unsigned cols, unsigned stride,
                                     unsigned char zeroDiagonal) noexcept {
-    zero_lower_d(a, rows, cols, stride, zeroDiagonal != 0);
+    zero_lower_d(a, rows, cols, stride, is_set(zeroDiagonal));
 }
 NXL_EXPORT void ZeroLowerTrianglec_d(zcomplex* a, unsigned rows, unsigned cols, unsigned stride,
                                      unsigned char zeroDiagonal) noexcept {
-    zero_lower_c(a, rows, cols, stride, zeroDiagonal != 0);
+    zero_lower_c(a, rows, cols, stride, is_set(zeroDiagonal));
 }
 
 NXL_EXPORT void ZeroUpperTriangle_d(double* a, unsigned rows, unsigned cols, unsigned stride,
                                     unsigned char zeroDiagonal) noexcept {
-    zero_upper_d(a, rows, cols, stride, zeroDiagonal != 0);
+    zero_upper_d(a, rows, cols, stride, is_set(zeroDiagonal));
 }
 NXL_EXPORT void ZeroUpperTrianglec_d(zcomplex* a, unsigned rows, unsigned cols, unsigned stride,
                                      unsigned char zeroDiagonal) noexcept {
-    zero_upper_c(a, rows, cols, stride, zeroDiagonal != 0);
+    zero_upper_c(a, rows, cols, stride, is_set(zeroDiagonal));
 }
 
 NXL_EXPORT void RowExchange_d(double* a, unsigned row1, unsigned row2, unsigned cols, unsigned stride) noexcept {
