@@ -49,7 +49,7 @@ struct Complex {
 
 /// Memory of a matrix, and what is expected in it.
 template <class T> class Matrix {
-    static constexpr std::size_t words_ = sizeof(T) / sizeof(double); // of an element
+    static constexpr std::size_t words = sizeof(T) / sizeof(double); // of an element
 
     std::size_t count_;
     GuardedMemory memory_;
@@ -59,30 +59,32 @@ template <class T> class Matrix {
     Words expected;
 
     Matrix(std::size_t elements, Flush flush, std::uint64_t mark)
-        : count_(elements * words_),
+        : count_(elements * words),
           memory_(elements * sizeof(T) + sizeof(double)),
           data_(reinterpret_cast<T*>(memory_.place(elements * sizeof(T), flush))),
           expected(count_) {
         for (std::size_t i = 0; i < count_; ++i)
             expected[i] = 0x7ff4000000000000 + (mark << 32) + i + (i % 3 == 0 ? sign_bit : 0);
-        std::memcpy(static_cast<void*>(data_), expected.data(), count_ * sizeof(double));
+        if (count_ > 0) std::memcpy(static_cast<void*>(data_), expected.data(), count_ * sizeof(double));
     }
 
     T* data() const { return data_; }
-    bool as_expected() const { return std::memcmp(data_, expected.data(), count_ * sizeof(double)) == 0; }
+    bool as_expected() const {
+        return count_ == 0 || std::memcmp(data_, expected.data(), count_ * sizeof(double)) == 0;
+    }
 
     /// Element `to` is expected to become what `from` was to be in src.
     void expect(std::size_t to, const Words& src, std::size_t from, bool conjugate = false) {
-        for (std::size_t k = 0; k < words_; ++k) {
+        for (std::size_t k = 0; k < words; ++k) {
             const bool flip = conjugate && k == 1;
-            expected[to * words_ + k] = src[from * words_ + k] ^ (flip ? sign_bit : 0);
+            expected[to * words + k] = src[from * words + k] ^ (flip ? sign_bit : 0);
         }
     }
-    void expect_zero(std::size_t at) { std::fill_n(expected.begin() + std::ptrdiff_t(at * words_), words_, 0); }
+    void expect_zero(std::size_t at) { std::fill_n(expected.begin() + std::ptrdiff_t(at * words), words, 0); }
     void expect_move(std::size_t to, const Words& src, std::size_t from, std::size_t elements) {
-        const Words moved(src.begin() + std::ptrdiff_t(from * words_),
-                          src.begin() + std::ptrdiff_t((from + elements) * words_));
-        std::ranges::copy(moved, expected.begin() + std::ptrdiff_t(to * words_));
+        const Words moved(src.begin() + std::ptrdiff_t(from * words),
+                          src.begin() + std::ptrdiff_t((from + elements) * words));
+        std::ranges::copy(moved, expected.begin() + std::ptrdiff_t(to * words));
     }
 };
 
