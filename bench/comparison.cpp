@@ -106,7 +106,9 @@ class CaseRun {
     double least_seconds() const {
         const int threads = contenders_.front().threads;
         const double footprint = std::min(work_.bytes(), sizeof(double) * static_cast<double>(work_.layout.doubles()));
-        const auto kind = work_.stored > 0.1 * work_.loaded ? Traffic::stores : Traffic::reads;
+        const auto kind = work_.copies                        ? Traffic::copies
+                          : work_.stored > 0.1 * work_.loaded ? Traffic::stores
+                                                              : Traffic::reads;
         return std::max(work_.flops / (core_flops_ * threads),
                         work_.bytes() / peak_bandwidth(kind, footprint, threads));
     }

@@ -92,6 +92,10 @@ int run_factor2(const Request& request) {
                        {.cases = factor_cases(), .threads = 2, .peers = Library::openblas, .plot = plot_rates});
 }
 
+int run_primitives(const Request& request) {
+    return run_contest(request, {.cases = primitive_cases(), .peers = Library::hand_loops});
+}
+
 int run_bandwidth(const Request&) {
     print_machine();
     std::printf("peak       %.1f GFLOP/s a core, %.1f by 128-bit multiplications and additions\n\n"
@@ -116,6 +120,7 @@ const std::vector<Family>& families() {
         {"threads3", "matrix-matrix operations on two threads", run_threads3},
         {"factor", "factorisations, solutions and inverses, one thread, against a peer", run_factor},
         {"factor2", "the same on two threads", run_factor2},
+        {"primitives", "vector and matrix primitives against loops written by hand, one thread", run_primitives},
         {"krylov", "FGMRES with ILU(0) on up to a million unknowns, one thread, against a peer", run_krylov},
         {"overhead", "what a call costs before its kernel starts", run_overhead},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth},

@@ -112,4 +112,32 @@ std::vector<Case> factor_cases() {
     return cases;
 }
 
+std::vector<Case> primitive_cases() {
+    std::vector<Case> cases =
+        cases_of({{"AddValue_d"},     {"AddValuec_d"},     {"SubFromValuecd_d"}, {"DivideValue_d"},
+                  {"DivideValuec_d"}, {"ScaleByValuec_d"}, {"AddVeccd_d"},       {"MulVeccd_d"},
+                  {"DivVeccc_d"},     {"ConjMulcc_d"},     {"Sgndd_d"},          {"SgnMul_d"},
+                  {"Rem_d"},          {"RemVal_d"},        {"Ceil_d"},           {"Floor_d"},
+                  {"CumSum_d"},       {"CumSumDelta_d"},   {"Product_d"},        {"Reverse_d"},
+                  {"Flip_d"},         {"MulI_d"},          {"Rampc_d"},          {"PackByMask_d"},
+                  {"vdpacki"},        {"vdpackv"},         {"vdpackm"},          {"vdunpackv"}},
+                 {1'000, 10'000'000});
+    const auto add = [&](const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
+        std::ranges::copy(cases_of(routines, sizes), std::back_inserter(cases));
+    };
+    // Rows of 4096 doubles lie a power of two apart, those of 4001 begin at ever other places of a cache line.
+    add({{"TransposeMatrix_d"}, {"TransposeSquareMatrix_d"}}, {100, 1'000, 4'000, 4'001, 4'096});
+    add({{"TransposeMatrixc_d"}, {"AdjungateMatrixc_d"}, {"TransposeSquareMatrixc_d"}}, {100, 1'000, 2'000});
+    add({{"CopySubMatrix_d"},
+         {"ResizeMatrix_d"},
+         {"LowerTriangle_d"},
+         {"UpperTriangle_d"},
+         {"ZeroLowerTriangle_d"},
+         {"ZeroUpperTriangle_d"},
+         {"RowExchange_d"},
+         {"ColExchange_d"}},
+        {100, 1'000, 4'000});
+    return cases;
+}
+
 } // namespace nxl::bench

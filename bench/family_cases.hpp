@@ -13,5 +13,6 @@ std::vector<Case> narrow_cases();
 std::vector<Case> level1_threads_cases();
 std::vector<Case> level3_threads_cases();
 std::vector<Case> factor_cases();
+std::vector<Case> primitive_cases();
 
 } // namespace nxl::bench

@@ -59,6 +59,15 @@ std::vector<Library> Library::peers() {
     return found;
 }
 
+std::vector<Library> Library::hand_loops() {
+    Library peer("hand loops", "libhand_loops.so", "", ComplexResult::through_first_pointer);
+    if (!peer.loaded()) throw std::runtime_error("cannot load the hand loops: " + std::string(dlerror()));
+    peer.version = "-O3 -mavx2 -mfma";
+    std::vector<Library> found;
+    found.push_back(std::move(peer));
+    return found;
+}
+
 void limit_threads_of_peers(int threads) {
     const std::string count = std::to_string(threads);
     setenv("OPENBLAS_NUM_THREADS", count.c_str(), 1);

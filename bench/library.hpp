@@ -28,6 +28,7 @@ class Library {
     static Library nxl(const std::string& file);
     static std::vector<Library> openblas(); // none or one
     static std::vector<Library> peers();
+    static std::vector<Library> hand_loops(); // built with nxl-bench, for the primitives
 
     bool loaded() const { return handle_ != nullptr; }
     Symbol symbol(const std::string& routine) const;

@@ -126,6 +126,9 @@ void Operands::shape_a() {
     case Shape::own_inverse: return make_own_inverse(matrix);
     case Shape::dominated: return make_dominated(matrix);
     case Shape::positive_definite: return make_positive_definite(matrix);
+    case Shape::near_one:
+        for (i64 i = 0; i < arrays_[2].doubles; ++i) arrays_[2].data[i] = 1.0 + 1e-4 * arrays_[2].data[i];
+        return;
     case Shape::factors: return make_factors(matrix);
     }
 }

@@ -23,6 +23,7 @@ enum class Shape {
     own_inverse, // a triangle to which repeated products and solutions return
     dominated,   // one large entry in each row and column, in random places: well conditioned, and rows have to move
     positive_definite, // Hermitian
+    near_one,          // so that a product over all elements stays near 1 too
     factors            // either triangle, with its diagonal or with ones, is well conditioned
 };
 

@@ -149,7 +149,7 @@ class Team {
 const std::array<Traffic, 4> traffic_patterns = {{
     {"read", Traffic::reads, 1, 8, read_pass},
     {"update", Traffic::stores, 1, 16, update_pass},
-    {"copy", Traffic::stores, 2, 16, copy_pass},
+    {"copy", Traffic::copies, 2, 16, copy_pass},
     {"triad", Traffic::stores, 3, 24, triad_pass},
 }};
 
@@ -178,7 +178,8 @@ double peak_bandwidth(Traffic::Kind kind, double bytes, int threads) {
     double& best = known[{kind, size, threads}];
     if (best == 0.0)
         for (const Traffic& traffic : traffic_patterns)
-            if (traffic.kind == kind) best = std::max(best, bandwidth(traffic, static_cast<double>(size), threads));
+            if (traffic.kind == kind || (kind == Traffic::stores && traffic.kind == Traffic::copies))
+                best = std::max(best, bandwidth(traffic, static_cast<double>(size), threads));
     return best;
 }
 

@@ -12,7 +12,7 @@ double peak_sse2_flops_per_second();
 
 /// What a loop does with its arrays; bytes count each load and each store once.
 struct Traffic {
-    enum Kind { reads, stores };
+    enum Kind { reads, stores, copies };
 
     const char* name;
     Kind kind;
@@ -25,7 +25,8 @@ extern const std::array<Traffic, 4> traffic_patterns;
 /// Bytes per second of that many cores together, each on `bytes` of its own.
 double bandwidth(const Traffic& traffic, double bytes, int threads);
 
-/// The best pattern that only reads, or that stores too; measured once per size (a power of two) and thread count.
+/// The best pattern that only reads, or that stores too, or that copies; measured once per size (a power of two) and
+/// thread count.
 double peak_bandwidth(Traffic::Kind kind, double bytes, int threads);
 
 /// Far beyond any cache.

@@ -55,17 +55,17 @@ double Report::ratio_to_best(const Timing& timing) const {
 }
 
 void Report::print_heading() const {
-    std::printf("\n%-12s %13s %-7s", "routine", "size", "unit");
+    std::printf("\n%-24s %13s %-7s", "routine", "size", "unit");
     for (const Column& column : columns_) std::printf(" %11s", column.label.c_str());
     for (std::size_t i = 1; i < columns_.size(); ++i) std::printf(" %14s", ("/ " + columns_[i].label).c_str());
-    std::printf(" %11s %8s\n%-12s %13s %-7s", "/ best peer", "of peak", "", "", "");
+    std::printf(" %11s %8s\n%-24s %13s %-7s", "/ best peer", "of peak", "", "", "");
     for (const Column& column : columns_) std::printf(" %11s", threads_text(column.threads).c_str());
     std::printf("\n");
 }
 
 void Report::add(const Timing& timing) {
     timings_.push_back(timing);
-    std::printf("%-12s %13s %-7s", timing.which.label().c_str(), timing.which.size.text().c_str(), unit(timing));
+    std::printf("%-24s %13s %-7s", timing.which.label().c_str(), timing.which.size.text().c_str(), unit(timing));
     for (std::size_t i = 0; i < columns_.size(); ++i) print_number(11, 2, rate(timing, i));
     for (std::size_t i = 1; i < columns_.size(); ++i) print_number(14, 2, ratio(timing, i));
     print_number(11, 2, ratio_to_best(timing));
@@ -85,7 +85,7 @@ void Report::print_means(const std::string& label) const {
     }
     means.push_back(to_best);
     if (std::ranges::all_of(means, [](const Mean& mean) { return mean.count == 0; })) return;
-    std::printf("%-12s", label.empty() ? "all" : label.c_str());
+    std::printf("%-24s", label.empty() ? "all" : label.c_str());
     for (std::size_t i = 1; i < means.size(); ++i) {
         print_number(16, 2, means[i].geometric());
         print_number(10, 2, means[i].least());
@@ -105,7 +105,7 @@ void Report::print_least() const {
 }
 
 void Report::print_summary() const {
-    std::printf("\nSpeed of %s, geometric mean of the ratios and the least of them\n%-12s", columns_[0].label.c_str(),
+    std::printf("\nSpeed of %s, geometric mean of the ratios and the least of them\n%-24s", columns_[0].label.c_str(),
                 "");
     for (std::size_t i = 1; i < columns_.size(); ++i)
         std::printf(" %16s %10s", ("/ " + columns_[i].label).c_str(), "least");

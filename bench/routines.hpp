@@ -14,6 +14,7 @@ struct Work {
     double stored;
     int terms; // of the longest sum behind an element of the result
     Layout layout;
+    bool copies = false; // to be measured against a copy, not against whatever loop stores fastest
 
     double bytes() const { return loaded + stored; }
 };
@@ -24,11 +25,12 @@ struct Routine {
     void (*run)(Symbol symbol, Operands& operands, i64 calls);
 };
 
-/// The rows of each level, and of the factorisations, in a file of its own.
+/// The rows of each level, of the factorisations and of the primitives, in a file of its own.
 const std::vector<Routine>& level1_routines();
 const std::vector<Routine>& level2_routines();
 const std::vector<Routine>& level3_routines();
 const std::vector<Routine>& factor_routines();
+const std::vector<Routine>& primitive_routines();
 
 /// The routine of that name; throws when there is none.
 const Routine& routine(const std::string& name);

@@ -1572,6 +1572,162 @@ module nxl
 
         ! ---- Matrix primitives: row-major blocks, arguments by value, rows and columns counted from 0 ----
 
+        ! Copies a block from one corner to another.
+        subroutine CopySubMatrix_d(src, dst, srcRow, srcCol, dstRow, dstCol, rows, cols, &
+            srcStride, dstStride) bind(c, name="CopySubMatrix_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: srcRow, srcCol, dstRow, dstCol, rows, cols, srcStride, dstStride
+        end subroutine
+
+        ! Copies a block from one corner to another.
+        subroutine CopySubMatrixc_d(src, dst, srcRow, srcCol, dstRow, dstCol, rows, cols, &
+            srcStride, dstStride) bind(c, name="CopySubMatrixc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: srcRow, srcCol, dstRow, dstCol, rows, cols, srcStride, dstStride
+        end subroutine
+
+        ! Copies a block from one row stride to another.
+        subroutine ResizeMatrix_d(src, dst, rows, cols, srcStride, &
+            dstStride) bind(c, name="ResizeMatrix_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride
+        end subroutine
+
+        ! Copies a block from one row stride to another.
+        subroutine ResizeMatrixc_d(src, dst, rows, cols, srcStride, &
+            dstStride) bind(c, name="ResizeMatrixc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride
+        end subroutine
+
+        ! dst(c, r) = src(r, c).
+        subroutine TransposeMatrix_d(src, dst, rows, cols, srcStride, &
+            dstStride) bind(c, name="TransposeMatrix_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride
+        end subroutine
+
+        ! dst(c, r) = src(r, c).
+        subroutine TransposeMatrixc_d(src, dst, rows, cols, srcStride, &
+            dstStride) bind(c, name="TransposeMatrixc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride
+        end subroutine
+
+        ! dst(c, r) = conj(src(r, c)).
+        subroutine AdjungateMatrixc_d(src, dst, rows, cols, srcStride, &
+            dstStride) bind(c, name="AdjungateMatrixc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride
+        end subroutine
+
+        ! Transposes in place.
+        subroutine TransposeSquareMatrix_d(a, n, stride) bind(c, name="TransposeSquareMatrix_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(inout) :: a(*)
+            integer(c_int32_t), value :: n, stride
+        end subroutine
+
+        ! Transposes in place.
+        subroutine TransposeSquareMatrixc_d(a, n, stride) bind(c, name="TransposeSquareMatrixc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(inout) :: a(*)
+            integer(c_int32_t), value :: n, stride
+        end subroutine
+
+        ! Transposes and conjugates in place.
+        subroutine AdjungateSquareMatrixc_d(a, n, stride) bind(c, name="AdjungateSquareMatrixc_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(inout) :: a(*)
+            integer(c_int32_t), value :: n, stride
+        end subroutine
+
+        ! Copies the triangle below the diagonal, or with it.
+        subroutine LowerTriangle_d(src, dst, rows, cols, srcStride, dstStride, &
+            includeDiagonal) bind(c, name="LowerTriangle_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride, includeDiagonal
+        end subroutine
+
+        ! Copies the triangle below the diagonal, or with it.
+        subroutine LowerTrianglec_d(src, dst, rows, cols, srcStride, dstStride, &
+            includeDiagonal) bind(c, name="LowerTrianglec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride, includeDiagonal
+        end subroutine
+
+        ! Copies the triangle above the diagonal, or with it.
+        subroutine UpperTriangle_d(src, dst, rows, cols, srcStride, dstStride, &
+            includeDiagonal) bind(c, name="UpperTriangle_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(in) :: src(*)
+            real(c_double), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride, includeDiagonal
+        end subroutine
+
+        ! Copies the triangle above the diagonal, or with it.
+        subroutine UpperTrianglec_d(src, dst, rows, cols, srcStride, dstStride, &
+            includeDiagonal) bind(c, name="UpperTrianglec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(in) :: src(*)
+            complex(c_double_complex), intent(inout) :: dst(*)
+            integer(c_int32_t), value :: rows, cols, srcStride, dstStride, includeDiagonal
+        end subroutine
+
+        ! Zeroes the triangle below the diagonal, or with it.
+        subroutine ZeroLowerTriangle_d(a, rows, cols, stride, &
+            zeroDiagonal) bind(c, name="ZeroLowerTriangle_d")
+            import :: c_double, c_int8_t, c_int32_t
+            real(c_double), intent(inout) :: a(*)
+            integer(c_int32_t), value :: rows, cols, stride
+            integer(c_int8_t), value :: zeroDiagonal
+        end subroutine
+
+        ! Zeroes the triangle below the diagonal, or with it.
+        subroutine ZeroLowerTrianglec_d(a, rows, cols, stride, &
+            zeroDiagonal) bind(c, name="ZeroLowerTrianglec_d")
+            import :: c_double_complex, c_int8_t, c_int32_t
+            complex(c_double_complex), intent(inout) :: a(*)
+            integer(c_int32_t), value :: rows, cols, stride
+            integer(c_int8_t), value :: zeroDiagonal
+        end subroutine
+
+        ! Zeroes the triangle above the diagonal, or with it.
+        subroutine ZeroUpperTriangle_d(a, rows, cols, stride, &
+            zeroDiagonal) bind(c, name="ZeroUpperTriangle_d")
+            import :: c_double, c_int8_t, c_int32_t
+            real(c_double), intent(inout) :: a(*)
+            integer(c_int32_t), value :: rows, cols, stride
+            integer(c_int8_t), value :: zeroDiagonal
+        end subroutine
+
+        ! Zeroes the triangle above the diagonal, or with it.
+        subroutine ZeroUpperTrianglec_d(a, rows, cols, stride, &
+            zeroDiagonal) bind(c, name="ZeroUpperTrianglec_d")
+            import :: c_double_complex, c_int8_t, c_int32_t
+            complex(c_double_complex), intent(inout) :: a(*)
+            integer(c_int32_t), value :: rows, cols, stride
+            integer(c_int8_t), value :: zeroDiagonal
+        end subroutine
+
         ! Rows row1 and row2 change places.
         subroutine RowExchange_d(a, row1, row2, cols, stride) bind(c, name="RowExchange_d")
             import :: c_double, c_int32_t
@@ -1680,6 +1836,28 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
             integer(c_int32_t), intent(in) :: my(*)
         end subroutine
+        ! Rows row1 and row2 change places.
+        subroutine RowExchangec_d(a, row1, row2, cols, stride) bind(c, name="RowExchangec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(inout) :: a(*)
+            integer(c_int32_t), value :: row1, row2, cols, stride
+        end subroutine
+
+        ! Columns col1 and col2 change places.
+        subroutine ColExchange_d(a, col1, col2, rows, stride) bind(c, name="ColExchange_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(inout) :: a(*)
+            integer(c_int32_t), value :: col1, col2, rows, stride
+        end subroutine
+
+        ! Columns col1 and col2 change places.
+        subroutine ColExchangec_d(a, col1, col2, rows, stride) bind(c, name="ColExchangec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(inout) :: a(*)
+            integer(c_int32_t), value :: col1, col2, rows, stride
+        end subroutine
+
+        ! ---- Pack and unpack ----
 
         ! ---- Bessel and Airy functions ----
 

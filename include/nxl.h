@@ -943,10 +943,68 @@ void SetValcToPtr_d(nxl_z* p, const nxl_z* value) NXL_NOEXCEPT;
 void SetValIToPtr(int32_t* p, int32_t value) NXL_NOEXCEPT;
 
 /* ==== Matrix primitives ===========================================================================================
- * Plain C calls on row-major blocks. */
+ * Plain C calls: arguments by value but for the arrays, sizes unsigned. Matrices are row-major: element (r, c) is
+ * a[r stride + c], with rows and columns counted from 0, and all of rows, cols and strides in elements. Where there are
+ * two matrices, rows and cols are those of the part of src that is read. Nothing is checked, nothing outside the told
+ * elements is written, and a size of 0 does nothing. Elements are moved bit by bit: NaN and signed zeros pass as they
+ * are, and a conjugate has the other sign bit in its imaginary part. Complex arrays need the alignment of a double. */
+
+/* Copies rows by cols elements: dst(dstRow + r, dstCol + c) = src(srcRow + r, srcCol + c). The offsets of the two
+ * corners, as srcRow srcStride + srcCol, are taken modulo 2^32; rows follow them at their stride. Row after row is
+ * copied, each as if through a copy of itself, so that the rows of one pair may overlap; what an earlier row wrote is
+ * what a later one reads. */
+void CopySubMatrix_d(const double* src, double* dst, uint32_t srcRow, uint32_t srcCol, uint32_t dstRow,
+                     uint32_t dstCol, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                     uint32_t dstStride) NXL_NOEXCEPT;
+void CopySubMatrixc_d(const nxl_z* src, nxl_z* dst, uint32_t srcRow, uint32_t srcCol, uint32_t dstRow, uint32_t dstCol,
+                      uint32_t rows, uint32_t cols, uint32_t srcStride, uint32_t dstStride) NXL_NOEXCEPT;
+
+/* Copies the rows by cols block that src and dst begin with, from one stride to another, in the same way. In place it
+ * can draw rows together (dstStride at most srcStride), not apart. */
+void ResizeMatrix_d(const double* src, double* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                    uint32_t dstStride) NXL_NOEXCEPT;
+void ResizeMatrixc_d(const nxl_z* src, nxl_z* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                     uint32_t dstStride) NXL_NOEXCEPT;
+
+/* dst(c, r) = src(r, c); Adjungate takes conj(src(r, c)). dst has cols rows of `rows` elements. src and dst may not
+ * overlap. Large results are written past the caches. */
+void TransposeMatrix_d(const double* src, double* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                       uint32_t dstStride) NXL_NOEXCEPT;
+void TransposeMatrixc_d(const nxl_z* src, nxl_z* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                        uint32_t dstStride) NXL_NOEXCEPT;
+void AdjungateMatrixc_d(const nxl_z* src, nxl_z* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                        uint32_t dstStride) NXL_NOEXCEPT;
+
+/* The same in place, on the n by n matrix a. Adjungate conjugates the diagonal too. */
+void TransposeSquareMatrix_d(double* a, uint32_t n, uint32_t stride) NXL_NOEXCEPT;
+void TransposeSquareMatrixc_d(nxl_z* a, uint32_t n, uint32_t stride) NXL_NOEXCEPT;
+void AdjungateSquareMatrixc_d(nxl_z* a, uint32_t n, uint32_t stride) NXL_NOEXCEPT;
+
+/* Copies the elements below the diagonal of a rows by cols matrix, or above it; with them the diagonal when
+ * includeDiagonal is not 0. The rest of dst stays. src and dst may be the same matrix. */
+void LowerTriangle_d(const double* src, double* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                     uint32_t dstStride, int32_t includeDiagonal) NXL_NOEXCEPT;
+void LowerTrianglec_d(const nxl_z* src, nxl_z* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                      uint32_t dstStride, int32_t includeDiagonal) NXL_NOEXCEPT;
+void UpperTriangle_d(const double* src, double* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                     uint32_t dstStride, int32_t includeDiagonal) NXL_NOEXCEPT;
+void UpperTrianglec_d(const nxl_z* src, nxl_z* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
+                      uint32_t dstStride, int32_t includeDiagonal) NXL_NOEXCEPT;
+
+/* Sets the elements below the diagonal of a rows by cols matrix, or above it, to 0; with them the diagonal when
+ * zeroDiagonal, a byte, is not 0. */
+void ZeroLowerTriangle_d(double* a, uint32_t rows, uint32_t cols, uint32_t stride, uint8_t zeroDiagonal) NXL_NOEXCEPT;
+void ZeroLowerTrianglec_d(nxl_z* a, uint32_t rows, uint32_t cols, uint32_t stride, uint8_t zeroDiagonal) NXL_NOEXCEPT;
+void ZeroUpperTriangle_d(double* a, uint32_t rows, uint32_t cols, uint32_t stride, uint8_t zeroDiagonal) NXL_NOEXCEPT;
+void ZeroUpperTrianglec_d(nxl_z* a, uint32_t rows, uint32_t cols, uint32_t stride, uint8_t zeroDiagonal) NXL_NOEXCEPT;
 
 /* Rows row1 and row2 of a change places, in their first cols elements. */
 void RowExchange_d(double* a, uint32_t row1, uint32_t row2, uint32_t cols, uint32_t stride) NXL_NOEXCEPT;
+void RowExchangec_d(nxl_z* a, uint32_t row1, uint32_t row2, uint32_t cols, uint32_t stride) NXL_NOEXCEPT;
+
+/* Columns col1 and col2 of a change places, in their first `rows` elements. */
+void ColExchange_d(double* a, uint32_t col1, uint32_t col2, uint32_t rows, uint32_t stride) NXL_NOEXCEPT;
+void ColExchangec_d(nxl_z* a, uint32_t col1, uint32_t col2, uint32_t rows, uint32_t stride) NXL_NOEXCEPT;
 
 /* ==== Pack and unpack =============================================================================================
  * Gather into an array without gaps, scatter from it: by stride, by index, by mask. Indices count from 0; nothing is
