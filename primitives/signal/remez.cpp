@@ -1,0 +1,235 @@
+// The exchange: Parks and McClellan, IEEE Trans. Circuit Theory 19 (1972). Each round levels the error on nfc + 1
+// points of the grid, looks at it everywhere, and moves the points to its extrema; the level rises until none is above
+// it.
+#include "primitives/signal/remez.hpp"
+#include "primitives/signal/interpolant.hpp"
+#include <algorithm>
+#include <cmath>
+
+namespace nxl {
+namespace {
+
+using signal::Interpolant;
+
+constexpr int most_rounds = 25;
+
+struct Problem {
+    i64 points;
+    const double* desired;
+    const double* frequency;
+    const double* weight;
+};
+
+/// Extrema of the error in ascending order, alternating in sign, as they are met on the way through the grid: of
+/// neighbours of one sign the larger one stays. Places, from 1, are whole numbers held as doubles.
+class Alternation {
+    double* const place_;
+    double* const error_;
+    const i64 capacity_;
+    i64 count_ = 0;
+
+    void drop(i64 first, i64 last) {
+        std::copy(place_ + last, place_ + count_, place_ + first);
+        std::copy(error_ + last, error_ + count_, error_ + first);
+        count_ -= last - first;
+    }
+    bool continues(double error) const { return count_ > 0 && (error > 0.0) == (error_[count_ - 1] > 0.0); }
+    bool less(i64 i, i64 j) const { return std::abs(error_[i]) < std::abs(error_[j]); }
+
+    /// Gives up the smallest extremum, and inside also the smaller neighbour: the two beside it have one sign.
+    void make_room() {
+        i64 smallest = 0;
+        for (i64 k = 1; k < count_; ++k)
+            if (less(k, smallest)) smallest = k;
+        if (smallest == 0 || smallest == count_ - 1) return drop(smallest, smallest + 1);
+        const i64 first = less(smallest - 1, smallest + 1) ? smallest - 1 : smallest;
+        drop(first, first + 2);
+    }
+
+  public:
+    Alternation(double* place, double* error, i64 capacity) : place_(place), error_(error), capacity_(capacity) {}
+
+    void meet(i64 place, double error) {
+        if (!(std::abs(error) > 0.0)) return; // NaN neither
+        if (!continues(error) && count_ == capacity_) make_room();
+        if (continues(error)) {
+            if (std::abs(error) <= std::abs(error_[count_ - 1])) return;
+            --count_;
+        }
+        place_[count_] = static_cast<double>(place);
+        error_[count_++] = error;
+    }
+    void drop_smaller_end() {
+        if (less(0, count_ - 1)) drop(0, 1);
+        else --count_;
+    }
+    i64 count() const { return count_; }
+    i64 place(i64 k) const { return static_cast<i64>(place_[k]); }
+    double error(i64 k) const { return error_[k]; }
+    i64 largest() const {
+        i64 largest = 0;
+        for (i64 k = 1; k < count_; ++k)
+            if (less(largest, k)) largest = k;
+        return largest;
+    }
+};
+
+class Exchange {
+    const Problem& problem_;
+    Interpolant& fit_;
+    i64* const set_; ///< places of the fit's nodes on the grid, from 1
+    double* const candidate_place_;
+    double* const candidate_error_;
+    double level_ = 0.0; ///< the weighted error at node k is level_ (-1)^k
+
+    double error_at(i64 place) const {
+        const double fitted = fit_(problem_.frequency[place - 1]);
+        return problem_.weight[place - 1] * (problem_.desired[place - 1] - fitted);
+    }
+    bool replace_all(const Alternation& extrema);
+    bool replace_one(i64 place, double error);
+
+  public:
+    Exchange(const Problem& problem, Interpolant& fit, i64* set, double* candidate_place, double* candidate_error)
+        : problem_(problem),
+          fit_(fit),
+          set_(set),
+          candidate_place_(candidate_place),
+          candidate_error_(candidate_error) {}
+
+    i64 nodes() const { return fit_.count; }
+    double level() const { return std::abs(level_); }
+    void level_error();
+    bool advance();
+};
+
+/// The fit whose error on the set is of one size and alternating sign. The set's weights w annihilate every sum of
+/// cosines: that of des -+ level / wt has to be 0.
+void Exchange::level_error() {
+    for (i64 k = 0; k < nodes(); ++k) fit_.set_node(k, problem_.frequency[set_[k] - 1]);
+    fit_.compute_weights();
+    double sum = 0.0, scale = 0.0;
+    for (i64 k = 0; k < nodes(); ++k) {
+        sum += fit_.weight[k] * problem_.desired[set_[k] - 1];
+        scale += std::abs(fit_.weight[k]) / problem_.weight[set_[k] - 1];
+    }
+    level_ = sum / scale; // the first weight is positive
+    for (i64 k = 0; k < nodes(); ++k) {
+        const double error = (k % 2 == 0 ? level_ : -level_) / problem_.weight[set_[k] - 1];
+        fit_.value[k] = problem_.desired[set_[k] - 1] - error;
+    }
+}
+
+/// Moves the set towards larger errors. False when it stays.
+bool Exchange::advance() {
+    Alternation extrema(candidate_place_, candidate_error_, nodes() + 1);
+    for (i64 place = 1; place <= problem_.points; ++place) extrema.meet(place, error_at(place));
+    if (extrema.count() == 0) return false; // no error at all
+    if (extrema.count() > nodes()) extrema.drop_smaller_end();
+    if (extrema.count() == nodes()) return replace_all(extrema);
+    const i64 largest = extrema.largest(); // the set's own signs got lost in rounding: too small a level
+    return replace_one(extrema.place(largest), extrema.error(largest));
+}
+
+bool Exchange::replace_all(const Alternation& extrema) {
+    bool moved = false;
+    for (i64 k = 0; k < nodes(); ++k) {
+        moved = moved || set_[k] != extrema.place(k);
+        set_[k] = extrema.place(k);
+    }
+    return moved;
+}
+
+/// Takes one point in for a neighbour of its sign, or at an end for the point at the other end.
+bool Exchange::replace_one(i64 place, double error) {
+    const i64 behind = std::lower_bound(set_, set_ + nodes(), place) - set_; // points of the set before it
+    if (behind < nodes() && set_[behind] == place) return false;
+    const auto has_sign = [&](i64 k) { return ((k % 2 == 0) == (level_ >= 0.0)) == (error > 0.0); };
+    if (behind == 0) {
+        if (!has_sign(0)) std::copy_backward(set_, set_ + nodes() - 1, set_ + nodes());
+        set_[0] = place;
+    } else if (behind == nodes()) {
+        if (!has_sign(nodes() - 1)) std::copy(set_ + 1, set_ + nodes(), set_);
+        set_[nodes() - 1] = place;
+    } else {
+        set_[has_sign(behind) ? behind : behind - 1] = place;
+    }
+    return true;
+}
+
+bool is_usable(const i64* set, i64 nodes, i64 points) {
+    for (i64 k = 0; k < nodes; ++k)
+        if (set[k] <= (k == 0 ? 0 : set[k - 1]) || set[k] > points) return false;
+    return true;
+}
+
+/// The caller's set, or an equally spaced one where the error's level on that is higher: the level is a lower bound of
+/// the best fit's error, and a set far from its extrema has a low one.
+void choose_start(Exchange& exchange, i64* set, double* saved, i64 points) {
+    const i64 nodes = exchange.nodes();
+    double level = -1.0;
+    if (is_usable(set, nodes, points)) {
+        exchange.level_error();
+        level = exchange.level();
+    }
+    std::copy_n(set, nodes, saved);
+    for (i64 k = 0; k < nodes; ++k) set[k] = 1 + k * (points - 1) / (nodes - 1);
+    exchange.level_error();
+    if (!(level >= exchange.level())) return;
+    for (i64 k = 0; k < nodes; ++k) set[k] = static_cast<i64>(saved[k]);
+    exchange.level_error();
+}
+
+void run(Exchange& exchange, i64* set, double* saved) {
+    for (int round = 0; round < most_rounds; ++round) {
+        const double level = exchange.level();
+        std::copy_n(set, exchange.nodes(), saved);
+        if (!exchange.advance()) return;
+        exchange.level_error();
+        if (exchange.level() > level) continue;
+        for (i64 k = 0; k < exchange.nodes(); ++k) set[k] = static_cast<i64>(saved[k]); // as good as rounding allows
+        return exchange.level_error();
+    }
+}
+
+/// The coefficients of a fit of degree n - 1 from its values at the zeros of the cosine of n times the angle, where the
+/// cosines are orthogonal. `sample`: n elements of work, `cosine`: n + 1.
+void expand(const Interpolant& fit, i64 n, double* sample, double* cosine, double* alpha) {
+    constexpr double pi = 3.14159265358979323846;
+    const double size = static_cast<double>(n);
+    for (i64 k = 0; k < n; ++k) sample[k] = fit((static_cast<double>(k) + 0.5) / (2.0 * size));
+    for (i64 j = 0; j <= n; ++j) // cos(pi j / (2 n)), from the sine where that is the small one
+        cosine[j] = 2 * j <= n ? std::cos(pi * static_cast<double>(j) / (2.0 * size))
+                               : std::sin(pi * static_cast<double>(n - j) / (2.0 * size));
+    for (i64 m = 0; m < n; ++m) {
+        double sum = 0.0;
+        i64 angle = m; // m (2 k + 1), in units of pi / (2 n), less whole turns of 4 n
+        for (i64 k = 0; k < n; ++k) {
+            const i64 half_turn = angle <= 2 * n ? angle : 4 * n - angle;
+            sum += sample[k] * (half_turn <= n ? cosine[half_turn] : -cosine[2 * n - half_turn]);
+            angle += 2 * m;
+            if (angle >= 4 * n) angle -= 4 * n;
+        }
+        alpha[m] = (m == 0 ? 1.0 : 2.0) / size * sum;
+    }
+}
+
+} // namespace
+
+void nxl_remez(const i64* ngr, const i64* nfc, i64* iext, double* ad, double* x, double* y, const double* des,
+               const double* grid, const double* wt, double* a, double* p, double* q, double* alpha) {
+    const i64 terms = *nfc, nodes = terms + 1;
+    if (terms < 1) return;
+    std::fill_n(alpha, nodes + 1, 0.0);
+    if (*ngr < nodes) return; // fewer points than an alternation has
+    const Problem problem{*ngr, des, grid, wt};
+    Interpolant fit{nodes, x, p, ad, y};
+    Exchange exchange(problem, fit, iext, a, q);
+    choose_start(exchange, iext, alpha, *ngr);
+    run(exchange, iext, alpha);
+    iext[nodes] = *ngr + 1;
+    expand(fit, terms, q, a, alpha);
+    std::fill_n(alpha + terms, 2, 0.0);
+}
+
+} // namespace nxl
