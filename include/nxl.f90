@@ -1138,7 +1138,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: x(*), c1(*), c2(*)
         end subroutine
 
-        ! Best weighted approximation of des by sums of alpha(k+1) cos(2 pi k f) on a grid; all others of nfc + 2 elements.
+        ! Best weighted approximation of des(ngr) by sums of alpha(k+1) cos(2 pi k f) on a grid; the others: nfc + 2.
         subroutine REMEZ(ngr, nfc, iext, ad, x, y, des, grid, wt, a, p, q, alpha) bind(c, name="REMEZ")
             import :: c_double, c_int
             integer(c_int), intent(in) :: ngr, nfc

@@ -65,8 +65,10 @@ void ScaledProduct::rescale() {
 
 Cosine cosine_of(double frequency) {
     constexpr double pi = 3.14159265358979323846;
-    // 1 - cos near 0 and 1 + cos near 1/2 are small and known to full relative accuracy: low takes what high drops.
-    const bool near_zero = frequency <= 0.25;
+    // A cosine of middle size is the sine of what is missing to a quarter turn. 1 - cos near 0 and 1 + cos near 1/2 are
+    // small and known to full relative accuracy: low takes what high drops of them.
+    if (std::abs(frequency - 0.25) <= 0.125) return {std::sin(2.0 * pi * (0.25 - frequency)), 0.0};
+    const bool near_zero = frequency < 0.25;
     const double sine = std::sin(pi * (near_zero ? frequency : 0.5 - frequency)), small = 2.0 * sine * sine;
     const double high = 1.0 - small, low = (1.0 - high) - small;
     return near_zero ? Cosine{high, low} : Cosine{-high, -low};

@@ -5,6 +5,7 @@
 #include "primitives/signal/interpolant.hpp"
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace nxl {
 namespace {
@@ -12,6 +13,8 @@ namespace {
 using signal::Interpolant;
 
 constexpr int most_rounds = 25;
+constexpr int most_unlevelled = 5; // rounds in a row without a level, each of which moves one point
+constexpr double levelled = 1e-9;  // by what part the largest error is above that of the set when no more is to gain
 
 struct Problem {
     i64 points;
@@ -49,6 +52,7 @@ class Alternation {
   public:
     Alternation(double* place, double* error, i64 capacity) : place_(place), error_(error), capacity_(capacity) {}
 
+    void clear() { count_ = 0; }
     void meet(i64 place, double error) {
         if (!(std::abs(error) > 0.0)) return; // NaN neither
         if (!continues(error) && count_ == capacity_) make_room();
@@ -78,64 +82,73 @@ class Exchange {
     const Problem& problem_;
     Interpolant& fit_;
     i64* const set_; ///< places of the fit's nodes on the grid, from 1
-    double* const candidate_place_;
-    double* const candidate_error_;
+    Alternation extrema_;
     double level_ = 0.0; ///< the weighted error at node k is level_ (-1)^k
 
     double error_at(i64 place) const {
         const double fitted = fit_(problem_.frequency[place - 1]);
         return problem_.weight[place - 1] * (problem_.desired[place - 1] - fitted);
     }
-    bool replace_all(const Alternation& extrema);
+    bool replace_all();
     bool replace_one(i64 place, double error);
 
   public:
-    Exchange(const Problem& problem, Interpolant& fit, i64* set, double* candidate_place, double* candidate_error)
+    Exchange(const Problem& problem, Interpolant& fit, i64* set, double* place, double* error)
         : problem_(problem),
           fit_(fit),
           set_(set),
-          candidate_place_(candidate_place),
-          candidate_error_(candidate_error) {}
+          extrema_(place, error, fit.count + 1) {}
 
     i64 nodes() const { return fit_.count; }
     double level() const { return std::abs(level_); }
     void level_error();
-    bool advance();
+    double measure();
+    bool move();
 };
 
 /// The fit whose error on the set is of one size and alternating sign. The set's weights w annihilate every sum of
-/// cosines: that of des -+ level / wt has to be 0.
+/// cosines: that of des -+ level / wt has to be 0. A level that rounding may have made is taken for 0.
 void Exchange::level_error() {
     for (i64 k = 0; k < nodes(); ++k) fit_.set_node(k, problem_.frequency[set_[k] - 1]);
     fit_.compute_weights();
-    double sum = 0.0, scale = 0.0;
+    double sum = 0.0, magnitude = 0.0, scale = 0.0;
     for (i64 k = 0; k < nodes(); ++k) {
-        sum += fit_.weight[k] * problem_.desired[set_[k] - 1];
+        const double term = fit_.weight[k] * problem_.desired[set_[k] - 1];
+        sum += term;
+        magnitude += std::abs(term);
         scale += std::abs(fit_.weight[k]) / problem_.weight[set_[k] - 1];
     }
-    level_ = sum / scale; // the first weight is positive
+    const double rounding = static_cast<double>(nodes()) * std::numeric_limits<double>::epsilon() * magnitude;
+    level_ = std::abs(sum) <= rounding ? 0.0 : sum / scale; // the first weight is positive
     for (i64 k = 0; k < nodes(); ++k) {
         const double error = (k % 2 == 0 ? level_ : -level_) / problem_.weight[set_[k] - 1];
         fit_.value[k] = problem_.desired[set_[k] - 1] - error;
     }
 }
 
-/// Moves the set towards larger errors. False when it stays.
-bool Exchange::advance() {
-    Alternation extrema(candidate_place_, candidate_error_, nodes() + 1);
-    for (i64 place = 1; place <= problem_.points; ++place) extrema.meet(place, error_at(place));
-    if (extrema.count() == 0) return false; // no error at all
-    if (extrema.count() > nodes()) extrema.drop_smaller_end();
-    if (extrema.count() == nodes()) return replace_all(extrema);
-    const i64 largest = extrema.largest(); // the set's own signs got lost in rounding: too small a level
-    return replace_one(extrema.place(largest), extrema.error(largest));
+/// The largest error on the grid, and on the way all extrema.
+double Exchange::measure() {
+    extrema_.clear();
+    for (i64 place = 1; place <= problem_.points; ++place) extrema_.meet(place, error_at(place));
+    return extrema_.count() == 0 ? 0.0 : std::abs(extrema_.error(extrema_.largest()));
 }
 
-bool Exchange::replace_all(const Alternation& extrema) {
+/// To the extrema that were measured. False when the set stays. Without a level the signs of the error on the set are
+/// those of rounding, and so are the extrema, but for the largest.
+bool Exchange::move() {
+    if (extrema_.count() == 0) return false;
+    const i64 largest = extrema_.largest();
+    if (extrema_.count() < nodes() || level_ == 0.0)
+        return replace_one(extrema_.place(largest), extrema_.error(largest));
+    if (extrema_.count() > nodes()) extrema_.drop_smaller_end();
+    return replace_all();
+}
+
+bool Exchange::replace_all() {
     bool moved = false;
     for (i64 k = 0; k < nodes(); ++k) {
-        moved = moved || set_[k] != extrema.place(k);
-        set_[k] = extrema.place(k);
+        moved = moved || set_[k] != extrema_.place(k);
+        set_[k] = extrema_.place(k);
     }
     return moved;
 }
@@ -180,16 +193,25 @@ void choose_start(Exchange& exchange, i64* set, double* saved, i64 points) {
     exchange.level_error();
 }
 
-void run(Exchange& exchange, i64* set, double* saved) {
+/// Ends with the set of the least error, which it returns. Where an error somewhere is far above the level, the next
+/// level may be higher by less than rounding shows, and the round after it by much.
+double run(Exchange& exchange, i64* set, double* saved) {
+    double least = 0.0;
+    int unlevelled = 0;
     for (int round = 0; round < most_rounds; ++round) {
-        const double level = exchange.level();
-        std::copy_n(set, exchange.nodes(), saved);
-        if (!exchange.advance()) return;
+        const double level = exchange.level(), largest = exchange.measure();
+        if (round == 0 || largest < least) {
+            least = largest;
+            std::copy_n(set, exchange.nodes(), saved);
+        }
+        unlevelled = level == 0.0 ? unlevelled + 1 : 0;
+        if (unlevelled > most_unlevelled || !exchange.move()) break;
         exchange.level_error();
-        if (exchange.level() > level) continue;
-        for (i64 k = 0; k < exchange.nodes(); ++k) set[k] = static_cast<i64>(saved[k]); // as good as rounding allows
-        return exchange.level_error();
+        if (!(exchange.level() > level) && largest <= level * (1.0 + levelled)) break;
     }
+    for (i64 k = 0; k < exchange.nodes(); ++k) set[k] = static_cast<i64>(saved[k]);
+    exchange.level_error();
+    return least;
 }
 
 /// The coefficients of a fit of degree n - 1 from its values at the zeros of the cosine of n times the angle, where the
@@ -214,22 +236,50 @@ void expand(const Interpolant& fit, i64 n, double* sample, double* cosine, doubl
     }
 }
 
+/// By Clenshaw's recurrence.
+double sum_of_cosines(i64 terms, const double* alpha, double frequency) {
+    const double twice = 2.0 * signal::cosine_of(frequency).high;
+    double sum = 0.0, next = 0.0;
+    for (i64 k = terms - 1; k > 0; --k) {
+        const double last = next;
+        next = sum;
+        sum = alpha[k] + twice * next - last;
+    }
+    return alpha[0] + 0.5 * twice * sum - next;
+}
+
+/// Whether rounding has spoilt the result, so that fewer terms do better: the least error is next to nothing beside
+/// des, or between the points of the grid the fit grows beyond what its coefficients can tell. `largest`: the error of
+/// the fit on the grid, `level`: that which all extrema should have.
+bool is_beyond_rounding(const Problem& problem, i64 terms, const double* alpha, double largest, double level) {
+    double scale = 0.0, error = 0.0;
+    for (i64 k = 0; k < problem.points; ++k) {
+        const double sum = sum_of_cosines(terms, alpha, problem.frequency[k]);
+        scale = std::max(scale, std::abs(problem.weight[k] * problem.desired[k]));
+        error = std::max(error, std::abs(problem.weight[k] * (problem.desired[k] - sum)));
+    }
+    const double negligible = 1e-9 * scale; // the recurrence itself loses up to this much in thousands of terms
+    return error > 2.0 * largest + negligible || (level < negligible && largest > 2.0 * level + 0.01 * negligible);
+}
+
 } // namespace
 
 void nxl_remez(const i64* ngr, const i64* nfc, i64* iext, double* ad, double* x, double* y, const double* des,
                const double* grid, const double* wt, double* a, double* p, double* q, double* alpha) {
-    const i64 terms = *nfc, nodes = terms + 1;
-    if (terms < 1) return;
-    std::fill_n(alpha, nodes + 1, 0.0);
-    if (*ngr < nodes) return; // fewer points than an alternation has
+    if (*nfc < 1) return;
+    std::fill_n(alpha, *nfc + 2, 0.0);
+    if (*ngr <= *nfc) return; // fewer points than an alternation has
     const Problem problem{*ngr, des, grid, wt};
-    Interpolant fit{nodes, x, p, ad, y};
-    Exchange exchange(problem, fit, iext, a, q);
-    choose_start(exchange, iext, alpha, *ngr);
-    run(exchange, iext, alpha);
-    iext[nodes] = *ngr + 1;
-    expand(fit, terms, q, a, alpha);
-    std::fill_n(alpha + terms, 2, 0.0);
+    for (i64 terms = *nfc; terms > 0; terms = terms * 3 / 4) {
+        Interpolant fit{terms + 1, x, p, ad, y};
+        Exchange exchange(problem, fit, iext, a, q);
+        choose_start(exchange, iext, alpha, *ngr);
+        const double largest = run(exchange, iext, alpha);
+        expand(fit, terms, q, a, alpha);
+        std::fill(alpha + terms, alpha + *nfc + 2, 0.0);
+        std::fill(iext + terms + 1, iext + *nfc + 2, *ngr + 1);
+        if (!is_beyond_rounding(problem, terms, alpha, largest, exchange.level())) return;
+    }
 }
 
 } // namespace nxl
