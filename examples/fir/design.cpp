@@ -108,9 +108,9 @@ Filter design(int taps, const std::vector<Band>& bands, int density) {
     if (even && bands.back().last == 0.5 && bands.back().desired != 0.0)
         throw Refusal("a filter of even length is zero at half the sampling rate: take an odd number of taps");
     const int terms = (taps + 1) / 2;
-    double step = 0.5 / (static_cast<double>(density) * terms), width = 0.0;
+    double width = 0.0;
     for (const Band& band : bands) width += band.last - band.first;
-    step = std::min(step, width / (2.0 * terms)); // narrow bands need more points than there are extrema
+    const double step = width / (static_cast<double>(density) * terms); // extrema share what the bands cover
     const Approximation best = approximate(grid_of(bands, even, step), terms);
 
     Filter filter{

@@ -33,7 +33,7 @@ void declare(CLI::App& app, Options& o, Lists& lists) {
         ->option_text("W1,... [1,1,...]");
     app.add_option("--density", o.density, "Points of the grid per coefficient")
         ->check(CLI::Range(4, 1000))
-        ->option_text("N [16]");
+        ->option_text("N [32]");
     app.add_option("--output", o.output, "Write the taps, one per line")->option_text("FILE");
     app.add_option("--plot", o.plot, "Draw the response in dB through gnuplot")->option_text("FILE.svg");
     app.add_flag("--quiet", o.quiet, "Print nothing but errors");

@@ -12,7 +12,7 @@ namespace fir {
 struct Options {
     int taps = 61;
     double rate = 1.0; // samples per second, or whatever the edges are counted in
-    int density = 16;
+    int density = 32;
     std::vector<Band> bands; // in cycles per sample
     std::string output;
     std::string plot;

@@ -3,6 +3,7 @@
 // it.
 #include "primitives/signal/remez.hpp"
 #include "primitives/signal/interpolant.hpp"
+#include "service/scratch.hpp"
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -262,6 +263,35 @@ bool is_beyond_rounding(const Problem& problem, i64 terms, const double* alpha, 
     return error > 2.0 * largest + negligible || (level < negligible && largest > 2.0 * level + 0.01 * negligible);
 }
 
+/// The caller's arrays, of nfc + 2 elements each.
+struct Work {
+    i64 nfc;
+    i64* set;
+    double *weight, *high, *low, *value, *first, *second, *alpha;
+};
+
+/// The best fit of `terms` terms from the set as it stands. False when rounding has spoilt it.
+bool solve(const Problem& problem, const Work& work, i64 terms) {
+    Interpolant fit{terms + 1, work.high, work.low, work.weight, work.value};
+    Exchange exchange(problem, fit, work.set, work.first, work.second);
+    choose_start(exchange, work.set, work.alpha, problem.points);
+    const double largest = run(exchange, work.set, work.alpha);
+    expand(fit, terms, work.first, work.second, work.alpha);
+    std::fill(work.alpha + terms, work.alpha + work.nfc + 2, 0.0);
+    std::fill(work.set + terms + 1, work.set + work.nfc + 2, problem.points + 1);
+    return !is_beyond_rounding(problem, terms, work.alpha, largest, exchange.level());
+}
+
+/// A set of from + 1 extrema becomes one of to + 1 that lies as densely in each place. from < to < points.
+void spread(i64* set, i64 from, i64 to, i64 points) {
+    for (i64 k = to; k > 0; --k) { // downwards: what is read lies before what is written
+        const i64 old = k * from / to, rest = k * from % to;
+        set[k] = rest == 0 ? set[old] : set[old] + (set[old + 1] - set[old]) * rest / to;
+    }
+    for (i64 k = to; k >= 0; --k) set[k] = std::min(set[k], k == to ? points : set[k + 1] - 1);
+    for (i64 k = 0; k <= to; ++k) set[k] = std::max(set[k], k == 0 ? 1 : set[k - 1] + 1);
+}
+
 } // namespace
 
 void nxl_remez(const i64* ngr, const i64* nfc, i64* iext, double* ad, double* x, double* y, const double* des,
@@ -270,16 +300,24 @@ void nxl_remez(const i64* ngr, const i64* nfc, i64* iext, double* ad, double* x,
     std::fill_n(alpha, *nfc + 2, 0.0);
     if (*ngr <= *nfc) return; // fewer points than an alternation has
     const Problem problem{*ngr, des, grid, wt};
-    for (i64 terms = *nfc; terms > 0; terms = terms * 3 / 4) {
-        Interpolant fit{terms + 1, x, p, ad, y};
-        Exchange exchange(problem, fit, iext, a, q);
-        choose_start(exchange, iext, alpha, *ngr);
-        const double largest = run(exchange, iext, alpha);
-        expand(fit, terms, q, a, alpha);
-        std::fill(alpha + terms, alpha + *nfc + 2, 0.0);
-        std::fill(iext + terms + 1, iext + *nfc + 2, *ngr + 1);
-        if (!is_beyond_rounding(problem, terms, alpha, largest, exchange.level())) return;
+    const Work work{*nfc, iext, ad, x, p, y, a, q, alpha};
+    i64 terms = *nfc;
+    bool good = solve(problem, work, terms);
+    while (!good && terms > 1) good = solve(problem, work, terms = terms * 3 / 4);
+    if (!good || terms == *nfc) return;
+
+    // Equal spacing may have been too bad a start, but the extrema of fewer terms show where those of more are dense.
+    const Scratch<i64> last_good(*nfc + 1);
+    while (last_good.data() && terms < *nfc) {
+        std::copy_n(iext, terms + 1, last_good.data());
+        const i64 more = std::min(*nfc, terms * 4 / 3 + 1);
+        spread(iext, terms, more, *ngr);
+        if (!solve(problem, work, more)) break;
+        terms = more;
     }
+    if (!last_good.data() || terms == *nfc) return;
+    std::copy_n(last_good.data(), terms + 1, iext);
+    solve(problem, work, terms);
 }
 
 } // namespace nxl
