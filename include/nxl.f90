@@ -1863,6 +1863,31 @@ module nxl
 
         ! ---- Toeplitz systems and filter design ----
 
+        ! T x = b: a1(m) the first row of T, a2(m-1) its first column from the second element on; work c1, c2(m-1).
+        subroutine TSLD1(a1, a2, b, x, c1, c2, m) bind(c, name="TSLD1")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m
+            real(c_double), intent(in) :: a1(*), a2(*), b(*)
+            real(c_double), intent(inout) :: x(*), c1(*), c2(*)
+        end subroutine
+
+        ! The same for complex T; nothing is conjugated.
+        subroutine TSLZ1(a1, a2, b, x, c1, c2, m) bind(c, name="TSLZ1")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m
+            complex(c_double_complex), intent(in) :: a1(*), a2(*), b(*)
+            complex(c_double_complex), intent(inout) :: x(*), c1(*), c2(*)
+        end subroutine
+
+        ! Best weighted approximation of des(ngr) by sums of alpha(k+1) cos(2 pi k f) on a grid; the others: nfc + 2.
+        subroutine REMEZ(ngr, nfc, iext, ad, x, y, des, grid, wt, a, p, q, alpha) bind(c, name="REMEZ")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: ngr, nfc
+            integer(c_int), intent(inout) :: iext(*)
+            real(c_double), intent(in) :: des(*), grid(*), wt(*)
+            real(c_double), intent(inout) :: ad(*), x(*), y(*), a(*), p(*), q(*), alpha(*)
+        end subroutine
+
     end interface
 
 end module nxl

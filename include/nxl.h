@@ -1037,7 +1037,41 @@ void vdunpackmc_d(uint32_t n, const nxl_z* a, nxl_z* y, const int32_t* my) NXL_N
 
 /* ==== Bessel and Airy functions =================================================================================== */
 
-/* ==== Toeplitz systems and filter design ========================================================================== */
+/* ==== Toeplitz systems and filter design ==========================================================================
+ * None of these reports anything but a lack of memory in REMEZ. All run in the calling thread, but for what ddot does
+ * with long vectors. */
+
+/* T x = b for a Toeplitz matrix of order m, neither symmetric nor Hermitian: T(i,j) = a1(j-i+1) for j >= i, a2(i-j)
+ * for i > j. a1(m): its first row; a2(m-1): its first column from the second element on; b(m), x(m); work: c1(m-1),
+ * c2(m-1). x may be b itself; otherwise inputs stay as they are. With m below 1 nothing is done; with m = 1 a2, c1 and
+ * c2 are not looked at. Nothing is conjugated. Cost: 3 m^2 products and sums. There is no pivoting: every leading
+ * principal minor has to be non-zero, and digits are lost to one that nearly is 0. Positive definite matrices are
+ * safe. Behind a minor of 0, x holds infinities or NaN. Method: Levinson, J. Math. Phys. 25 (1947); for unsymmetric T
+ * and any right-hand side Trench, J. SIAM 12 (1964), and Zohar, J. ACM 21 (1974); Golub and Van Loan, Matrix
+ * Computations, section 4.7. */
+void TSLD1(const double* a1, const double* a2, const double* b, double* x, double* c1, double* c2,
+           const int* m) NXL_NOEXCEPT;
+void TSLZ1(const nxl_z* a1, const nxl_z* a2, const nxl_z* b, nxl_z* x, nxl_z* c1, nxl_z* c2, const int* m) NXL_NOEXCEPT;
+
+/* Best approximation by cosines on a grid, the heart of linear-phase filter design: the sum P(f) of alpha(k+1) cos(2
+ * pi k f), k = 0 to nfc - 1, with the least maximum of wt |des - P| over the grid. grid(ngr): frequencies in cycles
+ * per sample, ascending in 0 to 0.5, none twice; des(ngr): what is desired there; wt(ngr): weights above 0. What lies
+ * between bands is left out of the grid; 16 points a coefficient make it dense. iext(nfc+2): in, places on the grid,
+ * from 1, where the nfc + 1 extrema of the error may be; out, where they are, and ngr + 1 behind them. A start that
+ * does not ascend within 1 to ngr, or is worse than equally spaced places, is replaced by those. alpha(nfc+2): out,
+ * the coefficients, then zeros. Work of nfc + 2 each: ad, x, y, a, p, q. wt (des - P) has one size at all nfc + 1
+ * extrema, and signs in turn. After 25 rounds of exchange, or when rounding keeps the error from changing, the best
+ * set so far counts; it has converged when no error on the grid is above that at iext. Coefficients have a rounding
+ * error of about 1e-15 of the largest |P| in 0 to 0.5, between bands too. Where that spoils the result - the best
+ * error is below some 1e-9 of des, or gaps between bands are so wide that P grows out of all bounds there - fewer
+ * terms are used, and the others are 0: iext then holds ngr + 1 behind as many extrema as there are. With nfc below 1
+ * nothing is done; with ngr below nfc + 1 alpha is 0 and iext stays. NaN in the data may make alpha NaN. Without
+ * memory for a copy of iext nothing is done and XERBLA is told (number 1000). Cost: a division for each term, point
+ * and round. Method: Parks and McClellan, IEEE Trans. Circuit Theory 19 (1972); McClellan, Parks and Rabiner, IEEE
+ * Trans. Audio Electroacoust. 21 (1973); Rabiner, McClellan and Parks, Proc. IEEE 63 (1975). docs/nxl-fir.md is about
+ * a program that designs filters with it. */
+void REMEZ(const int* ngr, const int* nfc, int* iext, double* ad, double* x, double* y, const double* des,
+           const double* grid, const double* wt, double* a, double* p, double* q, double* alpha) NXL_NOEXCEPT;
 
 #ifdef __cplusplus
 }

@@ -49,3 +49,4 @@ gfortran "$module" fortran_caller.f90 -o fortran_caller $(pkg-config --libs nxl)
 
 [[ ! -x $prefix/bin/nxl-solve ]] || "$prefix/bin/nxl-solve" --version
 [[ ! -x $prefix/bin/nxl-fit ]] || "$prefix/bin/nxl-fit" --version
+[[ ! -x $prefix/bin/nxl-fir ]] || "$prefix/bin/nxl-fir" --version

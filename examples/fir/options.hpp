@@ -1,0 +1,25 @@
+// The command line.
+#pragma once
+
+#include "design.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace fir {
+
+struct Options {
+    int taps = 61;
+    double rate = 1.0; // samples per second, or whatever the edges are counted in
+    int density = 32;
+    std::vector<Band> bands; // in cycles per sample
+    std::string output;
+    std::string plot;
+    bool quiet = false;
+};
+
+/// The options of a command line; nothing after --help or --version, which are answered here. Throws UsageError.
+std::optional<Options> parse_options(int argc, char** argv);
+
+} // namespace fir
