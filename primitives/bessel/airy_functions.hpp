@@ -4,8 +4,8 @@
 
 namespace nxl::bessel {
 
-/// id 0: the function, 1: its derivative. kode 1, or 2 for the scaled function. Where the code tells of nothing computed
-/// the result stays as it is. zeros: 1 when Ai became 0 by underflow.
+/// id 0: the function, 1: its derivative. kode 1, or 2 for the scaled function. Where the code tells of nothing
+/// computed the result stays as it is. zeros: 1 when Ai became 0 by underflow.
 struct AiryRequest {
     std::complex<float> z;
     i64 id, kode;

@@ -1,6 +1,7 @@
-// All functions are real on the positive axis, so the lower half plane mirrors the upper one, where t = -i z lies in the
-// right half plane. Connections: DLMF 10.27.6 and 10.27.8, H2 = 2 J - H1, Y = i J - i H1; beyond the imaginary axis
-// 10.34.1 and 10.34.2, on the negative axis also 10.11.1 and 10.11.2. The negative axis belongs to the upper half plane.
+// All functions are real on the positive axis, so the lower half plane mirrors the upper one, where t = -i z lies in
+// the right half plane. Connections: DLMF 10.27.6 and 10.27.8, H2 = 2 J - H1, Y = i J - i H1; beyond the imaginary axis
+// 10.34.1 and 10.34.2, on the negative axis also 10.11.1 and 10.11.2. The negative axis belongs to the upper half
+// plane.
 #include "primitives/bessel/continuation.hpp"
 #include <numbers>
 
@@ -63,12 +64,12 @@ Function conjugate_of(Function function) {
 } // namespace
 
 Continuation continue_to(Function function, zcomplex z, bool scaled) {
-    z += 0.0; // zeros lose their sign
+    z = without_signed_zeros(z);
     // On the positive axis H2 is the conjugate of H1, which is the one with a single term.
     const bool conjugate = z.imag() < 0.0 || (function == Function::h2 && z.imag() == 0.0 && z.real() > 0.0);
     if (conjugate) {
         function = conjugate_of(function);
-        z = std::conj(z) + 0.0;
+        z = without_signed_zeros(std::conj(z));
     }
     Continuation path = in_upper_half_plane(function, z);
     if (scaled) path.scale = scaling(function, z);

@@ -12,9 +12,13 @@ struct Scaled {
     double log_scale;
 };
 
+/// Zero parts with a plus sign: the side of a cut that counts as its own.
+inline zcomplex without_signed_zeros(zcomplex a) { return {a.real() + 0.0, a.imag() + 0.0}; }
+
 /// exp(w).
 inline Scaled scaled_exp(zcomplex w) { return {{std::cos(w.imag()), std::sin(w.imag())}, w.real()}; }
 
+inline Scaled operator*(zcomplex a, const Scaled& b) { return {a * b.value, b.log_scale}; }
 inline Scaled operator*(const Scaled& a, const Scaled& b) { return {a.value * b.value, a.log_scale + b.log_scale}; }
 
 /// The larger scale remains.

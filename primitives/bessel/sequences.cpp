@@ -1,5 +1,5 @@
-// Sequences of orders, by blocks: K walks up through all of them, I down from each block's top, and both are summed at a
-// common scale. Results are stored when a block, or with several blocks a first pass over all, is known to be good.
+// Sequences of orders, by blocks: K walks up through all of them, I down from each block's top, and both are summed at
+// a common scale. Results are stored when a block, or with several blocks a first pass over all, is known to be good.
 #include "primitives/bessel/sequences.hpp"
 #include "primitives/bessel/phase.hpp"
 #include "primitives/bessel/recurrences.hpp"
@@ -133,8 +133,8 @@ Code pass(const Continuation& path, double first, i64 n, std::complex<float>* cy
     return Code::good;
 }
 
-Code code_of_input(const SequenceRequest& request, zcomplex z) {
-    const bool singular = request.function != Function::i && request.function != Function::j;
+Code code_of_input(Function function, const SequenceRequest& request, zcomplex z) {
+    const bool singular = function != Function::i && function != Function::j;
     if (!(request.order >= 0.0F) || request.n < 1 || request.kode < 1 || request.kode > 2) return Code::bad_input;
     if (singular && z == 0.0) return Code::bad_input;
     const double last = double{request.order} + static_cast<double>(request.n - 1);
@@ -143,12 +143,12 @@ Code code_of_input(const SequenceRequest& request, zcomplex z) {
 
 } // namespace
 
-Code bessel_sequence(const SequenceRequest& request, std::complex<float>* cy, i64* zeros) {
+Code bessel_sequence(Function function, const SequenceRequest& request, std::complex<float>* cy, i64* zeros) {
     *zeros = 0;
     const zcomplex z(request.z);
-    const Code size = code_of_input(request, z);
+    const Code size = code_of_input(function, request, z);
     if (size != Code::good && size != Code::reduced) return size;
-    const Continuation path = continue_to(request.function, z, request.kode == 2);
+    const Continuation path = continue_to(function, z, request.kode == 2);
     if (request.n > block_orders) {
         i64 ignored = 0;
         const Code code = pass(path, request.order, request.n, nullptr, &ignored);
@@ -156,6 +156,12 @@ Code bessel_sequence(const SequenceRequest& request, std::complex<float>* cy, i6
     }
     const Code code = pass(path, request.order, request.n, cy, zeros);
     return code == Code::good ? size : code;
+}
+
+Code hankel_sequence(i64 kind, const SequenceRequest& request, std::complex<float>* cy, i64* zeros) {
+    if (kind == 1 || kind == 2) return bessel_sequence(kind == 1 ? Function::h1 : Function::h2, request, cy, zeros);
+    *zeros = 0;
+    return Code::bad_input;
 }
 
 } // namespace nxl::bessel

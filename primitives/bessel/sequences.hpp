@@ -6,7 +6,6 @@
 namespace nxl::bessel {
 
 struct SequenceRequest {
-    Function function;
     std::complex<float> z;
     float order;
     i64 kode; // 1, or 2 for the scaled function
@@ -15,6 +14,9 @@ struct SequenceRequest {
 
 /// f(order + k, z) into cy[k], k = 0 ... n - 1. Where the code tells of nothing computed cy stays as it is.
 /// zeros: how many results became 0 by underflow.
-Code bessel_sequence(const SequenceRequest& request, std::complex<float>* cy, i64* zeros);
+Code bessel_sequence(Function function, const SequenceRequest& request, std::complex<float>* cy, i64* zeros);
+
+/// The same for the Hankel function of the first or second kind.
+Code hankel_sequence(i64 kind, const SequenceRequest& request, std::complex<float>* cy, i64* zeros);
 
 } // namespace nxl::bessel
