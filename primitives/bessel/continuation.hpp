@@ -19,7 +19,7 @@ struct Coefficient {
 /// for a phase, J(nu, x) and Y(nu, x) stand for I and K, t = -i x, x >= 0: they are real parts of theirs.
 struct Continuation {
     zcomplex t;
-    Coefficient i, k;
+    Coefficient i = {}, k = {};
     Scaled scale = {1.0, 0.0};
     bool on_axis = false;
     bool conjugate = false;

@@ -68,7 +68,7 @@ def by_recurrence(nu, t):
 @functools.lru_cache(maxsize=None)
 def right_half_plane(nu, t, digits):
     """I and K, Re t >= 0."""
-    if nu >= 9000 and abs(1 + (t / nu) ** 2) > 0.2:
+    if nu >= 2000 and nu * abs(1 + (t / nu) ** 2) ** 1.5 > 180:
         return debye(nu, t, 8 + digits // 5)
     return by_recurrence(nu, t)
 
