@@ -13,7 +13,7 @@ namespace nxl::bessel {
 namespace {
 
 constexpr int series_limit = 200;     // terms; 25 are taken for nu = 0 at the region's end, 60 for nu = 90
-constexpr int fraction_limit = 10000; // steps; |z| < (nu + 2)^2 / 2 here, and 200 more are taken than that
+constexpr int fraction_limit = 10000; // steps; about 500 are taken at most, 8 |z| / sqrt(Re z) for large z
 
 /// sum of (z^2 / 4)^k / (k! (nu + 1)_k).
 struct Sum {
@@ -91,12 +91,31 @@ PairResult i_by_expansion(double nu, zcomplex z) {
     return {pair, sums.converged && sums_up.converged};
 }
 
+/// The recurrence in the order upwards from [0, 1), I(nu + 1) = I(nu - 1) - 2 nu / z I(nu). Unstable as it is, it
+/// multiplies errors by about exp(nu^2 Re(1 / z)) only, as long as nu <= |z|.
+PairResult i_by_expansion_upwards(double nu, zcomplex z) {
+    const int steps = static_cast<int>(nu);
+    const double start = nu - steps;
+    PairResult result = i_by_expansion(start, z);
+    for (int i = 1; i <= steps; ++i) {
+        const zcomplex next = result.pair.first - 2.0 * (start + i) / z * result.pair.second;
+        result.pair.first = result.pair.second;
+        result.pair.second = next;
+    }
+    return result;
+}
+
 PairResult moderate_i_pair(double nu, zcomplex z) {
     if (z == 0.0) return {{nu == 0.0 ? 1.0 : 0.0, 0.0, 0.0}, true};
     const double radius = std::abs(z), up = nu + 1.0;
-    PairResult result = radius * radius <= 4.0 * up                           ? i_by_series(nu, z)
-                        : radius < std::max(asymptotic_radius, 0.5 * up * up) ? i_by_ratio(nu, z)
-                                                                              : i_by_expansion(nu, z);
+    const auto choose = [&] {
+        if (radius * radius <= 4.0 * up) return i_by_series;
+        if (radius < asymptotic_radius) return i_by_ratio;
+        if (2.0 * radius >= up * up) return i_by_expansion;
+        const bool few_digits_lost = radius >= up && 2.0 * radius * radius >= up * up * z.real(); // a factor of 7
+        return few_digits_lost ? i_by_expansion_upwards : i_by_ratio;
+    };
+    PairResult result = choose()(nu, z);
     result.pair = normalised(result.pair);
     return result;
 }

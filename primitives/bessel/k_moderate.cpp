@@ -82,21 +82,20 @@ PairResult k_by_series(double mu, zcomplex z) {
 /// Phys. Commun. 47 (1987). Converges in the closed right half plane, like exp(-2 Re sqrt(2 n z)).
 PairResult k_by_continued_fraction(double mu, zcomplex z) {
     const double weight = 0.25 - mu * mu;
+    double a = -weight;
     zcomplex b = 2.0 * (1.0 + z);
     zcomplex d = 1.0 / b;
     zcomplex step = d, h = d;
-    zcomplex q_before = 0.0, q = 1.0; // q_n, q_(n + 1): the fraction's own recurrence from 0, 1
-    double c = weight;
-    zcomplex weights = c; // sum of c_k q_k
+    zcomplex u_before = 0.0, u = weight; // the fraction's own recurrence from 0, 1, its n-th member times C_n
+    zcomplex weights = u;                // their sum
     zcomplex sum = 1.0 + weights * step;
     bool converged = false;
     for (int n = 2; n <= fraction_limit && !converged; ++n) {
-        const double a = mu * mu - (n - 0.5) * (n - 0.5);
-        const zcomplex q_next = (q_before - b * q) / a;
-        q_before = q;
-        q = q_next;
-        c *= -a / n;
-        weights += c * q;
+        const zcomplex u_next = (b * u + a / (n - 1) * u_before) / static_cast<double>(n);
+        u_before = u;
+        u = u_next;
+        weights += u;
+        a = mu * mu - (n - 0.5) * (n - 0.5);
         b += 2.0;
         d = 1.0 / (b + a * d);
         step *= b * d - 1.0;

@@ -15,7 +15,8 @@ PairResult k_by_expansion(double mu, zcomplex z);          // |z| >= asymptotic_
 
 /// I of the orders nu and nu + 1.
 PairResult i_by_series(double nu, zcomplex z);    // |z|^2 / 4 <= about nu + 1, z != 0
-PairResult i_by_ratio(double nu, zcomplex z);     // |z| above 1, in steps of a number like |z|
+PairResult i_by_ratio(double nu, zcomplex z);     // |z| above 1; an error of |z| epsilon near the imaginary axis
 PairResult i_by_expansion(double nu, zcomplex z); // |z| >= asymptotic_radius and (nu + 1)^2 / 2
+PairResult i_by_expansion_upwards(double nu, zcomplex z); // |z| >= asymptotic_radius and nu + 1, nu^2 Re(1 / z) <= 2
 
 } // namespace nxl::bessel
