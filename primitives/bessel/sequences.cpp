@@ -27,7 +27,9 @@ class Turning {
     i64 quarters_;
 
   public:
-    Turning(int quarters, double first) : start_(unit_phase(quarters * first)), quarters_(quarters) {}
+    Turning(int quarters, double first)
+        : start_(quarters == 0 ? 1.0 : unit_phase(quarters * first)),
+          quarters_(quarters) {}
     zcomplex at(i64 k) const { return turned(start_, quarters_ * (k & 3)); }
 };
 
@@ -35,24 +37,24 @@ class Turning {
 class Term {
     Coefficient coefficient_;
     bool on_axis_;
-    zcomplex axis_factor_;
+    double axis_factor_;
     Turning turning_, axis_turning_;
 
   public:
-    /// quarters, axis_factor: f = Re(axis_factor exp(i pi/2 quarters nu) value) makes J of I and Y of K.
-    Term(const Coefficient& coefficient, bool on_axis, double first, int quarters, double axis_factor)
+    /// On an axis Re(axis_factor exp(i pi/2 axis_quarters nu) value) takes the value's place.
+    Term(const Continuation& path, const Coefficient& coefficient, double first, int axis_quarters, double axis_factor)
         : coefficient_(coefficient),
-          on_axis_(on_axis),
+          on_axis_(path.on_axis && coefficient.present()),
           axis_factor_(axis_factor),
           turning_(coefficient.quarters, first),
-          axis_turning_(quarters, first) {}
+          axis_turning_(on_axis_ ? axis_quarters : 0, first) {}
 
     bool present() const { return coefficient_.present(); }
 
     zcomplex at(i64 k, zcomplex value) const {
         zcomplex phase = turning_.at(k);
         if (coefficient_.cosine) phase = phase.real();
-        if (on_axis_) return coefficient_.factor * phase * (axis_factor_ * axis_turning_.at(k) * value).real();
+        if (on_axis_) value = axis_factor_ * (axis_turning_.at(k) * value).real();
         return coefficient_.factor * phase * value;
     }
 };
@@ -101,8 +103,8 @@ class Walk {
     Walk(const Continuation& path, double first)
         : path_(path),
           first_(first),
-          i_term_(path.i, path.on_axis, first, 1, 1.0),
-          k_term_(path.k, path.on_axis, first, -1, -2.0 * std::numbers::inv_pi) {}
+          i_term_(path, path.i, first, 1, 1.0),
+          k_term_(path, path.k, first, -1, -2.0 * std::numbers::inv_pi) {}
 
     /// m results from `start` on, blocks in ascending order.
     Code block(i64 start, i64 m, std::complex<float>* results, i64* zeros) {

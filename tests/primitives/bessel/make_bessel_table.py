@@ -35,14 +35,20 @@ def debye_polynomials(count):
 def debye(nu, t, terms):
     """I and K of large order, DLMF 10.41.3 and 10.41.4."""
     root = mp.sqrt(1 + (t / nu) ** 2)
+    if root.imag * t.imag < 0:  # on the imaginary axis, the limit from the right
+        root = -root
     p = 1 / root
     eta = root + mp.log((t / nu) / (1 + root))
     sum_i = sum_k = mpf(0)
     for k, u in enumerate(debye_polynomials(terms)):
         term = mp.polyval(u[::-1], p) / nu**k
         sum_i, sum_k = sum_i + term, sum_k + (-1) ** k * term
-    return (mp.exp(nu * eta) / mp.sqrt(2 * mp.pi * nu * root) * sum_i,
-            mp.sqrt(mp.pi / (2 * nu * root)) * mp.exp(-nu * eta) * sum_k)
+    growing = mp.exp(nu * eta) / mp.sqrt(2 * mp.pi * nu * root) * sum_i
+    falling = mp.sqrt(mp.pi / (2 * nu * root)) * mp.exp(-nu * eta) * sum_k
+    if abs(t.imag) > nu:  # on the imaginary axis beyond the turning point both exponentials count
+        sign = 1 if t.imag > 0 else -1
+        growing += sign * mpc(0, 1) * mp.expjpi(sign * nu) * falling / mp.pi
+    return growing, falling
 
 
 def by_recurrence(nu, t):
@@ -138,7 +144,7 @@ def part(x):
 def emit(name, nu, z, kode, value):
     """One row; value is the one of KODE 1."""
     value *= mp.exp(scaling(name, z)) if kode == 2 else 1
-    real, imag = (x if abs(x) > abs(value) * mpf(10) ** -20 else mpf(0) for x in (value.real, value.imag))
+    real, imag = (x if abs(x) > abs(value) * mpf(10) ** -12 else mpf(0) for x in (value.real, value.imag))
     where = ", ".join(f"{float(x):.9g}" for x in (nu, z.real, z.imag))
     print(f"    {{{name}, {kode}, {where}, {part(real)}, {part(imag)}}},", flush=True)
 
