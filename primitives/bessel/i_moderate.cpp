@@ -6,7 +6,6 @@
 #include "primitives/bessel/precision.hpp"
 #include "primitives/bessel/recurrences.hpp"
 #include <cmath>
-#include <math.h> // lgamma_r: unlike std::lgamma it writes no global sign
 #include <numbers>
 
 namespace nxl::bessel {
@@ -53,7 +52,7 @@ PairResult i_by_series(double nu, zcomplex z) {
     const zcomplex half = 0.5 * z;
     const Sum sum = power_sum(nu, half * half), sum_up = power_sum(nu + 1.0, half * half);
     int sign = 0;
-    const double log_scale = nu * std::log(std::abs(half)) - ::lgamma_r(nu + 1.0, &sign);
+    const double log_scale = nu * std::log(std::abs(half)) - ::lgamma_r(nu + 1.0, &sign); // std::lgamma writes a global
     const zcomplex phase = phase_of_power(nu, z);
     return {{phase * sum.value, phase * half / (nu + 1.0) * sum_up.value, log_scale},
             sum.converged && sum_up.converged};

@@ -117,7 +117,7 @@ PairResult k_by_expansion(double mu, zcomplex z) {
 }
 
 PairResult moderate_k_pair(double nu, zcomplex z) {
-    const int steps = static_cast<int>(nu + 0.5);
+    const int steps = static_cast<int>(std::lround(nu));
     const double mu = nu - steps;
     const double radius = std::abs(z);
     PairResult result = radius <= series_radius      ? k_by_series(mu, z)
