@@ -6,7 +6,7 @@
 namespace nxl::bessel {
 
 HankelSums hankel_sums(double nu, zcomplex z) {
-    constexpr int limit = 200; // terms; about 100 are taken at z = nu^2 / 2 = 4000
+    constexpr int limit = 100; // terms; 17 to 22 are taken, from the smallest arguments to z = nu^2 / 2 = 4000
     const zcomplex eighth = 0.125 / z;
     const double square = 4.0 * nu * nu;
     zcomplex term = 1.0;

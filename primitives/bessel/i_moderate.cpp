@@ -11,8 +11,8 @@
 namespace nxl::bessel {
 namespace {
 
-constexpr int series_limit = 200;     // terms; 25 are taken for nu = 0 at the region's end, 60 for nu = 90
-constexpr int fraction_limit = 10000; // steps; about 500 are taken at most, 8 |z| / sqrt(Re z) for large z
+constexpr int series_limit = 100;    // terms; 12 are taken for nu = 0 at the end of its region, 19 for nu = 90
+constexpr int fraction_limit = 5000; // steps; 320 are taken at most, for the largest nu and real z
 
 /// sum of (z^2 / 4)^k / (k! (nu + 1)_k).
 struct Sum {
