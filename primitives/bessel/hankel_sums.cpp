@@ -6,7 +6,7 @@
 namespace nxl::bessel {
 
 HankelSums hankel_sums(double nu, zcomplex z) {
-    constexpr int limit = 200; // terms; about 100 are taken at z = nu^2 / 2 = 4000
+    constexpr int limit = 100; // terms; 22 are taken at asymptotic_radius, fewer beyond
     const zcomplex eighth = 0.125 / z;
     const double square = 4.0 * nu * nu;
     zcomplex term = 1.0;

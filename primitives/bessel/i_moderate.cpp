@@ -6,14 +6,13 @@
 #include "primitives/bessel/precision.hpp"
 #include "primitives/bessel/recurrences.hpp"
 #include <cmath>
-#include <math.h> // lgamma_r: unlike std::lgamma it writes no global sign
 #include <numbers>
 
 namespace nxl::bessel {
 namespace {
 
-constexpr int series_limit = 200;     // terms; 25 are taken for nu = 0 at the region's end, 60 for nu = 90
-constexpr int fraction_limit = 10000; // steps; about 500 are taken at most, 8 |z| / sqrt(Re z) for large z
+constexpr int series_limit = 100;    // terms; 12 are taken for nu = 0 at the end of its region, 19 for nu = 90
+constexpr int fraction_limit = 5000; // steps; 320 are taken at most, for the largest nu and real z
 
 /// sum of (z^2 / 4)^k / (k! (nu + 1)_k).
 struct Sum {
@@ -53,7 +52,7 @@ PairResult i_by_series(double nu, zcomplex z) {
     const zcomplex half = 0.5 * z;
     const Sum sum = power_sum(nu, half * half), sum_up = power_sum(nu + 1.0, half * half);
     int sign = 0;
-    const double log_scale = nu * std::log(std::abs(half)) - ::lgamma_r(nu + 1.0, &sign);
+    const double log_scale = nu * std::log(std::abs(half)) - ::lgamma_r(nu + 1.0, &sign); // std::lgamma writes a global
     const zcomplex phase = phase_of_power(nu, z);
     return {{phase * sum.value, phase * half / (nu + 1.0) * sum_up.value, log_scale},
             sum.converged && sum_up.converged};
