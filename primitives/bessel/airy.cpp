@@ -54,13 +54,13 @@ struct AsymptoticSums {
     }
 };
 
-/// |z| >= table_radius, Im z >= 0. Past |arg z| = 2 pi/3, where Im zeta changes its sign, exp(zeta) joins exp(-zeta).
+/// |z| >= table_radius, Im z >= 0. Past arg z = 2 pi/3, where Im zeta turns negative, exp(zeta) joins exp(-zeta).
 AiryPair airy_far(zcomplex z, zcomplex zeta) {
     const AsymptoticSums sums(zeta);
     const zcomplex root = std::sqrt(std::sqrt(z));
     const double half = 0.5 * std::numbers::inv_sqrtpi;
     const zcomplex before_value = half / root, before_derivative = -half * root;
-    if (zeta.imag() >= 0.0)
+    if (z.real() >= 0.0 || zeta.imag() >= 0.0)
         return {before_value * sums.falling_value, before_derivative * sums.falling_derivative, zeta};
     if (z.imag() == 0.0) { // the two exponentials are conjugate to each other
         const zcomplex wave = std::polar(1.0, -zeta.imag()), scale = std::conj(wave);

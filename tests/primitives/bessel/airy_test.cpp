@@ -42,6 +42,12 @@ TEST(Airy, RealArgumentsStayReal) {
     }
 }
 
+TEST(Airy, RoundingOfAGivenZetaBringsNoSecondExponential) {
+    const AiryPair exact = airy(20.0), rounded = airy(20.0, exact.zeta - zcomplex(0.0, 1e-14));
+    EXPECT_LE(std::abs(rounded.value - exact.value), 1e-13 * std::abs(exact.value));
+    EXPECT_LE(std::abs(rounded.derivative - exact.derivative), 1e-13 * std::abs(exact.derivative));
+}
+
 /// Ai(z) Ai'(w z) w - Ai'(z) Ai(w z) = exp(i pi/6) / (2 pi), w = exp(-2 pi i/3); the exponents cancel or meet
 /// (DLMF 9.2.9).
 TEST(Airy, WronskianOnRandomPoints) {
