@@ -162,10 +162,10 @@ TEST(Recurrences, ManyRescalings) { // for z towards 0: K(n) = (n - 1)! / 2 (2 /
 TEST(Phase, MultiplesOfAQuarterTurnAreExact) {
     const zcomplex quarter[] = {{1.0, 0.0}, {0.0, 1.0}, {-1.0, 0.0}, {0.0, -1.0}};
     for (int n = -9; n <= 9; ++n) {
-        EXPECT_EQ(half_turns(0.5 * n + 4096.0), quarter[n & 3]) << n;
-        EXPECT_EQ(half_turns(-4096.0 + 0.5 * n), quarter[n & 3]) << n;
+        EXPECT_EQ(unit_phase(n + 8192.0), quarter[n & 3]) << n;
+        EXPECT_EQ(unit_phase(-8192.0 + n), quarter[n & 3]) << n;
         const double x = 0.5 * n + 0.2;
-        EXPECT_LE(std::abs(half_turns(x) - std::polar(1.0, std::numbers::pi * x)), 1e-14) << n;
+        EXPECT_LE(std::abs(unit_phase(2.0 * x) - std::polar(1.0, std::numbers::pi * x)), 1e-14) << n;
     }
 }
 
