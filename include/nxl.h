@@ -859,10 +859,11 @@ void RowExchange_d(double* a, uint32_t row1, uint32_t row2, uint32_t cols, uint3
  *                  number
  *               5  an iteration did not end
  *          With 1, 2, 4 and 5 cy stays as it was and nz is 0. Nothing is reported.
- * The meaning of arguments and codes is that of D. E. Amos, ACM TOMS 12 (1986) 265-273, Algorithm 644. Computation is in
- * double precision throughout, code 3 included: an error is below 1 unit in the last place of the modulus (0.5 would be
- * correct rounding), and below 2 where next to a zero of the function |z| is large. Parts that are 0 by symmetry are
- * exactly 0. Methods and measurements: docs/special-functions.md. Formulas: DLMF, chapters 9 and 10. */
+ * The meaning of arguments and codes is that of D. E. Amos, ACM TOMS 12 (1986) 265-273, Algorithm 644. Computation is
+ * in double precision throughout, code 3 included: an error is below 1 unit in the last place of the modulus (both parts
+ * correctly rounded: up to 0.71). It may be more next to a zero of a function of an order from 86 on, where an error of
+ * |z| 3e-16 times the function's size nearby can show. Parts that are 0 by symmetry are exactly 0; zeros have no sign.
+ * Methods and measurements: docs/special-functions.md. Formulas: DLMF, chapters 9 and 10. */
 
 /* I, the modified function of the first kind. kode 2: times exp(-|Re z|). */
 void CBESI(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz,
@@ -887,7 +888,7 @@ void CBESY(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_
 
 /* Ai(z) (id 0) or Ai'(z) (id 1). kode 2: times exp(zeta), zeta = 2/3 z sqrt(z) with the principal root. nz: 1 when the
  * result has been set to 0, else 0. ierr as above, by |z| alone: 3 above 2^(22/3) = 161.3, 4 above 2^(44/3) = 26008.0;
- * 1 for id or kode. */
+ * 1 for id or kode. Accuracy as above, with |z|^1.5 in the place of |z| next to zeros. */
 void CAIRY(const nxl_c* z, const int* id, const int* kode, nxl_c* ai, int* nz, int* ierr) NXL_NOEXCEPT;
 
 /* Bi(z) (id 0) or Bi'(z) (id 1). kode 2: times exp(-|Re zeta|). ierr as of CAIRY. */

@@ -82,8 +82,8 @@ PairResult i_by_expansion(double nu, zcomplex z) {
     OrderPair pair{growing * (sums.even - sums.odd), growing * (sums_up.even - sums_up.odd), z.real()};
     if (2.0 * z.real() < negligible_exponent) {
         const double turns = std::copysign(nu + 0.5, z.imag()); // +-i exp(+-i pi nu)
-        const zcomplex falling =
-            root * std::exp(-2.0 * z.real()) * unit_phase(2.0 * turns) * zcomplex(std::cos(z.imag()), -std::sin(z.imag()));
+        const zcomplex falling = root * std::exp(-2.0 * z.real()) * unit_phase(2.0 * turns) *
+                                 zcomplex(std::cos(z.imag()), -std::sin(z.imag()));
         pair.first += falling * (sums.even + sums.odd);
         pair.second -= falling * (sums_up.even + sums_up.odd);
     }

@@ -1,5 +1,6 @@
-// I and K in the right half plane: the expansions for large orders, or the regions of moderate ones. Arguments far above
-// the square of the order belong to the expansion in 1/z whatever the order: its phases carry no error that grows with z.
+// I and K in the right half plane: the expansions for large orders, or the regions of moderate ones. Arguments far
+// above the square of the order belong to the expansion in 1/z whatever the order: its phases carry no error that grows
+// with z.
 #include "primitives/bessel/right_half_plane.hpp"
 #include "primitives/bessel/moderate.hpp"
 #include "primitives/bessel/uniform.hpp"
