@@ -78,7 +78,7 @@ struct Place {
     zcomplex s2, s; // 1 + t^2 and its root
     zcomplex xi;
     zcomplex cubic; // where the Airy-type expansion serves: 3/2 xi / s^3, so that zeta = s^2 cubic^(2/3) (DLMF 10.20.2)
-    bool turned;
+    bool turned;    // near i always
 
     explicit Place(zcomplex t) : turned(t.imag() > 0.5 * t.real()) {
         const double x = t.real(), y = t.imag();
@@ -87,7 +87,6 @@ struct Place {
         if (abs1(s2) < series_border) {
             cubic = 1.5 * polynomial(cubic_series.c, s2);
             xi = 2.0 / 3.0 * s * s2 * cubic;
-            turned = true;
         } else {
             xi = -(s + std::log((turned ? zcomplex(y, -x) : t) / (1.0 + s)));
             cubic = 1.5 * xi / (s * s2);
