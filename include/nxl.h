@@ -860,10 +860,10 @@ void RowExchange_d(double* a, uint32_t row1, uint32_t row2, uint32_t cols, uint3
  *               5  an iteration did not end
  *          With 1, 2, 4 and 5 cy stays as it was and nz is 0. Nothing is reported.
  * The meaning of arguments and codes is that of D. E. Amos, ACM TOMS 12 (1986) 265-273, Algorithm 644. Computation is
- * in double precision throughout, code 3 included: an error is below 1 unit in the last place of the modulus (both parts
- * correctly rounded: up to 0.71). It may be more next to a zero of a function of an order from 86 on, where an error of
- * |z| 3e-16 times the function's size nearby can show. Parts that are 0 by symmetry are exactly 0; zeros have no sign.
- * Methods and measurements: docs/special-functions.md. Formulas: DLMF, chapters 9 and 10. */
+ * in double precision throughout, code 3 included: an error is below 1 unit in the last place of the modulus (rounding
+ * both parts correctly: up to 0.71). It may be more next to a zero of a function of an order from 86 on, where an error
+ * of |z| 3e-16 times the function's size nearby can show. Parts that are 0 by symmetry are exactly 0; zeros have no
+ * sign. Methods and measurements: docs/special-functions.md. Formulas: DLMF, chapters 9 and 10. */
 
 /* I, the modified function of the first kind. kode 2: times exp(-|Re z|). */
 void CBESI(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz,

@@ -187,6 +187,13 @@ def bessel_rows():
                         emit(name, nu, z, 2 if scaled and count % 5 else 1, value)
 
 
+def rows_next_to_zeros():
+    """Where the function is 1e-5 to 1e-6 of its size nearby: an error of a large phase would show."""
+    for nu, x in ((0, 2084386.25), (20.5, 101894.4140625), (100.25, 1296176.75), (1000.25, 1918431.75)):
+        for name, z in (("J", mpc(x)), ("I", mpc(0, -x))):
+            emit(name, nu, z, 1, reference(name, nu, z))
+
+
 def airy_rows():
     third = mpf(2) / 3
     turns = [0, 2, third, 2 * third, -third, -2 * third, 1, 0.3, -1.7, 1.95, 0.7, -0.01]
@@ -214,6 +221,7 @@ namespace nxl_test {
 inline constexpr BesselRow bessel_table[] = {
     // function, KODE, order, z, value""")
     bessel_rows()
+    rows_next_to_zeros()
     airy_rows()
     print("};\n// clang-format on\n\n} // namespace nxl_test")
 
