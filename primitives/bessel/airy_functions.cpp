@@ -46,7 +46,7 @@ Code airy_ai(const AiryRequest& request, std::complex<float>* ai, i64* zeros) {
     *zeros = 0;
     const zcomplex z = without_signed_zeros(zcomplex(request.z));
     const Code size = code_of_input(request, z);
-    if (size != Code::good && size != Code::reduced) return size;
+    if (!computes(size)) return size;
     const Single result = to_single(ai_of(z, request.id, request.kode == 2), false);
     if (result.overflow) return Code::overflow;
     *ai = result.value;
@@ -57,7 +57,7 @@ Code airy_ai(const AiryRequest& request, std::complex<float>* ai, i64* zeros) {
 Code airy_bi(const AiryRequest& request, std::complex<float>* bi) {
     const zcomplex z = without_signed_zeros(zcomplex(request.z));
     const Code size = code_of_input(request, z);
-    if (size != Code::good && size != Code::reduced) return size;
+    if (!computes(size)) return size;
     const bool below = z.imag() < 0.0;
     const Single result = to_single(bi_of(below ? std::conj(z) : z, request.id, request.kode == 2), below);
     if (result.overflow) return Code::overflow;

@@ -1,7 +1,6 @@
 // All functions are real on the positive axis, so the lower half plane mirrors the upper one, where t = -i z lies in
-// the right half plane. Connections: DLMF 10.27.6 and 10.27.8, H2 = 2 J - H1, Y = i J - i H1; beyond the imaginary axis
-// 10.34.1 and 10.34.2, on the negative axis also 10.11.1 and 10.11.2. The negative axis belongs to the upper half
-// plane.
+// the right half plane: DLMF 10.27.6, 10.27.8, H2 = 2 J - H1, Y = i J - i H1. Beyond the imaginary
+// axis: 10.34.1, 10.34.2; on the negative axis, which belongs to the upper half plane, 10.11.1 and 10.11.2.
 #include "primitives/bessel/continuation.hpp"
 #include <numbers>
 

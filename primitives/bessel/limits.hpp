@@ -26,6 +26,9 @@ constexpr Code code_of_size(double size, double largest) {
     return size * size > largest ? Code::reduced : Code::good;
 }
 
+/// Whether there are results to compute.
+constexpr bool computes(Code code) { return code == Code::good || code == Code::reduced; }
+
 /// The more serious of two codes for sizes.
 constexpr Code worse(Code a, Code b) { return std::max(a, b); }
 

@@ -9,7 +9,7 @@
 namespace nxl::bessel {
 namespace {
 
-constexpr i64 block_orders = 64; // per value of I at a block's top, which costs about as much
+constexpr i64 block_orders = 64; // steps that cost several times the one value of I which starts them
 
 /// i^quarters a.
 zcomplex turned(zcomplex a, i64 quarters) {
@@ -149,7 +149,7 @@ Code bessel_sequence(Function function, const SequenceRequest& request, std::com
     *zeros = 0;
     const zcomplex z(request.z);
     const Code size = code_of_input(function, request, z);
-    if (size != Code::good && size != Code::reduced) return size;
+    if (!computes(size)) return size;
     const Continuation path = continue_to(function, z, request.kode == 2);
     if (request.n > block_orders) {
         i64 ignored = 0;
