@@ -1859,7 +1859,76 @@ module nxl
 
         ! ---- Pack and unpack ----
 
-        ! ---- Bessel and Airy functions ----
+        ! ---- Bessel and Airy functions: orders fnu, fnu + 1, ..., fnu + n - 1; kode 2 scaled ----
+
+        ! Modified functions of the first kind I; kode 2: times exp(-|Re z|).
+        subroutine CBESI(z, fnu, kode, n, cy, nz, ierr) bind(c, name="CBESI")
+            import :: c_float, c_float_complex, c_int
+            complex(c_float_complex), intent(in) :: z
+            real(c_float), intent(in) :: fnu
+            integer(c_int), intent(in) :: kode, n
+            complex(c_float_complex), intent(inout) :: cy(*)
+            integer(c_int), intent(out) :: nz, ierr
+        end subroutine
+
+        ! Functions of the first kind J; kode 2: times exp(-|Im z|).
+        subroutine CBESJ(z, fnu, kode, n, cy, nz, ierr) bind(c, name="CBESJ")
+            import :: c_float, c_float_complex, c_int
+            complex(c_float_complex), intent(in) :: z
+            real(c_float), intent(in) :: fnu
+            integer(c_int), intent(in) :: kode, n
+            complex(c_float_complex), intent(inout) :: cy(*)
+            integer(c_int), intent(out) :: nz, ierr
+        end subroutine
+
+        ! Modified functions of the second kind K; kode 2: times exp(z).
+        subroutine CBESK(z, fnu, kode, n, cy, nz, ierr) bind(c, name="CBESK")
+            import :: c_float, c_float_complex, c_int
+            complex(c_float_complex), intent(in) :: z
+            real(c_float), intent(in) :: fnu
+            integer(c_int), intent(in) :: kode, n
+            complex(c_float_complex), intent(inout) :: cy(*)
+            integer(c_int), intent(out) :: nz, ierr
+        end subroutine
+
+        ! Hankel functions of kind m; kode 2: times exp(-iz) for m = 1, exp(iz) for m = 2.
+        subroutine CBESH(z, fnu, kode, m, n, cy, nz, ierr) bind(c, name="CBESH")
+            import :: c_float, c_float_complex, c_int
+            complex(c_float_complex), intent(in) :: z
+            real(c_float), intent(in) :: fnu
+            integer(c_int), intent(in) :: kode, m, n
+            complex(c_float_complex), intent(inout) :: cy(*)
+            integer(c_int), intent(out) :: nz, ierr
+        end subroutine
+
+        ! Functions of the second kind Y; kode 2: times exp(-|Im z|). cwrk(n) goes unused.
+        subroutine CBESY(z, fnu, kode, n, cy, nz, cwrk, ierr) bind(c, name="CBESY")
+            import :: c_float, c_float_complex, c_int
+            complex(c_float_complex), intent(in) :: z
+            real(c_float), intent(in) :: fnu
+            integer(c_int), intent(in) :: kode, n
+            complex(c_float_complex), intent(inout) :: cy(*)
+            complex(c_float_complex), intent(inout) :: cwrk(*)
+            integer(c_int), intent(out) :: nz, ierr
+        end subroutine
+
+        ! Ai (id 0) or its derivative (id 1); kode 2: times exp(zeta), zeta = 2/3 z sqrt(z).
+        subroutine CAIRY(z, id, kode, ai, nz, ierr) bind(c, name="CAIRY")
+            import :: c_float_complex, c_int
+            complex(c_float_complex), intent(in) :: z
+            integer(c_int), intent(in) :: id, kode
+            complex(c_float_complex), intent(inout) :: ai
+            integer(c_int), intent(out) :: nz, ierr
+        end subroutine
+
+        ! Bi (id 0) or its derivative (id 1); kode 2: times exp(-|Re zeta|).
+        subroutine CBIRY(z, id, kode, bi, ierr) bind(c, name="CBIRY")
+            import :: c_float_complex, c_int
+            complex(c_float_complex), intent(in) :: z
+            integer(c_int), intent(in) :: id, kode
+            complex(c_float_complex), intent(inout) :: bi
+            integer(c_int), intent(out) :: ierr
+        end subroutine
 
         ! ---- Toeplitz systems and filter design ----
 

@@ -1035,7 +1035,62 @@ void vdunpackvc_d(uint32_t n, const nxl_z* a, nxl_z* y, const int32_t* iy) NXL_N
 void vdunpackm(const int32_t* n, const double* a, double* y, const int32_t* my) NXL_NOEXCEPT;
 void vdunpackmc_d(uint32_t n, const nxl_z* a, nxl_z* y, const int32_t* my) NXL_NOEXCEPT;
 
-/* ==== Bessel and Airy functions =================================================================================== */
+/* ==== Bessel and Airy functions ===================================================================================
+ * Of complex arguments and real orders >= 0, in single precision: J and Y, I and K, the Hankel functions H1 and H2, Ai
+ * and Bi. A call computes n orders at once, fnu, fnu + 1, ..., fnu + n - 1, into cy(1) ... cy(n).
+ *   z      the argument, anywhere in the plane; not 0 for K, H and Y. The functions are cut along the negative axis, on
+ *          which arg z is pi, whatever the sign of a zero imaginary part
+ *   fnu    the first order, not negative
+ *   kode   1: the function; 2: the function times the exponential factor said below, which takes away most of its
+ *          growth or decay
+ *   n      number of orders, at least 1
+ *   nz     out: how many elements have been set to 0 because their modulus is below the smallest normalised number,
+ *          2^-126. For I and J these are the last ones, as such functions get small with their order; for K, H1 (upper
+ *          half plane) and H2 (lower) the first ones; else the number alone is told
+ *   ierr   out: 0  done
+ *               1  bad input: an argument outside its bounds above, or fnu not a number
+ *               2  overflow: a part of an element is above the largest number. With kode 1 large |Re z| or |Im z|; with
+ *                  either, an order large beside |z|, for K, H and Y
+ *               3  done; |z| or fnu + n - 1 is above 2048, where arithmetic in single precision would have lost more
+ *                  than half of its digits
+ *               4  |z| or fnu + n - 1 is above 2^22 = 4194304, where it would have lost all; or z is infinite or not a
+ *                  number
+ *               5  an iteration did not end
+ *          With 1, 2, 4 and 5 cy stays as it was and nz is 0. Nothing is reported.
+ * The meaning of arguments and codes is that of D. E. Amos, ACM TOMS 12 (1986) 265-273, Algorithm 644. Computation is
+ * in double precision throughout, code 3 included: an error is below 1 unit in the last place of the modulus (rounding
+ * both parts correctly: up to 0.71). It may be more next to a zero of a function of an order from 86 on, where an error
+ * of |z| 3e-16 times the function's size nearby can show. Parts that are 0 by symmetry are exactly 0; zeros have no
+ * sign. Methods and measurements: docs/special-functions.md. Formulas: DLMF, chapters 9 and 10. */
+
+/* I, the modified function of the first kind. kode 2: times exp(-|Re z|). */
+void CBESI(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz,
+           int* ierr) NXL_NOEXCEPT;
+
+/* J, the function of the first kind. kode 2: times exp(-|Im z|). */
+void CBESJ(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz,
+           int* ierr) NXL_NOEXCEPT;
+
+/* K, the modified function of the second kind. kode 2: times exp(z). */
+void CBESK(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz,
+           int* ierr) NXL_NOEXCEPT;
+
+/* H1 = J + iY (m = 1) or H2 = J - iY (m = 2), the Hankel functions. kode 2: times exp(-iz) for m = 1, exp(iz) for
+ * m = 2. Any other m is bad input. */
+void CBESH(const nxl_c* z, const float* fnu, const int* kode, const int* m, const int* n, nxl_c* cy, int* nz,
+           int* ierr) NXL_NOEXCEPT;
+
+/* Y, the function of the second kind. kode 2: times exp(-|Im z|). cwrk(n) is work memory that goes unused. */
+void CBESY(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz, nxl_c* cwrk,
+           int* ierr) NXL_NOEXCEPT;
+
+/* Ai(z) (id 0) or Ai'(z) (id 1). kode 2: times exp(zeta), zeta = 2/3 z sqrt(z) with the principal root. nz: 1 when the
+ * result has been set to 0, else 0. ierr as above, by |z| alone: 3 above 2^(22/3) = 161.3, 4 above 2^(44/3) = 26008.0;
+ * 1 for id or kode. Accuracy as above, with |z|^1.5 in the place of |z| next to zeros. */
+void CAIRY(const nxl_c* z, const int* id, const int* kode, nxl_c* ai, int* nz, int* ierr) NXL_NOEXCEPT;
+
+/* Bi(z) (id 0) or Bi'(z) (id 1). kode 2: times exp(-|Re zeta|). ierr as of CAIRY. */
+void CBIRY(const nxl_c* z, const int* id, const int* kode, nxl_c* bi, int* ierr) NXL_NOEXCEPT;
 
 /* ==== Toeplitz systems and filter design ==========================================================================
  * None of these reports anything but a lack of memory in REMEZ. All run in the calling thread, but for what ddot does

@@ -105,6 +105,22 @@ static void flexible_gmres(void) {
     expect(request == 0 && outcome == 0 && iterations == 3 && fabs(x[2] - 1.0 / 3.0) < 1e-14, "DFGMRES");
 }
 
+/* H1 - J = iY of the order 1 after 0, and Bi(0) = sqrt(3) Ai(0). */
+static void special_functions(void) {
+    const nxl_c z = 1.5F - 2.0F * I, origin = 0.0F;
+    const float order = 0.0F;
+    const int zero = 0, one = 1, two = 2;
+    nxl_c j[2], y[2], h[2], work[2], ai, bi;
+    int nz, ierr[5];
+    CBESJ(&z, &order, &one, &two, j, &nz, &ierr[0]);
+    CBESY(&z, &order, &one, &two, y, &nz, work, &ierr[1]);
+    CBESH(&z, &order, &one, &one, &two, h, &nz, &ierr[2]);
+    expect(ierr[0] + ierr[1] + ierr[2] == 0 && cabsf(h[1] - j[1] - I * y[1]) < 1e-6F, "CBESJ, CBESY, CBESH");
+    CAIRY(&origin, &zero, &one, &ai, &nz, &ierr[3]);
+    CBIRY(&origin, &zero, &one, &bi, &ierr[4]);
+    expect(ierr[3] + ierr[4] == 0 && fabsf(crealf(bi) - sqrtf(3.0F) * crealf(ai)) < 1e-6F, "CAIRY, CBIRY");
+}
+
 int main(void) {
     level1();
     level3();
@@ -113,5 +129,6 @@ int main(void) {
     services();
     conjugate_gradients();
     flexible_gmres();
+    special_functions();
     return failures;
 }

@@ -10,6 +10,7 @@ program fortran_interface_test
     call services()
     call conjugate_gradients()
     call flexible_gmres()
+    call special_functions()
     if (.not. all_right) stop 1
 
 contains
@@ -100,6 +101,27 @@ contains
         call expect(request == 0, 'DFGMRES')
         call DFGMRES_GET(n, x, b, request, ipar, dpar, tmp, iterations)
         call expect(request == 0 .and. iterations == 3 .and. abs(x(3) - 1 / 3.0_c_double) < 1e-14_c_double, 'DFGMRES_GET')
+    end subroutine
+
+    ! A Wronskian for each pair of functions.
+    subroutine special_functions()
+        complex(c_float_complex) :: z, i(2), j(2), k(2), y(2), h(2), work(2), ai, ai1, bi, bi1
+        integer(c_int) :: nz, ierr(9)
+        z = (1.5_c_float, -2.0_c_float)
+        call CBESI(z, 0.25_c_float, 1, 2, i, nz, ierr(1))
+        call CBESJ(z, 0.25_c_float, 1, 2, j, nz, ierr(2))
+        call CBESK(z, 0.25_c_float, 1, 2, k, nz, ierr(3))
+        call CBESY(z, 0.25_c_float, 1, 2, y, nz, work, ierr(4))
+        call CBESH(z, 0.25_c_float, 1, 2, 2, h, nz, ierr(5))
+        call CAIRY(z, 0, 1, ai, nz, ierr(6))
+        call CAIRY(z, 1, 1, ai1, nz, ierr(7))
+        call CBIRY(z, 0, 1, bi, ierr(8))
+        call CBIRY(z, 1, 1, bi1, ierr(9))
+        call expect(all(ierr == 0), 'IERR')
+        call expect(abs(z * (i(1) * k(2) + i(2) * k(1)) - 1) < 1e-5, 'CBESI, CBESK')
+        call expect(abs(z * (j(2) * y(1) - j(1) * y(2)) * acos(-1.0) - 2) < 1e-5, 'CBESJ, CBESY')
+        call expect(abs(h(2) - j(2) + (0, 1) * y(2)) < 1e-5, 'CBESH')
+        call expect(abs((ai * bi1 - ai1 * bi) * acos(-1.0) - 1) < 1e-5, 'CAIRY, CBIRY')
     end subroutine
 
 end program
