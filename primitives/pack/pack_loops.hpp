@@ -1,7 +1,7 @@
 // The loops of the pack family, over the element and how often the loop is unrolled. In their order: what a caller sees
 // of arrays that overlap, or of places named twice, is what the plain loop leaves.
 #pragma once
-#include "primitives/pack/masked.hpp"
+#include "service/types.hpp"
 
 namespace nxl {
 

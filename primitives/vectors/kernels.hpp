@@ -23,6 +23,8 @@ void rem_val_d(const double* x, double value, double* dst, i64 n);
 void cum_sum_delta_d(const double* src, double* dst, i64 n, i64 delta);
 void cum_sum_deltac_d(const zcomplex* src, zcomplex* dst, i64 n, i64 delta);
 double product_d(const double* src, i64 n);
+i64 pack_by_mask_d(i64 n, const double* src, double* dst, const std::int32_t* mask);
+i64 pack_by_mask_c(i64 n, const zcomplex* src, zcomplex* dst, const std::int32_t* mask);
 void rampc_d(zcomplex* dst, i64 n, const zcomplex& offset, const zcomplex& step);
 
 } // namespace nxl::NXL_TARGET

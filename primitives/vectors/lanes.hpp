@@ -7,14 +7,20 @@ namespace nxl::NXL_TARGET {
 
 template <class V> constexpr int kLanes = sizeof(V) / sizeof(double);
 
+/// Results from this size on go past the caches, unless they take the place of an operand. Nobody finds so many there
+/// later, and a store into the caches first reads what it replaces.
+constexpr i64 kStreamBytes = i64{32} << 20;
+
 /// Operands: at<W>(i) is the register of W doubles that belongs to places i to i + W - 1 of the destination.
 struct Doubles { // an array of doubles, or of complex numbers as pairs
     const double* p;
+    [[gnu::always_inline]] bool is_at(const double* place) const { return p == place; }
     template <int W> [[gnu::always_inline]] Vec<W> at(i64 i) const { return load<W>(p + i); }
 };
 struct RealParts { // a real array in a complex operation, with `im` in the place of each imaginary part
     const double* p;
     double im;
+    [[gnu::always_inline]] bool is_at(const double* place) const { return p == place; }
     template <int W> [[gnu::always_inline]] Vec<W> at(i64 i) const {
         if constexpr (W == 2) return Vec<2>{p[i / 2], im};
         else return __builtin_shufflevector(load<2>(p + i / 2), splat<2>(im), 0, 2, 1, 3);
@@ -22,6 +28,7 @@ struct RealParts { // a real array in a complex operation, with `im` in the plac
 };
 struct BothParts { // a real array that acts on both parts
     const double* p;
+    [[gnu::always_inline]] bool is_at(const double* place) const { return p == place; }
     template <int W> [[gnu::always_inline]] Vec<W> at(i64 i) const {
         if constexpr (W == 2) return splat<2>(p[i / 2]);
         else return __builtin_shufflevector(load<2>(p + i / 2), load<2>(p + i / 2), 0, 0, 1, 1);
@@ -29,19 +36,42 @@ struct BothParts { // a real array that acts on both parts
 };
 struct Constant { // (even, odd, even, odd, ...)
     double even, odd;
+    [[gnu::always_inline]] bool is_at(const double*) const { return false; }
     template <int W> [[gnu::always_inline]] Vec<W> at(i64) const { return alternate<W>(even, odd); }
 };
+
+/// Doubles from p to the next place where a register lies within one cache line.
+[[gnu::always_inline]] inline i64 to_aligned(const double* p) {
+    return -(static_cast<i64>(reinterpret_cast<std::uintptr_t>(p)) / i64{sizeof(double)}) & (kWidth - 1);
+}
+
+/// Four registers at a time, from i on as long as they fit. With Stream past the caches, i being an aligned place.
+template <bool Stream, class Op, class... In>
+[[gnu::always_inline]] inline void each_four(double* dst, i64& i, i64 count, Op op, In... in) {
+    constexpr int W = kWidth;
+    for (; i + 4 * W <= count; i += 4 * W) {
+        Vec<W> result[4]; // all reads before the writes: the processor need not ask whether one depends on another
+        for (int k = 0; k < 4; ++k) result[k] = op(in.template at<W>(i + k * W)...);
+        for (int k = 0; k < 4; ++k) {
+            double* to = dst + i + k * W;
+            if constexpr (Stream) __builtin_nontemporal_store(result[k], reinterpret_cast<Vec<W>*>(to));
+            else store<W>(to, result[k]);
+        }
+    }
+}
 
 /// dst[i] = op(operands at i) for `count` doubles, of which Step belong together: 1 for real, 2 for complex elements.
 template <int Step, class Op, class... In>
 [[gnu::always_inline]] inline void each(double* dst, i64 count, Op op, In... in) {
     constexpr int W = kWidth;
     i64 i = 0;
-    for (; i + 4 * W <= count; i += 4 * W) {
-        Vec<W> result[4]; // all reads before the writes: the processor need not ask whether one depends on another
-        for (int k = 0; k < 4; ++k) result[k] = op(in.template at<W>(i + k * W)...);
-        for (int k = 0; k < 4; ++k) store<W>(dst + i + k * W, result[k]);
+    const i64 head = to_aligned(dst);
+    if (count >= kStreamBytes / i64{sizeof(double)} && head % Step == 0 && !(in.is_at(dst) || ...)) {
+        for (; i < head; i += Step) store<Step>(dst + i, op(in.template at<Step>(i)...));
+        each_four<true>(dst, i, count, op, in...);
+        __builtin_ia32_sfence(); // what went past the caches is there before anything that the caller stores next
     }
+    each_four<false>(dst, i, count, op, in...);
     for (; i + W <= count; i += W) store<W>(dst + i, op(in.template at<W>(i)...));
     if constexpr (W > 2)
         for (; i + 2 <= count; i += 2) store<2>(dst + i, op(in.template at<2>(i)...));

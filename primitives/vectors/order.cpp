@@ -21,25 +21,20 @@ template <int W> [[gnu::always_inline]] inline void reverse_in_place(double* a, 
     }
 }
 
-template <int W> [[gnu::always_inline]] inline void copy_reversed(const double* src, double* dst, i64& i, i64 count) {
-    for (; i + W <= count; i += W) store<W>(dst + i, reversed<W>(load<W>(src + count - i - W)));
-}
+struct FromTheEnd { // complex numbers, the last one first
+    const double* end;
+    [[gnu::always_inline]] bool is_at(const double*) const { return false; }
+    template <int W> [[gnu::always_inline]] Vec<W> at(i64 i) const { return reversed<W>(load<W>(end - i - W)); }
+};
 
 template <class V> [[gnu::always_inline]] inline V exchanged(V z) { return swap_parts<kLanes<V>>(z); }
 
 } // namespace
 
 void reverse_d(const zcomplex* src, zcomplex* dst, i64 n) {
-    constexpr int W = kWidth;
     const i64 count = 2 * n;
-    if (src == dst) return reverse_in_place<W>(parts(dst), count);
-    i64 i = 0;
-    for (; i + 4 * W <= count; i += 4 * W) {
-        const double* from = parts(src) + (count - i);
-        for (int k = 1; k <= 4; ++k) store<W>(parts(dst) + i + (k - 1) * W, reversed<W>(load<W>(from - k * W)));
-    }
-    copy_reversed<W>(parts(src), parts(dst), i, count);
-    copy_reversed<2>(parts(src), parts(dst), i, count);
+    if (src == dst) return reverse_in_place<kWidth>(parts(dst), count);
+    each<2>(parts(dst), count, [](auto z) { return z; }, FromTheEnd{parts(src) + count});
 }
 
 void flip_d(const zcomplex* src, zcomplex* dst, i64 n) {

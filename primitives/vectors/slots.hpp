@@ -50,6 +50,8 @@ inline constinit KernelSlot<&VectorTable::rem_val_d> rem_val_d_slot;
 inline constinit KernelSlot<&VectorTable::cum_sum_delta_d> cum_sum_delta_d_slot;
 inline constinit KernelSlot<&VectorTable::cum_sum_deltac_d> cum_sum_deltac_d_slot;
 inline constinit KernelSlot<&VectorTable::product_d> product_d_slot;
+inline constinit KernelSlot<&VectorTable::pack_by_mask_d> pack_by_mask_d_slot;
+inline constinit KernelSlot<&VectorTable::pack_by_mask_c> pack_by_mask_c_slot;
 inline constinit KernelSlot<&VectorTable::rampc_d> rampc_d_slot;
 
 } // namespace nxl

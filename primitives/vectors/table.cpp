@@ -48,6 +48,8 @@ const VectorTable vector_table = {
     .cum_sum_delta_d = cum_sum_delta_d,
     .cum_sum_deltac_d = cum_sum_deltac_d,
     .product_d = product_d,
+    .pack_by_mask_d = pack_by_mask_d,
+    .pack_by_mask_c = pack_by_mask_c,
     .rampc_d = rampc_d,
 };
 

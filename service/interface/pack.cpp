@@ -3,6 +3,7 @@
 #include "nxl.h"
 #include "primitives/pack/pack_loops.hpp"
 #include "primitives/pack/slots.hpp"
+#include "primitives/vectors/slots.hpp"
 #include "service/export.hpp"
 
 using namespace nxl;
@@ -35,7 +36,7 @@ NXL_EXPORT void vdpackvc_d(uint32_t n, const nxl_z* a, const int32_t* ia, nxl_z*
     pack_indexed<1>(n, a, ia, y);
 }
 NXL_EXPORT void vdpackmc_d(uint32_t n, const nxl_z* a, const int32_t* ma, nxl_z* y) noexcept {
-    pack_masked<1>(n, a, y, ma);
+    pack_by_mask_c_slot(n, a, y, ma);
 }
 NXL_EXPORT void vdunpackic_d(uint32_t n, const nxl_z* a, nxl_z* y, int32_t incry) noexcept {
     copy_strided<1>(n, a, 1, y, incry);

@@ -1,6 +1,5 @@
 // Entries of the vector primitives: arguments by value, lengths unsigned, complex scalars by reference.
 #include "nxl.h"
-#include "primitives/pack/masked.hpp"
 #include "primitives/vectors/sequential.hpp"
 #include "primitives/vectors/slots.hpp"
 #include "service/export.hpp"
@@ -160,11 +159,11 @@ NXL_EXPORT void Rampc_d(nxl_z* dst, uint32_t n, const nxl_z* offset, const nxl_z
 }
 
 NXL_EXPORT uint32_t PackByMask_d(uint32_t n, const double* src, double* dst, const int32_t* mask) noexcept {
-    return static_cast<uint32_t>(pack_masked<4>(n, src, dst, mask));
+    return static_cast<uint32_t>(pack_by_mask_d_slot(n, src, dst, mask));
 }
 
 NXL_EXPORT uint32_t PackByMaskc_d(uint32_t n, const nxl_z* src, nxl_z* dst, const int32_t* mask) noexcept {
-    return static_cast<uint32_t>(pack_masked<4>(n, src, dst, mask));
+    return static_cast<uint32_t>(pack_by_mask_c_slot(n, src, dst, mask));
 }
 
 NXL_EXPORT void Powc_d(const nxl_z* a, const nxl_z* b, nxl_z* dst, uint32_t n) noexcept { nxl_powc(a, b, dst, n); }
