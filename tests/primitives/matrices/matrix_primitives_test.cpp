@@ -196,9 +196,11 @@ struct Copy {
 /// Offsets in elements are modulo 2^32; rows are moved one after the other, within one matrix as well.
 template <class Kind> void check_copy(const Copy& c, bool one_matrix, Flush place) {
     using T = typename Kind::T;
-    Matrix<T> src(4000, place, 1), other(4000, place, 2);
-    Matrix<T>& dst = one_matrix ? src : other;
     const u32 from = c.src_stride * c.src_row + c.src_col, to = c.dst_stride * c.dst_row + c.dst_col;
+    const std::size_t elements =
+        std::max(from + span(c.rows, c.cols, c.src_stride), to + span(c.rows, c.cols, c.dst_stride));
+    Matrix<T> src(elements, place, 1), other(elements, place, 2);
+    Matrix<T>& dst = one_matrix ? src : other;
     for (u32 r = 0; r < c.rows; ++r)
         dst.expect_move(to + r * c.dst_stride, src.expected, from + r * c.src_stride, c.cols);
     if ((c.src_row | c.src_col | c.dst_row | c.dst_col) == 0)
@@ -221,6 +223,7 @@ TYPED_TEST(MatrixPrimitives, BlocksCopied) {
                            {"up by a row", 1, 0, 0, 0, 9, 17, 30, 30},
                            {"resize: together", 0, 0, 0, 0, 65, 9, 30, 9},
                            {"resize: apart", 0, 0, 0, 0, 65, 9, 9, 30},
+                           {"large", 1, 3, 0, 1, 2055, 2047, 2060, 2051},
                            {"offsets beyond 2^32", 0x80000000, 5, 0x40000001, 0xfffffffe, 5, 3, 4, 4},
                            {"offsets beyond 2^33", 0x60000000, 40, 0x20000003, 1, 7, 16, 24, 16}};
     for (const Copy& copy : copies)

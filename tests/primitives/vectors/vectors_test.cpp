@@ -203,6 +203,36 @@ TEST(VectorPrimitives, Ramp) {
             });
 }
 
+/// Of 32 MiB and some doubles, which are stored past the caches where the array's start allows it.
+TEST(VectorPrimitives, LargeResultsFromAnyStart) {
+    constexpr std::uint32_t pairs = (2U << 20) + 7, n = 2 * pairs;
+    constexpr D guard = 0x1.badp77;
+    const auto source = Values(3, Values::finite).take<D>(n + 1);
+    const D* src = source.data() + 1;
+    const auto* complex_src = reinterpret_cast<const Z*>(src);
+    const Z value{0.5, -2.0};
+    std::vector<D> store(n + 8);
+    for (std::size_t start = 1; start <= 4; ++start) {
+        D* dst = store.data() + start;
+        const auto check = [&](const char* name, auto call, auto wanted) {
+            std::fill(store.begin(), store.end(), guard);
+            call();
+            std::size_t wrong = 0;
+            for (std::size_t i = 0; i < n; ++i) wrong += dst[i] != wanted(i);
+            EXPECT_EQ(wrong, 0U) << name << " from " << start;
+            EXPECT_TRUE(dst[-1] == guard && dst[n] == guard) << name << " from " << start;
+        };
+        auto* complex_dst = reinterpret_cast<Z*>(dst);
+        check("AddValue_d", [&] { AddValue_d(src, dst, 0.5, n); }, [&](std::size_t i) { return src[i] + 0.5; });
+        check(
+            "AddValuec_d", [&] { AddValuec_d(complex_src, complex_dst, &value, pairs); },
+            [&](std::size_t i) { return src[i] + (i % 2 == 0 ? 0.5 : -2.0); });
+        check(
+            "Reverse_d", [&] { Reverse_d(complex_src, complex_dst, pairs); },
+            [&](std::size_t i) { return src[n - 2 - i + 2 * (i % 2)]; });
+    }
+}
+
 template <class T> class PackByMask : public ::testing::Test {};
 using Elements = ::testing::Types<D, Z>;
 TYPED_TEST_SUITE(PackByMask, Elements);
