@@ -953,9 +953,8 @@ void SetValIToPtr(int32_t* p, int32_t value) NXL_NOEXCEPT;
  * corners, as srcRow srcStride + srcCol, are taken modulo 2^32; rows follow them at their stride. Row after row is
  * copied, each as if through a copy of itself, so that the rows of one pair may overlap; what an earlier row wrote is
  * what a later one reads. */
-void CopySubMatrix_d(const double* src, double* dst, uint32_t srcRow, uint32_t srcCol, uint32_t dstRow,
-                     uint32_t dstCol, uint32_t rows, uint32_t cols, uint32_t srcStride,
-                     uint32_t dstStride) NXL_NOEXCEPT;
+void CopySubMatrix_d(const double* src, double* dst, uint32_t srcRow, uint32_t srcCol, uint32_t dstRow, uint32_t dstCol,
+                     uint32_t rows, uint32_t cols, uint32_t srcStride, uint32_t dstStride) NXL_NOEXCEPT;
 void CopySubMatrixc_d(const nxl_z* src, nxl_z* dst, uint32_t srcRow, uint32_t srcCol, uint32_t dstRow, uint32_t dstCol,
                       uint32_t rows, uint32_t cols, uint32_t srcStride, uint32_t dstStride) NXL_NOEXCEPT;
 
@@ -1064,16 +1063,13 @@ void vdunpackmc_d(uint32_t n, const nxl_z* a, nxl_z* y, const int32_t* my) NXL_N
  * sign. Methods and measurements: docs/special-functions.md. Formulas: DLMF, chapters 9 and 10. */
 
 /* I, the modified function of the first kind. kode 2: times exp(-|Re z|). */
-void CBESI(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz,
-           int* ierr) NXL_NOEXCEPT;
+void CBESI(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz, int* ierr) NXL_NOEXCEPT;
 
 /* J, the function of the first kind. kode 2: times exp(-|Im z|). */
-void CBESJ(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz,
-           int* ierr) NXL_NOEXCEPT;
+void CBESJ(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz, int* ierr) NXL_NOEXCEPT;
 
 /* K, the modified function of the second kind. kode 2: times exp(z). */
-void CBESK(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz,
-           int* ierr) NXL_NOEXCEPT;
+void CBESK(const nxl_c* z, const float* fnu, const int* kode, const int* n, nxl_c* cy, int* nz, int* ierr) NXL_NOEXCEPT;
 
 /* H1 = J + iY (m = 1) or H2 = J - iY (m = 2), the Hankel functions. kode 2: times exp(-iz) for m = 1, exp(iz) for
  * m = 2. Any other m is bad input. */
