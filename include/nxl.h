@@ -11,12 +11,12 @@
 #include <stdint.h>
 #ifdef __cplusplus
 #include <complex>
-typedef std::complex<double> nxl_z;
-typedef std::complex<float> nxl_c;
+typedef std::complex<double> nxl_z; /**< complex numbers, in Fortran complex(c_double_complex) */
+typedef std::complex<float> nxl_c;  /**< the same in single precision, complex(c_float_complex) */
 #else
 #include <complex.h>
-typedef double _Complex nxl_z;
-typedef float _Complex nxl_c;
+typedef double _Complex nxl_z; /**< complex numbers, in Fortran complex(c_double_complex) */
+typedef float _Complex nxl_c;  /**< the same in single precision, complex(c_float_complex) */
 #endif
 
 /* A Fortran compiler passes the lengths of character arguments behind the declared ones, by value. LAPACK routines have
