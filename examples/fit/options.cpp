@@ -1,12 +1,10 @@
 // The command line as CLI11 sees it.
 #include "options.hpp"
 
-#include "common/input_error.hpp"
+#include "common/command_line.hpp"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 
 namespace fit {
 namespace {
@@ -63,14 +61,7 @@ std::optional<Options> parse_options(int argc, char** argv) {
     Lists lists;
     CLI::App app("Fits a model to points by nonlinear least squares.", "nxl-fit");
     declare(app, options, lists);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& answered) {
-        app.exit(answered, std::cout, std::cerr);
-        return std::nullopt;
-    } catch (const CLI::ParseError& error) {
-        throw common::UsageError(error.what());
-    }
+    if (!common::parse(app, argc, argv)) return std::nullopt;
     options.start = values_of("--start", lists.start);
     options.lower = values_of("--lower", lists.lower);
     options.upper = values_of("--upper", lists.upper);

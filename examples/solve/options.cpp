@@ -1,11 +1,9 @@
 // The command line as CLI11 sees it.
 #include "options.hpp"
 
+#include "common/command_line.hpp"
 #include "generators.hpp"
 #include "input_error.hpp"
-
-#include <CLI/CLI.hpp>
-#include <iostream>
 
 namespace solve {
 namespace {
@@ -97,14 +95,7 @@ std::optional<Options> parse_options(int argc, char** argv) {
     CLI::App app("Solves A x = b for a sparse or dense matrix from a Matrix Market file or a generated problem.",
                  "nxl-solve");
     declare(app, options);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& answered) {
-        app.exit(answered, std::cout, std::cerr);
-        return std::nullopt;
-    } catch (const CLI::ParseError& error) {
-        throw UsageError(error.what());
-    }
+    if (!common::parse(app, argc, argv)) return std::nullopt;
     if (options.file.empty() == options.generate.empty())
         throw UsageError("one matrix is expected: a FILE or --generate KIND:SIZE");
     choose_by_options(app, options.settings);
