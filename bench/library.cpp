@@ -3,6 +3,7 @@
 #include "bench/library.hpp"
 #include <cstdlib>
 #include <dlfcn.h>
+#include <link.h>
 #include <stdexcept>
 #include <utility>
 
@@ -57,6 +58,19 @@ std::vector<Library> Library::peers() {
         found.push_back(std::move(blis));
     }
     return found;
+}
+
+Library Library::peer(const std::string& file) {
+    const std::string base = file.substr(file.rfind('/') + 1);
+    Library library(base.substr(0, base.find(".so")), file, "_", ComplexResult::by_value);
+    if (!library.loaded()) throw std::runtime_error("cannot load the peer: " + std::string(dlerror()));
+    library.version = library.file();
+    return library;
+}
+
+std::string Library::file() const {
+    link_map* map = nullptr;
+    return dlinfo(handle_, RTLD_DI_LINKMAP, &map) == 0 ? map->l_name : "";
 }
 
 void limit_threads_of_peers(int threads) {

@@ -28,6 +28,8 @@ class Library {
     static Library nxl(const std::string& file);
     static std::vector<Library> openblas(); // none or one
     static std::vector<Library> peers();
+    static Library peer(const std::string& file); // with Fortran's names, a trailing underscore; throws
+    std::string file() const;                     // that was loaded
 
     bool loaded() const { return handle_ != nullptr; }
     Symbol symbol(const std::string& routine) const;
