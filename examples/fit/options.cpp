@@ -10,7 +10,7 @@ namespace fit {
 namespace {
 
 std::string footer() {
-    return "Models:\n" + list_of_models() +
+    return "Models for --model:\n" + list_of_models() +
            "\nExit status: 0 fitted, 1 bad input or no memory, 2 bad usage, 3 not converged.\n"
            "Example: nxl-fit decay.csv --model exponential --plot decay.svg";
 }
@@ -24,7 +24,7 @@ void declare(CLI::App& app, Options& o, Lists& lists) {
     app.footer(footer());
     app.add_option("FILE", o.file, "Columns x, y and, where known, the standard deviation of y; plain or gzip")
         ->required()
-        ->option_text(" ");
+        ->option_text(".csv|.txt|.dat|.gz");
     app.add_option("--model", o.model, "What to fit, see below")->required()->option_text("NAME|FORMULA");
     app.add_option("--start", lists.start, "Values to start from [named models: estimated from the data; else 1]")
         ->option_text("A=1,B=0.5");

@@ -45,7 +45,7 @@ void declare_iterations(CLI::App& app, Settings& s) {
 void declare(CLI::App& app, Options& o) {
     app.set_version_flag("--version", "nxl-solve " NXL_SOLVE_VERSION);
     app.footer(footer());
-    app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(" ");
+    app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(".mtx|.mtx.gz");
     app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
     app.add_option("--method", o.settings.method,
                    "lu, of a dense copy; cholesky, if symmetric or Hermitian positive definite; cg, conjugate "
