@@ -3,6 +3,7 @@
 #include "bench/library.hpp"
 #include <cstdlib>
 #include <dlfcn.h>
+#include <filesystem>
 #include <link.h>
 #include <stdexcept>
 #include <utility>
@@ -70,7 +71,10 @@ Library Library::peer(const std::string& file) {
 
 std::string Library::file() const {
     link_map* map = nullptr;
-    return dlinfo(handle_, RTLD_DI_LINKMAP, &map) == 0 ? map->l_name : "";
+    if (dlinfo(handle_, RTLD_DI_LINKMAP, &map) != 0) return {};
+    std::error_code trouble;
+    const auto path = std::filesystem::canonical(map->l_name, trouble);
+    return trouble ? map->l_name : path.string();
 }
 
 void limit_threads_of_peers(int threads) {

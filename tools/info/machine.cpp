@@ -16,7 +16,7 @@ constexpr const char* kSysfs = "/sys/devices/system/cpu";
 
 std::string text_of(const unsigned* registers, std::size_t count) {
     const std::string text(reinterpret_cast<const char*>(registers), count * sizeof(unsigned));
-    return text.c_str(); // up to the first zero
+    return text.substr(0, text.find('\0'));
 }
 
 std::string vendor() {
