@@ -15,7 +15,9 @@ Interleaved::Interleaved(std::vector<Batch> contenders, double least_seconds, Cl
       now_(now),
       untimed_(std::move(untimed)),
       samples_(contenders_.size()) {
-    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch, least_seconds));
+    // Where batches are looked at their number of calls is odd: every second call may undo the one before it.
+    const i64 odd = untimed_.after_batch ? 1 : 0;
+    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch, least_seconds) | odd);
 }
 
 double Interleaved::time_of(const Batch& batch, i64 calls) const {
