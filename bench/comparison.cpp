@@ -10,6 +10,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <utility>
 
 namespace nxl::bench {
@@ -22,21 +23,28 @@ constexpr std::size_t least_rounds = 3;     // also of cases where a single one 
 
 /// One case: a routine at a size, its operands, and those contenders that have it.
 class CaseRun {
+    const Contest& contest_;
     const std::vector<Contender>& contenders_;
     const Routine& routine_;
     Case case_;
-    double core_flops_;
     Work work_;
-    Operands operands_;
+    Operands operands_, reference_;
     std::vector<std::size_t> present_;
     std::optional<Interleaved> rounds_;
+    const Contender* odd_ = nullptr; // the first to disagree
 
     void start_rounds() {
         std::vector<Batch> batches;
         for (const std::size_t i : present_) batches.push_back(batch(i));
-        Preparation prepare;
-        if (operands_.need_restoring()) prepare = [this] { operands_.restore(); };
-        rounds_.emplace(std::move(batches), least_seconds(), clock(), std::move(prepare));
+        Untimed untimed;
+        if (operands_.need_restoring()) untimed.before_call = [this] { operands_.restore(); };
+        if (contest_.self_check) {
+            untimed.before_batch = [this] { operands_.refill(); };
+            untimed.after_batch = [this](std::size_t place, i64 calls) {
+                compare(present_[place], operands_.need_restoring() ? 1 : calls);
+            };
+        }
+        rounds_.emplace(std::move(batches), least_seconds(), clock(), std::move(untimed));
     }
 
     /// Long calls on a busy machine are never left alone, so those of one thread are timed by its own clock.
@@ -59,41 +67,63 @@ class CaseRun {
         };
     }
 
+    /// Sums of n terms in another order differ by as much as n roundings of values up to the root of n; what a call
+    /// leaves is the next one's input.
+    double tolerance(i64 calls) const {
+        const double terms = std::max(16, work_.terms);
+        return std::numeric_limits<double>::epsilon() * terms * std::sqrt(terms) * static_cast<double>(calls);
+    }
+
+    /// Whose results are to be those of contender i: the library's own for a peer, a peer's for the others.
+    std::optional<std::size_t> judge_of(std::size_t i) const {
+        for (const std::size_t other : present_)
+            if (contenders_[other].peer != contenders_[i].peer) return other;
+        return std::nullopt;
+    }
+
+    /// Compares what contender i has made of the operands, by so many calls, with its judge's work.
+    void compare(std::size_t i, i64 calls) {
+        reference_.refill();
+        run(*judge_of(i), reference_, calls);
+        if (!odd_ && !(reference_.difference(operands_) <= tolerance(calls))) odd_ = &contenders_[i];
+    }
+
   public:
-    CaseRun(const std::vector<Contender>& contenders, const Case& which, double core_flops)
-        : contenders_(contenders),
+    CaseRun(const Contest& contest, const Case& which)
+        : contest_(contest),
+          contenders_(contest.contenders),
           routine_(routine(which.routine)),
           case_(which),
-          core_flops_(core_flops),
           work_(routine_.work(which)),
-          operands_(which, work_.layout) {
+          operands_(which, work_.layout),
+          reference_(which, work_.layout) {
         for (std::size_t i = 0; i < contenders_.size(); ++i)
             if (symbol_of(i).address) present_.push_back(i);
     }
 
-    /// The first contender that disagrees with the one in the first column; null when there is none.
-    const Contender* first_to_disagree() {
-        // Sums of n terms in another order differ by as much as n roundings of values up to the root of n.
-        const double terms = std::max(16, work_.terms);
-        const double tolerance = std::numeric_limits<double>::epsilon() * terms * std::sqrt(terms);
+    bool judged() const { return judge_of(present_.front()).has_value(); }
+
+    /// Runs every contender once, or as often as is quick, and compares it with the one in the first column.
+    void compare_all() {
         const bool once = operands_.need_restoring() || work_.flops >= long_flops;
         const int calls = once ? 1 : 3; // an odd number, as every second call undoes one
         run(present_.front(), operands_, calls);
-        Operands theirs(case_, work_.layout);
         for (const std::size_t i : present_) {
             if (i == present_.front()) continue;
-            theirs.refill();
-            run(i, theirs, calls);
-            if (!(theirs.difference(operands_) <= tolerance)) return &contenders_[i];
+            reference_.refill();
+            run(i, reference_, calls);
+            if (!odd_ && !(reference_.difference(operands_) <= tolerance(1))) odd_ = &contenders_[i];
         }
-        return nullptr;
     }
+
+    /// Null while all agree.
+    const Contender* odd() const { return odd_; }
 
     /// More rounds at each call: Google Benchmark calls again until they have taken the time that it wants.
     Timing time(benchmark::State& state) {
         if (!rounds_) start_rounds();
         for (auto _ : state) state.SetIterationTime(rounds_->round());
-        while (rounds_->rounds() < least_rounds) rounds_->round();
+        while (rounds_->rounds() < least_rounds && !odd_) rounds_->round();
 
         Timing timing{case_, work_, std::vector<double>(contenders_.size(), NAN), least_seconds()};
         const std::vector<double> seconds = rounds_->seconds();
@@ -109,7 +139,7 @@ class CaseRun {
         const auto kind = work_.copies                        ? Traffic::copies
                           : work_.stored > 0.1 * work_.loaded ? Traffic::stores
                                                               : Traffic::reads;
-        return std::max(work_.flops / (core_flops_ * threads),
+        return std::max(work_.flops / (contest_.core_flops * threads),
                         work_.bytes() / peak_bandwidth(kind, footprint, threads));
     }
 };
@@ -120,16 +150,23 @@ struct Current {
     std::optional<Timing> timing;
 };
 
-void run_case(benchmark::State& state, Current& current, const std::vector<Contender>& contenders, const Case& which,
-              double core_flops) {
+void run_case(benchmark::State& state, Current& current, const Contest& contest, const Case& which) {
+    const std::string& first = contest.contenders[0].label;
     if (!current.run) {
-        if (!contenders[0].library->symbol(which.routine).address)
-            return state.SkipWithError((contenders[0].label + " has no " + which.routine).c_str());
-        current.run = std::make_unique<CaseRun>(contenders, which, core_flops);
-        if (const Contender* odd = current.run->first_to_disagree())
-            return state.SkipWithError((odd->label + " has another result than " + contenders[0].label).c_str());
+        if (!contest.contenders[0].library->symbol(which.routine).address)
+            return state.SkipWithError((first + " has no " + which.routine).c_str());
+        current.run = std::make_unique<CaseRun>(contest, which);
+        if (contest.self_check && !current.run->judged())
+            return state.SkipWithError(("no peer here has " + which.routine + " to check it against").c_str());
+        current.run->compare_all();
     }
-    current.timing = current.run->time(state);
+    if (!current.run->odd()) current.timing = current.run->time(state);
+    if (const Contender* odd = current.run->odd()) {
+        current.timing.reset();
+        state.SkipWithError((odd->peer ? odd->label + " has another result than " + first
+                                       : odd->label + " has another result than its peer")
+                                .c_str());
+    }
 }
 
 /// Prints the line of a case when its benchmark has ended.
@@ -150,7 +187,7 @@ class LineReporter : public benchmark::BenchmarkReporter {
         for (const Run& run : runs)
             if (run.error_occurred) {
                 all_agreed = false;
-                std::printf("%s: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
+                std::fprintf(stderr, "nxl-bench: %s: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
             }
         if (current_.timing) report_.add(*current_.timing);
         current_ = {};
@@ -166,26 +203,30 @@ std::vector<Column> columns_of(const std::vector<Contender>& contenders) {
 
 } // namespace
 
-Comparison::Comparison(std::string family, std::vector<Contender> contenders, double core_flops)
-    : family_(std::move(family)),
-      contenders_(std::move(contenders)),
-      core_flops_(core_flops),
-      report_(family_, columns_of(contenders_), core_flops * contenders_.front().threads) {}
+Comparison::Comparison(Contest contest)
+    : contest_(std::move(contest)),
+      report_(contest_.family, columns_of(contest_.contenders),
+              contest_.core_flops * contest_.contenders.front().threads) {}
 
 bool Comparison::run(const std::vector<Case>& cases, const std::string& filter) {
     Current current;
     for (const Case& which : cases) {
-        const std::string name = family_ + "/" + which.label() + "/" + which.size.text();
+        const std::string name = contest_.family + "/" + which.label() + "/" + which.size.text();
         const double seconds = routine(which.routine).work(which).bytes() > beyond_caches ? 1.5 : 0.3;
-        benchmark::RegisterBenchmark(name.c_str(), run_case, std::ref(current), std::cref(contenders_), which,
-                                     core_flops_)
+        benchmark::RegisterBenchmark(name.c_str(), run_case, std::ref(current), std::cref(contest_), which)
             ->UseManualTime()
             ->MinTime(seconds);
     }
     LineReporter reporter(report_, current);
-    const bool any = benchmark::RunSpecifiedBenchmarks(&reporter, filter) > 0;
-    if (any) report_.print_summary();
-    return any && reporter.all_agreed;
+    std::ostream nowhere(nullptr); // what has to be said is said here
+    reporter.SetErrorStream(&nowhere);
+    if (benchmark::RunSpecifiedBenchmarks(&reporter, filter) == 0) throw no_case(contest_.family, filter);
+    if (!report_.timings().empty()) report_.print_summary();
+    return reporter.all_agreed;
+}
+
+common::UsageError no_case(const std::string& family, const std::string& filter) {
+    return common::UsageError("--filter: no case of " + family + " matches '" + filter + "'");
 }
 
 } // namespace nxl::bench

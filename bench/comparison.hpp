@@ -1,6 +1,7 @@
 // Runs the cases of a family: every contender on the same data, checked against each other, then timed in turn.
 #pragma once
 #include "bench/report.hpp"
+#include "common/input_error.hpp"
 #include <string>
 #include <vector>
 
@@ -13,21 +14,29 @@ struct Contender {
     bool peer; // not this library
 };
 
-/// Times the cases whose name, such as level1/ddot/1000 or gemm/dgemm-TN/512, matches the regular expression. Returns
-/// whether all contenders agreed. A case on which they do not, or whose routine the first contender lacks, is reported
-/// and not timed; a peer without the routine is left out of its row.
+struct Contest {
+    std::string family;
+    std::vector<Contender> contenders;
+    double core_flops; // operations per second of one core at its peak
+    bool self_check;   // each timed batch starts from fresh operands and counts when its results are a peer's
+};
+
+/// Times the cases whose name, such as level1/ddot/1000 or gemm/dgemm-TN/512, matches the regular expression; throws
+/// when none does. Returns whether all contenders agreed. Before a case is timed, all of them have to agree on one run.
+/// A case on which they do not, whose routine the first contender lacks, or which is to be self-checked without a peer,
+/// is reported and has no figure; a peer without the routine is left out of its row.
 class Comparison {
-    std::string family_;
-    std::vector<Contender> contenders_;
-    double core_flops_;
+    Contest contest_;
     Report report_;
 
   public:
-    /// core_flops: operations per second of one core at its peak.
-    Comparison(std::string family, std::vector<Contender> contenders, double core_flops);
+    explicit Comparison(Contest contest);
 
     bool run(const std::vector<Case>& cases, const std::string& filter);
     const Report& report() const { return report_; }
 };
+
+/// A filter that leaves nothing to run.
+common::UsageError no_case(const std::string& family, const std::string& filter);
 
 } // namespace nxl::bench

@@ -3,6 +3,7 @@
 #include "bench/machine.hpp"
 #include "bench/peak.hpp"
 #include "bench/plot.hpp"
+#include "common/run_program.hpp"
 #include <cstdio>
 #include <cstdlib>
 
@@ -10,7 +11,7 @@ namespace nxl::bench {
 namespace {
 
 /// This library against peers on the same number of threads, and against itself on one where that is another number.
-struct Contest {
+struct Plan {
     std::vector<Case> cases;
     int threads = 1;
     std::vector<Library> (*peers)() = Library::peers;
@@ -34,12 +35,13 @@ void prepare_environment(int threads) {
     limit_threads_of_peers(threads);
 }
 
-int run_contest(const Request& request, const Contest& contest) {
-    const int threads = contest.threads;
+int run_contest(const Request& request, const Plan& plan) {
+    const int threads = request.threads > 0 ? request.threads : plan.threads;
     prepare_environment(threads);
     const Library nxl = Library::nxl(request.library);
-    const std::vector<Library> peers = contest.peers();
-    const double core_flops = contest.core_flops();
+    std::vector<Library> peers = plan.peers();
+    for (const std::string& file : request.peers) peers.push_back(Library::peer(file));
+    const double core_flops = plan.core_flops();
     print_machine();
     print_libraries(nxl, peers);
     print_peaks(core_flops, threads);
@@ -47,11 +49,11 @@ int run_contest(const Request& request, const Contest& contest) {
     std::vector<Contender> contenders = {{&nxl, threads, nxl.name, false}};
     if (threads > 1) contenders.push_back({&nxl, 1, nxl.name + " alone", false});
     for (const Library& peer : peers) contenders.push_back({&peer, threads, peer.name, true});
-    Comparison comparison(request.family, contenders, core_flops);
-    const bool agreed = comparison.run(contest.cases, request.filter);
+    Comparison comparison({request.family, contenders, core_flops, request.self_check});
+    const bool agreed = comparison.run(with_sizes(plan.cases, request.sizes), request.filter);
     if (!request.csv.empty()) comparison.report().write_csv(request.csv);
-    if (!request.plot.empty()) contest.plot(comparison.report(), request.plot);
-    return agreed ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (!request.plot.empty()) plan.plot(comparison.report(), request.plot);
+    return agreed ? common::kDone : common::kNotConverged;
 }
 
 int run_level1(const Request& request) { return run_contest(request, {.cases = level1_cases()}); }
@@ -104,26 +106,34 @@ int run_bandwidth(const Request&) {
     for (const Traffic& traffic : traffic_patterns)
         std::printf("%-8s %14.1f %14.1f\n", traffic.name, bandwidth(traffic, memory_bytes, 1) * 1e-9,
                     bandwidth(traffic, memory_bytes, 2) * 1e-9);
-    return EXIT_SUCCESS;
+    return common::kDone;
 }
 
 } // namespace
 
 const std::vector<Family>& families() {
+    static const std::vector<std::string> comparison = {"--library", "--peer", "--filter", "--sizes",
+                                                        "--threads", "--csv",  "--plot",   "--self-check"};
     static const std::vector<Family> all = {
-        {"level1", "vector operations, one thread, against each peer", run_level1},
-        {"level2", "matrix-vector operations, one thread, against each peer", run_level2},
-        {"gemm", "matrix products, one thread, against each peer", run_gemm},
-        {"level3", "other matrix-matrix operations, one thread, against each peer", run_level3},
-        {"narrow", "matrix products by 128-bit vectors, of class NXL_DEBUG_CPU_TYPE (0)", run_narrow},
-        {"threads", "vector operations of class 3 on two threads", run_threads},
-        {"threads3", "matrix-matrix operations on two threads", run_threads3},
-        {"factor", "factorisations, solutions and inverses, one thread, against a peer", run_factor},
-        {"factor2", "the same on two threads", run_factor2},
-        {"primitives", "vector and matrix primitives against loops written by hand, one thread", run_primitives},
-        {"krylov", "FGMRES with ILU(0) on up to a million unknowns, one thread, against a peer", run_krylov},
-        {"overhead", "what a call costs before its kernel starts", run_overhead},
-        {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth},
+        {"level1", "vector operations, one thread, against each peer", run_level1, comparison},
+        {"level2", "matrix-vector operations, one thread, against each peer", run_level2, comparison},
+        {"gemm", "matrix products, one thread, against each peer", run_gemm, comparison},
+        {"level3", "other matrix-matrix operations, one thread, against each peer", run_level3, comparison},
+        {"narrow", "matrix products by 128-bit vectors, of class NXL_DEBUG_CPU_TYPE (0)", run_narrow, comparison},
+        {"threads", "vector operations of class 3 on two threads", run_threads, comparison},
+        {"threads3", "matrix-matrix operations on two threads", run_threads3, comparison},
+        {"factor", "factorisations, solutions and inverses, one thread, against a peer", run_factor, comparison},
+        {"factor2", "the same on two threads", run_factor2, comparison},
+        {"primitives",
+         "vector and matrix primitives against loops written by hand, one thread",
+         run_primitives,
+         comparison},
+        {"krylov",
+         "FGMRES with ILU(0) on up to a million unknowns, one thread, against a peer",
+         run_krylov,
+         {"--library", "--filter", "--csv"}},
+        {"overhead", "what a call costs before its kernel starts", run_overhead, {"--library"}},
+        {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth, {}},
     };
     return all;
 }

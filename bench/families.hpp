@@ -10,14 +10,19 @@ namespace nxl::bench {
 struct Request {
     std::string family;
     std::string library = "libnxl.so.0";
-    std::string filter = "."; // a regular expression over the names of cases
-    std::string csv, plot;    // files to write; none when empty
+    std::string filter = ".";       // a regular expression over the names of cases
+    std::string csv, plot;          // files to write; none when empty
+    std::vector<std::string> peers; // files of further peers
+    std::vector<int> sizes;         // instead of the family's own
+    int threads = 0;                // 0: the family's own
+    bool self_check = false;
 };
 
 struct Family {
     const char* name;
     const char* description;
     int (*run)(const Request& request); // returns the program's exit status
+    std::vector<std::string> options;   // that it heeds
 };
 
 const std::vector<Family>& families();

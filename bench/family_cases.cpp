@@ -21,6 +21,15 @@ std::vector<Case> cases_of(const std::vector<Variants>& routines, const std::vec
 
 } // namespace
 
+std::vector<Case> with_sizes(const std::vector<Case>& cases, const std::vector<int>& orders) {
+    if (orders.empty()) return cases;
+    std::vector<Case> result;
+    for (const Case& which : cases)
+        if (std::ranges::find(result, which.label(), &Case::label) == result.end())
+            for (const int order : orders) result.push_back({which.routine, which.options, order});
+    return result;
+}
+
 std::vector<Case> level1_cases() {
     return cases_of({{"ddot"},  {"daxpy"}, {"dscal"},  {"dcopy"},  {"dswap"}, {"dasum"}, {"idamax"},
                      {"drot"},  {"dnrm2"}, {"zdotc"},  {"zdotu"},  {"zaxpy"}, {"zscal"}, {"zdscal"},

@@ -5,6 +5,10 @@
 
 namespace nxl::bench {
 
+/// Each routine with its options once for each order, instead of the sizes that it has; all of them when there is no
+/// order.
+std::vector<Case> with_sizes(const std::vector<Case>& cases, const std::vector<int>& orders);
+
 std::vector<Case> level1_cases();
 std::vector<Case> level2_cases();
 std::vector<Case> level3_cases();

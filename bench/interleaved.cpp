@@ -10,23 +10,25 @@ constexpr double batch_seconds = 30e-6; // a thousand times what reading the clo
 
 } // namespace
 
-Interleaved::Interleaved(std::vector<Batch> contenders, double least_seconds, Clock now, Preparation prepare)
+Interleaved::Interleaved(std::vector<Batch> contenders, double least_seconds, Clock now, Untimed untimed)
     : contenders_(std::move(contenders)),
       now_(now),
-      prepare_(std::move(prepare)),
+      untimed_(std::move(untimed)),
       samples_(contenders_.size()) {
-    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch, least_seconds));
+    // Where batches are looked at their number of calls is odd: every second call may undo the one before it.
+    const i64 odd = untimed_.after_batch ? 1 : 0;
+    for (const Batch& batch : contenders_) calls_.push_back(calls_per_batch(batch, least_seconds) | odd);
 }
 
 double Interleaved::time_of(const Batch& batch, i64 calls) const {
-    if (!prepare_) {
+    if (!untimed_.before_call) {
         const double start = now_();
         batch(calls);
         return now_() - start;
     }
     double seconds = 0.0;
     for (i64 call = 0; call < calls; ++call) {
-        prepare_();
+        untimed_.before_call();
         const double start = now_();
         batch(1);
         seconds += now_() - start;
@@ -50,7 +52,9 @@ double Interleaved::round() {
     double total = 0.0;
     for (std::size_t place = 0; place < contenders_.size(); ++place) {
         const std::size_t i = (first_ + place) % contenders_.size();
+        if (untimed_.before_batch) untimed_.before_batch();
         const double seconds = time_of(contenders_[i], calls_[i]);
+        if (untimed_.after_batch) untimed_.after_batch(i, calls_[i]);
         samples_[i].push_back(seconds / static_cast<double>(calls_[i]));
         total += seconds;
     }

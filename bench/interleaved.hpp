@@ -10,14 +10,18 @@ namespace nxl::bench {
 /// Does its work `calls` times over.
 using Batch = std::function<void(i64 calls)>;
 
-/// Makes ready for the next call, which is then timed by itself; empty where calls follow on each other.
-using Preparation = std::function<void()>;
+/// What happens beside the clock; each may be empty.
+struct Untimed {
+    std::function<void()> before_call; // each call is then timed by itself, instead of calls that follow on each other
+    std::function<void()> before_batch;
+    std::function<void(std::size_t contender, i64 calls)> after_batch; // of those that count
+};
 
 /// Rounds of one short batch per contender; the first to run moves on by one every round.
 class Interleaved {
     std::vector<Batch> contenders_;
     Clock now_;
-    Preparation prepare_;
+    Untimed untimed_;
     std::vector<i64> calls_;                   // per batch, for each contender
     std::vector<std::vector<double>> samples_; // seconds per call
     std::size_t first_ = 0;
@@ -29,7 +33,7 @@ class Interleaved {
   public:
     /// Finds how many calls make a batch worth timing, unless one that takes least_seconds is enough.
     explicit Interleaved(std::vector<Batch> contenders, double least_seconds = 0.0, Clock now = wall_seconds,
-                         Preparation prepare = {});
+                         Untimed untimed = {});
 
     /// Returns the seconds that the timed part took.
     double round();

@@ -6,6 +6,7 @@
 #include "bench/krylov_system.hpp"
 #include "bench/machine.hpp"
 #include "bench/peak.hpp"
+#include "common/run_program.hpp"
 #include "include/nxl.h"
 #include <algorithm>
 #include <array>
@@ -269,9 +270,10 @@ int run_krylov(const Request& request) {
             all.push_back(result);
         }
     }
+    if (all.empty()) throw no_case(request.family, request.filter);
     if (!request.csv.empty()) write_csv(all, request.csv);
     const bool solved = std::ranges::all_of(all, &Result::solved);
-    return !all.empty() && solved ? EXIT_SUCCESS : EXIT_FAILURE;
+    return solved ? common::kDone : common::kNotConverged;
 }
 
 } // namespace nxl::bench

@@ -3,6 +3,8 @@
 #include "bench/library.hpp"
 #include <cstdlib>
 #include <dlfcn.h>
+#include <filesystem>
+#include <link.h>
 #include <stdexcept>
 #include <utility>
 
@@ -66,6 +68,22 @@ std::vector<Library> Library::hand_loops() {
     std::vector<Library> found;
     found.push_back(std::move(peer));
     return found;
+}
+
+Library Library::peer(const std::string& file) {
+    const std::string base = file.substr(file.rfind('/') + 1);
+    Library library(base.substr(0, base.find(".so")), file, "_", ComplexResult::by_value);
+    if (!library.loaded()) throw std::runtime_error("cannot load the peer: " + std::string(dlerror()));
+    library.version = library.file();
+    return library;
+}
+
+std::string Library::file() const {
+    link_map* map = nullptr;
+    if (dlinfo(handle_, RTLD_DI_LINKMAP, &map) != 0) return {};
+    std::error_code trouble;
+    const auto path = std::filesystem::canonical(map->l_name, trouble);
+    return trouble ? map->l_name : path.string();
 }
 
 void limit_threads_of_peers(int threads) {

@@ -29,6 +29,8 @@ class Library {
     static std::vector<Library> openblas(); // none or one
     static std::vector<Library> peers();
     static std::vector<Library> hand_loops(); // built with nxl-bench, for the primitives
+    static Library peer(const std::string& file); // with Fortran's names, a trailing underscore; throws
+    std::string file() const;                     // that was loaded
 
     bool loaded() const { return handle_ != nullptr; }
     Symbol symbol(const std::string& routine) const;

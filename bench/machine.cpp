@@ -1,8 +1,11 @@
 #include "bench/machine.hpp"
+#include "bench/routines.hpp"
 #include "service/cpu_class.hpp"
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <thread>
+#include <utility>
 
 namespace nxl::bench {
 namespace {
@@ -29,6 +32,22 @@ void print_libraries(const Library& nxl, const std::vector<Library>& peers) {
     print_library(nxl);
     for (const Library& peer : peers) std::printf("%-10s %s\n", peer.name.c_str(), peer.version.c_str());
     if (peers.empty()) std::printf("no peer is installed here\n");
+}
+
+void print_offers(const std::vector<Library>& libraries) {
+    const std::pair<const char*, const std::vector<Routine>*> tables[] = {{"level1", &level1_routines()},
+                                                                          {"level2", &level2_routines()},
+                                                                          {"level3", &level3_routines()},
+                                                                          {"factor", &factor_routines()}};
+    for (const Library& library : libraries) {
+        std::printf("  %-10s  %s\n%14s%s\n%14s", library.name.c_str(), library.version.c_str(), "",
+                    library.file().c_str(), "");
+        for (const auto& [name, rows] : tables) {
+            const auto has = [&](const Routine& row) { return library.symbol(row.name).address != nullptr; };
+            std::printf("%s %td of %zu%s", name, std::ranges::count_if(*rows, has), rows->size(),
+                        rows == tables[3].second ? " routines\n" : ", ");
+        }
+    }
 }
 
 } // namespace nxl::bench

@@ -4,6 +4,8 @@
 #include "bench/interleaved.hpp"
 #include "bench/machine.hpp"
 #include "blas/kernel/default_em64t/level1/slots.hpp"
+#include "common/run_program.hpp"
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +15,7 @@ namespace {
 
 constexpr i64 one = 1;
 constexpr int rounds = 2000;
+constexpr int entry = 2; // the place of the entry in a row; peers follow
 
 /// The kernel's address, and no way for the compiler to know it.
 template <auto Member> auto kernel_address() {
@@ -47,7 +50,10 @@ void print_row(const std::string& name, const std::vector<Batch>& batches) {
     std::printf("%-8s", name.c_str());
     const std::vector<double> seconds = timing.seconds();
     for (const double value : seconds) std::printf(" %12.2f", value * 1e9);
-    std::printf("   %6.2f\n", (seconds[1] - seconds[0]) * 1e9);
+    const auto best = std::min_element(seconds.begin() + entry + 1, seconds.end());
+    std::printf("   %9.2f", (seconds[1] - seconds[0]) * 1e9);
+    if (best != seconds.end()) std::printf(" %12.2f", *best / seconds[entry]);
+    std::printf("\n");
 }
 
 } // namespace
@@ -60,7 +66,7 @@ int run_overhead(const Request& request) {
     print_libraries(nxl, peers);
     std::printf("\nns a call  %10s %12s %12s", "kernel", "by slot", "nxl entry");
     for (const Library& peer : peers) std::printf(" %12s", peer.name.c_str());
-    std::printf("   slot adds\n");
+    std::printf("   slot adds%s\n", peers.empty() ? "" : "  / best peer");
 
     Operands operands(Case{"", "", 1}, Layout{.x = {1, 1}, .y = {1, 1}});
     const auto with_entries = [&](const char* name, std::vector<Batch> batches) {
@@ -72,7 +78,7 @@ int run_overhead(const Request& request) {
                           ddot_calls([](auto&&... arguments) { return ddot_slot(arguments...); })});
     with_entries("dscal", {dscal_calls(kernel_address<&KernelTable::dscal>()),
                            dscal_calls([](auto&&... arguments) { dscal_slot(arguments...); })});
-    return EXIT_SUCCESS;
+    return common::kDone;
 }
 
 } // namespace nxl::bench

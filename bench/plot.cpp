@@ -1,6 +1,7 @@
 #include "bench/plot.hpp"
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <limits>
 #include <sstream>
@@ -104,11 +105,13 @@ std::string rate_script(const Report& report, const std::string& file) {
 }
 
 void run_gnuplot(const std::string& commands) {
+    const auto before = std::signal(SIGPIPE, SIG_IGN); // a missing gnuplot is reported, not died of
     FILE* gnuplot =
         popen("gnuplot", "w"); // NOLINT(cert-env33-c): a plotting program of the user's choice, from the path
     const bool written = gnuplot && std::fwrite(commands.data(), 1, commands.size(), gnuplot) == commands.size();
     if (!gnuplot || pclose(gnuplot) != 0 || !written)
-        std::fprintf(stderr, "nxl-bench: no plot, because gnuplot did not run\n");
+        std::fprintf(stderr, "nxl-bench: note: no plot, because gnuplot did not run\n");
+    std::signal(SIGPIPE, before);
 }
 
 } // namespace

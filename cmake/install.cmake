@@ -1,4 +1,5 @@
-# What `cmake --install` puts where: the library, what its users compile against, and what finds it for them.
+# What `cmake --install` puts where: the library (component runtime), and what its users compile against and what finds it
+# for them (component dev). The programs (component tools) are installed where they are built.
 include(CMakePackageConfigHelpers)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}") # of the programs, so that any prefix works
 
@@ -6,20 +7,21 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/nxl)
 set(generated ${PROJECT_BINARY_DIR}/install)
 
 install(TARGETS nxl EXPORT nxl
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set_target_properties(nxl PROPERTIES INSTALL_RPATH "")
 install(FILES ${PROJECT_SOURCE_DIR}/include/nxl.h ${PROJECT_SOURCE_DIR}/include/nxl.f90
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 
 # find_package(nxl) gives the target nxl::nxl, and nxl_FORTRAN_MODULE_SOURCE, the file to compile with a Fortran program.
-install(EXPORT nxl NAMESPACE nxl:: FILE nxl-targets.cmake DESTINATION ${package_dir})
+install(EXPORT nxl NAMESPACE nxl:: FILE nxl-targets.cmake DESTINATION ${package_dir} COMPONENT dev)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/nxl-config.cmake.in ${generated}/nxl-config.cmake
     INSTALL_DESTINATION ${package_dir} PATH_VARS CMAKE_INSTALL_INCLUDEDIR)
 write_basic_package_version_file(${generated}/nxl-config-version.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${generated}/nxl-config.cmake ${generated}/nxl-config-version.cmake DESTINATION ${package_dir})
+install(FILES ${generated}/nxl-config.cmake ${generated}/nxl-config-version.cmake DESTINATION ${package_dir}
+    COMPONENT dev)
 
 # Paths in nxl.pc start from the folder of the file itself: the tree can be installed anywhere, and moved.
 file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/nxl.pc.in ${generated}/nxl.pc @ONLY)
-install(FILES ${generated}/nxl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${generated}/nxl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)

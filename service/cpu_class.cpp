@@ -41,20 +41,15 @@ CpuFeatures this_processor() { return {vendor_is_intel(), Cpuid(1).ecx}; }
 
 /// The operating system saves the upper halves of the 256-bit registers: XCR0 bits 1 and 2.
 bool system_saves_wide_registers() {
+    if (!(Cpuid(1).ecx & bit_OSXSAVE)) return false;
     unsigned low = 0, high = 0;
     __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
     return (low & 6) == 6;
 }
 
 bool has_avx2_and_fma() {
-    const unsigned needed = bit_OSXSAVE | bit_AVX | bit_FMA;
-    return (Cpuid(1).ecx & needed) == needed && system_saves_wide_registers() && (Cpuid(7).ebx & bit_AVX2) != 0;
-}
-
-int chosen_bits() {
-    const char* text = environment("NXL_VECTOR_BITS");
-    if (text && std::strcmp(text, "128") == 0) return 128;
-    return has_avx2_and_fma() ? 256 : 128;
+    const unsigned needed = bit_AVX | bit_FMA;
+    return (Cpuid(1).ecx & needed) == needed && (Cpuid(7).ebx & bit_AVX2) != 0;
 }
 
 } // namespace
@@ -74,10 +69,15 @@ int pack_class_of(const CpuFeatures& features) {
     return features.ecx1 & bit_SSSE3 ? 2 : 1;
 }
 
-CpuClass nxl_cpu_class_detect() {
+ClassChoice cpu_class_choice() {
     const int override_class = class_override();
     const CpuClass detected = class_of(this_processor());
-    const CpuClass result = override_class == no_override ? detected : static_cast<CpuClass>(override_class);
+    if (override_class == no_override) return {detected, detected, false};
+    return {detected, static_cast<CpuClass>(override_class), true};
+}
+
+CpuClass nxl_cpu_class_detect() {
+    const CpuClass result = cpu_class_choice().taken;
     cached_class.store(static_cast<int>(result), std::memory_order_relaxed);
     return result;
 }
@@ -93,9 +93,17 @@ int nxl_pack_cpu_class() {
     return cached;
 }
 
+WidthChoice vector_width_choice() {
+    const char* text = environment("NXL_VECTOR_BITS");
+    if (text && std::strcmp(text, "128") == 0) return {128, WidthReason::environment};
+    if (!has_avx2_and_fma()) return {128, WidthReason::processor_lacks_fma};
+    if (!system_saves_wide_registers()) return {128, WidthReason::system_does_not_save};
+    return {256, WidthReason::processor_has_fma};
+}
+
 int nxl_vector_bits() {
     int bits = cached_bits.load(std::memory_order_relaxed);
-    if (bits == 0) cached_bits.store(bits = chosen_bits(), std::memory_order_relaxed);
+    if (bits == 0) cached_bits.store(bits = vector_width_choice().bits, std::memory_order_relaxed);
     return bits;
 }
 

@@ -10,6 +10,13 @@ CpuClass nxl_cpu_class();
 /// Finds the class anew from the environment and CPUID and stores it for nxl_cpu_class.
 CpuClass nxl_cpu_class_detect();
 
+/// The class as CPUID gives it, and the one that nxl_cpu_class_detect takes.
+struct ClassChoice {
+    CpuClass detected, taken;
+    bool overridden; ///< NXL_DEBUG_CPU_TYPE holds a class
+};
+ClassChoice cpu_class_choice();
+
 /// The class of the pack and unpack family, 0 to 4, found at the first call. NXL_DEBUG_CPU_TYPE does not touch it.
 int nxl_pack_cpu_class();
 
@@ -24,5 +31,14 @@ int pack_class_of(const CpuFeatures& features);
 /// Bits of a vector register that kernels are bound for: 256 where the processor has AVX2 and FMA and the system saves
 /// their registers, else 128. NXL_VECTOR_BITS=128 asks for the narrow ones. Fixed at the first call.
 int nxl_vector_bits();
+
+enum class WidthReason { environment, processor_has_fma, processor_lacks_fma, system_does_not_save };
+
+/// The same, found anew, and what decided it.
+struct WidthChoice {
+    int bits;
+    WidthReason reason;
+};
+WidthChoice vector_width_choice();
 
 } // namespace nxl

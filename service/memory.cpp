@@ -2,7 +2,6 @@
 // allocator. The slots inside a record are thread_buffers.hpp's.
 #include "service/memory.hpp"
 #include "service/allocator_hooks.hpp"
-#include "service/environment.hpp"
 #include "service/spin_lock.hpp"
 #include "service/thread_buffers.hpp"
 #include <bit>
@@ -40,8 +39,7 @@ constinit std::atomic<Caching> caching{Caching::unknown};
 [[gnu::cold]] void read_environment() {
     const SpinGuard guard(table_lock);
     if (caching.load(std::memory_order_relaxed) != Caching::unknown) return;
-    const bool off = environment("NXL_DISABLE_FAST_MM") || environment("NXL_MM_DISABLE"); // whatever they hold, "0" too
-    caching.store(off ? Caching::off : Caching::on, std::memory_order_relaxed);
+    caching.store(cache_turned_off() ? Caching::off : Caching::on, std::memory_order_relaxed);
 }
 
 bool caching_is_off() {

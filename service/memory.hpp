@@ -1,5 +1,6 @@
 // The memory service: all scratch memory of the library, cached per thread.
 #pragma once
+#include "service/environment.hpp"
 #include "service/types.hpp"
 
 namespace nxl {
@@ -15,6 +16,9 @@ void nxl_buffer_free(void* block);
 /// Returns the cached blocks of all threads to the allocator; blocks in use stay. No other call into the library may
 /// run meanwhile. A thread that comes back later starts anew.
 void free_buffers();
+
+/// Whether the environment turns the cache off, whatever its variables hold, "0" too. Read once, at the first request.
+inline bool cache_turned_off() { return environment("NXL_DISABLE_FAST_MM") || environment("NXL_MM_DISABLE"); }
 
 struct ThreadBufferRecord;
 

@@ -21,12 +21,6 @@ struct SysfsText {
     }
 };
 
-ProcessorSet online_processors(const char* sysfs) {
-    char path[512];
-    std::snprintf(path, sizeof path, "%s/online", sysfs);
-    return ProcessorSet::of_list(SysfsText(path).text);
-}
-
 /// A core is shared by a list of processors; the list's first one stands for it.
 bool stands_for_its_core(int processor, const char* sysfs) {
     char path[512];
@@ -50,6 +44,12 @@ ProcessorSet ProcessorSet::of_process(int pid) {
     return set;
 }
 
+ProcessorSet ProcessorSet::of_system(const char* sysfs) {
+    char path[512];
+    std::snprintf(path, sizeof path, "%s/online", sysfs);
+    return of_list(SysfsText(path).text);
+}
+
 ProcessorSet ProcessorSet::of_list(const char* text) {
     ProcessorSet set;
     for (char* end = nullptr;; text = end + 1) {
@@ -62,7 +62,7 @@ ProcessorSet ProcessorSet::of_list(const char* text) {
 }
 
 int count_physical_cores(const ProcessorSet& allowed, const char* sysfs) {
-    const ProcessorSet online = online_processors(sysfs);
+    const ProcessorSet online = ProcessorSet::of_system(sysfs);
     const int processors = allowed.size();
     if (online.size() == 0) return processors > 0 && processors == sysconf(_SC_NPROCESSORS_ONLN) ? processors : 1;
     if (allowed != online) return 1;

@@ -19,6 +19,9 @@ class ProcessorSet {
     /// The processors that process `pid` may run on; empty when the system does not say.
     static ProcessorSet of_process(int pid);
 
+    /// The online processors, of the system described under `sysfs` ("/sys/devices/system/cpu"); empty without it.
+    static ProcessorSet of_system(const char* sysfs);
+
     /// A list as the kernel writes it, "0-3,8"; it ends at the first character that does not belong to one.
     static ProcessorSet of_list(const char* text);
 };
@@ -27,8 +30,8 @@ class ProcessorSet {
 /// No thread is pinned or moved.
 int nxl_count_physical_cores();
 
-/// The same for a process that may run on `allowed`, with the processors described under `sysfs`
-/// ("/sys/devices/system/cpu"). Without a description each processor counts as a core.
+/// The same for a process that may run on `allowed`, with the processors described under `sysfs`.
+/// Without a description each processor counts as a core.
 int count_physical_cores(const ProcessorSet& allowed, const char* sysfs);
 
 } // namespace nxl

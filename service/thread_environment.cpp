@@ -24,11 +24,6 @@ std::string_view take_until(std::string_view& rest, std::string_view stops) {
     return part;
 }
 
-void note(DomainCounts& counts, std::string_view name, int count) {
-    for (int domain = 0; domain < thread_domain_count; ++domain)
-        if (name == domain_names[domain] && count > 0 && counts.of[domain] < 0) counts.of[domain] = count;
-}
-
 } // namespace
 
 int thread_count_from(std::string_view text) {
@@ -43,16 +38,27 @@ int thread_count_from(std::string_view text) {
     return count;
 }
 
-DomainCounts domain_counts_from(std::string_view rest) {
+bool next_domain_entry(std::string_view& rest, DomainEntry& entry) {
+    skip(rest, separators);
+    entry.name = take_until(rest, name_ends);
+    if (entry.name.empty()) return false;
+    skip(rest, between_name_and_value);
+    entry.count = take_until(rest, separators);
+    if (!rest.empty()) rest.remove_prefix(1); // the separator, so that a quote right after "=" cannot stop the walk
+    return true;
+}
+
+int domain_named(std::string_view name) {
+    for (int domain = 0; domain < thread_domain_count; ++domain)
+        if (name == domain_names[domain]) return domain;
+    return -1;
+}
+
+DomainCounts domain_counts_from(std::string_view text) {
     DomainCounts counts;
-    while (!rest.empty()) {
-        skip(rest, separators);
-        const std::string_view name = take_until(rest, name_ends);
-        if (name.empty()) break;
-        skip(rest, between_name_and_value);
-        const std::string_view value = take_until(rest, separators);
-        if (!rest.empty()) rest.remove_prefix(1); // the separator, so that a quote right after "=" cannot stop the walk
-        note(counts, name, thread_count_from(value));
+    for (DomainEntry entry; next_domain_entry(text, entry);) {
+        const int domain = domain_named(entry.name), count = thread_count_from(entry.count);
+        if (domain >= 0 && count > 0 && counts.of[domain] < 0) counts.of[domain] = count;
     }
     return counts;
 }

@@ -10,6 +10,17 @@ inline constexpr int count_not_set = -1;
 /// A thread count. Digits alone are their number, at most the largest int; any other text, the empty one too, is 1.
 int thread_count_from(std::string_view text);
 
+/// One name and its count, as they stand in `NXL_DOMAIN_NUM_THREADS`.
+struct DomainEntry {
+    std::string_view name, count;
+};
+
+/// Takes the next entry off the list; false at its end.
+bool next_domain_entry(std::string_view& rest, DomainEntry& entry);
+
+/// The domain that an entry's name stands for; -1 for other names.
+int domain_named(std::string_view name);
+
 struct DomainCounts {
     int of[thread_domain_count] = {count_not_set, count_not_set, count_not_set, count_not_set};
 };

@@ -4,7 +4,6 @@
 #include "service/environment.hpp"
 #include "service/physical_cores.hpp"
 #include "service/thread_environment.hpp"
-#include <algorithm>
 #include <atomic>
 #include <omp.h>
 
@@ -13,18 +12,24 @@ namespace {
 
 constexpr int dynamic_not_set = -1;
 
-constinit std::atomic<int> stores[thread_domain_count] = {count_not_set, count_not_set, count_not_set, count_not_set};
+/// A domain's count and who set it, stored as one.
+struct Setting {
+    int count;
+    CountSource by;
+};
+constexpr Setting not_set = {count_not_set, CountSource::openmp};
+
+constinit std::atomic<Setting> stores[thread_domain_count] = {not_set, not_set, not_set, not_set};
 constinit std::atomic<int> dynamic_flag{dynamic_not_set};
 constinit std::atomic<int> physical_core_count{1};
 constinit std::atomic<bool> environment_pending{true};
 
-void store_if_unset(std::atomic<int>& store, int value) {
-    int unset = -1;
+template <class Value> void store_if(std::atomic<Value>& store, Value unset, Value value) {
     store.compare_exchange_strong(unset, value, std::memory_order_relaxed); // a 0 that the program stored stays too
 }
 
-void offer_count(int domain, int count) {
-    if (count > 0) store_if_unset(stores[domain], count);
+void offer_count(int domain, int count, CountSource source) {
+    if (count > 0) store_if(stores[domain], not_set, {count, source});
 }
 
 void finish_environment_step() {
@@ -34,34 +39,48 @@ void finish_environment_step() {
 
 bool known_domain(int domain) { return domain >= 0 && domain < thread_domain_count; }
 
-int requested_threads(int domain) {
+ThreadChoice choice_of(Setting setting, int domain) {
+    return {setting.count, setting.count, domain, setting.by, CountLimit::none};
+}
+
+ThreadChoice requested_threads(int domain) {
     if (known_domain(domain)) {
-        const int own = stores[domain].load(std::memory_order_relaxed);
-        if (own > 0) return own;
+        const Setting own = stores[domain].load(std::memory_order_relaxed);
+        if (own.count > 0) return choice_of(own, domain);
     }
-    const int all = stores[domain_all].load(std::memory_order_relaxed);
-    return all > 0 ? all : omp_get_max_threads();
+    const Setting all = stores[domain_all].load(std::memory_order_relaxed);
+    return choice_of(all.count > 0 ? all : Setting{omp_get_max_threads(), CountSource::openmp}, domain_all);
+}
+
+void hold(ThreadChoice& choice, int count, CountLimit limit) {
+    choice.count = count;
+    choice.limit = limit;
 }
 
 } // namespace
 
 void nxl_threads_read_env() {
-    if (const char* text = environment("NXL_NUM_THREADS")) offer_count(domain_all, thread_count_from(text));
+    if (const char* text = environment("NXL_NUM_THREADS"))
+        offer_count(domain_all, thread_count_from(text), CountSource::num_threads_variable);
     if (const char* text = environment("NXL_DOMAIN_NUM_THREADS")) {
         const DomainCounts counts = domain_counts_from(text);
-        for (int domain = 0; domain < thread_domain_count; ++domain) offer_count(domain, counts.of[domain]);
+        for (int domain = 0; domain < thread_domain_count; ++domain)
+            offer_count(domain, counts.of[domain], CountSource::domain_variable);
     }
     const char* dynamic = environment("NXL_DYNAMIC");
-    store_if_unset(dynamic_flag, !dynamic || dynamic_from(dynamic));
+    store_if(dynamic_flag, dynamic_not_set, int{!dynamic || dynamic_from(dynamic)});
     physical_core_count.store(nxl_count_physical_cores(), std::memory_order_relaxed);
     environment_pending.store(false, std::memory_order_release);
 }
 
-int max_threads(int domain) {
+ThreadChoice thread_choice(int domain) {
     finish_environment_step();
-    if (dynamic_flag.load(std::memory_order_relaxed) == 0) return requested_threads(domain);
-    if (omp_in_parallel()) return 1;
-    return std::min(requested_threads(domain), physical_core_count.load(std::memory_order_relaxed));
+    ThreadChoice choice = requested_threads(domain);
+    if (dynamic_flag.load(std::memory_order_relaxed) == 0) return choice;
+    const int cores = physical_core_count.load(std::memory_order_relaxed);
+    if (omp_in_parallel()) hold(choice, 1, CountLimit::parallel_region);
+    else if (cores < choice.count) hold(choice, cores, CountLimit::physical_cores);
+    return choice;
 }
 
 bool dynamic_threads() {
@@ -70,12 +89,12 @@ bool dynamic_threads() {
 }
 
 void set_num_threads(int count) {
-    if (count > 0) stores[domain_all].store(count, std::memory_order_relaxed);
+    if (count > 0) stores[domain_all].store({count, CountSource::program}, std::memory_order_relaxed);
 }
 
 bool domain_set_num_threads(int count, int domain) {
     if (count < 0 || !known_domain(domain)) return false;
-    stores[domain].store(count, std::memory_order_relaxed);
+    stores[domain].store({count, CountSource::program}, std::memory_order_relaxed);
     return true;
 }
 

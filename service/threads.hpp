@@ -8,8 +8,24 @@ namespace nxl {
 enum ThreadDomain : int { domain_all = 0, domain_blas = 1, domain_fft = 2, domain_vml = 3 };
 inline constexpr int thread_domain_count = 4;
 
-/// The threads that a call in `domain` may use, at least 1. An unknown domain is answered as `domain_all`.
-int max_threads(int domain);
+/// What a thread count was taken from.
+enum class CountSource : int { openmp, program, num_threads_variable, domain_variable };
+
+/// Why a count is lower than the one asked for.
+enum class CountLimit : int { none, physical_cores, parallel_region };
+
+/// A thread count and how it came about.
+struct ThreadChoice {
+    int count;     ///< that a call may use, at least 1
+    int requested; ///< the same before the limit
+    int store;     ///< the domain whose count was taken
+    CountSource source;
+    CountLimit limit;
+};
+
+/// The threads that a call in `domain` may use. An unknown domain is answered as `domain_all`.
+ThreadChoice thread_choice(int domain);
+inline int max_threads(int domain) { return thread_choice(domain).count; }
 
 /// Whether counts are held to the physical cores, and to 1 inside a parallel region. On unless the host said otherwise.
 bool dynamic_threads();

@@ -1,11 +1,9 @@
 // The command line as CLI11 sees it.
 #include "options.hpp"
 
-#include "common/input_error.hpp"
+#include "common/command_line.hpp"
 
-#include <CLI/CLI.hpp>
 #include <cmath>
-#include <iostream>
 
 namespace fir {
 namespace {
@@ -85,14 +83,7 @@ std::optional<Options> parse_options(int argc, char** argv) {
     Lists lists;
     CLI::App app("Designs a linear-phase filter whose largest error is least.", "nxl-fir");
     declare(app, options, lists);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& answered) {
-        app.exit(answered, std::cout, std::cerr);
-        return std::nullopt;
-    } catch (const CLI::ParseError& error) {
-        throw common::UsageError(error.what());
-    }
+    if (!common::parse(app, argc, argv)) return std::nullopt;
     options.bands = bands_of(lists, options.rate);
     return options;
 }

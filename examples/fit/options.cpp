@@ -1,18 +1,16 @@
 // The command line as CLI11 sees it.
 #include "options.hpp"
 
-#include "common/input_error.hpp"
+#include "common/command_line.hpp"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 
 namespace fit {
 namespace {
 
 std::string footer() {
-    return "Models:\n" + list_of_models() +
+    return "Models for --model:\n" + list_of_models() +
            "\nExit status: 0 fitted, 1 bad input or no memory, 2 bad usage, 3 not converged.\n"
            "Example: nxl-fit decay.csv --model exponential --plot decay.svg";
 }
@@ -26,7 +24,7 @@ void declare(CLI::App& app, Options& o, Lists& lists) {
     app.footer(footer());
     app.add_option("FILE", o.file, "Columns x, y and, where known, the standard deviation of y; plain or gzip")
         ->required()
-        ->option_text(" ");
+        ->option_text(".csv|.txt|.dat|.gz");
     app.add_option("--model", o.model, "What to fit, see below")->required()->option_text("NAME|FORMULA");
     app.add_option("--start", lists.start, "Values to start from [named models: estimated from the data; else 1]")
         ->option_text("A=1,B=0.5");
@@ -63,14 +61,7 @@ std::optional<Options> parse_options(int argc, char** argv) {
     Lists lists;
     CLI::App app("Fits a model to points by nonlinear least squares.", "nxl-fit");
     declare(app, options, lists);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& answered) {
-        app.exit(answered, std::cout, std::cerr);
-        return std::nullopt;
-    } catch (const CLI::ParseError& error) {
-        throw common::UsageError(error.what());
-    }
+    if (!common::parse(app, argc, argv)) return std::nullopt;
     options.start = values_of("--start", lists.start);
     options.lower = values_of("--lower", lists.lower);
     options.upper = values_of("--upper", lists.upper);

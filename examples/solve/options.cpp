@@ -1,11 +1,9 @@
 // The command line as CLI11 sees it.
 #include "options.hpp"
 
+#include "common/command_line.hpp"
 #include "generators.hpp"
 #include "input_error.hpp"
-
-#include <CLI/CLI.hpp>
-#include <iostream>
 
 namespace solve {
 namespace {
@@ -47,7 +45,7 @@ void declare_iterations(CLI::App& app, Settings& s) {
 void declare(CLI::App& app, Options& o) {
     app.set_version_flag("--version", "nxl-solve " NXL_SOLVE_VERSION);
     app.footer(footer());
-    app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(" ");
+    app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(".mtx|.mtx.gz");
     app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
     app.add_option("--method", o.settings.method,
                    "lu, of a dense copy; cholesky, if symmetric or Hermitian positive definite; cg, conjugate "
@@ -97,14 +95,7 @@ std::optional<Options> parse_options(int argc, char** argv) {
     CLI::App app("Solves A x = b for a sparse or dense matrix from a Matrix Market file or a generated problem.",
                  "nxl-solve");
     declare(app, options);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& answered) {
-        app.exit(answered, std::cout, std::cerr);
-        return std::nullopt;
-    } catch (const CLI::ParseError& error) {
-        throw UsageError(error.what());
-    }
+    if (!common::parse(app, argc, argv)) return std::nullopt;
     if (options.file.empty() == options.generate.empty())
         throw UsageError("one matrix is expected: a FILE or --generate KIND:SIZE");
     choose_by_options(app, options.settings);

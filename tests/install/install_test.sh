@@ -47,6 +47,18 @@ module=$(pkg-config --variable=includedir nxl)/nxl.f90
 gfortran "$module" fortran_caller.f90 -o fortran_caller $(pkg-config --libs nxl) "-Wl,-rpath,$lib"
 ./fortran_caller
 
-[[ ! -x $prefix/bin/nxl-solve ]] || "$prefix/bin/nxl-solve" --version
-[[ ! -x $prefix/bin/nxl-fit ]] || "$prefix/bin/nxl-fit" --version
-[[ ! -x $prefix/bin/nxl-fir ]] || "$prefix/bin/nxl-fir" --version
+# Each program that was built runs from where it was moved to, finds the library there, and has its completion.
+for program in "$prefix"/bin/*; do
+    [[ -x $program ]] || continue # none was built
+    "$program" --version
+    [[ -f $prefix/share/bash-completion/completions/${program##*/} ]] || fail "no completion of $program"
+done
+[[ ! -x $prefix/bin/nxl-info ]] || "$prefix/bin/nxl-info" | grep -F "$library" || fail "nxl-info loads another library"
+[[ ! -x $prefix/bin/nxl-bench ]] || "$prefix/bin/nxl-bench" --list | grep -F "$lib/" || fail "nxl-bench loads another library"
+
+# Packages are cut by component: run-time holds the library alone, nothing but what developers need is in dev.
+for component in runtime dev; do
+    cmake --install "$build" --prefix "$work/$component" --component "$component" >"$work/install.log"
+done
+[[ -z $(find "$work/runtime" -type f ! -name "libnxl.so.$version") ]] || fail "$(find "$work/runtime")"
+[[ -f $work/dev/include/nxl.h && -z $(find "$work/dev" -name "libnxl.so.*") ]] || fail "$(find "$work/dev")"

@@ -1,0 +1,77 @@
+// nxl-bench from outside: what it lists, refuses and writes, and that a library with wrong results gets no figure.
+#include "tests/examples/run_program.hpp"
+
+namespace {
+
+class Bench : public program_test::Program {
+  protected:
+    const std::string wrong_peer_ = " --peer '" NXL_WRONG_BLAS "'",
+                      right_peers_ = " --peer /usr/lib/x86_64-linux-gnu/blas/libblas.so.3"
+                                     " --peer /usr/lib/x86_64-linux-gnu/lapack/liblapack.so.3";
+    Bench() : Program(NXL_BENCH_PROGRAM) {}
+};
+
+bool has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+TEST_F(Bench, ListsFamiliesAndWhatEachLibraryOffers) {
+    const auto list = run("--list" + wrong_peer_);
+    EXPECT_EQ(list.status, 0) << list.err;
+    for (const char* part :
+         {"\n  krylov ", "nxl  ", "/libnxl.so.0.", "level1 20 of 20, level2 15 of 15", "libwrong_blas.so\n",
+          "level1 2 of 20, level2 0 of 15, level3 0 of 15, factor 0 of 12 routines\n"})
+        EXPECT_TRUE(has(list.out, part)) << part << "\n" << list.out;
+}
+
+TEST_F(Bench, SelfCheckedRowsOfSeveralFamilies) {
+    const auto result =
+        run("level1 factor --self-check --filter '(ddot|daxpy|dgetrf)/' --sizes 30,40 --csv f.csv" + right_peers_);
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.err, "");
+    for (const char* row : {"\nddot ", "\ndaxpy ", "\ndgetrf ", "of peak"})
+        EXPECT_TRUE(has(result.out, row)) << result.out;
+    const std::string level1 = read("f-level1.csv"), factor = read("f-factor.csv");
+    EXPECT_TRUE(has(level1, "level1,ddot,30,1,nxl,") && has(level1, "level1,daxpy,40,1,libblas,")) << level1;
+    EXPECT_TRUE(has(factor, "factor,dgetrf,40,1,liblapack,")) << factor;
+}
+
+TEST_F(Bench, WrongResultsGetNoFigure) {
+    const auto dot = run("level1 --filter ddot/ --sizes 50 --csv f.csv" + wrong_peer_);
+    EXPECT_EQ(dot.status, 3);
+    EXPECT_TRUE(has(dot.err, "nxl-bench: level1/ddot/50") && has(dot.err, "libwrong_blas has another result"))
+        << dot.err;
+    EXPECT_FALSE(has(dot.out, "\nddot ")) << dot.out;
+    EXPECT_FALSE(has(read("f.csv"), "ddot"));
+
+    // Right in the calls before the timing: only the check of the timed ones finds it.
+    const auto axpy = run("level1 --self-check --filter daxpy/ --sizes 50" + wrong_peer_);
+    EXPECT_EQ(axpy.status, 3);
+    EXPECT_TRUE(has(axpy.err, "level1/daxpy/50")) << axpy.err;
+    EXPECT_FALSE(has(axpy.out, "\ndaxpy ")) << axpy.out;
+
+    const auto library = run("level1 --filter ddot/ --sizes 50 --library '" NXL_WRONG_BLAS "'");
+    EXPECT_EQ(library.status, 3);
+    EXPECT_TRUE(has(library.err, "nxl has no ddot")) << library.err;
+}
+
+TEST_F(Bench, MistakesAreToldBeforeAnythingRuns) {
+    struct Mistake {
+        const char *arguments, *message;
+        int status;
+    };
+    for (const auto& [arguments, message, status] :
+         {Mistake{"", "a family is expected", 2}, Mistake{"gem", "gem not in", 2},
+          Mistake{"krylov --threads 2", "--threads does not belong to family krylov", 2},
+          Mistake{"level1 bandwidth --csv f.csv", "--csv does not belong to family bandwidth", 2},
+          Mistake{"level1 --sizes 0", "--sizes", 2}, Mistake{"level1 --filter nothing", "no case of level1 matches", 2},
+          Mistake{"level1 --csv /nowhere/f.csv", "cannot write /nowhere/f.csv", 1},
+          Mistake{"level1 --library /nowhere.so", "cannot load the library", 1},
+          Mistake{"level1 --peer /nowhere.so", "cannot load the peer", 1}}) {
+        const auto result = run(arguments);
+        EXPECT_EQ(result.status, status) << arguments;
+        EXPECT_TRUE(result.err.starts_with("nxl-bench: ") && has(result.err, message))
+            << arguments << ": " << result.err;
+        EXPECT_FALSE(has(result.out, "GFLOP/s  ")) << result.out;
+    }
+}
+
+} // namespace
