@@ -1,6 +1,6 @@
-/* Counts the calls of a program into libnxl.so: LD_PRELOAD="libnxl_gnu.so libnxl_calls.so" NXL_CALLS=FILE PROGRAM. When the
- * process ends, one line per routine that was called is appended to FILE, with the number of calls and the
- * number of the process. */
+/* Counts the calls of a program into libnxl.so: LD_PRELOAD="libnxl_gnu.so libnxl_calls.so" NXL_CALLS=FILE PROGRAM. When
+ * the process ends, one line per routine that was called is appended to FILE, with the number of calls and the number
+ * of the process. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <stdio.h>

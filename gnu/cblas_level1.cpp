@@ -50,9 +50,7 @@ NXL_EXPORT CBLAS_INDEX cblas_izamin(int N, const void* X, int incX) noexcept {
     return index_of(izamin(&N, z(X), &incX));
 }
 
-NXL_EXPORT void cblas_dswap(int N, double* X, int incX, double* Y, int incY) noexcept {
-    dswap(&N, X, &incX, Y, &incY);
-}
+NXL_EXPORT void cblas_dswap(int N, double* X, int incX, double* Y, int incY) noexcept { dswap(&N, X, &incX, Y, &incY); }
 
 NXL_EXPORT void cblas_zswap(int N, void* X, int incX, void* Y, int incY) noexcept {
     zswap(&N, z(X), &incX, z(Y), &incY);

@@ -1,5 +1,5 @@
-// CBLAS level 2. By rows, what is stored is the transpose B of the matrix A: the routine runs on B, with the other triangle
-// and the other operation; complex routines need conj(B) = A^H and get it by conjugating the vectors instead.
+// CBLAS level 2. By rows, what is stored is the transpose B of the matrix A: the routine runs on B, with the other
+// triangle and the other operation; complex routines need conj(B) = A^H and get it by conjugating the vectors instead.
 #include "gnu/cblas_arguments.hpp"
 #include "nxl.h"
 #include "service/export.hpp"

@@ -4,29 +4,21 @@
 #include <cstddef>
 #include <dlfcn.h>
 
-namespace {
-
-template <class Fn> Fn* function_at(void* address) { return reinterpret_cast<Fn*>(address); }
-
-} // namespace
-
 extern "C" {
 
-/// A program, or a library before this one, may define its own, which then takes the reports of both libraries. Failing
-/// that they go where they would go without this library, to the next xerbla_ in the order of loading; and if there is
-/// none, libnxl.so prints its line.
-NXL_EXPORT void xerbla_(const char* srname, const int* info, std::size_t length) noexcept {
-    if (void* next = dlsym(RTLD_NEXT, "xerbla_"))
-        return function_at<void(const char*, const int*, std::size_t)>(next)(srname, info, length);
-    void* const library = dlopen(NXL_SONAME, RTLD_LAZY | RTLD_NOLOAD); // by its handle: XERBLA below comes before its own
-    if (!library) return;
-    function_at<void(const char*, const int*, int)>(dlsym(library, "XERBLA"))(srname, info, static_cast<int>(length));
-    dlclose(library);
-}
+/// Whoever in the process has one: the program, or a library, such as the other BLAS. None is defined here: preloaded, it
+/// would come before those of libraries, and take the reports of the other BLAS from them.
+[[gnu::weak]] void xerbla_(const char* srname, const int* info, std::size_t length);
 
-/// Takes the place of the XERBLA of libnxl.so.
+/// Takes the place of the XERBLA of libnxl.so, which prints its line when there is no xerbla_.
 NXL_EXPORT void XERBLA(const char* srname, const int* info, int length) noexcept {
-    xerbla_(srname, info, static_cast<std::size_t>(length));
+    if (xerbla_) return xerbla_(srname, info, static_cast<std::size_t>(length));
+    void* const library = dlopen(NXL_SONAME, RTLD_LAZY | RTLD_NOLOAD);
+    if (!library) return;
+    // By the handle, where libnxl.so comes first.
+    const auto print = reinterpret_cast<decltype(&XERBLA)>(dlsym(library, "XERBLA"));
+    print(srname, info, length);
+    dlclose(library);
 }
 
 } // extern "C"

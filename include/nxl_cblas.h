@@ -1,19 +1,19 @@
-/* nxl: CBLAS, double precision, real and complex. Link with -lnxl_gnu. Names, prototypes and enumerators are those of the
- * C interface to the legacy BLAS (BLAS Technical Forum Standard, 2001, appendix B), so a program may just as well be
- * compiled with another library's cblas.h; include one of the two.
+/* nxl: CBLAS, double precision, real and complex. Link with -lnxl_gnu. Names, prototypes and enumerators are those of
+ * the C interface to the legacy BLAS (BLAS Technical Forum Standard, 2001, appendix B), so a program may just as well
+ * be compiled with another library's cblas.h; include one of the two.
  *
- * What the routines compute, and what holds for their arguments, is described in nxl.h with the routine of the same name.
- * Here sizes, leading dimensions, increments and real scalars come by value; complex scalars, vectors and matrices by
- * address, as pointers to void.
- *   Order   CblasRowMajor: element (i,j) of a matrix stands at a[i * lda + j], and lda is at least its number of columns;
- *           CblasColMajor: at a[i + j * lda], and lda is at least its number of rows
+ * What the routines compute, and what holds for their arguments, is described in nxl.h with the routine of the same
+ * name. Here sizes, leading dimensions, increments and real scalars come by value; complex scalars, vectors and
+ * matrices by address, as pointers to void. Order   CblasRowMajor: element (i,j) of a matrix stands at a[i * lda + j],
+ * and lda is at least its number of columns; CblasColMajor: at a[i + j * lda], and lda is at least its number of rows
  * Row-major calls run on the transposed problem in place. Where that takes conjugates (zgemv, ztrmv and ztrsv with
  * CblasConjTrans, zhemv, zher, zher2, zgerc) a conjugated copy is made of vectors that are read, from the heap above 64
  * elements, and y or x is conjugated in its place before and after.
  *
- * Bad arguments go to cblas_xerbla with their position, from 1, in the lists below; the first bad one counts, and the call
- * returns with nothing changed. Bad is: a value that is none of its type's enumerators, CblasConjTrans for zsyrk and
- * zsyr2k, CblasTrans for zherk and zher2k, a size below 0, an increment of 0, a leading dimension that is too small.
+ * Bad arguments go to cblas_xerbla with their position, from 1, in the lists below; the first bad one counts, and the
+ * call returns with nothing changed. Bad is: a value that is none of its type's enumerators, CblasConjTrans for zsyrk
+ * and zsyr2k, CblasTrans for zherk and zher2k, a size below 0, an increment of 0, a leading dimension that is too
+ * small.
  */
 #ifndef NXL_CBLAS_H
 #define NXL_CBLAS_H
@@ -31,11 +31,11 @@ extern "C" {
 
 #define CBLAS_INDEX size_t
 
-typedef NXL_CBLAS_ENUM(CBLAS_ORDER) { CblasRowMajor = 101, CblasColMajor = 102 } CBLAS_ORDER;
-typedef NXL_CBLAS_ENUM(CBLAS_TRANSPOSE) { CblasNoTrans = 111, CblasTrans = 112, CblasConjTrans = 113 } CBLAS_TRANSPOSE;
-typedef NXL_CBLAS_ENUM(CBLAS_UPLO) { CblasUpper = 121, CblasLower = 122 } CBLAS_UPLO;
-typedef NXL_CBLAS_ENUM(CBLAS_DIAG) { CblasNonUnit = 131, CblasUnit = 132 } CBLAS_DIAG;
-typedef NXL_CBLAS_ENUM(CBLAS_SIDE) { CblasLeft = 141, CblasRight = 142 } CBLAS_SIDE;
+typedef NXL_CBLAS_ENUM(CBLAS_ORDER){CblasRowMajor = 101, CblasColMajor = 102} CBLAS_ORDER;
+typedef NXL_CBLAS_ENUM(CBLAS_TRANSPOSE){CblasNoTrans = 111, CblasTrans = 112, CblasConjTrans = 113} CBLAS_TRANSPOSE;
+typedef NXL_CBLAS_ENUM(CBLAS_UPLO){CblasUpper = 121, CblasLower = 122} CBLAS_UPLO;
+typedef NXL_CBLAS_ENUM(CBLAS_DIAG){CblasNonUnit = 131, CblasUnit = 132} CBLAS_DIAG;
+typedef NXL_CBLAS_ENUM(CBLAS_SIDE){CblasLeft = 141, CblasRight = 142} CBLAS_SIDE;
 typedef CBLAS_ORDER CBLAS_LAYOUT; /* its later name */
 
 /* Takes all reports. Prints to standard error: the position p and the routine, unless p is 0, and what form says, as
@@ -52,7 +52,8 @@ double cblas_dznrm2(int N, const void* X, int incX) NXL_CBLAS_NOEXCEPT;
 double cblas_dasum(int N, const double* X, int incX) NXL_CBLAS_NOEXCEPT;
 double cblas_dzasum(int N, const void* X, int incX) NXL_CBLAS_NOEXCEPT;
 
-/* Positions count from 0 here, and an empty vector gives 0. The two for the smallest element are not in the standard. */
+/* Positions count from 0 here, and an empty vector gives 0. The two for the smallest element are not in the standard.
+ */
 CBLAS_INDEX cblas_idamax(int N, const double* X, int incX) NXL_CBLAS_NOEXCEPT;
 CBLAS_INDEX cblas_izamax(int N, const void* X, int incX) NXL_CBLAS_NOEXCEPT;
 CBLAS_INDEX cblas_idamin(int N, const double* X, int incX) NXL_CBLAS_NOEXCEPT;

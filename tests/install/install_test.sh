@@ -22,14 +22,15 @@ library=$(find "$prefix" -name "libnxl.so.$version")
 lib=$(dirname "$library")
 leaks=$(grep -rIlF -e "$build" -e "$work/first" "$prefix" || true)
 [[ -z $leaks ]] || fail "paths of the build tree in: $leaks"
-! readelf -d "$library" | grep -F "$build" || fail "the library searches the build tree"
+! readelf -d "$library" "$(dirname "$library")/libnxl_gnu.so" | grep -F "$build" || fail "a library searches the build tree"
 
 soname=$(readelf -d "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
 [[ $soname == "libnxl.so.${version%%.*}" ]] || fail "soname $soname"
 [[ $(readlink -f "$lib/$soname") == "$library" ]] || fail "$soname does not lead to $library"
 
 # Each user builds from a copy, out of reach of the source tree.
-cp -r "$examples/consumer" "$examples/c_caller.c" "$examples/fortran_caller.f90" "$work"
+cp -r "$examples/consumer" "$examples/c_caller.c" "$examples/cblas_caller.c" \
+    "$examples/fortran_caller.f90" "$work"
 cd "$work"
 
 cmake -G Ninja -S consumer -B consumer/build -DCMAKE_PREFIX_PATH="$prefix" >cmake.log || fail "$(cat cmake.log)"
@@ -46,6 +47,14 @@ module=$(pkg-config --variable=includedir nxl)/nxl.f90
 # shellcheck disable=SC2046
 gfortran "$module" fortran_caller.f90 -o fortran_caller $(pkg-config --libs nxl) "-Wl,-rpath,$lib"
 ./fortran_caller
+
+# The names of GNU programs: linked, from C; and preloaded, into a program that never heard of the library. A preloaded
+# library finds the other beside itself.
+# shellcheck disable=SC2046
+"$CC" -Wall -Werror cblas_caller.c -o cblas_caller $(pkg-config --cflags --libs nxl_gnu) "-Wl,-rpath,$lib"
+./cblas_caller
+env -u LD_LIBRARY_PATH "LD_PRELOAD=$lib/libnxl_gnu.so.${version%%.*}" true 2>preload.log
+[[ ! -s preload.log ]] || fail "$(cat preload.log)"
 
 [[ ! -x $prefix/bin/nxl-solve ]] || "$prefix/bin/nxl-solve" --version
 [[ ! -x $prefix/bin/nxl-fit ]] || "$prefix/bin/nxl-fit" --version
