@@ -6,8 +6,8 @@
 
 extern "C" {
 
-/// Whoever in the process has one: the program, or a library, such as the other BLAS. None is defined here: preloaded, it
-/// would come before those of libraries, and take the reports of the other BLAS from them.
+/// Whoever in the process has one: the program, or a library, such as the other BLAS. None is defined here: preloaded,
+/// it would come before those of libraries, and take the reports of the other BLAS from them.
 [[gnu::weak]] void xerbla_(const char* srname, const int* info, std::size_t length);
 
 /// Takes the place of the XERBLA of libnxl.so, which prints its line when there is no xerbla_.

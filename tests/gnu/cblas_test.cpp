@@ -41,7 +41,7 @@ const int sizes[] = {0, 1, 5, 70}; // the last is too long for a vector's copy o
 // ---- Operands ----
 
 template <class T> T value(int seed, int i, int j) {
-    const auto part = [&](int s) { return static_cast<double>((s * 7 + i * 5 + j * 11 + i * j * 3) % 7 - 3); };
+    const auto part = [&](int s) { return static_cast<double>((s * 3 + i * 5 + j * 11 + i * j * 3) % 7 - 3); };
     if constexpr (std::is_same_v<T, double>) return part(seed);
     else return {part(seed), part(seed + 2)};
 }
