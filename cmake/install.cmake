@@ -9,7 +9,7 @@ install(TARGETS nxl nxl_gnu EXPORT nxl
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set_target_properties(nxl PROPERTIES INSTALL_RPATH "")
-set_target_properties(nxl_gnu PROPERTIES INSTALL_RPATH "$ORIGIN") # a preloaded library has only itself to find the other by
+set_target_properties(nxl_gnu PROPERTIES INSTALL_RPATH "$ORIGIN") # preloaded, it finds the other beside itself
 install(FILES ${PROJECT_SOURCE_DIR}/include/nxl.h ${PROJECT_SOURCE_DIR}/include/nxl.f90
     ${PROJECT_SOURCE_DIR}/include/nxl_cblas.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

@@ -1,4 +1,5 @@
-/* The entries of libnxl.so once more: each adds one to its count and jumps on. call_counter.c finds where to, and tells. */
+/* The entries of libnxl.so once more: each adds one to its count and jumps on. call_counter.c finds where to, and
+ * tells. */
 .macro counted entry
     .text
     .globl \entry
@@ -15,7 +16,7 @@
 
     .data
     .p2align 3
-\entry\()_call: /* struct call of call_counter.c */
+\entry\()_call: /* struct Call of call_counter.c */
     .quad 0
     .quad 0
     .quad \entry\()_name

@@ -7,23 +7,23 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-struct call {
+struct Call {
     unsigned long count;
     void* target; /* the entry of libnxl.so */
     const char* name;
 };
 
-extern struct call first_call[], end_of_calls[];
+extern struct Call first_call[], end_of_calls[];
 
 __attribute__((constructor)) static void find_targets(void) {
-    for (struct call* c = first_call; c < end_of_calls; ++c) c->target = dlsym(RTLD_NEXT, c->name);
+    for (struct Call* c = first_call; c < end_of_calls; ++c) c->target = dlsym(RTLD_NEXT, c->name);
 }
 
 __attribute__((destructor)) static void tell(void) {
     const char* path = getenv("NXL_CALLS");
     FILE* file = path ? fopen(path, "a") : NULL;
     if (!file) return;
-    for (const struct call* c = first_call; c < end_of_calls; ++c)
+    for (const struct Call* c = first_call; c < end_of_calls; ++c)
         if (c->count != 0) fprintf(file, "%s %lu %d\n", c->name, c->count, (int)getpid());
     fclose(file);
 }

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# try_programs.sh BUILD_DIR [python] [octave] [r] [scalapack]: runs the linear algebra tests of programs that know nothing of
-# this library, first as they are and then with libnxl_gnu.so preloaded, and compares what fails. Behind stands the reference
-# BLAS and LAPACK of Debian. Outputs, and the calls that reached libnxl.so, stay in BUILD_DIR/programs.
+# try_programs.sh BUILD_DIR [python] [octave] [r] [scalapack]: runs the linear algebra tests of programs that know
+# nothing of this library, as they are and with libnxl_gnu.so preloaded, and compares what fails. Behind stands Debian's
+# reference BLAS and LAPACK. Outputs, and the calls that reached libnxl.so, stay in BUILD_DIR/programs.
 set -euo pipefail
 build=$(readlink -f "$1")
 shift
@@ -11,10 +11,10 @@ out=$build/programs
 multiarch=/usr/lib/x86_64-linux-gnu
 reference=$multiarch/blas:$multiarch/lapack
 preload="$build/libnxl_gnu.so $build/libnxl_calls.so"
-differences=0
+failures=0
 mkdir -p "$out"
 
-# twice NAME COMMAND...: output in NAME.plain and NAME.nxl, calls in NAME.calls. Failing tests are not failures of the run.
+# twice NAME COMMAND...: output in NAME.plain and NAME.nxl, calls in NAME.calls. Failing tests do not end the run.
 twice() {
     local name=$1
     shift
@@ -30,15 +30,18 @@ row() {
     local calls=0 routines=0
     [[ ! -f $out/$1.calls ]] || calls=$(awk '{ sum += $2 } END { printf "%d", sum }' "$out/$1.calls")
     [[ ! -f $out/$1.calls ]] || routines=$(cut -d' ' -f1 "$out/$1.calls" | sort -u | wc -l)
-    printf '%-28s %-30s %-30s %11d calls of %d routines\n' "$2" "$3" "$4" "$calls" "$routines"
-    [[ $calls -gt 0 ]] || differences=$((differences + 1))
+    printf '%-25s %-27s %-27s %11d calls of %d routines\n' "$2" "$3" "$4" "$calls" "$routines"
+    [[ $calls -gt 0 ]] || failures=$((failures + 1))
 }
 
-# differ NAME COMMAND...: shows where the two outputs differ after the filter COMMAND.
+# differ NAME COMMAND...: shows where the two outputs differ after the filter COMMAND. A line that only the second run
+# has is a failure.
 differ() {
-    local name=$1
+    local name=$1 difference
     shift
-    diff <("$@" "$out/$name.plain") <("$@" "$out/$name.nxl") | sed 's/^/    /' || differences=$((differences + 1))
+    difference=$(diff <("$@" "$out/$name.plain") <("$@" "$out/$name.nxl") | grep '^[<>]' || true)
+    [[ -z $difference ]] || echo "$difference"
+    ! grep -q '^>' <<<"$difference" || failures=$((failures + 1))
 }
 
 python() {
@@ -66,10 +69,10 @@ scalapack() {
     gfortran -O2 "$here/../examples/scalapack/lu_and_eigenvalues.f90" -o "$program" -lscalapack-openmpi -llapack -lblas
     twice scalapack env OMP_NUM_THREADS=1 mpirun --allow-run-as-root --oversubscribe -np 2 "$program" 1000
     row scalapack "ScaLAPACK, two processes" "$(residuals plain)" "$(residuals nxl)"
-    grep -q "pdsyev" "$out/scalapack.nxl" || differences=$((differences + 1))
+    grep -q "pdsyev" "$out/scalapack.nxl" || failures=$((failures + 1))
 }
 residuals() { sed -n 's/^\(pd[a-z]*\),.* \([0-9.]*\)$/\1 \2/p' "$out/scalapack.$1" | xargs; }
 
-printf '%-28s %-30s %-30s %s\n' program plain preloaded "reached the library"
+printf '%-25s %-27s %-27s %s\n' program plain preloaded "reached the library"
 for program in "$@"; do "$program"; done
-exit "$((differences > 0))"
+exit "$((failures > 0))"

@@ -5,6 +5,7 @@
 #include "nxl_cblas.h"
 #include <cmath>
 #include <complex>
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <vector>
@@ -74,7 +75,9 @@ template <class T> class Matrix {
     }
     T* data() { return data_.data(); }
     const T* data() const { return data_.data(); }
-    T& at(int i, int j) { return data_[static_cast<std::size_t>(by_rows_ ? i * ld + j : i + j * ld)]; }
+    T& at(int i, int j) {
+        return data_[static_cast<std::size_t>(by_rows_ ? std::int64_t{i} * ld + j : i + std::int64_t{j} * ld)];
+    }
     const T& at(int i, int j) const { return const_cast<Matrix&>(*this).at(i, j); }
     /// A triangular matrix whose solutions stay exact: powers of two on the diagonal and little beside it, all near it.
     Matrix& solvable() {
@@ -97,7 +100,8 @@ template <class T> class Matrix {
 
 template <class T> std::vector<T> vector(int n, int increment, int seed) {
     std::vector<T> result(static_cast<std::size_t>(n) * static_cast<std::size_t>(std::abs(increment)) + 1, nan<T>);
-    for (int i = 0; i < n; ++i) result[static_cast<std::size_t>(i * std::abs(increment))] = value<T>(seed, i, 1);
+    for (int i = 0; i < n; ++i)
+        result[static_cast<std::size_t>(i) * static_cast<std::size_t>(std::abs(increment))] = value<T>(seed, i, 1);
     return result;
 }
 template <class T> int differences(const std::vector<T>& a, const std::vector<T>& b) {

@@ -1,5 +1,5 @@
-! Calls as GNU Fortran compiles them: trailing underscore, hidden lengths of 64 bits, complex results by value. Stops with an
-! error at the first wrong result.
+! Calls as GNU Fortran compiles them: trailing underscore, hidden lengths of 64 bits, complex results by value. Stops
+! with an error at the first wrong result.
 module told
     implicit none
     integer :: reports = 0

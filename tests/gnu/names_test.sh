@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# names_test.sh LIBRARY COMPANION JUMP_TARGETS: every export of BLAS and LAPACK has its name for GNU Fortran, those of BLAS
-# levels 1 to 3 a CBLAS entry as well, and the companion shows nothing else.
+# names_test.sh LIBRARY COMPANION JUMP_TARGETS: every export of BLAS and LAPACK has its name for GNU Fortran, those of
+# BLAS levels 1 to 3 a CBLAS entry as well, and the companion shows nothing else.
 set -euo pipefail
 library=$1
 companion=$2
@@ -17,7 +17,8 @@ others='^(djacobi|dtrnlsp|vd|okmp_|set_|test_)'
 upper_case_only='^(DLASWP|ZLACGV|ZLAEV2|ZLASWP|ZPOTF2|ZROT|ZSYR)$'
 complex_results='^zdot(c|u|ci|ui)$'
 all=$(exports_of "$library")
-routines=$( (echo "$all" | grep -E '^[a-z0-9_]+$' | grep -Ev "$others"; echo "$all" | grep -E "$upper_case_only") | sort)
+routines=$(echo "$all" | grep -E '^[a-z0-9_]+$' | grep -Ev "$others"
+    echo "$all" | grep -E "$upper_case_only")
 
 expected=$(tr '[:upper:]' '[:lower:]' <<<"$routines" | sed 's/$/_/' | sort)
 found=$(exports_of "$companion" | grep '_$')
