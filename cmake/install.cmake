@@ -6,14 +6,17 @@ set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}") # of the programs,
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/nxl)
 set(generated ${PROJECT_BINARY_DIR}/install)
 
-install(TARGETS nxl EXPORT nxl
+install(TARGETS nxl nxl_gnu EXPORT nxl
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set_target_properties(nxl PROPERTIES INSTALL_RPATH "")
+set_target_properties(nxl_gnu PROPERTIES INSTALL_RPATH "$ORIGIN") # preloaded, it finds the other beside itself
 install(FILES ${PROJECT_SOURCE_DIR}/include/nxl.h ${PROJECT_SOURCE_DIR}/include/nxl.f90
+    ${PROJECT_SOURCE_DIR}/include/nxl_cblas.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 
-# find_package(nxl) gives the target nxl::nxl, and nxl_FORTRAN_MODULE_SOURCE, the file to compile with a Fortran program.
+# find_package(nxl) gives the targets nxl::nxl and nxl::nxl_gnu, and nxl_FORTRAN_MODULE_SOURCE, the file to compile with a
+# Fortran program.
 install(EXPORT nxl NAMESPACE nxl:: FILE nxl-targets.cmake DESTINATION ${package_dir} COMPONENT dev)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/nxl-config.cmake.in ${generated}/nxl-config.cmake
     INSTALL_DESTINATION ${package_dir} PATH_VARS CMAKE_INSTALL_INCLUDEDIR)
@@ -21,7 +24,9 @@ write_basic_package_version_file(${generated}/nxl-config-version.cmake COMPATIBI
 install(FILES ${generated}/nxl-config.cmake ${generated}/nxl-config-version.cmake DESTINATION ${package_dir}
     COMPONENT dev)
 
-# Paths in nxl.pc start from the folder of the file itself: the tree can be installed anywhere, and moved.
+# Paths in the .pc files start from the folder of the file itself: the tree can be installed anywhere, and moved.
 file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(${PROJECT_SOURCE_DIR}/cmake/nxl.pc.in ${generated}/nxl.pc @ONLY)
-install(FILES ${generated}/nxl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
+foreach(package IN ITEMS nxl nxl_gnu)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/${package}.pc.in ${generated}/${package}.pc @ONLY)
+    install(FILES ${generated}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
+endforeach()

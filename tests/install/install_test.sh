@@ -22,14 +22,15 @@ library=$(find "$prefix" -name "libnxl.so.$version")
 lib=$(dirname "$library")
 leaks=$(grep -rIlF -e "$build" -e "$work/first" "$prefix" || true)
 [[ -z $leaks ]] || fail "paths of the build tree in: $leaks"
-! readelf -d "$library" | grep -F "$build" || fail "the library searches the build tree"
+! readelf -d "$library" "$(dirname "$library")/libnxl_gnu.so" | grep -F "$build" || fail "a library searches the build tree"
 
 soname=$(readelf -d "$library" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
 [[ $soname == "libnxl.so.${version%%.*}" ]] || fail "soname $soname"
 [[ $(readlink -f "$lib/$soname") == "$library" ]] || fail "$soname does not lead to $library"
 
 # Each user builds from a copy, out of reach of the source tree.
-cp -r "$examples/consumer" "$examples/c_caller.c" "$examples/fortran_caller.f90" "$work"
+cp -r "$examples/consumer" "$examples/c_caller.c" "$examples/cblas_caller.c" \
+    "$examples/fortran_caller.f90" "$work"
 cd "$work"
 
 cmake -G Ninja -S consumer -B consumer/build -DCMAKE_PREFIX_PATH="$prefix" >cmake.log || fail "$(cat cmake.log)"
@@ -47,6 +48,14 @@ module=$(pkg-config --variable=includedir nxl)/nxl.f90
 gfortran "$module" fortran_caller.f90 -o fortran_caller $(pkg-config --libs nxl) "-Wl,-rpath,$lib"
 ./fortran_caller
 
+# The names of GNU programs: linked, from C; and preloaded, into a program that never heard of the library. A preloaded
+# library finds the other beside itself.
+# shellcheck disable=SC2046
+"$CC" -Wall -Werror cblas_caller.c -o cblas_caller $(pkg-config --cflags --libs nxl_gnu) "-Wl,-rpath,$lib"
+./cblas_caller
+env -u LD_LIBRARY_PATH "LD_PRELOAD=$lib/libnxl_gnu.so.${version%%.*}" true 2>preload.log
+[[ ! -s preload.log ]] || fail "$(cat preload.log)"
+
 # Each program that was built runs from where it was moved to, finds the library there, and has its completion.
 for program in "$prefix"/bin/*; do
     [[ -x $program ]] || continue # none was built
@@ -56,9 +65,9 @@ done
 [[ ! -x $prefix/bin/nxl-info ]] || "$prefix/bin/nxl-info" | grep -F "$library" || fail "nxl-info loads another library"
 [[ ! -x $prefix/bin/nxl-bench ]] || "$prefix/bin/nxl-bench" --list | grep -F "$lib/" || fail "nxl-bench loads another library"
 
-# Packages are cut by component: run-time holds the library alone, nothing but what developers need is in dev.
+# Packages are cut by component: run-time holds the libraries alone, nothing but what developers need is in dev.
 for component in runtime dev; do
     cmake --install "$build" --prefix "$work/$component" --component "$component" >"$work/install.log"
 done
-[[ -z $(find "$work/runtime" -type f ! -name "libnxl.so.$version") ]] || fail "$(find "$work/runtime")"
-[[ -f $work/dev/include/nxl.h && -z $(find "$work/dev" -name "libnxl.so.*") ]] || fail "$(find "$work/dev")"
+[[ -z $(find "$work/runtime" -type f ! -name "libnxl.so.$version" ! -name "libnxl_gnu.so.$version") ]] || fail "$(find "$work/runtime")"
+[[ -f $work/dev/include/nxl.h && -z $(find "$work/dev" -name "*.so.*") ]] || fail "$(find "$work/dev")"

@@ -1,0 +1,91 @@
+! Calls as GNU Fortran compiles them: trailing underscore, hidden lengths of 64 bits, complex results by value. Stops
+! with an error at the first wrong result.
+module told
+    implicit none
+    integer :: reports = 0
+end module
+
+program fortran_names_test
+    use, intrinsic :: iso_fortran_env, only: real64
+    use told
+    implicit none
+    integer, parameter :: n = 40
+    external :: dgemm, dgetrf, dgetrs, dpotrf, dtrtrs, ztrtri, zlacgv
+    real(real64), external :: ddot, dznrm2
+    complex(real64), external :: zdotc, zdotu
+    integer, external :: idamax
+
+    call vectors()
+    call products()
+    call factors()
+    call bad_argument()
+
+contains
+
+    subroutine expect(right, what)
+        logical, intent(in) :: right
+        character(len=*), intent(in) :: what
+        if (.not. right) error stop what
+    end subroutine
+
+    subroutine vectors()
+        real(real64) :: x(3) = [1, -7, 3]
+        complex(real64) :: u(2) = [(1, 2), (3, -1)], v(2) = [(0, 1), (2, 2)]
+        call expect(ddot(3, x, 1, x, 1) == 59, 'ddot')
+        call expect(idamax(3, x, 1) == 2, 'idamax')
+        call expect(zdotc(2, u, 1, v, 1) == dot_product(u, v), 'zdotc')
+        call expect(zdotu(2, u, 1, v, 1) == sum(u * v), 'zdotu')
+        call expect(abs(dznrm2(2, u, 1)**2 - 15) < 1e-13_real64, 'dznrm2')
+        call zlacgv(2, u, 1)
+        call expect(aimag(u(1)) == -2 .and. aimag(u(2)) == 1, 'zlacgv')
+    end subroutine
+
+    subroutine products()
+        real(real64) :: a(n, n), b(n, n), c(n, n)
+        call random_number(a)
+        call random_number(b)
+        call dgemm('Trans', 'No', n, n, n, 2.0_real64, a, n, b, n, 0.0_real64, c, n)
+        call expect(maxval(abs(c - 2 * matmul(transpose(a), b))) < 1e-12_real64, 'dgemm')
+    end subroutine
+
+    ! Solves by LU and by Cholesky, with the lengths of one, and of three option characters.
+    subroutine factors()
+        real(real64) :: a(n, n), s(n, n), x(n, 1), lu(n, n)
+        complex(real64) :: t(2, 2) = reshape([(2, 0), (0, 0), (4, 2), (1, 0)], [2, 2])
+        integer :: pivots(n), info, i
+        call random_number(a)
+        s = matmul(transpose(a), a)
+        do i = 1, n
+            s(i, i) = s(i, i) + n
+        end do
+        lu = s
+        x(:, 1) = sum(s, dim=2)
+        call dgetrf(n, n, lu, n, pivots, info)
+        call dgetrs('No transpose', n, 1, lu, n, pivots, x, n, info)
+        call expect(info == 0 .and. maxval(abs(x - 1)) < 1e-12_real64, 'dgetrs')
+        x(:, 1) = sum(s, dim=2)
+        call dpotrf('Lower', n, s, n, info)
+        call dtrtrs('Lower', 'No', 'Non-unit', n, 1, s, n, x, n, info)
+        call dtrtrs('Lower', 'Transpose', 'Non-unit', n, 1, s, n, x, n, info)
+        call expect(info == 0 .and. maxval(abs(x - 1)) < 1e-12_real64, 'dpotrf, dtrtrs')
+        call ztrtri('Upper', 'Non-unit', 2, t, 2, info)
+        call expect(info == 0 .and. t(1, 2) == (-2, -1), 'ztrtri')
+    end subroutine
+
+    subroutine bad_argument()
+        real(real64) :: a(1, 1) = 1
+        integer :: info
+        call dpotrf('Lower', -1, a, 1, info)
+        call expect(info == -2 .and. reports == 1, 'xerbla')
+    end subroutine
+
+end program
+
+! The program's own handler.
+subroutine xerbla(name, position)
+    use told
+    implicit none
+    character(len=*), intent(in) :: name
+    integer, intent(in) :: position
+    if (name == 'DPOTRF' .and. position == 2) reports = reports + 1
+end subroutine
