@@ -28,7 +28,7 @@ class Library {
     static Library nxl(const std::string& file);
     static std::vector<Library> openblas(); // none or one
     static std::vector<Library> peers();
-    static std::vector<Library> hand_loops(); // built with nxl-bench, for the primitives
+    static std::vector<Library> hand_loops();     // built with nxl-bench, for the primitives
     static Library peer(const std::string& file); // with Fortran's names, a trailing underscore; throws
     std::string file() const;                     // that was loaded
 

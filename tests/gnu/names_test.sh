@@ -38,7 +38,7 @@ entries=$(exports_of "$companion" | grep -v '_$' | grep -vx -e XERBLA -e cblas_x
 stray=$(echo "$entries" | grep -Evx "cblas_($vectors|$two|$three)" || true)
 [[ -z $stray ]] || fail "exported without being expected: $stray"
 for name in $(echo "$all" | grep -Ex "$vectors|$two|$three|zdot[cu]"); do
-    echo "$entries" | grep -Eqx "cblas_$name(_sub)?" || fail "no cblas_$name"
+    grep -Eqx "cblas_$name(_sub)?" <<<"$entries" || fail "no cblas_$name"
 done
 
 exit "$failures"
