@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# package_test.sh BUILD_DIR VERSION: makes the Debian packages, installs them in a root of their own, runs a program from
+# there, and removes them: nothing stays.
+set -euo pipefail
+build=$1
+version=$2
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+fail() {
+    echo "FAIL: $*"
+    exit 1
+}
+field() { dpkg-deb --field "$work/$1_${version}_amd64.deb" "$2"; }
+files() { find "$root" -path "$root/var" -prune -o ! -type d -print; }
+
+cpack --config "$build/CPackConfig.cmake" -B "$work" >"$work/cpack.log" 2>&1 || fail "$(cat "$work/cpack.log")"
+packages=("libnxl${version%%.*}" libnxl-dev nxl-tools)
+for package in "${packages[@]}"; do
+    [[ $(field "$package" Version) == "$version" ]] || fail "$package: version $(field "$package" Version)"
+done
+[[ $(field "${packages[0]}" Depends) == *libomp5* ]] || fail "the library does not ask for its OpenMP runtime"
+for package in libnxl-dev nxl-tools; do
+    [[ $(field "$package" Depends) == *"${packages[0]} (= $version)"* ]] || fail "$package goes with any library"
+done
+
+# The dependencies are this system's; the root has the packages alone.
+root=$work/root
+mkdir -p "$root"/var/lib/dpkg/{info,updates,triggers}
+touch "$root"/var/lib/dpkg/{status,available}
+run_dpkg() {
+    dpkg --root="$root" --log="$work/dpkg.log" --force-not-root --force-depends --force-script-chrootless "$@" \
+        >"$work/out" 2>&1 || fail "dpkg $*: $(cat "$work/out")"
+}
+run_dpkg --install "$work"/*.deb
+[[ -e $(find "$root/usr/lib" -name "libnxl.so.${version%%.*}") ]] || fail "no library: $(files)"
+[[ -f $root/usr/include/nxl.h && -f $root/usr/include/nxl_cblas.h ]] || fail "no headers: $(files)"
+for program in "$root"/usr/bin/*; do
+    "$program" --version
+    page=$root/usr/share/man/man1/${program##*/}.1
+    [[ ! -x $(command -v help2man) ]] || grep -qF '\-\-version' "$page" || fail "no manual page of $program"
+done
+[[ $("$root/usr/bin/nxl-info") == *"$root"* ]] || fail "nxl-info loads another library"
+run_dpkg --purge "${packages[@]}"
+[[ -z $(files) ]] || fail "left behind: $(files)"
