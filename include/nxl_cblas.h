@@ -29,8 +29,11 @@ extern "C" {
 #define NXL_CBLAS_NOEXCEPT
 #endif
 
+/* What the search for an extreme element returns: its position, from 0. */
 #define CBLAS_INDEX size_t
 
+/* Options of matrix routines: storage by rows or by columns; the matrix, its transpose or its conjugate transpose;
+ * which triangle is there; whether its diagonal is taken for ones; on which side of the product it stands. */
 typedef NXL_CBLAS_ENUM(CBLAS_ORDER){CblasRowMajor = 101, CblasColMajor = 102} CBLAS_ORDER;
 typedef NXL_CBLAS_ENUM(CBLAS_TRANSPOSE){CblasNoTrans = 111, CblasTrans = 112, CblasConjTrans = 113} CBLAS_TRANSPOSE;
 typedef NXL_CBLAS_ENUM(CBLAS_UPLO){CblasUpper = 121, CblasLower = 122} CBLAS_UPLO;

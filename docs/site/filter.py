@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """filter.py FILE: a source as Doxygen is to see it, on standard output.
 
-nxl.h explains its routines in plain comments: a heading comment opens a section, any other comment belongs to all
-declarations below it up to the next blank line. Guides link to sources; on the site such a link is its text alone.
+Headers explain their routines in plain comments: a heading comment opens a section, any other comment belongs to all
+declarations below it up to the next blank line. A CBLAS entry without one is what nxl.h says of its routine. Guides link to sources; on the site such a link is its text alone.
 """
 import re
 import sys
@@ -26,13 +26,19 @@ def preformatted(lines):
     return f"@verbatim\n{text}\n@endverbatim" if text else ""
 
 
-def header(text):
-    text = re.sub(r"^#define NXL_(NOEXCEPT|LENGTH).*\n", "", text, flags=re.M)  # as the Doxyfile expands them
+def cblas_entry(declaration):
+    routine = re.search(r"cblas_(\w+?)(_sub)?\(", declaration)[1]
+    return f"/** As {routine} in nxl.h, by the conventions of this header. */\n{declaration.strip()}"
+
+
+def header(text, page):
+    text = re.sub(r"^#define NXL_\w*(NOEXCEPT|LENGTH|ENUM).*\n", "", text, flags=re.M)  # as the Doxyfile expands them
     out, sections = [], 0
     for paragraph in re.split(r"\n{2,}", text):
         match = COMMENT.fullmatch(paragraph)
         if not match:
-            out.append(paragraph)
+            entries = re.findall(r"[^;]*\bcblas_[^;]*;", paragraph)
+            out += map(cblas_entry, entries) if entries else [paragraph]
             continue
         lines, code = lines_of(match[1]), match[2]
         heading = HEADING.fullmatch(lines[0].strip())
@@ -40,7 +46,9 @@ def header(text):
             if sections:
                 out.append("/** @} */")
             sections += 1
-            out.append(f"/** @defgroup section{sections:02} {heading[1]}\n{preformatted(lines[1:])}\n@{{ */")
+            out.append(f"/** @defgroup {page}-{sections:02} {heading[1]}\n{preformatted(lines[1:])}\n@{{ */")
+        elif code.startswith("#define"):
+            out.append(f"/** {preformatted(lines)} */\n{code}")
         elif code.startswith("#"):
             out += [f"/** @file\n{preformatted(lines)} */" if not sections and not out else match[1], code]
         else:
@@ -77,7 +85,7 @@ def guide(text, page):
 def main():
     path = Path(sys.argv[1])
     text = path.read_text(encoding="utf-8")
-    sys.stdout.write(header(text) if path.suffix == ".h" else guide(text, path.stem))
+    sys.stdout.write(header(text, path.stem) if path.suffix == ".h" else guide(text, path.stem))
 
 
 main()

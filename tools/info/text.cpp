@@ -82,7 +82,9 @@ void print_text(const Findings& f) {
     line("class", class_line(f.cpu_class));
     line("vectors", std::to_string(f.width.bits) + " bits (" + reason(f.width.reason) + ")");
     print_caches(f.machine.caches);
-    line("cores", std::to_string(f.machine.cores) + " physical, " + plural(f.machine.online.size(), "processor"));
+    const int online = f.machine.online.size(); // 0 where the system does not describe itself
+    line("cores", std::to_string(f.machine.cores) + " physical, " +
+                      (online > 0 ? plural(online, "processor") : "processors not known"));
     line("affinity", affinity_line(f.machine));
     print_threads(f);
     line("dynamic", f.dynamic ? "on: at most " + plural(f.cores, "thread") + ", and 1 inside a parallel region"
