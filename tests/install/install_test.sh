@@ -65,9 +65,9 @@ done
 [[ ! -x $prefix/bin/nxl-info ]] || "$prefix/bin/nxl-info" | grep -F "$library" || fail "nxl-info loads another library"
 [[ ! -x $prefix/bin/nxl-bench ]] || "$prefix/bin/nxl-bench" --list | grep -F "$lib/" || fail "nxl-bench loads another library"
 
-# Packages are cut by component: run-time holds the libraries alone, nothing but what developers need is in dev.
+# Packages are cut by component: run-time holds the libraries and their licence, nothing but what developers need is in dev.
 for component in runtime dev; do
     cmake --install "$build" --prefix "$work/$component" --component "$component" >"$work/install.log"
 done
-[[ -z $(find "$work/runtime" -type f ! -name "libnxl.so.$version" ! -name "libnxl_gnu.so.$version") ]] || fail "$(find "$work/runtime")"
+[[ -z $(find "$work/runtime" -type f ! -name "libnxl.so.$version" ! -name "libnxl_gnu.so.$version" ! -name copyright) ]] || fail "$(find "$work/runtime")"
 [[ -f $work/dev/include/nxl.h && -z $(find "$work/dev" -name "*.so.*") ]] || fail "$(find "$work/dev")"
