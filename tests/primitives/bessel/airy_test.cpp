@@ -1,6 +1,6 @@
 // Ai and Ai' against references of 60 digits in every region, and against the Wronskian on random points.
 #include "primitives/bessel/airy.hpp"
-#include "tests/primitives/bessel/airy_references.hpp"
+#include "tests/primitives/bessel/reference_table.hpp"
 #include <gtest/gtest.h>
 #include <limits>
 #include <numbers>
@@ -17,7 +17,8 @@ constexpr double eps = std::numeric_limits<double>::epsilon();
 double tolerance(zcomplex zeta) { return 1e-13 + (zeta.real() < 0.01 ? 4.0 * eps * std::abs(zeta) : 0.0); }
 
 TEST(Airy, ReferencesInEveryRegion) {
-    for (const auto& [z, zeta, value, derivative] : nxl_test::airy_references) {
+    for (nxl_test::TableRow& row : nxl_test::read_table("airy", 8)) {
+        const zcomplex z = row.complex(), zeta = row.complex(), value = row.complex(), derivative = row.complex();
         SCOPED_TRACE(testing::Message() << "z = " << z);
         const AiryPair got = airy(z);
         // near a zero of one function the other one tells the size

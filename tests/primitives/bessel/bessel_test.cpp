@@ -1,7 +1,7 @@
 // The exported Bessel and Airy functions: values against multiple precision, identities in all quadrants, sequences of
 // orders, codes.
 #include "nxl.h"
-#include "tests/primitives/bessel/bessel_table.hpp"
+#include "tests/primitives/bessel/reference_table.hpp"
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
@@ -14,11 +14,14 @@
 
 namespace {
 
-using namespace nxl_test;
 using dcomplex = std::complex<double>;
 
 constexpr float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
 constexpr nxl_c unset(-77.0F, 77.0F);
+
+/// Hankel functions of kinds 1 and 2, Airy functions A and B and their derivatives (1).
+enum BesselName { I, J, K, Y, H1, H2, A0, A1, B0, B1 };
+constexpr const char* bessel_texts[] = {"I", "J", "K", "Y", "H1", "H2", "Ai", "Ai'", "Bi", "Bi'"};
 constexpr BesselName of_order[] = {I, J, K, Y, H1, H2};
 
 struct Answer {
@@ -61,29 +64,32 @@ int code_of_size(BesselName function, nxl_c z, float last_order) {
 }
 
 TEST(Bessel, ReferenceValues) {
-    double worst[bessel_names] = {};
-    for (const BesselRow& row : bessel_table) {
-        const dcomplex want(row.re, row.im);
-        const nxl_c z(static_cast<float>(row.x), static_cast<float>(row.y));
-        const auto order = static_cast<float>(row.order);
-        const Answer a = call(row.function, z, order, row.kode);
-        SCOPED_TRACE(testing::Message() << bessel_texts[row.function] << " kode " << row.kode << " order " << row.order
-                                        << " at " << row.x << " " << row.y << ": " << a.cy[0] << " for " << want);
-        if (std::max(std::abs(row.re), std::abs(row.im)) > FLT_MAX) {
+    double worst[std::size(bessel_texts)] = {};
+    for (nxl_test::TableRow& row : nxl_test::read_table("bessel", 7)) {
+        const auto function = static_cast<BesselName>(row.one_of(bessel_texts));
+        const int kode = static_cast<int>(row.number());
+        const auto order = static_cast<float>(row.number());
+        const nxl_c z(row.complex());
+        const dcomplex want = row.complex();
+        const Answer a = call(function, z, order, kode);
+        SCOPED_TRACE(testing::Message() << bessel_texts[function] << " kode " << kode << " order " << order << " at "
+                                        << z << ": " << a.cy[0] << " for " << want);
+        if (std::max(std::abs(want.real()), std::abs(want.imag())) > FLT_MAX) {
             EXPECT_EQ(a.ierr, 2);
             EXPECT_EQ(a.cy[0], unset);
             continue;
         }
-        EXPECT_EQ(a.ierr, code_of_size(row.function, z, order));
+        EXPECT_EQ(a.ierr, code_of_size(function, z, order));
         const bool underflow = std::abs(want) < FLT_MIN && want != 0.0;
         EXPECT_EQ(a.nz, underflow);
         if (underflow) EXPECT_TRUE(is_plus_zero(a.cy[0].real()) && is_plus_zero(a.cy[0].imag()));
         if (want == 0.0 || underflow) continue;
         const double error = ulps(a[0], want);
         EXPECT_LE(error, 1.0);
-        worst[row.function] = std::max(worst[row.function], error);
+        worst[function] = std::max(worst[function], error);
     }
-    for (int f = 0; f < bessel_names; ++f) std::printf("%s: worst error %.3f ulp\n", bessel_texts[f], worst[f]);
+    for (std::size_t f = 0; f < std::size(worst); ++f)
+        std::printf("%s: worst error %.3f ulp\n", bessel_texts[f], worst[f]);
 }
 
 /// Points with log-uniform modulus, in all quadrants, now and then within 1e-4 of an axis.
@@ -197,12 +203,11 @@ TEST(Bessel, CountsOfUnderflows) {
         float order;
         bool last;
     };
-    for (const Case& c : {Case{J, {3, 1}, 0.5F, true},
-                          {I, {-2, 1}, 0, true},
-                          {J, {0, 0}, 0, true},
-                          {K, {100, 30}, 0, false},
-                          {H1, {-40, 110}, 0.25F, false},
-                          {H2, {20, -100}, 1, false}}) {
+    const Case cases[] = {
+        {J, {3, 1}, 0.5F, true},  {I, {-2, 1}, 0, true},          {J, {0, 0}, 0, true},
+        {K, {100, 30}, 0, false}, {H1, {-40, 110}, 0.25F, false}, {H2, {20, -100}, 1, false},
+    };
+    for (const Case& c : cases) {
         const int n = c.last ? 1000 : 90;
         const Answer a = call(c.name, c.z, c.order, 1, n);
         SCOPED_TRACE(bessel_texts[c.name]);
@@ -272,21 +277,13 @@ TEST(Bessel, CodesOfAiryFunctions) {
         nxl_c z;
         int id, kode, ai, bi;
     };
-    for (const Case& c : {Case{{1, 1}, 2, 1, 1, 1},
-                          {{1, 1}, -1, 1, 1, 1},
-                          {{1, 1}, 0, 0, 1, 1},
-                          {{1, 1}, 1, 3, 1, 1},
-                          {{inf, 0}, 5, 1, 1, 1},
-                          {{inf, 0}, 0, 1, 4, 4},
-                          {{0, nan}, 1, 2, 4, 4},
-                          {{26010, 0}, 0, 2, 4, 4},
-                          {{-26000, 0}, 0, 2, 3, 3},
-                          {{161, 0}, 1, 2, 0, 0},
-                          {{0, 162}, 1, 2, 3, 3},
-                          {{50, 0}, 0, 1, 0, 2},
-                          {{-50, 50}, 0, 1, 2, 2},
-                          {{200, 0}, 0, 1, 3, 2},
-                          {{0, 0}, 0, 1, 0, 0}}) {
+    const Case cases[] = {
+        {{1, 1}, 2, 1, 1, 1},      {{1, 1}, -1, 1, 1, 1},  {{1, 1}, 0, 0, 1, 1},   {{1, 1}, 1, 3, 1, 1},
+        {{inf, 0}, 5, 1, 1, 1},    {{inf, 0}, 0, 1, 4, 4}, {{0, nan}, 1, 2, 4, 4}, {{26010, 0}, 0, 2, 4, 4},
+        {{-26000, 0}, 0, 2, 3, 3}, {{161, 0}, 1, 2, 0, 0}, {{0, 162}, 1, 2, 3, 3}, {{50, 0}, 0, 1, 0, 2},
+        {{-50, 50}, 0, 1, 2, 2},   {{200, 0}, 0, 1, 3, 2}, {{0, 0}, 0, 1, 0, 0},
+    };
+    for (const Case& c : cases) {
         nxl_c ai = unset, bi = unset;
         int nz = -1, ierr = -1;
         SCOPED_TRACE(testing::Message() << c.z << " id " << c.id << " kode " << c.kode);

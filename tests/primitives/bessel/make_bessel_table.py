@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
-"""Writes bessel_table.hpp: reference values of the Bessel and Airy functions, by mpmath.
+"""Reference values of the Bessel and Airy functions, by mpmath.
 
 Every value is computed at two precisions and has to agree. Orders that are out of reach for mpmath's series come from
 recurrences in multiple precision (K upwards; I by the continued fraction of I(nu+1)/I(nu) and the Wronskian), and far
-from the turning points z = +- i nu from Debye's expansion. Run: make_bessel_table.py > bessel_table.hpp
+from the turning points z = +- i nu from Debye's expansion.
+
+    make_bessel_table.py > tables/bessel.csv
 """
 import functools
 import struct
@@ -109,7 +111,7 @@ def bessel(name, nu, z):
 
 
 def airy(name, z):
-    derivative = 1 if name.endswith("1") else 0
+    derivative = 1 if name.endswith("'") else 0
     return mp.mpmathify((mp.airyai if name.startswith("A") else mp.airybi)(z, derivative=derivative))
 
 
@@ -117,7 +119,7 @@ def scaling(name, z):
     """The logarithm of KODE 2's factor."""
     zeta = mpf(2) / 3 * z * mp.sqrt(z)
     return {"I": -abs(z.real), "J": -abs(z.imag), "Y": -abs(z.imag), "K": z, "H1": -mpc(0, 1) * z, "H2": mpc(0, 1) * z,
-            "A0": zeta, "A1": zeta, "B0": -abs(zeta.real), "B1": -abs(zeta.real)}[name]
+            "Ai": zeta, "Ai'": zeta, "Bi": -abs(zeta.real), "Bi'": -abs(zeta.real)}[name]
 
 
 def reference(name, nu, z):
@@ -144,8 +146,8 @@ def emit(name, nu, z, kode, value):
     """One row; value is the one of KODE 1."""
     value *= mp.exp(scaling(name, z)) if kode == 2 else 1
     real, imag = (x if abs(x) > abs(value) * mpf(10) ** -12 else mpf(0) for x in (value.real, value.imag))
-    where = ", ".join(f"{float(x):.9g}" for x in (nu, z.real, z.imag))
-    print(f"    {{{name}, {kode}, {where}, {part(real)}, {part(imag)}}},", flush=True)
+    where = ",".join(f"{float(x):.9g}" for x in (nu, z.real, z.imag))
+    print(f"{name},{kode},{where},{part(real)},{part(imag)}", flush=True)
 
 
 def in_range(value):
@@ -201,7 +203,7 @@ def airy_rows():
     for radius in (1e-30, 1e-3, 0.7, 0.99, 1.01, 1.5, 3, 4.5, 6, 9, 14, 30, 100, 161, 1000, 2.6e4):
         for turn in turns:
             count += 1
-            name = ["A0", "B1", "B0", "A1"][count % 4 if (count // 12) % 2 else (count + 1) % 4]
+            name = ["Ai", "Bi'", "Bi", "Ai'"][count % 4 if (count // 12) % 2 else (count + 1) % 4]
             z = point(radius, turn)
             value = reference(name, 0, z)
             emit(name, 0, z, 1 if in_range(value) and (count // 3) % 2 else 2, value)
@@ -210,20 +212,12 @@ def airy_rows():
 def main():
     mp.dps = 40
     print("""\
-// Reference values to 10 digits, written by make_bessel_table.py; do not edit. A modulus below the range of
-// single precision stands for an underflow, a part above it for an overflow.
-#pragma once
-#include "tests/primitives/bessel/bessel_row.hpp"
-
-namespace nxl_test {
-
-// clang-format off
-inline constexpr BesselRow bessel_table[] = {
-    // function, KODE, order, z, value""")
+# Written by make_bessel_table.py: values to 10 digits. A modulus below the range of single precision stands for an
+# underflow, a part above it for an overflow.
+# function, KODE, order, Re z, Im z, Re value, Im value""")
     bessel_rows()
     rows_next_to_zeros()
     airy_rows()
-    print("};\n// clang-format on\n\n} // namespace nxl_test")
 
 
 if __name__ == "__main__":

@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Writes right_half_plane_table.inc: K and I of the orders nu and nu + 1, 50 digits rounded to 17, about every border of
-the regions and between them. A row: nu, Re z, Im z, then for K and for I the scale and the mantissas of both orders;
-a value is its mantissa times exp(scale). Needs mpmath.
+"""K and I of the orders nu and nu + 1, 50 digits rounded to 17, about every border of the regions and between them.
+Needs mpmath.
 
-    python3 make_right_half_plane_table.py > right_half_plane_table.inc
+    make_right_half_plane_table.py > tables/right_half_plane.csv
 """
 import cmath
 import itertools
@@ -47,9 +46,9 @@ def rows():
         yield nu, complex(0.0, float(besseljzero(nu, count)))  # I is near a zero
 
 
-def braces(values):
-    return "{" + ", ".join(v if isinstance(v, str) else "%.17g" % v for v in values) + "}"
-
-
+print("""\
+# Written by make_right_half_plane_table.py: K and I of the orders nu and nu + 1, each value times exp(-scale).
+# nu, Re z, Im z, scale of K, Re K, Im K, Re K up, Im K up, scale of I, Re I, Im I, Re I up, Im I up""")
 for nu, z in rows():
-    print(braces([nu, z.real, z.imag, braces(scaled_pair(besselk, nu, z)), braces(scaled_pair(besseli, nu, z))]) + ",")
+    cells = [nu, z.real, z.imag] + scaled_pair(besselk, nu, z) + scaled_pair(besseli, nu, z)
+    print(",".join("%.17g" % (float(cell) + 0.0) for cell in cells))  # + 0.0: no zero has a sign

@@ -4,6 +4,7 @@
 #include "primitives/bessel/phase.hpp"
 #include "primitives/bessel/precision.hpp"
 #include "primitives/bessel/recurrences.hpp"
+#include "tests/primitives/bessel/reference_table.hpp"
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -16,17 +17,6 @@ namespace {
 
 using namespace nxl::bessel;
 using nxl::zcomplex;
-
-struct Row {
-    double nu, x, y;
-    struct Pair {
-        double scale, re, im, re_up, im_up;
-        OrderPair values() const { return {{re, im}, {re_up, im_up}, scale}; }
-    } k, i;
-};
-const Row rows[] = {
-#include "right_half_plane_table.inc"
-};
 
 /// The larger relative error of two neighbours. A value near a zero is measured against its derivative, that is against
 /// the other one: |z f'(z)| is near |z| |other| / (1 + |z| / nu).
@@ -48,19 +38,23 @@ std::string place(double nu, zcomplex z) {
 }
 
 TEST(RightHalfPlane, ValuesAboutEveryBorder) {
-    for (const Row& row : rows) {
-        const zcomplex z(row.x, row.y);
-        SCOPED_TRACE(place(row.nu, z));
-        const auto check = [&](const PairResult& computed, const OrderPair& expected) {
+    for (nxl_test::TableRow& row : nxl_test::read_table("right_half_plane", 13)) {
+        const double nu = row.number();
+        const zcomplex z = row.complex();
+        SCOPED_TRACE(place(nu, z));
+        const auto check = [&](const PairResult& computed) {
+            const double scale = row.number();
+            const zcomplex first = row.complex(), second = row.complex();
+            const OrderPair expected{first, second, scale};
             EXPECT_TRUE(computed.converged);
-            EXPECT_LE(error(computed.pair, expected, row.nu, z), tolerance(expected.log_scale));
+            EXPECT_LE(error(computed.pair, expected, nu, z), tolerance(scale));
             const double size = std::max(std::abs(computed.pair.first), std::abs(computed.pair.second));
             EXPECT_LE(std::abs(std::log2(size)), free_mantissa_exponent + 1.5);
-            if (row.y == 0.0)
+            if (z.imag() == 0.0)
                 EXPECT_EQ(std::abs(computed.pair.first.imag()) + std::abs(computed.pair.second.imag()), 0.0);
         };
-        check(moderate_k_pair(row.nu, z), row.k.values());
-        check(moderate_i_pair(row.nu, z), row.i.values());
+        check(moderate_k_pair(nu, z));
+        check(moderate_i_pair(nu, z));
     }
 }
 
@@ -160,10 +154,13 @@ TEST(Recurrences, ManyRescalings) { // for z towards 0: K(n) = (n - 1)! / 2 (2 /
 }
 
 TEST(Phase, MultiplesOfAQuarterTurnAreExact) {
-    const zcomplex quarter[] = {{1.0, 0.0}, {0.0, 1.0}, {-1.0, 0.0}, {0.0, -1.0}};
+    const zcomplex quarters[] = {{1.0, 0.0}, {0.0, 1.0}, {-1.0, 0.0}, {0.0, -1.0}};
     for (int n = -9; n <= 9; ++n) {
-        EXPECT_EQ(unit_phase(n + 8192.0), quarter[n & 3]) << n;
-        EXPECT_EQ(unit_phase(-8192.0 + n), quarter[n & 3]) << n;
+        const zcomplex quarter = quarters[n & 3], eighth_on = quarter * std::polar(1.0, std::numbers::pi / 8.0);
+        for (const double whole : {0.0, -4.0, 8192.0, -8192.0, 4194304.0, 0x1p50}) {
+            EXPECT_EQ(unit_phase(whole + n), quarter) << whole + n;
+            EXPECT_LE(std::abs(unit_phase(whole + n + 0.25) - eighth_on), 2.0 * epsilon) << whole + n;
+        }
         const double x = 0.5 * n + 0.2;
         EXPECT_LE(std::abs(unit_phase(2.0 * x) - std::polar(1.0, std::numbers::pi * x)), 1e-14) << n;
     }

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
-"""Prints uniform_references.hpp: I and K of large orders to 17 digits. Needs mpmath.
+"""I and K of large orders to 17 digits. Needs mpmath.
 
 K is the integral of exp(-z cosh t + nu t) / 2 along the path of steepest descent through its saddle, by Gauss's rule on
 short pieces: no expansion, and no limit on the order. I follows from K by the Wronskian, with I(nu + 1) / I(nu) from
 its continued fraction. Where mpmath's own functions are fast, the result is held against them.
+
+    make_uniform_table.py > tables/uniform.csv
 """
 import cmath
 import math
@@ -89,8 +91,7 @@ def printed(pair):
     log_of_size = log_scale + mpmath.log(abs(mantissa))
     scale = float(log_of_size)
     rest = mantissa * mpmath.exp(log_scale - mpf(scale))
-    parts = [float(part) if abs(part) > mpf(10) ** -25 else 0.0 for part in (mpmath.re(rest), mpmath.im(rest))]
-    return "{{%r, %r}, %r}" % (parts[0], parts[1], scale)
+    return [float(part) if abs(part) > mpf(10) ** -25 else 0.0 for part in (rest.real, rest.imag)] + [scale]
 
 
 ORDERS = [86.0, 86.5, 100.3, 1e3, 1e5, 4e6]
@@ -103,23 +104,9 @@ POLAR = [(0.5, 0.5), (1.0, 0.46), (1.0, 0.47), (2.0, -0.9), (0.9, math.pi / 3 - 
 IMAGINARY = [1.0, 1 + 1e-9, 1 - 1e-9, 1.001, 0.999, 0.38, 0.4, 0.7, 1.6, 1.95, 2.02, 7.3]
 AROUND = [(0.02, 0.3), (0.5, 0.1), (0.84, 0.0), (0.88, 0.0), (0.25, 0.93), (0.6, 1.0), (0.5, -0.49), (0.15, -0.61)]
 
-print("""// I and K of large orders to the last digit, as mantissa and natural logarithm. Printed by make_uniform_references.py.
-#pragma once
-#include <complex>
-
-namespace nxl_test {
-
-struct ScaledReference {
-    std::complex<double> mantissa;
-    double log_scale;
-};
-struct UniformReference {
-    double nu;
-    std::complex<double> z;
-    ScaledReference i, k;
-};
-// clang-format off
-inline const UniformReference uniform_references[] = {""")
+print("""\
+# Written by make_uniform_table.py: I and K of large orders to the last digit, as mantissa and natural logarithm.
+# nu, Re z, Im z, Re I, Im I, log I, Re K, Im K, log K""")
 for order in ORDERS:
     places = [complex(order * x, 0) for x in REAL] + [complex(1e-38, 0), complex(0, 1e-38), complex(1e-5, 2e-5)]
     places += [complex(order * r * math.cos(a), order * r * math.sin(a)) for r, a in POLAR]
@@ -131,8 +118,4 @@ for order in ORDERS:
         values = references(order, upper)
         if place.imag < 0.0:
             values = [(mpmath.conj(m), s) for m, s in values]
-        print("    {%r, {%r, %r}, %s, %s}," % (order, place.real, place.imag, *map(printed, values)))
-print("""};
-// clang-format on
-
-} // namespace nxl_test""")
+        print(",".join(map(repr, [order, place.real, place.imag] + printed(values[0]) + printed(values[1]))), flush=True)

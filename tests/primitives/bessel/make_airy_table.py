@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
-"""Prints airy_references.hpp: Ai and Ai' to 17 digits, scaled by exp(zeta), across the borders of the method. mpmath."""
+"""Ai and Ai' to 17 digits, scaled by exp(zeta), across the borders of the method. Needs mpmath.
+
+    make_airy_table.py > tables/airy.csv
+"""
 import math
 
 import mpmath
-from mpmath import mpf, mpc
+from mpmath import mpc
 
 mpmath.mp.dps = 60
 
@@ -17,35 +20,15 @@ points += [complex(r * math.cos(a), r * math.sin(a)) for r in RADII for a in ANG
 points += [1j, -7j, 1e6 + 0j, complex(3.5, 2.5), complex(-3.5, 0.5), complex(-4.0, -1e-300)]
 
 
-def part(x):
-    return repr(float(x))
-
-
-def both(f):
-    return "{%s, %s}" % (part(mpmath.re(f)), part(mpmath.im(f)))
-
-
 def reference(z):
-    exact = mpc(mpf(z.real), mpf(z.imag))
+    exact = mpc(z)
     zeta = exact * mpmath.sqrt(exact) * 2 / 3
     scale = mpmath.exp(zeta)
     return [zeta] + [mpmath.airyai(exact, derivative=k) * scale for k in (0, 1)]
 
 
-print("""// Ai and Ai' scaled by exp(zeta), to the last digit. Printed by make_airy_references.py.
-#pragma once
-#include <complex>
-
-namespace nxl_test {
-
-struct AiryReference {
-    std::complex<double> z, zeta, value, derivative;
-};
-// clang-format off
-inline const AiryReference airy_references[] = {""")
+print("""\
+# Written by make_airy_table.py: Ai and Ai' at z times exp(zeta), zeta = 2/3 z^1.5, to the last digit.
+# Re z, Im z, Re zeta, Im zeta, Re Ai, Im Ai, Re Ai', Im Ai'""")
 for z in points:
-    print("    {" + ", ".join(both(f) for f in [mpc(mpf(z.real), mpf(z.imag))] + reference(z)) + "},")
-print("""};
-// clang-format on
-
-} // namespace nxl_test""")
+    print(",".join(repr(float(part)) for f in [mpc(z)] + reference(z) for part in (f.real, f.imag)))
