@@ -1104,23 +1104,23 @@ void TSLD1(const double* a1, const double* a2, const double* b, double* x, doubl
            const int* m) NXL_NOEXCEPT;
 void TSLZ1(const nxl_z* a1, const nxl_z* a2, const nxl_z* b, nxl_z* x, nxl_z* c1, nxl_z* c2, const int* m) NXL_NOEXCEPT;
 
-/* Best approximation by cosines on a grid, the heart of linear-phase filter design: the sum P(f) of alpha(k+1) cos(2
- * pi k f), k = 0 to nfc - 1, with the least maximum of wt |des - P| over the grid. grid(ngr): frequencies in cycles
- * per sample, ascending in 0 to 0.5, none twice; des(ngr): what is desired there; wt(ngr): weights above 0. What lies
+/* Best approximation by cosines on a grid, the heart of linear-phase filter design: the sum P(f) of alpha(k+1) cos(2 pi
+ * k f), k = 0 to nfc - 1, with the least maximum of wt |des - P| over the grid. grid(ngr): frequencies in cycles per
+ * sample, ascending in 0 to 0.5, none twice; des(ngr): what is desired there; wt(ngr): weights above 0. What lies
  * between bands is left out of the grid; 16 points a coefficient make it dense. iext(nfc+2): in, places on the grid,
  * from 1, where the nfc + 1 extrema of the error may be; out, where they are, and ngr + 1 behind them. A start that
- * does not ascend within 1 to ngr, or is worse than equally spaced places, is replaced by those. alpha(nfc+2): out,
- * the coefficients, then zeros. Work of nfc + 2 each: ad, x, y, a, p, q. wt (des - P) has one size at all nfc + 1
- * extrema, and signs in turn. After 25 rounds of exchange, or when rounding keeps the error from changing, the best
- * set so far counts; it has converged when no error on the grid is above that at iext. Coefficients have a rounding
- * error of about 1e-15 of the largest |P| in 0 to 0.5, between bands too. Where that spoils the result - the best
- * error is below some 1e-9 of des, or gaps between bands are so wide that P grows out of all bounds there - fewer
- * terms are used, and the others are 0: iext then holds ngr + 1 behind as many extrema as there are. With nfc below 1
- * nothing is done; with ngr below nfc + 1 alpha is 0 and iext stays. NaN in the data may make alpha NaN. Without
- * memory for a copy of iext nothing is done and XERBLA is told (number 1000). Cost: a division for each term, point
- * and round. Method: Parks and McClellan, IEEE Trans. Circuit Theory 19 (1972); McClellan, Parks and Rabiner, IEEE
- * Trans. Audio Electroacoust. 21 (1973); Rabiner, McClellan and Parks, Proc. IEEE 63 (1975). docs/nxl-fir.md is about
- * a program that designs filters with it. */
+ * does not ascend within 1 to ngr, or is worse than equally spaced places, is replaced by those. alpha(nfc+2): out, the
+ * coefficients, then zeros. Work of nfc + 2 each: ad, x, y, a, p, q. wt (des - P) has one size at all nfc + 1 extrema,
+ * and signs in turn. After 25 rounds of exchange, or when rounding keeps the error from changing, the best set so far
+ * counts; it has converged when no error on the grid is above that at iext. Coefficients have a rounding error of about
+ * 1e-15 of the largest |P| in 0 to 0.5, between bands too. Where that spoils the result - the best error is below some
+ * 1e-9 of des, or gaps between bands are so wide that P grows out of all bounds there - fewer terms are used, each
+ * number of them with 25 rounds of its own, and the others are 0: iext then holds ngr + 1 behind as many extrema as
+ * there are. With nfc below 1 nothing is done; with ngr below nfc + 1 alpha is 0 and iext stays. NaN in the data may
+ * make alpha NaN. Without memory for a copy of iext nothing is done and XERBLA is told (number 1000). Cost: a division
+ * for each term, point and round. Method: Parks and McClellan, IEEE Trans. Circuit Theory 19 (1972); McClellan, Parks
+ * and Rabiner, IEEE Trans. Audio Electroacoust. 21 (1973); Rabiner, McClellan and Parks, Proc. IEEE 63 (1975).
+ * docs/nxl-fir.md is about a program that designs filters with it. */
 void REMEZ(const int* ngr, const int* nfc, int* iext, double* ad, double* x, double* y, const double* des,
            const double* grid, const double* wt, double* a, double* p, double* q, double* alpha) NXL_NOEXCEPT;
 
