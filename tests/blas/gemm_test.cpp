@@ -1,7 +1,7 @@
 // The general matrix product through its drivers, against the reference BLAS with a bound for every element. CTest runs
 // this program once for each processor class and vector width.
 #include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
-#include "service/kernel_table.hpp"
+#include "service/kernel_slot.hpp"
 #include "tests/support/blas_call.hpp"
 
 namespace nxl {
@@ -88,6 +88,28 @@ TEST(GemmValues, NanStaysInItsRowAndColumn) { // padding and unused lanes must n
             for (int i = 0; i < order; ++i)
                 ASSERT_EQ(std::isfinite(c[at(i, j, order)]), i != bad_row && j != bad_column)
                     << "order " << order << " element " << i << ", " << j;
+    }
+}
+
+TEST(GemmValues, RowsOfTheTailAreSummedAsTheOthers) { // the last rows of m = 13 to 15 are not packed with the rest
+    const int lda = 16, n = 70;
+    const double alpha = 1.7, beta = -0.7;
+    for (const int k : {115, 257, 300, 449, 700}) {
+        const std::vector<double> a = random_matrix(lda, k, 1), b = random_matrix(k, n, 2),
+                                  c = random_matrix(lda, n, 3);
+        const auto product = [&](int m) {
+            std::vector<double> result = c;
+            kernels_of(nxl_cpu_class())
+                .xdgemm('N', 'N', m, n, k, alpha, a.data(), lda, b.data(), k, beta, result.data(), lda);
+            return result;
+        };
+        const std::vector<double> whole = product(lda);
+        for (const int m : {13, 14, 15}) {
+            const std::vector<double> cut = product(m);
+            for (int j = 0; j < n; ++j)
+                for (int i = 0; i < lda; ++i)
+                    ASSERT_EQ(cut[at(i, j, lda)], (i < m ? whole : c)[at(i, j, lda)]) << m << ' ' << k << ": " << i;
+        }
     }
 }
 

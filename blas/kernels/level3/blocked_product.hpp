@@ -90,15 +90,22 @@ template <class T, class A, class B>
     }
 }
 
-/// C += op(A) op(B) over m by n by k, with what `to` says about C. A and B know how to pack themselves.
-template <class T, class A, class B>
+/// The rows of C are whole panels, or the last panel is padded: none is left over.
+struct NoTail {
+    [[gnu::always_inline]] void operator()(i64, i64, Stretch, Before) const {}
+};
+
+/// C += op(A) op(B) over m by n by k, with what `to` says about C. A and B know how to pack themselves. Rows past m
+/// that are not packed are left to `tail`, block by block, so that they are summed in the order of the others.
+template <class T, class A, class B, class Tail = NoTail>
 void blocked_product(const A& a, const B& b, i64 m, i64 n, i64 k, const Plan& plan, const PackPlace& place,
-                     const Result<T>& to) {
+                     const Result<T>& to, const Tail& tail = {}) {
     const i64 mb = plan.blocks.mb, nb = plan.blocks.nb;
     for (i64 j = 0; j < n; j += nb) {
         const i64 columns = least(nb, n - j);
         const i64 outer = plan.rows_outside ? mb : m;
-        for (i64 top = 0; top < m; top += outer) {
+        i64 top = 0;
+        do { // once for the tail even when no row comes before it
             Result<T> now = to;
             for_each_stretch(k, plan, [&](Stretch stretch) {
                 if (plan.copies_b)
@@ -106,9 +113,11 @@ void blocked_product(const A& a, const B& b, i64 m, i64 n, i64 k, const Plan& pl
                 const i64 bottom = least(top + outer, m);
                 for (i64 i = top; i < bottom; i += mb)
                     add_block(a, b, {i, least(mb, bottom - i), j, columns}, stretch, plan, place, now);
+                if (bottom == m) tail(j, columns, stretch, now.before);
                 now.before = Before::keep;
             });
-        }
+            top += outer;
+        } while (top < m);
     }
 }
 

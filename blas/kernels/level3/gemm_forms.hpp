@@ -49,8 +49,11 @@ template <class T> void packed_form(const GeneralProduct<T>& g, Plan plan, i64 u
     Result<T> to = g.to;
     if (!plan.copies_b && g.b.conjugate) to.b_sign = -1.0;
     blocked_product(GeneralA<T>{g.a, g.alpha}, GeneralB<T>{g.b}, main_rows, g.n, g.k, plan,
-                    {buffers.a(), buffers.strip(), plan.copies_b ? buffers.b() : nullptr}, to);
-    if (main_rows < g.m) plain_gemm(g.below(main_rows));
+                    {buffers.a(), buffers.strip(), plan.copies_b ? buffers.b() : nullptr}, to,
+                    [&](i64 column, i64 columns, Stretch stretch, Before before) {
+                        if (main_rows < g.m)
+                            plain_gemm(g.piece(main_rows, column, columns, stretch.first, stretch.length, before));
+                    });
 }
 
 } // namespace nxl::NXL_TARGET

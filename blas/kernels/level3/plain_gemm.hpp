@@ -12,14 +12,15 @@ template <class T> struct GeneralProduct {
     T alpha;
     Result<T> to;
 
-    /// The same without its first rows.
-    GeneralProduct below(i64 rows) const {
-        GeneralProduct rest = *this;
-        rest.a = a.from(rows, 0);
-        rest.to.c = to.c + rows;
-        rest.m = m - rows;
+    /// What the rows from `row` on of `columns` columns of C get from `steps` steps of k.
+    GeneralProduct piece(i64 row, i64 column, i64 columns, i64 p, i64 steps, Before before) const {
+        GeneralProduct rest{a.from(row, p), b.from(column, p), m - row, columns, steps, alpha, to};
+        rest.to.c = to.c + row + column * to.ldc;
+        rest.to.before = before;
         return rest;
     }
+    /// The same without its first rows.
+    GeneralProduct below(i64 rows) const { return piece(rows, 0, n, 0, k, to.before); }
 };
 
 template <class T>
