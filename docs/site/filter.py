@@ -58,8 +58,9 @@ def guide(text, page):
     parts[::2] = [linked(part) for part in parts[::2]]
     if page == "README":
         return "".join(parts)
-    about = re.search(rf"^- \[.*?\]\((?:docs/)?{page}\.md\): ((?:.+\n)(?:  .+\n)*)", README.read_text(encoding="utf-8"), re.M)
-    brief = f'@brief <span class="lead">{about[1][0].upper()}{" ".join(about[1][1:].split())}</span>\n' if about else ""
+    item = rf"^- \[.*?\]\((?:docs/)?{page}\.md\): (.+\n(?:  .+\n)*)"
+    about = re.search(item, README.read_text(encoding="utf-8"), re.M)
+    brief = f"@brief {prose.lead(' '.join(about[1].split()))}\n" if about else ""
     return re.sub(r"\A(# .*)$", lambda match: f"{match[0]} {{#{page}}}\n\n{brief}", "".join(parts), flags=re.M)
 
 

@@ -16,7 +16,9 @@ def row(kind, call, about):
 def module(text, _):
     comment, body = re.sub(r"&\n\s*", "", text).split("\nmodule ", 1)
     paragraphs = re.sub(r"^! ?", "", comment, flags=re.M).split("\n\n")
-    out = ["# The Fortran module: all calls {#fortran-module}", *(prose.markup(one.replace("\n", " ")) + "\n" for one in paragraphs)]
+    about = "every interface, with the routine that it leads to"
+    out = ["# The Fortran module: all calls {#fortran-module}\n", f"@brief {prose.lead(about)}\n"]
+    out += [prose.markup(one.replace("\n", " ")) + "\n" for one in paragraphs]
     about, is_open, is_new = "", False, True
     for line in (line.strip() for line in body.split("\n")):
         heading = re.fullmatch(r"! ---- (.*?)(?:[:;] (.*))? ----", line)

@@ -62,20 +62,24 @@ def table(lines):
 
 
 def by_number(rows):
-    """Tables of two columns are read downwards: rows that all begin with a number stand in its order, errors last."""
-    numbers = [re.match(r"-?\d+", term) for term, _ in rows]
-    return sorted(rows, key=lambda row: (row[0][0] == "-", abs(int(re.match(r"-?\d+", row[0])[0])))) if all(numbers) else rows
+    """Rows that all begin with a number stand in its order, negative ones last: tables of two columns are not written
+    in the order in which they are read."""
+    numbers = [re.match(r"(-?)(\d+)", term) for term, _ in rows]
+    if not all(numbers):
+        return rows
+    order = [(number[1], int(number[2])) for number in numbers]
+    return [row for _, row in sorted(zip(order, rows), key=lambda pair: pair[0])]
 
 
 def blocks(lines):
-    """Paragraphs (None, lines) and indented blocks (1, lines)."""
+    """Paragraphs (False, lines) and indented blocks (True, lines)."""
     out = []
     for line in lines:
-        kind = 1 if line.startswith(" ") else None
+        indented = line.startswith(" ")
         if not line:
             out.append((None, []))
-        elif not out or out[-1][0] != kind or (not kind and TOPIC.match(line)):
-            out.append((kind, [line]))
+        elif not out or out[-1][0] != indented or (not indented and TOPIC.match(line)):
+            out.append((indented, [line]))
         else:
             out[-1][1].append(line)
     return [block for block in out if block[1]]
@@ -87,16 +91,22 @@ def html_tables(rows, own):
         if is_note:
             out += [markup(text, own) for _, text in group]
             continue
-        cells = (f"<tr><td>{markup(term, own)}</td><td>{markup(text, own)}</td></tr>" for term, text in by_number(list(group)))
-        out.append("\n".join(['<table class="terms">', *cells, "</table>"]))
+        cells = ((markup(term, own), markup(text, own)) for term, text in by_number(list(group)))
+        lines = (f"<tr><td>{term}</td><td>{text}</td></tr>" for term, text in cells)
+        out.append("\n".join(['<table class="terms">', *lines, "</table>"]))
     return "\n\n".join(out)
+
+
+def lead(text):
+    """The summary of a page, which stands in the list of guides and above the page's text."""
+    return f'<span class="lead">{text[0].upper()}{text[1:]}</span>'
 
 
 def documentation(lines, own=()):
     """A comment's lines as summary and details; own names the routines that it is about."""
     out = []
-    for kind, block in blocks(lines):
-        if kind:
+    for indented, block in blocks(lines):
+        if indented:
             out.append(html_tables(table(block), own))
         elif not out:
             summary, _, rest = re.sub(r"\. ", ".\0", " ".join(block), count=1).partition("\0")
