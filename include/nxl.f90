@@ -1857,8 +1857,6 @@ module nxl
             integer(c_int32_t), value :: col1, col2, rows, stride
         end subroutine
 
-        ! ---- Pack and unpack ----
-
         ! ---- Bessel and Airy functions: orders fnu, fnu + 1, ..., fnu + n - 1; kode 2 scaled ----
 
         ! Modified functions of the first kind I; kode 2: times exp(-|Re z|).

@@ -30,7 +30,8 @@ extern "C" {
 #define NXL_LENGTH(name) int name
 #endif
 
-/* ==== Errors ====================================================================================================== */
+/* ==== Errors ======================================================================================================
+ * Where reports of bad arguments go. */
 
 /* Where BLAS and LAPACK routines report a bad argument. Prints one line on standard output and returns; it never stops
  * the program. A host that wants the reports defines a function of this name itself, which then replaces this one.
@@ -70,7 +71,8 @@ int NXL_Get_Dynamic(void) NXL_NOEXCEPT;
 /* How long OpenMP's threads stay awake after a parallel region, in milliseconds: kmp_set_blocktime of the runtime. */
 void okmp_set_blocktime(int milliseconds) NXL_NOEXCEPT;
 
-/* ==== Memory, progress, timers, machine constants ================================================================= */
+/* ==== Memory, progress, timers, machine constants =================================================================
+ * Giving scratch memory back, following a factorisation, elapsed time, the limits of the number formats. */
 
 /* Gives the scratch memory that the library keeps for reuse, on all threads, back to the system. Call it when no other
  * call into the library is running. Blocks in use stay. Afterwards every thread may go on calling. */
@@ -99,7 +101,7 @@ double DSECND(void) NXL_NOEXCEPT;
  * of the format but not exactly at them. */
 double D1MACH(const int* i) NXL_NOEXCEPT;
 
-/* The same of single precision. */
+/* Machine constants of single precision, by the same numbers as D1MACH. */
 float R1MACH(const int* i) NXL_NOEXCEPT;
 
 /* ==== Conjugate gradients, by reverse communication ===============================================================
@@ -417,12 +419,14 @@ int dtrnlspbc_get(void** handle, int* iter, int* st_cr, double* r1, double* r2) 
 int dtrnlspbc_delete(void** handle) NXL_NOEXCEPT;
 
 /* ==== BLAS level 1 ================================================================================================
- * Lawson, Hanson, Kincaid and Krogh, ACM TOMS 5 (1979). Nothing is checked and nothing is reported: with n below 1 a
- * routine returns at once, functions with 0. Vectors of n elements lie incx (incy) elements apart; the arrays hold at
- * least 1 + (n - 1) |inc| elements. With a negative increment a vector starts at the far end, at element (1 - n) inc,
- * as in the published routines. What goes beyond those is said at each routine. Sums are accumulated in several chains,
- * so their rounding may differ between processor classes and vector widths, not between calls. Only daxpy and ddot use
- * threads, on processor classes 2 and 3 and for long vectors. */
+ * Vectors: sums, norms, rotations, copies. Lawson, Hanson, Kincaid and Krogh, ACM TOMS 5 (1979).
+ *
+ * Nothing is checked and nothing is reported: with n below 1 a routine returns at once, functions with 0. Vectors of n
+ * elements lie incx (incy) elements apart; the arrays hold at least 1 + (n - 1) |inc| elements. With a negative
+ * increment a vector starts at the far end, at element (1 - n) inc, as in the published routines. What goes beyond
+ * those is said at each routine. Sums are accumulated in several chains, so their rounding may differ between processor
+ * classes and vector widths, not between calls. Only daxpy and ddot use threads, on processor classes 2 and 3 and for
+ * long vectors. */
 
 /* Sum of |x(i)|. incx 0 counts the first element n times; a negative incx sums the same n elements as its magnitude. */
 double dasum(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
@@ -469,7 +473,7 @@ void dswap(const int* n, double* x, const int* incx, double* y, const int* incy)
  * but for a NaN in first place, which nothing replaces. */
 int idamax(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
 
-/* The same for the smallest |x(i)|. */
+/* Position, from 1, of the first element of smallest |x(i)|; otherwise as idamax. */
 int idamin(const int* n, const double* x, const int* incx) NXL_NOEXCEPT;
 
 /* Sum of |Re x(i)| + |Im x(i)|; increments as in dasum. */
@@ -529,6 +533,8 @@ void ZSCAL(const int* n, const nxl_z* alpha, nxl_z* x, const int* incx) NXL_NOEX
 void ZSWAP(const int* n, nxl_z* x, const int* incx, nxl_z* y, const int* incy) NXL_NOEXCEPT;
 
 /* ==== BLAS levels 2 and 3: what holds for all =====================================================================
+ * Conventions of the matrix routines.
+ *
  * Arguments are looked at in order, by position from 1; the first bad one is reported to XERBLA with the routine's
  * name, and the call returns with nothing changed. Each routine lists the positions it may report. Bad is: an option
  * letter that is not among those listed (either case will do), a size below 0, an increment of 0, and a leading
@@ -545,7 +551,10 @@ void ZSWAP(const int* n, nxl_z* x, const int* incx, nxl_z* y, const int* incy) N
  * not test for singularity: a zero on the diagonal gives infinities or NaN. The output may not overlap any input. */
 
 /* ==== BLAS level 2 ================================================================================================
- * Dongarra, Du Croz, Hammarling and Hanson, ACM TOMS 14 (1988). Only dgemv and zgemv use threads, on processor classes
+ * A matrix with a vector: products, updates of rank one and two, triangular solutions. Dongarra, Du Croz, Hammarling
+ * and Hanson, ACM TOMS 14 (1988).
+ *
+ * Only dgemv and zgemv use threads, on processor classes
  * 2 and 3 when m or n is at least 64 and each thread gets work enough; blocks of y are disjoint, so nothing is summed
  * across threads. With a size of 0 nothing is done. */
 
@@ -604,7 +613,10 @@ void ztrsv(const char* uplo, const char* trans, const char* diag, const int* n, 
            nxl_z* x, const int* incx) NXL_NOEXCEPT;
 
 /* ==== BLAS level 3 ================================================================================================
- * Dongarra, Du Croz, Duff and Hammarling, ACM TOMS 16 (1990). All may use threads, by size, shape and processor class.
+ * Matrices with matrices: products, updates of rank k, triangular solutions for many right-hand sides. Dongarra, Du
+ * Croz, Duff and Hammarling, ACM TOMS 16 (1990).
+ *
+ * All may use threads, by size, shape and processor class.
  * With m or n 0 nothing is done. With k or alpha 0 the output is multiplied by beta; where there is no beta, it becomes
  * 0. */
 
@@ -692,6 +704,8 @@ void ZTRSM(const char* side, const char* uplo, const char* transa, const char* d
            const nxl_z* alpha, const nxl_z* a, const int* lda, nxl_z* b, const int* ldb) NXL_NOEXCEPT;
 
 /* ==== LAPACK: LU factorisation ====================================================================================
+ * P A = L U of a general matrix, and the solutions and the inverse that follow from it.
+ *
  * Matrices are a(rows,columns), column-major, with columns lda elements apart; rows past the matrix are neither read
  * nor written. Pivots ipiv say that row i was interchanged with row ipiv(i), both counted from 1, in the order of i. A
  * bad argument is reported to XERBLA with its position, info becomes that position negated, and nothing else changes;
@@ -747,7 +761,9 @@ void DGETRF(const int* m, const int* n, double* a, const int* lda, int* ipiv, in
 void ZGETRF(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int* info) NXL_NOEXCEPT;
 
 /* ==== LAPACK: Cholesky factorisation ==============================================================================
- * A is symmetric or Hermitian and positive definite, a(n,n), of which triangle uplo alone is read and written. The
+ * A = U^H U or L L^H of a positive definite matrix, and the solutions and the inverse that follow from it.
+ *
+ * A is symmetric or Hermitian, a(n,n), of which triangle uplo alone is read and written. The
  * imaginary parts of a Hermitian diagonal are taken as 0. info: 0, or -i when argument i is bad, which is reported too.
  * Methods: Golub and Van Loan, Matrix Computations, 4th ed., section 4.2; on several threads by tiles, Buttari, Langou,
  * Kurzak and Dongarra, Parallel Computing 35 (2009). */
@@ -761,7 +777,7 @@ void ZGETRF(const int* m, const int* n, nxl_z* a, const int* lda, int* ipiv, int
 void dpotrf(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 void zpotrf(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
-/* The same for small matrices: without blocks, on the caller's thread, without progress. Reports the same positions.
+/* As zpotrf, for small matrices: without blocks, on the caller's thread, without progress. Reports the same positions.
  * Upper-case name only. */
 void ZPOTF2(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
@@ -781,7 +797,8 @@ void zpotri(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info,
 /* Upper-case alias: the same routine. */
 void DPOTRF(const char* uplo, const int* n, double* a, const int* lda, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
-/* ==== LAPACK: triangular matrices ================================================================================= */
+/* ==== LAPACK: triangular matrices =================================================================================
+ * Inverses, and solutions that look for a zero on the diagonal first. */
 
 /* The inverse of a triangular matrix in its place, a(n,n); the other triangle, and the diagonal with diag U, which then
  * counts as ones, are not touched. By halves, on products and solutions of level 3. info: 0; i when diagonal element i
@@ -802,7 +819,9 @@ void ztrtrs(const char* uplo, const char* trans, const char* diag, const int* n,
             NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
 
 /* ==== Sparse BLAS level 1 =========================================================================================
- * Dodson, Grimes and Lewis, ACM TOMS 17 (1991). A sparse vector is nz values x and their places indx in a dense vector
+ * Vectors with few non-zeros: sums, gather and scatter. Dodson, Grimes and Lewis, ACM TOMS 17 (1991).
+ *
+ * A sparse vector is nz values x and their places indx in a dense vector
  * y, counted from 1. Indices are not checked; a repeated index counts each time it stands. With nz below 1 nothing is
  * done and sums are 0. Without memory for a copy of indx the call has no effect and XERBLA is told (number 1000). */
 
@@ -889,8 +908,8 @@ void SgnMuldc_d(const double* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
  * fits; beyond, and for NaN, q is -2147483648. */
 void Rem_d(const double* x, const double* y, double* dst, uint32_t n) NXL_NOEXCEPT;
 
-/* The same for one divisor: q is x[i] (1 / value) truncated, with the reciprocal rounded once. Near whole multiples it
- * can differ from Rem_d. */
+/* Remainder for one divisor: as Rem_d, but q is x[i] (1 / value) truncated, with the reciprocal rounded once. Near
+ * whole multiples it can differ from Rem_d. */
 void RemVal_d(const double* x, double value, double* dst, uint32_t n) NXL_NOEXCEPT;
 
 /* The smallest integer not below src[i], the largest not above it, with the sign of src[i] when it is 0. */
@@ -901,9 +920,9 @@ void Floor_d(const double* src, double* dst, uint32_t n) NXL_NOEXCEPT;
 void CumSum_d(const double* src, double* dst, uint32_t n) NXL_NOEXCEPT;
 void CumSumc_d(const nxl_z* src, nxl_z* dst, uint32_t n) NXL_NOEXCEPT;
 
-/* The same at lag delta: the first delta elements (at most n) are copied, then dst[i] = src[i] + dst[i - delta]. Arrays
- * may overlap in any way: the result is that of the loop over single elements, forwards. With delta 0, dst[i] grows by
- * src[i]. */
+/* Cumulative sums at lag delta: the first delta elements (at most n) are copied, then dst[i] = src[i] + dst[i - delta].
+ * Arrays may overlap in any way: the result is that of the loop over single elements, forwards. With delta 0, dst[i]
+ * grows by src[i]. */
 void CumSumDelta_d(const double* src, double* dst, uint32_t n, uint32_t delta) NXL_NOEXCEPT;
 void CumSumDeltac_d(const nxl_z* src, nxl_z* dst, uint32_t n, uint32_t delta) NXL_NOEXCEPT;
 
@@ -943,6 +962,8 @@ void SetValcToPtr_d(nxl_z* p, const nxl_z* value) NXL_NOEXCEPT;
 void SetValIToPtr(int32_t* p, int32_t value) NXL_NOEXCEPT;
 
 /* ==== Matrix primitives ===========================================================================================
+ * Copies, transposes, triangles, exchanges of rows and columns.
+ *
  * Plain C calls: arguments by value but for the arrays, sizes unsigned. Matrices are row-major: element (r, c) is
  * a[r stride + c], with rows and columns counted from 0, and all of rows, cols and strides in elements. Where there are
  * two matrices, rows and cols are those of the part of src that is read. Nothing is checked, nothing outside the told
@@ -974,7 +995,7 @@ void TransposeMatrixc_d(const nxl_z* src, nxl_z* dst, uint32_t rows, uint32_t co
 void AdjungateMatrixc_d(const nxl_z* src, nxl_z* dst, uint32_t rows, uint32_t cols, uint32_t srcStride,
                         uint32_t dstStride) NXL_NOEXCEPT;
 
-/* The same in place, on the n by n matrix a. Adjungate conjugates the diagonal too. */
+/* Transposes the n by n matrix a in place; Adjungate conjugates every element, the diagonal too. */
 void TransposeSquareMatrix_d(double* a, uint32_t n, uint32_t stride) NXL_NOEXCEPT;
 void TransposeSquareMatrixc_d(nxl_z* a, uint32_t n, uint32_t stride) NXL_NOEXCEPT;
 void AdjungateSquareMatrixc_d(nxl_z* a, uint32_t n, uint32_t stride) NXL_NOEXCEPT;
@@ -1035,8 +1056,8 @@ void vdunpackm(const int32_t* n, const double* a, double* y, const int32_t* my) 
 void vdunpackmc_d(uint32_t n, const nxl_z* a, nxl_z* y, const int32_t* my) NXL_NOEXCEPT;
 
 /* ==== Bessel and Airy functions ===================================================================================
- * Of complex arguments and real orders >= 0, in single precision: J and Y, I and K, the Hankel functions H1 and H2, Ai
- * and Bi. A call computes n orders at once, fnu, fnu + 1, ..., fnu + n - 1, into cy(1) ... cy(n).
+ * Functions of complex arguments and real orders >= 0, in single precision: J and Y, I and K, the Hankel functions H1
+ * and H2, Ai and Bi. A call computes n orders at once, fnu, fnu + 1, ..., fnu + n - 1, into cy(1) ... cy(n).
  *   z      the argument, anywhere in the plane; not 0 for K, H and Y. The functions are cut along the negative axis, on
  *          which arg z is pi, whatever the sign of a zero imaginary part
  *   fnu    the first order, not negative
@@ -1046,16 +1067,17 @@ void vdunpackmc_d(uint32_t n, const nxl_z* a, nxl_z* y, const int32_t* my) NXL_N
  *   nz     out: how many elements have been set to 0 because their modulus is below the smallest normalised number,
  *          2^-126. For I and J these are the last ones, as such functions get small with their order; for K, H1 (upper
  *          half plane) and H2 (lower) the first ones; else the number alone is told
- *   ierr   out: 0  done
- *               1  bad input: an argument outside its bounds above, or fnu not a number
- *               2  overflow: a part of an element is above the largest number. With kode 1 large |Re z| or |Im z|; with
- *                  either, an order large beside |z|, for K, H and Y
- *               3  done; |z| or fnu + n - 1 is above 2048, where arithmetic in single precision would have lost more
- *                  than half of its digits
- *               4  |z| or fnu + n - 1 is above 2^22 = 4194304, where it would have lost all; or z is infinite or not a
- *                  number
- *               5  an iteration did not end
- *          With 1, 2, 4 and 5 cy stays as it was and nz is 0. Nothing is reported.
+ *   ierr   out: one of these codes. With 1, 2, 4 and 5 cy stays as it was and nz is 0. Nothing is reported
+ *
+ *   0  done
+ *   1  bad input: an argument outside its bounds above, or fnu not a number
+ *   2  overflow: a part of an element is above the largest number. With kode 1 large |Re z| or |Im z|; with either, an
+ *      order large beside |z|, for K, H and Y
+ *   3  done; |z| or fnu + n - 1 is above 2048, where arithmetic in single precision would have lost more than half of
+ *      its digits
+ *   4  |z| or fnu + n - 1 is above 2^22 = 4194304, where it would have lost all; or z is infinite or not a number
+ *   5  an iteration did not end
+ *
  * The meaning of arguments and codes is that of D. E. Amos, ACM TOMS 12 (1986) 265-273, Algorithm 644. Computation is
  * in double precision throughout, code 3 included: an error is below 1 unit in the last place of the modulus (rounding
  * both parts correctly: up to 0.71). It may be more next to a zero of a function of an order from 86 on, where an error
@@ -1089,8 +1111,8 @@ void CAIRY(const nxl_c* z, const int* id, const int* kode, nxl_c* ai, int* nz, i
 void CBIRY(const nxl_c* z, const int* id, const int* kode, nxl_c* bi, int* ierr) NXL_NOEXCEPT;
 
 /* ==== Toeplitz systems and filter design ==========================================================================
- * None of these reports anything but a lack of memory in REMEZ. All run in the calling thread, but for what ddot does
- * with long vectors. */
+ * Solutions with a Toeplitz matrix, best approximation by cosines. None of these reports anything but a lack of memory
+ * in REMEZ. All run in the calling thread, but for what ddot does with long vectors. */
 
 /* T x = b for a Toeplitz matrix of order m, neither symmetric nor Hermitian: T(i,j) = a1(j-i+1) for j >= i, a2(i-j)
  * for i > j. a1(m): its first row; a2(m-1): its first column from the second element on; b(m), x(m); work: c1(m-1),

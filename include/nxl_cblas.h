@@ -4,8 +4,10 @@
  *
  * What the routines compute, and what holds for their arguments, is described in nxl.h with the routine of the same
  * name. Here sizes, leading dimensions, increments and real scalars come by value; complex scalars, vectors and
- * matrices by address, as pointers to void. Order   CblasRowMajor: element (i,j) of a matrix stands at a[i * lda + j],
- * and lda is at least its number of columns; CblasColMajor: at a[i + j * lda], and lda is at least its number of rows
+ * matrices by address, as pointers to void. Order is one of:
+ *   CblasRowMajor  element (i,j) of a matrix stands at a[i * lda + j], and lda is at least its number of columns
+ *   CblasColMajor  element (i,j) stands at a[i + j * lda], and lda is at least its number of rows
+ *
  * Row-major calls run on the transposed problem in place. Where that takes conjugates (zgemv, ztrmv and ztrsv with
  * CblasConjTrans, zhemv, zher, zher2, zgerc) a conjugated copy is made of vectors that are read, from the heap above 64
  * elements, and y or x is conjugated in its place before and after.
@@ -29,23 +31,36 @@ extern "C" {
 #define NXL_CBLAS_NOEXCEPT
 #endif
 
+/* ==== CBLAS: options and reports =================================================================================
+ * What CBLAS calls take beside numbers and arrays, and where reports of bad arguments go. */
+
 /* What the search for an extreme element returns: its position, from 0. */
 #define CBLAS_INDEX size_t
 
-/* Options of matrix routines: storage by rows or by columns; the matrix, its transpose or its conjugate transpose;
- * which triangle is there; whether its diagonal is taken for ones; on which side of the product it stands. */
+/* Whether matrices are stored by rows or by columns. */
 typedef NXL_CBLAS_ENUM(CBLAS_ORDER){CblasRowMajor = 101, CblasColMajor = 102} CBLAS_ORDER;
+
+/* The later name of CBLAS_ORDER. */
+typedef CBLAS_ORDER CBLAS_LAYOUT;
+
+/* The matrix, its transpose or its conjugate transpose. */
 typedef NXL_CBLAS_ENUM(CBLAS_TRANSPOSE){CblasNoTrans = 111, CblasTrans = 112, CblasConjTrans = 113} CBLAS_TRANSPOSE;
+
+/* Which triangle of a symmetric, Hermitian or triangular matrix is stored. */
 typedef NXL_CBLAS_ENUM(CBLAS_UPLO){CblasUpper = 121, CblasLower = 122} CBLAS_UPLO;
+
+/* Whether the diagonal of a triangular matrix is read, or taken for ones. */
 typedef NXL_CBLAS_ENUM(CBLAS_DIAG){CblasNonUnit = 131, CblasUnit = 132} CBLAS_DIAG;
+
+/* On which side of the product the matrix with special structure stands. */
 typedef NXL_CBLAS_ENUM(CBLAS_SIDE){CblasLeft = 141, CblasRight = 142} CBLAS_SIDE;
-typedef CBLAS_ORDER CBLAS_LAYOUT; /* its later name */
 
 /* Takes all reports. Prints to standard error: the position p and the routine, unless p is 0, and what form says, as
  * printf does. It returns; a program that wants to stop, or to count, defines a function of this name itself. */
 void cblas_xerbla(int p, const char* rout, const char* form, ...);
 
-/* ==== Level 1 ===================================================================================================== */
+/* ==== CBLAS level 1 ===============================================================================================
+ * Vectors: sums, norms, rotations, copies. Nothing is checked or reported. */
 
 double cblas_ddot(int N, const double* X, int incX, const double* Y, int incY) NXL_CBLAS_NOEXCEPT;
 void cblas_zdotu_sub(int N, const void* X, int incX, const void* Y, int incY, void* dotu) NXL_CBLAS_NOEXCEPT;
@@ -80,7 +95,8 @@ void cblas_drot(int N, double* X, int incX, double* Y, int incY, double c, doubl
 void cblas_zdrot(int N, void* X, int incX, void* Y, int incY, double c, double s) NXL_CBLAS_NOEXCEPT;
 void cblas_drotm(int N, double* X, int incX, double* Y, int incY, const double* P) NXL_CBLAS_NOEXCEPT;
 
-/* ==== Level 2 ===================================================================================================== */
+/* ==== CBLAS level 2 ===============================================================================================
+ * A matrix with a vector: products, updates of rank one and two, triangular solutions. */
 
 void cblas_dgemv(CBLAS_ORDER Order, CBLAS_TRANSPOSE TransA, int M, int N, double alpha, const double* A, int lda,
                  const double* X, int incX, double beta, double* Y, int incY) NXL_CBLAS_NOEXCEPT;
@@ -113,7 +129,8 @@ void cblas_dtrsv(CBLAS_ORDER Order, CBLAS_UPLO Uplo, CBLAS_TRANSPOSE TransA, CBL
 void cblas_ztrsv(CBLAS_ORDER Order, CBLAS_UPLO Uplo, CBLAS_TRANSPOSE TransA, CBLAS_DIAG Diag, int N, const void* A,
                  int lda, void* X, int incX) NXL_CBLAS_NOEXCEPT;
 
-/* ==== Level 3 ===================================================================================================== */
+/* ==== CBLAS level 3 ===============================================================================================
+ * Matrices with matrices: products, updates of rank k, triangular solutions for many right-hand sides. */
 
 void cblas_dgemm(CBLAS_ORDER Order, CBLAS_TRANSPOSE TransA, CBLAS_TRANSPOSE TransB, int M, int N, int K, double alpha,
                  const double* A, int lda, const double* B, int ldb, double beta, double* C,
