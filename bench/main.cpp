@@ -3,6 +3,7 @@
 #include "bench/krylov_peer.hpp"
 #include "bench/machine.hpp"
 #include "common/command_line.hpp"
+#include "common/gnuplot.hpp"
 #include "common/run_program.hpp"
 #include <algorithm>
 #include <cstdio>
@@ -39,7 +40,7 @@ void declare(CLI::App& app, CommandLine& line) {
     for (const auto& family : families()) names.emplace_back(family.name);
     app.footer(
         family_list() +
-        "\n\nExit status: 0 done, 1 a file or library cannot be used, 2 bad usage, 3 results differ: such a case "
+        "\n\nExit status: 0 done, 1 a file, plot or library cannot be used, 2 bad usage, 3 results differ: such a case "
         "has no figure.\nExample: nxl-bench gemm level3 --sizes 100,1000 --csv figures.csv");
     app.set_version_flag("--version", "nxl-bench " NXL_BENCH_VERSION);
     app.add_option("FAMILY", line.families, "What to measure, see below; several run one after the other")
@@ -66,7 +67,8 @@ void declare(CLI::App& app, CommandLine& line) {
         ->option_text("FILE.csv");
     app.add_option("--plot", request.plot,
                    "Draw ratios, or rates of matrix products and factorisations; of several as --csv")
-        ->option_text("FILE.svg");
+        ->check(common::fault_of_drawing)
+        ->option_text("FILE.svg|FILE.png");
 }
 
 /// Options that a family would pass over are refused.
@@ -107,6 +109,7 @@ void try_to_write(const std::string& file) {
 
 int run(const Request& request) {
     try_to_write(request.csv);
+    try_to_write(request.plot);
     return family_of(request.family).run(request);
 }
 

@@ -1,7 +1,8 @@
 #include "bench/plot.hpp"
+#include "common/gnuplot.hpp"
+#include "common/input_error.hpp"
 #include <algorithm>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
 #include <limits>
 #include <sstream>
@@ -50,13 +51,12 @@ std::string panel(const Report& report, std::size_t column) {
     return out.str();
 }
 
-std::string ratio_script(const Report& report, const std::string& file) {
+std::string ratio_script(const Report& report) {
     const std::size_t panels = report.columns().size() - 1;
     std::ostringstream out;
-    out << "set terminal svg size 1000," << 360 * panels << " font 'sans,12' background '#ffffff'\nset output '" << file
-        << "'\nset logscale y 2\nset grid y\nset key outside\nset multiplot layout " << panels << ",1\n";
+    out << "set logscale y 2\nset grid noxtics y\nset key outside\nset multiplot layout " << panels << ",1\n";
     for (std::size_t column = 1; column <= panels; ++column) out << panel(report, column);
-    return out.str();
+    return out.str() + "unset multiplot\n";
 }
 
 /// A line per square case that the library of this column has been timed with; empty when there is none.
@@ -83,46 +83,52 @@ std::string rate_panel(const Report& report, const std::string& label) {
     return data.str() + plot.str() + '\n';
 }
 
-std::string rate_script(const Report& report, const std::string& file) {
+/// The routines with their options that have square cases, a panel for each.
+std::vector<std::string> square_cases(const Report& report) {
     std::vector<std::string> labels;
+    for (const Timing& timing : report.timings())
+        if (timing.which.size.square()) place_of(labels, timing.which.label());
+    return labels;
+}
+
+int across(const std::vector<std::string>& labels) { return std::min(static_cast<int>(labels.size()), 3); }
+int down(const std::vector<std::string>& labels) {
+    return (static_cast<int>(labels.size()) + across(labels) - 1) / across(labels);
+}
+
+std::string rate_script(const Report& report, const std::vector<std::string>& labels) {
     int smallest = std::numeric_limits<int>::max(), largest = 1;
     for (const Timing& timing : report.timings())
         if (timing.which.size.square()) {
-            place_of(labels, timing.which.label());
             smallest = std::min(smallest, timing.which.size.n);
             largest = std::max(largest, timing.which.size.n);
         }
-    const std::size_t across = std::min<std::size_t>(labels.size(), 3), down = (labels.size() + across - 1) / across;
     std::ostringstream out;
-    out << "set terminal svg size " << 420 * across << ',' << 300 * down + 40
-        << " font 'sans,12' background '#ffffff'\nset output '" << file << "'\nset logscale x 2\nset xrange ["
-        << 0.8 * smallest << ':' << 1.25 * largest
+    out << "set logscale x 2\nset xrange [" << 0.8 * smallest << ':' << 1.25 * largest
         << "]\nset xlabel \"order n of square matrices\"\nset yrange [0:" << 1.1e-9 * report.peak_flops()
-        << "]\nset ylabel \"GFLOP/s\"\nset grid\nset key bottom right\nset multiplot layout " << down << ',' << across
-        << " title \"" << report.family() << ", " << threads_text(report.columns()[0].threads) << "\"\n";
+        << "]\nset ylabel \"GFLOP/s\"\nset grid\nset key bottom right\nset multiplot layout " << down(labels) << ','
+        << across(labels) << " title \"" << report.family() << ", " << threads_text(report.columns()[0].threads)
+        << "\"\n";
     for (const std::string& label : labels) out << rate_panel(report, label);
-    return out.str();
+    return out.str() + "unset multiplot\n";
 }
 
-void run_gnuplot(const std::string& commands) {
-    const auto before = std::signal(SIGPIPE, SIG_IGN); // a missing gnuplot is reported, not died of
-    FILE* gnuplot =
-        popen("gnuplot", "w"); // NOLINT(cert-env33-c): a plotting program of the user's choice, from the path
-    const bool written = gnuplot && std::fwrite(commands.data(), 1, commands.size(), gnuplot) == commands.size();
-    if (!gnuplot || pclose(gnuplot) != 0 || !written)
-        std::fprintf(stderr, "nxl-bench: note: no plot, because gnuplot did not run\n");
-    std::signal(SIGPIPE, before);
+void draw(const std::string& file, const std::string& script, common::Extent extent) {
+    common::draw(file, "", [&](std::FILE* gnuplot) { std::fputs(script.c_str(), gnuplot); }, extent);
 }
 
 } // namespace
 
 void plot_ratios(const Report& report, const std::string& file) {
-    if (report.columns().size() > 1 && !report.timings().empty()) run_gnuplot(ratio_script(report, file));
+    const int panels = static_cast<int>(report.columns().size()) - 1;
+    if (panels == 0) throw common::InputError(file, "no plot: there is no peer to compare with");
+    draw(file, ratio_script(report), {.width = 1000, .height = 360 * panels});
 }
 
 void plot_rates(const Report& report, const std::string& file) {
-    if (std::ranges::any_of(report.timings(), [](const Timing& timing) { return timing.which.size.square(); }))
-        run_gnuplot(rate_script(report, file));
+    const auto labels = square_cases(report);
+    if (labels.empty()) throw common::InputError(file, "no plot: no case with square matrices has a figure");
+    draw(file, rate_script(report, labels), {.width = 420 * across(labels), .height = 300 * down(labels) + 40});
 }
 
 } // namespace nxl::bench

@@ -3,8 +3,8 @@
 
 namespace nxl::bench {
 
-/// Draws the ratios to each peer as an SVG picture, a mark per routine and size, by gnuplot. Says so when there is
-/// none.
+/// Draws the ratios to each peer, a mark per routine and size, by gnuplot, as SVG or PNG. Both throw InputError when
+/// there is no drawing.
 void plot_ratios(const Report& report, const std::string& file);
 
 /// Draws GFLOP/s over the size of square cases: a panel per routine with its options, a curve per library, and the

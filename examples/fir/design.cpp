@@ -78,14 +78,14 @@ std::vector<double> taps_of(const std::vector<double>& alpha, int taps) {
 }
 
 /// Within a band, on a grid four times as fine as that of the design.
-Ripple ripple_of(const Filter& filter, const Band& band, double step) {
+Ripple ripple_of(const Amplitude& amplitude, const Band& band, double step) {
     const int pieces = std::max(1, static_cast<int>(std::ceil(4.0 * (band.last - band.first) / step)));
     Ripple ripple{.least = HUGE_VAL, .greatest = 0.0, .error = 0.0};
     for (int i = 0; i <= pieces; ++i) {
-        const double amplitude = filter.amplitude(band.first + (band.last - band.first) * i / pieces);
-        ripple.least = std::min(ripple.least, std::abs(amplitude));
-        ripple.greatest = std::max(ripple.greatest, std::abs(amplitude));
-        ripple.error = std::max(ripple.error, std::abs(amplitude - band.desired));
+        const double there = amplitude(band.first + (band.last - band.first) * i / pieces);
+        ripple.least = std::min(ripple.least, std::abs(there));
+        ripple.greatest = std::max(ripple.greatest, std::abs(there));
+        ripple.error = std::max(ripple.error, std::abs(there - band.desired));
     }
     return ripple;
 }
@@ -95,11 +95,33 @@ Ripple ripple_of(const Filter& filter, const Band& band, double step) {
 /// Between points of the grid the error may be a little above its extrema there.
 bool Filter::converged() const { return largest <= 1.1 * level || largest < 1e-12; }
 
-double Filter::amplitude(double frequency) const {
-    const double middle = 0.5 * static_cast<double>(taps.size() - 1);
+Amplitude::Amplitude(const std::vector<double>& taps) : shift_(taps.size() % 2 == 1 ? 0.0 : 0.5) {
+    const std::size_t terms = (taps.size() + 1) / 2;
+    block_ = static_cast<int>(std::ceil(std::sqrt(static_cast<double>(terms))));
+    blocks_ = (static_cast<int>(terms) + block_ - 1) / block_;
+    factor_.resize(static_cast<std::size_t>(block_) * static_cast<std::size_t>(blocks_));
+    for (std::size_t k = 0; k < terms; ++k)
+        factor_[k] = (k == 0 && shift_ == 0.0 ? 1.0 : 2.0) * taps[taps.size() / 2 + k];
+}
+
+/// cos(a + b) = cos a cos b - sin a sin b, a being the block's first angle and b the way from there.
+double Amplitude::operator()(double frequency) const {
+    const double angle = 2.0 * pi * frequency, one = 1.0, zero = 0.0;
+    const int step = 1;
+    std::vector<double> cosine(static_cast<std::size_t>(block_)), sine(cosine);
+    std::vector<double> by_cosine(static_cast<std::size_t>(blocks_)), by_sine(by_cosine);
+    for (std::size_t k = 0; k < cosine.size(); ++k) {
+        cosine[k] = std::cos(angle * static_cast<double>(k));
+        sine[k] = std::sin(angle * static_cast<double>(k));
+    }
+    dgemv("T", &block_, &blocks_, &one, factor_.data(), &block_, cosine.data(), &step, &zero, by_cosine.data(), &step);
+    dgemv("T", &block_, &blocks_, &one, factor_.data(), &block_, sine.data(), &step, &zero, by_sine.data(), &step);
     double sum = 0.0;
-    for (std::size_t k = 0; k < taps.size(); ++k)
-        sum += taps[k] * std::cos(2.0 * pi * frequency * (static_cast<double>(k) - middle));
+    for (int b = 0; b < blocks_; ++b) {
+        const double first = angle * (b * block_ + shift_);
+        const auto k = static_cast<std::size_t>(b);
+        sum += std::cos(first) * by_cosine[k] - std::sin(first) * by_sine[k];
+    }
     return sum;
 }
 
@@ -115,8 +137,9 @@ Filter design(int taps, const std::vector<Band>& bands, int density) {
 
     Filter filter{
         .taps = taps_of(best.alpha, taps), .ripple = {}, .level = best.level, .terms = terms, .used = best.used};
+    const Amplitude amplitude(filter.taps);
     for (const Band& band : bands) {
-        filter.ripple.push_back(ripple_of(filter, band, step));
+        filter.ripple.push_back(ripple_of(amplitude, band, step));
         filter.largest = std::max(filter.largest, band.weight * filter.ripple.back().error);
     }
     return filter;

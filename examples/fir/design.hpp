@@ -27,8 +27,19 @@ struct Filter {
     int terms = 0, used = 0;    // free coefficients, and those that rounding left
 
     bool converged() const;
-    /// The amplitude, a real number: the response is that times a delay of half the length.
-    double amplitude(double frequency) const;
+};
+
+/// The amplitude of a symmetric filter, a real number: its response is that times a delay of half the length. Made for
+/// many frequencies: cosines of sums share those of their terms, so that one takes about 4 sqrt(taps / 2) of them.
+class Amplitude {
+  public:
+    explicit Amplitude(const std::vector<double>& taps);
+    double operator()(double frequency) const;
+
+  private:
+    int block_, blocks_;         // cosines are counted in blocks, the last of them filled up
+    double shift_;               // the k-th is of 2 pi f (k + shift)
+    std::vector<double> factor_; // block_ by blocks_, column-major
 };
 
 /// There is no such filter; the text says why.

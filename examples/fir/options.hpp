@@ -11,7 +11,8 @@ namespace fir {
 
 struct Options {
     int taps = 61;
-    double rate = 1.0; // samples per second, or whatever the edges are counted in
+    double rate = 1.0;     // samples per second
+    bool in_hertz = false; // the edges; else they are fractions of the rate
     int density = 32;
     std::vector<Band> bands; // in cycles per sample
     std::string output;

@@ -12,7 +12,7 @@ void print(const Options& options, const Filter& filter);
 /// One tap per line, with 17 digits. Throws InputError.
 void write_taps(const std::string& path, const Filter& filter);
 
-/// Draws the response in dB. False when gnuplot is not installed; throws InputError.
-bool plot(const Options& options, const Filter& filter);
+/// Draws the response in dB, and the ripple where the filter is to pass something. Throws InputError.
+void plot(const Options& options, const Filter& filter);
 
 } // namespace fir

@@ -1,6 +1,8 @@
 // Cuts lines into fields and fields into numbers.
 #include "data.hpp"
 
+#include "common/input_error.hpp"
+
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -10,7 +12,7 @@
 namespace fit {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\v\f";
+constexpr std::string_view kBlanks = " \t\v\f", kMantissa = "0123456789.";
 
 std::string_view trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(kBlanks);
@@ -60,6 +62,12 @@ void add_point(Data& data, const std::vector<std::string_view>& fields, const co
 
 bool parse_number(std::string_view text, double& value) {
     if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+    std::string c_style;
+    if (const auto d = text.find_first_of("dD"); d != text.npos && d > 0 && kMantissa.find(text[d - 1]) != text.npos) {
+        c_style = text;
+        c_style[d] = 'e';
+        text = c_style;
+    }
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     if (error == std::errc::result_out_of_range) value = std::numeric_limits<double>::infinity();
@@ -76,14 +84,17 @@ Data read_data(common::LineReader reader) {
         line = trimmed(line.substr(0, line.find('#')));
         if (line.empty()) continue;
         const auto fields = fields_of(line);
-        if (std::exchange(first, false) && is_header(fields)) continue;
+        if (std::exchange(first, false) && is_header(fields)) {
+            data.names.assign(fields.begin(), fields.end());
+            continue;
+        }
         if (columns == 0) columns = fields.size();
         if (fields.size() < 2 || fields.size() > 3) reader.fail("two or three columns are expected: x, y, sigma");
         if (fields.size() != columns)
             reader.fail(std::to_string(fields.size()) + " columns, but " + std::to_string(columns) + " before");
         add_point(data, fields, reader);
     }
-    if (data.x.empty()) reader.fail("the file holds no points");
+    if (data.x.empty()) throw common::InputError(reader.name(), "the file holds no points");
     return data;
 }
 

@@ -3,12 +3,14 @@
 
 #include "common/line_reader.hpp"
 
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace fit {
 
 struct Data {
+    std::vector<std::string> names; // of the columns, from the header; empty without one
     std::vector<double> x, y;
     std::vector<double> sigma; // standard deviations of y; empty when the file has none
 
@@ -19,7 +21,8 @@ struct Data {
 /// a first line without a number in it is a header. Throws InputError, with the line, for anything else.
 Data read_data(common::LineReader reader);
 
-/// True when all of `text` is a number; `value` may be infinite or NaN.
+/// True when all of `text` is a number, in C's way of writing it or, as in 1.5d-3, in Fortran's; `value` may be
+/// infinite or NaN.
 bool parse_number(std::string_view text, double& value);
 
 } // namespace fit

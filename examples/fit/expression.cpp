@@ -2,8 +2,10 @@
 #include "expression.hpp"
 
 #include "common/input_error.hpp"
+#include "data.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <muParser.h>
 
 namespace fit {
@@ -20,6 +22,17 @@ void refuse_assignment(const std::string& text) {
     }
 }
 
+/// 1.5d-3, which the parser does not know, as it reads numbers: tells whether there is one at the front, and moves on.
+int read_fortran_number(const char* text, int* position, double* value) {
+    std::size_t end = std::strspn(text, "0123456789.");
+    if (end == 0 || (text[end] != 'd' && text[end] != 'D')) return 0;
+    end += text[end + 1] == '+' || text[end + 1] == '-' ? 2 : 1;
+    const std::size_t exponent = std::strspn(text + end, "0123456789");
+    if (exponent == 0 || !parse_number({text, end + exponent}, *value)) return 0;
+    *position += static_cast<int>(end + exponent);
+    return 1;
+}
+
 [[noreturn]] void refuse(const mu::ParserError& error) {
     std::string what = error.GetMsg();
     while (what.ends_with('\n') || what.ends_with(' ') || what.ends_with('.')) what.pop_back();
@@ -32,9 +45,11 @@ Expression::Expression(const std::string& text) : parser_(std::make_unique<mu::P
     if (text.find_first_not_of(' ') == std::string::npos) throw common::UsageError("--model: the formula is empty");
     refuse_assignment(text);
     try {
+        parser_->AddValIdent(read_fortran_number);
         parser_->SetExpr(text);
         for (const auto& [name, place] : parser_->GetUsedVar())
             if (name != "x") names_.push_back(name);
+        has_x_ = parser_->GetUsedVar().contains("x");
         values_.resize(names_.size());
         parser_->DefineVar("x", &x_);
         for (std::size_t k = 0; k < names_.size(); ++k) parser_->DefineVar(names_[k], &values_[k]);

@@ -19,6 +19,8 @@ class Expression {
     Expression(const Expression&) = delete;
     Expression& operator=(const Expression&) = delete;
 
+    /// Whether x stands in it.
+    bool has_x() const { return has_x_; }
     /// All names that are neither x nor a function nor a constant, in alphabetical order.
     const std::vector<std::string>& parameters() const { return names_; }
 
@@ -29,6 +31,7 @@ class Expression {
   private:
     std::unique_ptr<mu::Parser> parser_;
     std::vector<std::string> names_;
+    bool has_x_ = false;
     double x_ = 0.0;
     std::vector<double> values_;
 };

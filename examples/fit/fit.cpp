@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 #include <iterator>
 #include <new>
 #include <nxl.h>
@@ -41,6 +42,7 @@ class Problem {
 
     int parameters() const { return static_cast<int>(unit_.size()); }
     int points() const { return data_.count(); }
+    double x(std::size_t i) const { return data_.x[i]; }
     double scale() const { return scale_; }
     double unit(std::size_t k) const { return unit_[k]; }
     const std::string& name(std::size_t k) const { return model_.parameters()[k]; }
@@ -232,8 +234,14 @@ void check_input(const Problem& problem, const Column& q) {
                       (n == 1 ? " parameter" : " parameters"));
     Column f;
     problem.residuals(q, f);
-    if (!std::isfinite(norm(f)))
-        throw Refusal("at the start the formula has no value at some x; give others by --start");
+    if (std::isfinite(norm(f))) return;
+    auto worst = std::find_if(f.begin(), f.end(), [](double r) { return !std::isfinite(r); });
+    if (worst == f.end())
+        worst = std::max_element(f.begin(), f.end(), [](double a, double b) { return std::abs(a) < std::abs(b); });
+    std::array<char, 32> x{};
+    std::snprintf(x.data(), x.size(), "%.10g", problem.x(static_cast<std::size_t>(worst - f.begin())));
+    throw Refusal("at the start the formula has no finite value at x = " + std::string(x.data()) +
+                  "; give others by --start");
 }
 
 } // namespace

@@ -38,9 +38,11 @@ Bounds bounds_of(const Options& options, const std::vector<std::string>& names) 
     return bounds;
 }
 
+/// A file that cannot be written counts for more than a fit that has not converged; both are told.
 int run(const Options& options) {
     const Model model = model_of(options.model);
     Expression expression(model.formula);
+    if (!expression.has_x()) throw no_model(options.model, "has no x in it");
     const auto& names = expression.parameters();
     check_names("--start", options.start, names);
     check_names("--lower", options.lower, names);
@@ -52,13 +54,14 @@ int run(const Options& options) {
     const Fit result = fit(expression, data, in_order(names, start, 1.0), bounds, options.max_iterations);
 
     if (!options.quiet) print(options.file, data, model.formula, names, result);
+    int status = kDone;
+    if (!result.converged)
+        status = common::complain(
+            kProgram, "not converged after " + std::to_string(result.iterations) + " iterations: " + result.reason,
+            kNotConverged);
     if (!options.output.empty()) write_table(options.output, data, result);
-    if (!options.plot.empty() && !plot(options.plot, data, expression, result, options.file + ": " + model.formula))
-        common::complain(kProgram, options.plot + ": note: no plot, gnuplot is not installed", kDone);
-    if (result.converged) return kDone;
-    return common::complain(
-        kProgram, "not converged after " + std::to_string(result.iterations) + " iterations: " + result.reason,
-        kNotConverged);
+    if (!options.plot.empty()) plot(options.plot, data, expression, result, options.file + ": " + options.model);
+    return status;
 }
 
 int run(int argc, char** argv) {

@@ -2,6 +2,7 @@
 #include "options.hpp"
 
 #include "common/command_line.hpp"
+#include "common/gnuplot.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +12,8 @@ namespace {
 
 std::string footer() {
     return "Models for --model:\n" + list_of_models() +
-           "\nExit status: 0 fitted, 1 bad input or no memory, 2 bad usage, 3 not converged.\n"
+           "\nExit status: 0 fitted, 1 bad input, a file or plot not written, or no memory, 2 bad usage, 3 not "
+           "converged.\n"
            "Example: nxl-fit decay.csv --model exponential --plot decay.svg";
 }
 
@@ -35,7 +37,9 @@ void declare(CLI::App& app, Options& o, Lists& lists) {
         ->check(CLI::Range(1, 1000000))
         ->option_text("N [1000]");
     app.add_option("--output", o.output, "Write x, y, fit and residual")->option_text("FILE.csv");
-    app.add_option("--plot", o.plot, "Draw points and curve through gnuplot")->option_text("FILE.svg");
+    app.add_option("--plot", o.plot, "Draw points and curve through gnuplot")
+        ->check(common::fault_of_drawing)
+        ->option_text("FILE.svg|FILE.png");
     app.add_flag("--quiet", o.quiet, "Print nothing but errors");
 }
 

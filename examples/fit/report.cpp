@@ -31,8 +31,8 @@ void print_parameters(const std::vector<std::string>& names, const Fit& fit) {
 void print(const std::string& file, const Data& data, const std::string& formula, const std::vector<std::string>& names,
            const Fit& fit) {
     const auto [first, last] = std::minmax_element(data.x.begin(), data.x.end());
-    std::printf("data         %s: %d points, x from %g to %g%s\n", file.c_str(), data.count(), *first, *last,
-                data.sigma.empty() ? "" : ", standard deviations given");
+    std::printf("data         %s: %d point%s, x from %g to %g%s\n", file.c_str(), data.count(),
+                data.count() == 1 ? "" : "s", *first, *last, data.sigma.empty() ? "" : ", standard deviations given");
     std::printf("model        %s\n", formula.c_str());
     print_parameters(names, fit);
     std::printf("residual     %.6g  2-norm of y - fit%s\n", fit.residual,
@@ -57,10 +57,15 @@ void write_table(const std::string& path, const Data& data, const Fit& fit) {
     if ((std::fclose(file) != 0) || failed) throw common::InputError(path, std::strerror(errno ? errno : EIO));
 }
 
-bool plot(const std::string& path, const Data& data, Expression& model, const Fit& fit, const std::string& title) {
+void plot(const std::string& path, const Data& data, Expression& model, const Fit& fit, const std::string& title) {
     constexpr int pieces = 500; // of the curve
-    return common::draw(path, title, [&](std::FILE* script) {
-        std::fputs("set xlabel 'x'\nset ylabel 'y'\n$points << END\n", script);
+    common::draw(path, title, [&](std::FILE* script) {
+        const bool named = data.names.size() >= 2;
+        std::fprintf(script,
+                     "set xlabel %s noenhanced\nset ylabel %s noenhanced\nset key above\nset offsets graph 0.02, graph "
+                     "0.02\n$points << END\n",
+                     common::label(named ? data.names[0] : "x").c_str(),
+                     common::label(named ? data.names[1] : "y").c_str());
         for (std::size_t i = 0; i < data.x.size(); ++i)
             std::fprintf(script, "%.10g %.10g %.10g\n", data.x[i], data.y[i], data.sigma.empty() ? 0.0 : data.sigma[i]);
         std::fputs("END\n$curve << END\n", script);
@@ -68,10 +73,11 @@ bool plot(const std::string& path, const Data& data, Expression& model, const Fi
         for (int i = 0; i <= pieces; ++i) {
             const double x = *first + (*last - *first) * i / pieces, y = model(x, fit.value.data());
             if (std::isfinite(y)) std::fprintf(script, "%.10g %.10g\n", x, y);
+            else std::fputs("\n", script); // a gap
         }
         std::fprintf(script,
-                     "END\nplot $points with %s pointtype 7 pointsize 0.5 title 'data', "
-                     "$curve with lines linewidth 2 title 'fit'\n",
+                     "END\nplot $points with %s pointtype 7 pointsize 0.6 linecolor 1 title 'data', "
+                     "$curve with lines linewidth 2 linecolor 2 title 'fit'\n",
                      data.sigma.empty() ? "points" : "yerrorbars");
     });
 }

@@ -13,7 +13,7 @@ void print(const std::string& file, const Data& data, const std::string& formula
 /// A table x, y, fit, residual (y - fit) in the order of the data, with 17 digits. Throws InputError.
 void write_table(const std::string& path, const Data& data, const Fit& fit);
 
-/// Draws points, their standard deviations and the curve. False when gnuplot is not installed; throws InputError.
-bool plot(const std::string& path, const Data& data, Expression& model, const Fit& fit, const std::string& title);
+/// Draws points, their standard deviations and the curve. Throws InputError.
+void plot(const std::string& path, const Data& data, Expression& model, const Fit& fit, const std::string& title);
 
 } // namespace fit

@@ -92,8 +92,7 @@ template <class T> int run(const SparseMatrix<T>& a, const Input& input, const O
                .generated = options.file.empty()});
     }
     if (!options.output.empty()) write_block(options.output, x);
-    if (!options.plot.empty() && !plot_history(options.plot, source_of(options), history))
-        std::fprintf(stderr, "nxl-solve: %s: note: no plot, gnuplot is not installed\n", options.plot.c_str());
+    if (!options.plot.empty()) plot_history(options.plot, source_of(options), history);
     return judge(outcome);
 }
 

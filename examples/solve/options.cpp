@@ -2,6 +2,7 @@
 #include "options.hpp"
 
 #include "common/command_line.hpp"
+#include "common/gnuplot.hpp"
 #include "generators.hpp"
 #include "input_error.hpp"
 
@@ -62,7 +63,8 @@ void declare(CLI::App& app, Options& o) {
         ->option_text("K [1]");
     app.add_option("--output", o.output, "Write the solution, an array of 17 digits")->option_text("FILE");
     app.add_option("--plot", o.plot, "Draw the residual history of cg or fgmres through gnuplot")
-        ->option_text("FILE.svg");
+        ->check(common::fault_of_drawing)
+        ->option_text("FILE.svg|FILE.png");
     auto* verbose = app.add_flag("--verbose", o.verbose, "Print the residual of every iteration");
     app.add_flag("--quiet", o.quiet, "Print nothing but errors")->excludes(verbose);
 }

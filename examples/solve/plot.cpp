@@ -33,8 +33,8 @@ void write_curves(std::FILE* script, const std::vector<Step>& history) {
 
 } // namespace
 
-bool plot_history(const std::string& path, const std::string& title, const std::vector<Step>& history) {
-    return common::draw(path, title, [&](std::FILE* script) {
+void plot_history(const std::string& path, const std::string& title, const std::vector<Step>& history) {
+    common::draw(path, title, [&](std::FILE* script) {
         std::fputs("set xlabel 'iteration'\nset ylabel 'relative residual'\nset logscale y\nset format y '10^{%L}'\n",
                    script);
         write_curves(script, history);

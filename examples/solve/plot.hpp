@@ -8,8 +8,8 @@
 
 namespace solve {
 
-/// Draws the residual over the iterations, one curve for each right-hand side, to an SVG file, through gnuplot. Returns
-/// false when gnuplot is not installed; throws InputError, naming the file, when it could not draw.
-bool plot_history(const std::string& path, const std::string& title, const std::vector<Step>& history);
+/// Draws the residual over the iterations, one curve for each right-hand side, to an SVG or PNG file, through gnuplot.
+/// Throws InputError, naming the file, when there is no drawing.
+void plot_history(const std::string& path, const std::string& title, const std::vector<Step>& history);
 
 } // namespace solve

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <csignal>
+#include <pty.h>
 #include <sstream>
 #include <vector>
 
@@ -97,13 +99,39 @@ TEST_F(Fir, MoreTapsThanRoundingAllowsAreZero) {
 
 TEST_F(Fir, DrawsTheResponse) {
     EXPECT_EQ(run("--plot r.svg").status, 0);
-    const std::string drawing = read("r.svg");
+    EXPECT_EQ(run("--plot hz.svg --rate 1000 --desired 0,0").status, 0);
+    EXPECT_EQ(run("--plot r.png").status, 0);
+    const std::string drawing = read("r.svg"), stops = read("hz.svg");
     EXPECT_TRUE(drawing.starts_with("<?xml"));
-    EXPECT_NE(drawing.find("response in dB"), std::string::npos);
+    for (const char* text : {"response in dB", "Passband ripple", "frequency in cycles per sample"})
+        EXPECT_NE(drawing.find(text), std::string::npos) << text;
     EXPECT_GT(drawing.size(), 10000u);
+    EXPECT_NE(stops.find("frequency in Hz"), std::string::npos);
+    EXPECT_EQ(stops.find("ripple"), std::string::npos); // nothing passes
+    EXPECT_TRUE(read("r.png").starts_with("\x89PNG"));
     const auto without = run("--plot q.svg", "mkdir -p empty && PATH=\"$PWD/empty\"");
-    EXPECT_EQ(without.status, 0);
-    EXPECT_EQ(without.err, "nxl-fir: q.svg: note: no plot, gnuplot is not installed\n");
+    EXPECT_EQ(without.status, 1);
+    EXPECT_EQ(without.err, "nxl-fir: q.svg: no plot: gnuplot is not installed\n");
+    EXPECT_NE(without.out.find("taps"), std::string::npos);
+}
+
+TEST_F(Fir, CtrlCEndsALongDesignOnALineOfItsOwn) {
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        execl(NXL_FIR_PROGRAM, NXL_FIR_PROGRAM, "--taps", "8001", "--bands", "0,0.2,0.2003,0.5", nullptr);
+        _exit(127);
+    }
+    std::string shown;
+    for (char c = 0; ::read(terminal, &c, 1) == 1;) { // until nobody has it open any more
+        shown += c;
+        if (shown == "\rdesigning 8001 taps: 1 s") EXPECT_EQ(::write(terminal, "\x03", 1), 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(terminal);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+    EXPECT_TRUE(shown.ends_with("\n") && shown.find("filter") == std::string::npos) << shown;
 }
 
 TEST_F(Fir, RefusesInOneLine) {
@@ -126,6 +154,11 @@ TEST_F(Fir, RefusesInOneLine) {
         {"--weights 1", 2, "--weights: 1 for 2 bands"},
         {"--weights 1,0", 2, "--weights: not above 0"},
         {"--rate 0", 2, "--rate: not above 0"},
+        {"--rate 48000 --bands 0,0.2,0.25,0.5", 2,
+         "--bands: are edges up to 0.5 fractions of the rate? With --rate they are in Hz: leave --rate out, or "
+         "multiply "
+         "them by 48000"},
+        {"--plot r.pdf", 2, "--plot: 'r.pdf' ends neither in .svg nor in .png"},
     };
     for (const auto& [arguments, status, message] : cases) {
         const auto run = this->run(arguments);

@@ -65,8 +65,12 @@ const Truth truths[] = {
      10,
      {{"a", 2}, {"w", 1.5}, {"p", 0.3}}},
     // The first step from here leads to where the formula has no value, and has to be taken back.
-    {"'ln(b*x+1)' --start b=100", [](double x) { return std::log(0.5 * x + 1.0); }, 0, 10, {{"b", 0.5}}},
-    {"'a*exp(-x^2/s)'", [](double x) { return 3.0 * std::exp(-x * x / 2.0); }, -3, 3, {{"a", 3}, {"s", 2}}},
+    {"'ln(b*x+1.0D0)' --start b=1d2", [](double x) { return std::log(0.5 * x + 1.0); }, 0, 10, {{"b", 0.5}}},
+    {"'a1d0*exp(-x^2/2.5d-1/s)'",
+     [](double x) { return 3.0 * std::exp(-x * x / 2.0); },
+     -3,
+     3,
+     {{"a1d0", 3}, {"s", 8}}},
 };
 
 class Fit : public program_test::Program {
@@ -162,7 +166,7 @@ TEST_F(Fit, StandardErrorsMeetTheClosedForms) {
     EXPECT_NEAR(number_after(known.out, "chi-square "), s * s / 0.25, 1e-3);
 
     write("mean", "0 10 1\n0 20 2\n0 30 4\n"); // weights 1, 1/4, 1/16
-    const auto mean = run("mean --model a");
+    const auto mean = run("mean --model 'a+0*x'");
     EXPECT_NEAR(parameter(mean.out, "a").value, (10.0 + 5.0 + 1.875) / 1.3125, 1e-6);
     EXPECT_NEAR(parameter(mean.out, "a").error, 1.0 / std::sqrt(1.3125), 0.001);
 }
@@ -172,7 +176,7 @@ TEST_F(Fit, ReadsWhatTablesLookLike) {
     const auto wanted = parameter(run("plain --model 'a+b*x'").out, "b");
     for (const std::string text :
          {"# note\n\ntime, signal\n1,2 # here\n 2 , +2.0\n3,4e0\n", "\xEF\xBB\xBFx;y\r\n1;2\r\n2;2\r\n3;4\r\n",
-          "t\ty\n1\t 2\n  2\t2  \n3 4", "3 4\n1 2\n2 2\n"}) {
+          "t\ty\n1\t 2\n  2\t2  \n3 4", "1d0 .2D1\n2.d+0 2\n30D-01 4\n", "3 4\n1 2\n2 2\n"}) {
         write("d", text);
         const auto run = this->run("d --model 'a+b*x'");
         EXPECT_EQ(run.status, 0) << text << run.err;
@@ -181,12 +185,12 @@ TEST_F(Fit, ReadsWhatTablesLookLike) {
 }
 
 TEST_F(Fit, TablePlotAndQuiet) {
-    write("d", "# x and y\n2 2\n1 2\n3 4\n");
+    write("d", "# x and y\ntime;signal in \xB5V\n2;2\n1;2\n3;4\n"); // of the names one is not in UTF-8
     const bool has_gnuplot = std::system("gnuplot --version >/dev/null 2>&1") == 0;
     const auto run = this->run("d --quiet --model 'a+b*x' --output t.csv --plot p.svg");
-    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.status, has_gnuplot ? 0 : 1) << run.err;
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(read("p.svg").find("</svg>") != std::string::npos, has_gnuplot);
+    EXPECT_EQ(read("p.svg").find(">signal in ?V<") != std::string::npos, has_gnuplot);
     std::istringstream table(read("t.csv"));
     std::string line;
     std::getline(table, line);
@@ -202,9 +206,21 @@ TEST_F(Fit, TablePlotAndQuiet) {
         EXPECT_NEAR(found[3], y - 2.0 / 3.0 - x, 1e-8);
     }
     EXPECT_FALSE(std::getline(table, line));
-    const auto without = this->run("d --quiet --model 'a+b*x' --plot q.svg", "PATH=/nonexistent");
-    EXPECT_EQ(without.status, 0);
-    EXPECT_EQ(without.err, "nxl-fit: q.svg: note: no plot, gnuplot is not installed\n");
+    const auto without =
+        this->run("d --quiet --model 'a+b*x' --max-iterations 1 --start a=9 --plot q.svg", "PATH=/nonexistent");
+    EXPECT_EQ(without.status, 1); // of two failures this is the one, but both are told
+    EXPECT_TRUE(without.err.starts_with("nxl-fit: not converged")) << without.err;
+    EXPECT_TRUE(without.err.ends_with("nxl-fit: q.svg: no plot: gnuplot is not installed\n")) << without.err;
+    if (!has_gnuplot) return;
+    EXPECT_EQ(this->run("d --quiet --model 'a+b*x' --plot \"it's.PNG\"").status, 0);
+    EXPECT_TRUE(read("it's.PNG").starts_with("\x89PNG"));
+    for (const auto& [name, reason] :
+         {std::pair{"none/p.png", "No such file or directory"}, {"full.svg", "it could not be written whole"}}) {
+        const auto lost =
+            this->run("d --quiet --model 'a+b*x' --plot " + std::string(name), "ln -sf /dev/full full.svg &&");
+        EXPECT_EQ(lost.status, 1);
+        EXPECT_EQ(lost.err, "nxl-fit: " + std::string(name) + ": no plot: " + reason + "\n");
+    }
 }
 
 TEST_F(Fit, AsManyPointsAsParametersLeaveNoStandardErrors) {
@@ -247,7 +263,8 @@ struct Fault {
 };
 
 TEST_F(Fit, FaultsGetOneLineAndTheirStatus) {
-    const std::string good = "1 2\n2 2\n3 4\n4 3\n", line = "--model 'a+b*x'";
+    const std::string good = "1 2\n2 2\n3 4\n4 3\n", line = "--model 'a+b*x'",
+                      named = "; the named models are exponential, logistic, gauss:K and gauss:K:linear";
     const Fault faults[] = {
         {"x,y\n1,2\n\n2,z\n", line, 1, "d:4: 'z' is not a number"},
         {"1,2\n2,\n", line, 1, "d:2: a field is empty"},
@@ -258,12 +275,13 @@ TEST_F(Fit, FaultsGetOneLineAndTheirStatus) {
         {"1 2\n2 inf\n", line, 1, "d:2: 'inf' is not a finite number"},
         {"1 2\n1e999 2\n", line, 1, "d:2: '1e999' is not a finite number"},
         {"x y\nu v\n", line, 1, "d:2: 'u' is not a number"},
-        {"x y\n", line, 1, "d:1: the file holds no points"},
+        {"x y\n", line, 1, "d: the file holds no points"},
         {"1 2\n", line, 1, "d: too few points: 1 for 2 parameters"},
         {good, "--model 'a+b+c*x'", 1,
          "d: the parameters cannot be told apart: 'b' does nothing that those before it do not do"},
-        {good, "--model 'a+0*b'", 1, "d: parameter 'b' has no effect on the fit"},
-        {good, "--model 'ln(a-x)'", 1, "d: at the start the formula has no value at some x; give others by --start"},
+        {good, "--model 'a+0*b+0*x'", 1, "d: parameter 'b' has no effect on the fit"},
+        {good, "--model 'ln(1.5*a-x)'", 1,
+         "d: at the start the formula has no finite value at x = 2; give others by --start"},
         {good, line + " --output none/t.csv", 1, "none/t.csv: No such file or directory"},
         {good, line + " --output /dev/full", 1, "/dev/full: No space left on device"},
         {good, "--model 'a=x'", 2, "--model: '=' at position 2: a formula in x is expected"},
@@ -273,6 +291,11 @@ TEST_F(Fit, FaultsGetOneLineAndTheirStatus) {
         {good, "--model gauss:0", 2, "--model: 'gauss:0' is not gauss:K or gauss:K:linear with 1 to 20 peaks"},
         {good, "--model gauss:2:cubic", 2,
          "--model: 'gauss:2:cubic' is not gauss:K or gauss:K:linear with 1 to 20 peaks"},
+        {good, "--model logistc", 2, "--model: 'logistc' has no x in it" + named + "; is logistic meant?"},
+        {good, "--model Gausian:2", 2,
+         "--model: 'Gausian:2' is neither a named model nor a formula" + named + "; is gauss:K meant?"},
+        {good, "--model a+b", 2, "--model: 'a+b' has no x in it" + named},
+        {good, line + " --plot p.pdf", 2, "--plot: 'p.pdf' ends neither in .svg nor in .png"},
         {good, line + " --start a=1,c=2", 2, "--start: the model has no parameter 'c', but a, b"},
         {good, line + " --start a=1,b", 2, "--start: 'b' is not NAME=NUMBER"},
         {good, line + " --upper c=2", 2, "--upper: the model has no parameter 'c', but a, b"},
@@ -293,11 +316,11 @@ TEST_F(Fit, FaultsGetOneLineAndTheirStatus) {
         EXPECT_EQ(run.status, 2) << formula << run.out;
         EXPECT_TRUE(run.err.starts_with("nxl-fit: --model: ") && run.err.find('\n') == run.err.size() - 1) << run.err;
     }
-    const auto flat = run("d --model '-a^2'"); // the derivative vanishes where the residual is least
+    const auto flat = run("d --model '-a^2+0*x'"); // the derivative vanishes where the residual is least
     EXPECT_EQ(flat.status, 3);
     EXPECT_TRUE(flat.err.ends_with(", but the residual is not at right angles to the derivatives\n")) << flat.err;
     EXPECT_TRUE(std::isnan(parameter(flat.out, "a").error)) << flat.out;
-    EXPECT_EQ(run("none --model a").err, "nxl-fit: none: No such file or directory\n");
+    EXPECT_EQ(run("none --model a*x").err, "nxl-fit: none: No such file or directory\n");
 }
 
 } // namespace

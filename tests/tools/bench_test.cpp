@@ -34,6 +34,13 @@ TEST_F(Bench, SelfCheckedRowsOfSeveralFamilies) {
     EXPECT_TRUE(has(factor, "factor,dgetrf,40,1,liblapack,")) << factor;
 }
 
+TEST_F(Bench, PlotThatCannotBeDrawnIsAFailure) {
+    const auto result = run("level1 --filter ddot/ --sizes 30 --plot f.svg" + right_peers_, "PATH=/nonexistent");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "nxl-bench: f.svg: no plot: gnuplot is not installed\n");
+    EXPECT_TRUE(has(result.out, "\nddot ")) << result.out;
+}
+
 TEST_F(Bench, WrongResultsGetNoFigure) {
     const auto dot = run("level1 --filter ddot/ --sizes 50 --csv f.csv" + wrong_peer_);
     EXPECT_EQ(dot.status, 3);
@@ -64,6 +71,8 @@ TEST_F(Bench, MistakesAreToldBeforeAnythingRuns) {
           Mistake{"level1 bandwidth --csv f.csv", "--csv does not belong to family bandwidth", 2},
           Mistake{"level1 --sizes 0", "--sizes", 2}, Mistake{"level1 --filter nothing", "no case of level1 matches", 2},
           Mistake{"level1 --csv /nowhere/f.csv", "cannot write /nowhere/f.csv", 1},
+          Mistake{"level1 --plot /nowhere/f.svg", "cannot write /nowhere/f.svg", 1},
+          Mistake{"level1 --plot f.pdf", "'f.pdf' ends neither in .svg nor in .png", 2},
           Mistake{"level1 --library /nowhere.so", "cannot load the library", 1},
           Mistake{"level1 --peer /nowhere.so", "cannot load the peer", 1}}) {
         const auto result = run(arguments);
