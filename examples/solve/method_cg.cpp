@@ -85,14 +85,19 @@ class Truth {
     /// Whether to stop here: the recurrence has parted from b - A x, or that has not become smaller for long.
     bool stops(int iteration, double recurrence, const double* b, const double* x) {
         constexpr int kInterval = 100, kLong = 1000; // iterations
-        if (iteration == 0) best_ = recurrence, best_at_ = 0;
+        if (iteration == 0) remember(recurrence, 0);
         if (iteration == 0 || iteration % kInterval != 0) return false;
         const double computed = evaluate_residual(a_, b, x, r_.data());
-        if (computed < 0.99 * best_) best_ = computed, best_at_ = iteration;
+        if (computed < 0.99 * best_) remember(computed, iteration);
         return computed > 2.0 * recurrence || iteration - best_at_ > std::max(kLong, a_.n);
     }
 
   private:
+    void remember(double residual, int iteration) {
+        best_ = residual;
+        best_at_ = iteration;
+    }
+
     const SparseMatrix<double>& a_;
     std::vector<double> r_;
     double best_ = 0.0;
@@ -286,8 +291,8 @@ Outcome ConjugateGradients::solve(const Block<double>& b, Block<double>& x, cons
         std::fill_n(system.x, a_->n, 0.0);
         system.initial = system.residual = dnrm2(&a_->n, system.b, &kUnit);
         system.target = settings_.tolerance * system.initial;
-        system.ended = system.initial == 0.0;
-        if (!std::isfinite(system.initial)) system.trouble = kOverflow, system.ended = true;
+        if (!std::isfinite(system.initial)) system.trouble = kOverflow;
+        system.ended = system.initial == 0.0 || !system.trouble.empty();
     }
     for (Round round = prepare(systems); round.count() > 0; round = prepare(systems)) {
         if (round.count() == 1) solve_one(round, observe);
