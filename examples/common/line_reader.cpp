@@ -2,10 +2,12 @@
 #include "line_reader.hpp"
 
 #include "input_error.hpp"
+#include "progress.hpp"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <zlib.h>
 
@@ -44,17 +46,40 @@ void LineReader::fail(const std::string& what) const { fail_at(number_, what); }
 
 void LineReader::fail_at(long line, const std::string& what) const { throw InputError(name_, line, what); }
 
+namespace {
+
+/// An open file, and how much of it has been read.
+struct Source {
+    std::unique_ptr<gzFile_s, int (*)(gzFile)> file;
+    double size = 0.0; // bytes, as stored; 0 when that is not known, as of a pipe
+    Progress progress;
+
+    explicit Source(const std::string& path)
+        : file(gzopen(path.c_str(), "rb"), gzclose_r),
+          progress("reading " + path) {
+        if (!file) throw InputError(path, std::strerror(errno ? errno : ENOMEM));
+        std::error_code fault;
+        if (std::filesystem::is_regular_file(path, fault))
+            size = static_cast<double>(std::filesystem::file_size(path, fault));
+    }
+    void show() { progress.show(size > 0.0 ? static_cast<double>(gzoffset(file.get())) / size : -1.0); }
+};
+
+} // namespace
+
 LineReader open_lines(const std::string& path) {
     errno = 0;
-    const std::shared_ptr<gzFile_s> file(gzopen(path.c_str(), "rb"), [](gzFile f) { f ? gzclose_r(f) : Z_OK; });
-    if (!file) throw InputError(path, std::strerror(errno ? errno : ENOMEM));
-    return LineReader(path, [file](char* to, std::size_t size) -> long {
-        const int count = gzread(file.get(), to, static_cast<unsigned>(size));
+    const auto source = std::make_shared<Source>(path);
+    return LineReader(path, [source](char* to, std::size_t size) -> long {
+        const gzFile file = source->file.get();
+        const int count = gzread(file, to, static_cast<unsigned>(size));
         int status = Z_OK;
-        gzerror(file.get(), &status);
+        gzerror(file, &status);
         // A compressed file that stops in its middle shows as Z_BUF_ERROR, with the bytes before it delivered.
         if (status != Z_ERRNO) errno = 0;
-        return count == 0 && status == Z_BUF_ERROR ? -1 : count;
+        const long result = count == 0 && status == Z_BUF_ERROR ? -1 : count;
+        if (result > 0) source->show();
+        return result;
     });
 }
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "common/input_error.hpp"
+#include "common/interrupted.hpp"
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -23,6 +25,12 @@ template <class Body> int run_program(const char* program, const Body& body) {
         const int status = body();
         const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
         return written || status != kDone ? status : complain(program, "cannot write to standard output", kBadInput);
+    } catch (const Interrupted& stop) {
+        std::fflush(stdout); // a signal ends the program without
+        complain(program, stop.what(), kBadInput);
+        std::signal(stop.signal(), SIG_DFL);
+        std::raise(stop.signal()); // so that the shell sees what has ended it
+        return kBadInput;
     } catch (const UsageError& error) {
         return complain(program, error.what(), kBadUsage);
     } catch (const std::bad_alloc&) {

@@ -1,6 +1,7 @@
 // Problems in which everything acts on everything: spatial statistics and potential flow.
 #include "generators.hpp"
 
+#include "common/progress.hpp"
 #include "input_error.hpp"
 
 #include <cmath>
@@ -23,7 +24,9 @@ template <class Entry> SparseMatrix<double> full_matrix(int n, Symmetry symmetry
     a.row_start.reserve(static_cast<std::size_t>(n) + 1);
     a.column.reserve(count);
     a.value.reserve(count);
+    common::Progress progress("generating the matrix");
     for (int i = 0; i < n; ++i) {
+        progress.show(static_cast<double>(i) / n);
         for (int j = 0; j < n; ++j) {
             a.column.push_back(j);
             a.value.push_back(entry(i, j));

@@ -1,4 +1,6 @@
 // nxl-solve: reads or makes a linear system, solves it with nxl, reports.
+#include "common/interrupt.hpp"
+#include "common/output_file.hpp"
 #include "common/run_program.hpp"
 #include "generators.hpp"
 #include "options.hpp"
@@ -8,6 +10,7 @@
 #include "right_hand_side.hpp"
 #include "stopwatch.hpp"
 
+#include <array>
 #include <cstdio>
 #include <utility>
 
@@ -40,18 +43,29 @@ Input get_matrix(const Options& options) {
     return {std::move(file.matrix), {}, watch.lap()};
 }
 
+std::string progress_text(const Step& step) {
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "iteration %d, residual %.1e", step.iteration, step.residual);
+    return text.data();
+}
+
 /// Solves while the history is kept and shown.
 template <class T>
 Outcome watched_solve(Method<T>& method, const Block<T>& b, Block<T>& x, const Options& options,
                       std::vector<Step>& history) {
-    ProgressBar bar(!options.quiet && !options.verbose, options.settings.tolerance, b.count);
+    const common::Interruptible interruptible;
+    common::Progress progress("solving");
     bool headed = !options.verbose;
-    return method.solve(b, x, [&](const Step& step) {
+    const Outcome outcome = method.solve(b, x, [&](const Step& step) {
         if (!std::exchange(headed, true)) std::puts("  rhs  iteration  residual");
         if (options.verbose) std::printf("%5d  %9d  %.6e\n", step.system + 1, step.iteration, step.residual);
         if (!options.plot.empty()) history.push_back(step);
-        bar.show(step);
+        const double share = (step.system + progress_of(step.residual, options.settings.tolerance)) / b.count;
+        progress.show(share, [&] { return progress_text(step); });
+        common::stop_if_interrupted();
     });
+    common::stop_if_interrupted();
+    return outcome;
 }
 
 int judge(const Outcome& outcome) {
@@ -102,6 +116,9 @@ int run(int argc, char** argv) {
         const auto options = parse_options(argc, argv);
         if (!options) return kDone;
         source = source_of(*options);
+        common::show_progress(!options->quiet && !options->verbose);
+        for (const auto& path : {options->output, options->plot})
+            if (!path.empty()) common::expect_writable(path);
         const Input input = get_matrix(*options);
         return std::visit([&](const auto& a) { return run(a, input, *options); }, input.matrix);
     });

@@ -50,6 +50,11 @@ class Refusal : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// No preconditioner and no method can: the matrix is singular by its pattern.
+class Singular : public Refusal {
+    using Refusal::Refusal;
+};
+
 template <class T> class Method {
   public:
     virtual ~Method() = default;

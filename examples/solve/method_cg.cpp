@@ -2,13 +2,13 @@
 // products, preconditioned residuals and stopping tests.
 #include "method.hpp"
 #include "preconditioner.hpp"
+#include "residual.hpp"
 
 #include "nxl.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
 
 namespace solve {
 namespace {
@@ -27,11 +27,22 @@ enum IntegerEntry {
     kTestResidual = 8,
     kTestCaller = 9,
     kPreconditioned = 10,
+    kSeed = 29,           // DCGMRHS: the system being solved, from 1; beyond the last at the end
     kFirstOfSystems = 128 // DCGMRHS: here and in dpar, nrhs entries for its own use and nrhs results
 };
 
 /// Entries of dpar, counted from 0.
-enum DoubleEntry { kRelative = 0, kAbsolute = 1, kDcgSquare = 4, kDcgStep = 6, kDcgmrhsStep = 2 };
+enum DoubleEntry {
+    kRelative = 0,
+    kAbsolute = 1,
+    kDcgSquare = 4,
+    kDcgStep = 6,
+    kDcgmrhsStep = 2,
+    kDcgmrhsSquare = 30,   // r'z
+    kDcgmrhsCurvature = 32 // p'Ap
+};
+
+constexpr int kUnit = 1; // stride
 
 constexpr const char* kNotDefinite = "the matrix is not positive definite";
 constexpr const char* kOverflow = "the numbers left the range of doubles";
@@ -52,22 +63,75 @@ struct Arrays {
           fourth(third + n) {}
 };
 
+/// One right-hand side on its way.
+struct System {
+    int number = 0;
+    const double* b = nullptr;
+    double* x = nullptr;
+    double initial = 0.0, target = 0.0, residual = 0.0; // 2-norms; of b - A x as it was computed last
+    int iterations = 0;
+    bool ended = false;
+    std::string trouble;
+
+    bool reached() const { return residual <= target; }
+    double reduced() const { return relative_norm(residual, initial); }
+};
+
+/// What the recurrence calls the residual, against what it is: compared now and then, which costs a product.
+class Truth {
+  public:
+    explicit Truth(const SparseMatrix<double>& a) : a_(a), r_(static_cast<std::size_t>(a.n)) {}
+
+    /// Whether to stop here: the recurrence has parted from b - A x, or that has not become smaller for long.
+    bool stops(int iteration, double recurrence, const double* b, const double* x) {
+        constexpr int kInterval = 100, kLong = 1000; // iterations
+        if (iteration == 0) remember(recurrence, 0);
+        if (iteration == 0 || iteration % kInterval != 0) return false;
+        const double computed = evaluate_residual(a_, b, x, r_.data());
+        if (computed < 0.99 * best_) remember(computed, iteration);
+        return computed > 2.0 * recurrence || iteration - best_at_ > std::max(kLong, a_.n);
+    }
+
+  private:
+    void remember(double residual, int iteration) {
+        best_ = residual;
+        best_at_ = iteration;
+    }
+
+    const SparseMatrix<double>& a_;
+    std::vector<double> r_;
+    double best_ = 0.0;
+    int best_at_ = 0;
+};
+
+/// A round solves A D = R for the residuals R of the systems that are not solved yet, each scaled to norm 1: so
+/// tolerances mean the same for all, and nothing leaves the range of doubles by being squared.
+struct Round {
+    std::vector<System*> systems;
+    Block<double> r, d;
+    std::vector<double> norms;   // of the residuals, before they were scaled
+    double tolerance = 1.0;      // for the norms of the columns of R - A D
+    int limit = 0;               // of iterations for each system
+    std::vector<int> iterations; // made for each
+    std::size_t begun = 0;       // the first so many had their turn
+    std::string trouble;         // of the last of these
+
+    int count() const { return static_cast<int>(systems.size()); }
+};
+
 class ConjugateGradients final : public Method<double> {
   public:
     explicit ConjugateGradients(const Settings& settings) : settings_(settings) {}
 
     void set_up(const SparseMatrix<double>& a) override;
-    Outcome solve(const Block<double>& b, Block<double>& x, const Observer& observe) override {
-        return b.count == 1 ? solve_one(b.column(0), x.column(0), observe) : solve_several(b, x, observe);
-    }
-
+    Outcome solve(const Block<double>& b, Block<double>& x, const Observer& observe) override;
     std::string description() const override { return "cg, " + description_of_iteration(settings_); }
 
   private:
-    Outcome solve_one(const double* b, double* x, const Observer& observe) const;
-    Outcome solve_several(Block<double> b, Block<double>& x, const Observer& observe) const;
-    Outcome solve_alone(const Block<double>& b, Block<double>& x, int system, const Observer& observe) const;
-    Outcome judge(double norm, double initial, bool definite) const;
+    Round prepare(std::vector<System>& systems) const;
+    void solve_one(Round& round, const Observer& observe) const;
+    void solve_several(Round& round, const Observer& observe) const;
+    void finish(const Round& round) const;
     void set_flags(int* ipar) const;
     bool preconditioned() const { return preconditioner_ != nullptr; }
 
@@ -100,31 +164,48 @@ void ConjugateGradients::set_flags(int* ipar) const {
     ipar[kPreconditioned] = preconditioned();
 }
 
-/// Where a run with one right-hand side stands.
-Outcome ConjugateGradients::judge(double norm, double initial, bool definite) const {
-    Outcome outcome;
-    outcome.residual = initial > 0.0 ? norm / initial : 0.0;
-    outcome.converged = outcome.residual <= settings_.tolerance;
-    if (!definite) outcome.trouble = kNotDefinite;
-    if (!std::isfinite(norm)) {
-        outcome.trouble = kOverflow;
-        outcome.residual = std::numeric_limits<double>::infinity();
+/// Tells an iteration of the k-th system of a round; each is told once, also where a round begins with the last one.
+void tell(const Round& round, std::size_t k, int iteration, double norm, const Observer& observe) {
+    const System& system = *round.systems[k];
+    if (iteration == 0 && system.iterations > 0) return;
+    const double scale = system.initial > 0.0 ? round.norms[k] / system.initial : 0.0;
+    observe({system.number, system.iterations + iteration, norm * scale});
+}
+
+Round ConjugateGradients::prepare(std::vector<System>& systems) const {
+    Round round;
+    for (System& system : systems)
+        if (!system.ended) round.systems.push_back(&system);
+    round.r = round.d = Block<double>(a_->n, round.count());
+    round.iterations.resize(round.systems.size());
+    round.limit = limit_;
+    for (int k = 0; k < round.count(); ++k) {
+        const System& system = *round.systems[static_cast<std::size_t>(k)];
+        double* r = round.r.column(k);
+        const double norm = evaluate_residual(*a_, system.b, system.x, r);
+        std::for_each_n(r, a_->n, [norm](double& value) { value /= norm; });
+        round.norms.push_back(norm);
+        round.tolerance = std::min(round.tolerance, system.target / norm);
+        round.limit = std::min(round.limit, limit_ - system.iterations);
     }
-    return outcome;
+    return round;
 }
 
 /// DCG's own residual test looks at r'z once a preconditioner is on, a norm that nobody asked for. So the test is made
 /// here, on the norm of r, with and without one.
-Outcome ConjugateGradients::solve_one(const double* b, double* x, const Observer& observe) const {
-    const int n = a_->n, one = 1;
+void ConjugateGradients::solve_one(Round& round, const Observer& observe) const {
+    const int n = a_->n;
+    const double* b = round.r.column(0);
+    double* x = round.d.column(0);
     Arrays run(n, 0, 4);
     int *ipar = run.ipar.data(), request = 0;
     double *dpar = run.dpar.data(), *tmp = run.tmp.data(), *r = run.third, *z = run.fourth;
     DCG_INIT(&n, x, b, &request, ipar, dpar, tmp);
     set_flags(ipar);
-    ipar[kMaxIterations] = limit_;
-    Outcome outcome;
-    double initial = 0.0;
+    ipar[kMaxIterations] = round.limit;
+    round.begun = 1;
+    Truth truth(*a_);
+    bool stops = false;
     do {
         DCG(&n, x, b, &request, ipar, dpar, tmp);
         if (request == kProduct) {
@@ -132,83 +213,100 @@ Outcome ConjugateGradients::solve_one(const double* b, double* x, const Observer
         } else if (request == kPrecondition) {
             preconditioner_->apply(r, z);
         } else { // our test, or the end
-            const double norm = preconditioned() ? dnrm2(&n, r, &one) : std::sqrt(dpar[kDcgSquare]);
-            if (ipar[kIteration] == 0) initial = norm;
-            outcome = judge(norm, initial, request >= 0 && dpar[kDcgStep] >= 0.0);
-            observe({0, ipar[kIteration], outcome.residual});
+            const double norm = preconditioned() ? dnrm2(&n, r, &kUnit) : std::sqrt(dpar[kDcgSquare]);
+            if (!(request >= 0 && dpar[kDcgStep] >= 0.0)) round.trouble = kNotDefinite;
+            if (!std::isfinite(norm)) round.trouble = kOverflow;
+            tell(round, 0, ipar[kIteration], norm, observe);
+            stops = norm <= round.tolerance || !round.trouble.empty() || truth.stops(ipar[kIteration], norm, b, x);
         }
-    } while (request > kFinished && !outcome.converged && outcome.trouble.empty());
-    int iterations = 0;
-    DCG_GET(&n, x, b, &request, ipar, dpar, tmp, &iterations);
-    outcome.iterations = iterations;
-    return outcome;
+    } while (request > kFinished && !stops);
+    DCG_GET(&n, x, b, &request, ipar, dpar, tmp, round.iterations.data());
 }
 
-/// Scales every column that is not zero to norm 1; returns the norms. DCGMRHS compares the initial norm itself with the
-/// tolerance, and later the relative norm: on unit columns the absolute tolerance means the same at both places.
-std::vector<double> normalise(Block<double>& b) {
-    std::vector<double> norms;
-    const int one = 1;
-    for (int j = 0; j < b.count; ++j) {
-        const double norm = dnrm2(&b.n, b.column(j), &one);
-        norms.push_back(norm);
-        if (norm > 0.0) std::for_each_n(b.column(j), b.n, [norm](double& value) { value /= norm; });
-    }
-    return norms;
-}
-
-void scale_columns(Block<double>& x, const std::vector<double>& factors) {
-    for (int j = 0; j < x.count; ++j)
-        std::for_each_n(x.column(j), x.n, [factor = factors.data()[j]](double& value) { value *= factor; });
-}
-
-Outcome ConjugateGradients::solve_alone(const Block<double>& b, Block<double>& x, int system,
-                                        const Observer& observe) const {
-    std::fill_n(x.column(system), x.n, 0.0); // the residual is reduced from that of zero, as for the other systems
-    return solve_one(b.column(system), x.column(system),
-                     [&](const Step& step) { observe({system, step.iteration, step.residual}); });
-}
-
-Outcome ConjugateGradients::solve_several(Block<double> b, Block<double>& x, const Observer& observe) const {
-    const int n = a_->n, count = b.count, method = 0;
-    const auto norms = normalise(b);
+void ConjugateGradients::solve_several(Round& round, const Observer& observe) const {
+    const int n = a_->n, count = round.count(), method = 0;
+    double *x = round.d.value.data(), *b = round.r.value.data();
     Arrays run(n, count, count + 3);
     int *ipar = run.ipar.data(), request = 0;
     double *dpar = run.dpar.data(), *tmp = run.tmp.data(), *z = run.third, *residuals = run.fourth;
-    double* reduced = dpar + kFirstOfSystems + count; // the relative residual norm of each system
-    DCGMRHS_INIT(&n, x.value.data(), &count, b.value.data(), &method, &request, ipar, dpar, tmp);
+    const double* reduced = dpar + kFirstOfSystems + count; // the relative residual norm of each system
+    DCGMRHS_INIT(&n, x, &count, b, &method, &request, ipar, dpar, tmp);
     set_flags(ipar);
     ipar[kTestResidual] = 1;
-    ipar[kMaxIterations] = limit_ - 1; // DCGMRHS makes one more than this
+    ipar[kMaxIterations] = round.limit - 1; // DCGMRHS makes one more than this
     dpar[kRelative] = 0.0;
-    dpar[kAbsolute] = settings_.tolerance;
-    std::fill_n(reduced, count, std::numeric_limits<double>::infinity()); // systems that are never reached
-    Outcome outcome;
+    dpar[kAbsolute] = round.tolerance; // at the start of the norm itself, later of the relative one: here the same
+    Truth truth(*a_);
+    bool stops = false;
     do {
-        DCGMRHS(&n, x.value.data(), &count, b.value.data(), &request, ipar, dpar, tmp);
+        DCGMRHS(&n, x, &count, b, &request, ipar, dpar, tmp);
         const int system = ipar[kSystem] - 1;
+        const std::ptrdiff_t column = std::ptrdiff_t{n} * system;
         if (request == kProduct) multiply(*a_, run.p, run.ap);
-        if (request == kPrecondition) preconditioner_->apply(residuals + std::ptrdiff_t{n} * system, z);
+        if (request == kPrecondition) preconditioner_->apply(residuals + column, z);
         if (request == kTest) {
-            if (dpar[kDcgmrhsStep] < 0.0) outcome.trouble = kNotDefinite;
-            if (!std::isfinite(reduced[system])) outcome.trouble = kOverflow;
-            observe({system, ipar[kIteration], reduced[system]});
+            if (dpar[kDcgmrhsStep] < 0.0) round.trouble = kNotDefinite;
+            if (!std::isfinite(reduced[system])) round.trouble = kOverflow;
+            tell(round, static_cast<std::size_t>(system), ipar[kIteration], reduced[system], observe);
+            stops = truth.stops(ipar[kIteration] - 1, reduced[system], b + column, x + column);
         }
-    } while (request != kFinished && outcome.trouble.empty());
-    std::vector<int> iterations(norms.size());
-    DCGMRHS_GET(&n, x.value.data(), &count, b.value.data(), &request, ipar, dpar, tmp, iterations.data());
-    outcome.iterations = std::accumulate(iterations.begin(), iterations.end(), 0L);
-    // A seed that meets its solution exactly leaves no direction to go on with, and the run ends for all systems.
-    for (int j = 0; j < count && outcome.trouble.empty(); ++j) {
-        if (reduced[j] <= settings_.tolerance || iterations.data()[j] >= limit_) continue;
-        const Outcome alone = solve_alone(b, x, j, observe);
-        reduced[j] = alone.residual;
-        outcome.trouble = alone.trouble;
-        outcome.iterations += alone.iterations;
+    } while (request != kFinished && round.trouble.empty() && !stops);
+    DCGMRHS_GET(&n, x, &count, b, &request, ipar, dpar, tmp, round.iterations.data());
+    // A seed that meets its solution exactly leaves no direction to go on with, and the run ends for all systems: those
+    // behind it had no turn.
+    round.begun = static_cast<std::size_t>(std::min(ipar[kSeed], count));
+    if (ipar[kSeed] <= count) round.iterations[round.begun - 1] = ipar[kIteration];
+    const bool broken = request == kFinished && ipar[kSeed] <= count;
+    if (broken && dpar[kDcgmrhsCurvature] == 0.0 && dpar[kDcgmrhsSquare] != 0.0) round.trouble = kNotDefinite;
+}
+
+/// Adds what a round has found, and judges by b - A x who goes on: the recurrence may have fallen below it by rounding.
+void ConjugateGradients::finish(const Round& round) const {
+    std::vector<double> r(static_cast<std::size_t>(a_->n));
+    for (int k = 0; k < round.count(); ++k) {
+        const auto place = static_cast<std::size_t>(k);
+        System& system = *round.systems[place];
+        const double* d = round.d.column(k);
+        if (std::all_of(d, d + a_->n, [](double value) { return std::isfinite(value); }))
+            daxpy(&a_->n, &round.norms[place], d, &kUnit, system.x, &kUnit);
+        system.residual = evaluate_residual(*a_, system.b, system.x, r.data());
+        system.iterations += round.iterations[place];
+        system.ended = system.reached() || system.iterations >= limit_;
+        if (system.ended) continue;
+        if (place + 1 == round.begun) system.trouble = round.trouble;
+        const bool came_to_its_end = place < round.begun && round.iterations[place] < round.limit;
+        if (came_to_its_end && system.trouble.empty() && !(system.residual < 0.5 * round.norms[place]))
+            system.trouble = reason_of_standstill(is_rounding(*a_, system.b, system.x, r.data()));
+        system.ended = !system.trouble.empty();
     }
-    scale_columns(x, norms);
-    outcome.converged = std::all_of(reduced, reduced + count, [&](double r) { return r <= settings_.tolerance; });
-    outcome.residual = *std::max_element(reduced, reduced + count);
+}
+
+Outcome ConjugateGradients::solve(const Block<double>& b, Block<double>& x, const Observer& observe) {
+    std::vector<System> systems(static_cast<std::size_t>(b.count));
+    for (int j = 0; j < b.count; ++j) {
+        System& system = systems[static_cast<std::size_t>(j)];
+        system.number = j;
+        system.b = b.column(j);
+        system.x = x.column(j);
+        std::fill_n(system.x, a_->n, 0.0);
+        system.initial = system.residual = dnrm2(&a_->n, system.b, &kUnit);
+        system.target = settings_.tolerance * system.initial;
+        if (!std::isfinite(system.initial)) system.trouble = kOverflow;
+        system.ended = system.initial == 0.0 || !system.trouble.empty();
+    }
+    for (Round round = prepare(systems); round.count() > 0; round = prepare(systems)) {
+        if (round.count() == 1) solve_one(round, observe);
+        else solve_several(round, observe);
+        finish(round);
+    }
+    Outcome outcome;
+    outcome.converged = true;
+    for (const System& system : systems) {
+        outcome.iterations += system.iterations;
+        outcome.residual = std::max(outcome.residual, system.reduced());
+        outcome.converged = outcome.converged && system.reached() && system.trouble.empty();
+        if (outcome.trouble.empty()) outcome.trouble = system.trouble;
+    }
     return outcome;
 }
 

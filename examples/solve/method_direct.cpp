@@ -1,6 +1,8 @@
 // The direct methods: the matrix is made dense, factored once, and all right-hand sides are solved together.
 // LU with row interchanges is dgetrf and dgetrs, Cholesky dpotrf and dpotrs; zgetrf and so on for complex matrices.
+#include "common/interrupt.hpp"
 #include "method.hpp"
+#include "progress.hpp"
 #include "stopwatch.hpp"
 
 #include "nxl.h"
@@ -27,6 +29,7 @@ template <class T> double dense_bytes(int n) { return static_cast<double>(n) * n
 template <class T> std::vector<T> column_major(const SparseMatrix<T>& a) {
     const auto n = static_cast<std::size_t>(a.n);
     std::vector<T> dense(n * n);
+    common::Progress progress("making the matrix dense");
     std::vector<int> next(a.row_start); // of each row, the first entry that is not copied
     for (int end = 64; end < a.n + 64; end += 64) {
         for (int i = 0; i < a.n; ++i) {
@@ -35,6 +38,7 @@ template <class T> std::vector<T> column_major(const SparseMatrix<T>& a) {
                 dense.data()[static_cast<std::size_t>(i) + n * static_cast<std::size_t>(a.column.data()[k])] =
                     a.value.data()[k];
         }
+        progress.show(static_cast<double>(end) / a.n);
     }
     return dense;
 }
@@ -50,9 +54,7 @@ template <class T> class Direct : public Method<T> {
         check(a);
         n_ = a.n;
         dense_ = column_major(a);
-        Stopwatch watch;
-        const int info = factor();
-        seconds_ = watch.lap();
+        const int info = watched_factor();
         expect_memory(info);
         if (info > 0) refuse(info);
     }
@@ -83,6 +85,17 @@ template <class T> class Direct : public Method<T> {
     std::vector<T> dense_; // column by column; the factors once set_up is through
 
   private:
+    /// Throws Interrupted when the user has stopped it: then the factors are not whole, whatever info says.
+    int watched_factor() {
+        const common::Interruptible interruptible;
+        const FactorisationProgress progress(n_);
+        Stopwatch watch;
+        const int info = factor();
+        seconds_ = watch.lap();
+        common::stop_if_interrupted();
+        return info;
+    }
+
     double seconds_ = 0.0;
 };
 

@@ -12,6 +12,7 @@ namespace {
 std::string footer() {
     return "Problems for --generate:\n" + list_of_problems() +
            "\nExit status: 0 solved, 1 bad input or no memory, 2 bad usage, 3 not solved to the tolerance.\n"
+           "Ctrl-C stops a factorisation or an iteration; the program then ends by that signal.\n"
            "Example: nxl-solve --generate heat3d:100 --precond jacobi --plot history.svg";
 }
 
@@ -19,7 +20,9 @@ void declare_iterations(CLI::App& app, Settings& s) {
     app.add_option(
            "--precond", s.preconditioner,
            "Preconditioner of cg and fgmres: none, jacobi (the diagonal), ilu0 (incomplete LU without fill), or "
-           "ilut (with fill by size, fgmres only)")
+           "ilut (with fill by size, fgmres only). Where the factors do not serve, fgmres permutes rows, scales them, "
+           "or "
+           "replaces pivots, and the report says so")
         ->check(CLI::IsMember({"none", "jacobi", "ilu0", "ilut"}))
         ->option_text("none|jacobi|ilu0|ilut [none; ilu0 where auto takes fgmres]");
     app.add_option("--tolerance", s.tolerance, "Reduce the 2-norm of the residual by this factor")
@@ -61,7 +64,8 @@ void declare(CLI::App& app, Options& o) {
     app.add_option("--nrhs", o.systems, "Number of right-hand sides")
         ->check(CLI::Range(1, 100000))
         ->option_text("K [1]");
-    app.add_option("--output", o.output, "Write the solution, an array of 17 digits")->option_text("FILE");
+    app.add_option("--output", o.output, "Write the solution, an array of 17 digits; the file is tried before the work")
+        ->option_text("FILE");
     app.add_option("--plot", o.plot, "Draw the residual history of cg or fgmres through gnuplot")
         ->check(common::fault_of_drawing)
         ->option_text("FILE.svg|FILE.png");

@@ -27,10 +27,13 @@ class Preconditioner {
     std::vector<double> inverse_pivots_;
 };
 
-/// Null for "none". Throws Refusal when the matrix has no such preconditioner. The matrix may go afterwards.
-std::unique_ptr<Preconditioner> make_preconditioner(const Settings& settings, const SparseMatrix<double>& a);
+/// Null for "none". Throws Refusal when the matrix has no such preconditioner. The matrix may go afterwards. With
+/// `replace_pivots` incomplete factors get others where they are 0 or, in ilut, small: relative to the row there, but
+/// of one size in ilu0, so that rows should be.
+std::unique_ptr<Preconditioner> make_preconditioner(const Settings& settings, const SparseMatrix<double>& a,
+                                                    bool replace_pivots = false);
 
-/// The preconditioner and the tolerance, for the report.
-std::string description_of_iteration(const Settings& settings);
+/// The preconditioner, with what was done for it, and the tolerance, for the report.
+std::string description_of_iteration(const Settings& settings, const std::string& treatment = "");
 
 } // namespace solve

@@ -1,40 +1,45 @@
-// Draws the bar a few times a second, over itself, and wipes it away at the end.
+// Shares of the work, and the program's own NXL_PROGRESS.
 #include "progress.hpp"
 
-#include <algorithm>
+#include "common/interrupt.hpp"
+
+#include "nxl.h"
+
 #include <cmath>
-#include <cstdio>
-#include <string>
-#include <unistd.h>
 
 namespace solve {
+namespace {
+
+std::atomic<FactorisationProgress*> current{nullptr};
+
+} // namespace
 
 double progress_of(double residual, double tolerance) {
     if (!(residual < 1.0)) return 0.0;
     return residual <= tolerance ? 1.0 : std::log(residual) / std::log(tolerance);
 }
 
-ProgressBar::ProgressBar(bool wanted, double tolerance, int systems)
-    : active_(wanted && isatty(STDERR_FILENO) == 1),
-      tolerance_(tolerance),
-      systems_(systems),
-      next_draw_(Clock::now() + std::chrono::milliseconds(200)) {}
+FactorisationProgress::FactorisationProgress(int columns) : columns_(columns) { current = this; }
 
-ProgressBar::~ProgressBar() {
-    if (drawn_) std::fputs("\r\033[K", stderr);
-}
+FactorisationProgress::~FactorisationProgress() { current = nullptr; }
 
-void ProgressBar::show(const Step& step) {
-    if (!active_ || Clock::now() < next_draw_) return;
-    constexpr int kWidth = 40;
-    const double share = (step.system + progress_of(step.residual, tolerance_)) / systems_;
-    const int filled = std::clamp(static_cast<int>(share * kWidth), 0, kWidth);
-    const std::string bar = std::string(static_cast<std::size_t>(filled), '#') +
-                            std::string(static_cast<std::size_t>(kWidth - filled), '.');
-    std::fprintf(stderr, "\r[%s] %3d %%  iteration %d  residual %.1e\033[K", bar.c_str(),
-                 static_cast<int>(100.0 * share), step.iteration, step.residual);
-    drawn_ = true;
-    next_draw_ = Clock::now() + std::chrono::milliseconds(100);
+void FactorisationProgress::reach(int column) {
+    int furthest = furthest_.load(std::memory_order_relaxed);
+    while (furthest < column && !furthest_.compare_exchange_weak(furthest, column)) {
+    }
+    furthest = furthest_.load(std::memory_order_relaxed);
+    const double left = 1.0 - static_cast<double>(furthest) / columns_;
+    // What is left of the matrix is a square of so many columns: its work goes with the cube.
+    progress_.show(1.0 - left * left * left,
+                   [&] { return "column " + std::to_string(furthest) + " of " + std::to_string(columns_); });
 }
 
 } // namespace solve
+
+/// Called by threads of the factorisation, between blocks of columns. An odd answer stops it.
+extern "C" [[gnu::visibility("default")]] int NXL_PROGRESS(const int* /*thread*/, const int* step,
+                                                           const char* /*stage*/, int /*stage_length*/) noexcept {
+    // FactorisationProgress outlives the call of the factorisation, and so this one.
+    if (auto* progress = solve::current.load()) progress->reach(*step);
+    return common::interrupted() ? 1 : 0;
+}

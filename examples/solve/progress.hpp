@@ -1,33 +1,29 @@
-// The progress bar on a terminal: how far the residual has come on its way down to the tolerance.
+// How far a solution is: the way of a residual down to the tolerance, and that of a factorisation over its columns.
 #pragma once
 
-#include "method.hpp"
-
-#include <chrono>
+#include "common/progress.hpp"
 
 namespace solve {
 
 /// The share of the way, on a logarithmic scale, from residual 1 down to the tolerance: 0 to 1.
 double progress_of(double residual, double tolerance);
 
-class ProgressBar {
+/// While it lives, the library's dense factorisations show how far they are, and stop when the user presses Ctrl-C.
+/// They tell NXL_PROGRESS, which this program defines in place of the library's own. One at a time.
+class FactorisationProgress {
   public:
-    /// Draws on standard error, and only where that is a terminal.
-    ProgressBar(bool wanted, double tolerance, int systems);
-    ~ProgressBar();
-    ProgressBar(const ProgressBar&) = delete;
-    ProgressBar& operator=(const ProgressBar&) = delete;
+    explicit FactorisationProgress(int columns);
+    ~FactorisationProgress();
+    FactorisationProgress(const FactorisationProgress&) = delete;
+    FactorisationProgress& operator=(const FactorisationProgress&) = delete;
 
-    void show(const Step& step);
+    /// `column` columns are done, says one of the threads.
+    void reach(int column);
 
   private:
-    using Clock = std::chrono::steady_clock;
-
-    const bool active_;
-    const double tolerance_;
-    const int systems_;
-    bool drawn_ = false;
-    Clock::time_point next_draw_;
+    common::Progress progress_{"factorising"};
+    const int columns_;
+    std::atomic<int> furthest_{0};
 };
 
 } // namespace solve

@@ -115,8 +115,7 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
         {"negative.mtx --tolerance 1e-6",
          "fgmres, restart 2, preconditioner ilu0, tolerance 1e-06 (auto: diagonal entry 2 is not positive)"},
         {"shift.mtx --max-iterations 5",
-         "fgmres, restart 3, preconditioner none, tolerance 1e-08 (auto: not symmetric, preconditioner ilu0 needs "
-         "every diagonal entry in the file, that of row 1 is missing)"},
+         "fgmres, restart 3, preconditioner ilu0 (rows permuted), tolerance 1e-08 (auto: not symmetric)"},
         {"--generate panels:600 --max-iterations 300",
          "fgmres, restart 30, preconditioner none, tolerance 1e-08 (auto: not symmetric)"},
         {"--generate convection2d:71",
