@@ -2,8 +2,7 @@
 // exhaustion. Every test ends with all blocks back at the allocator.
 #include "nxl.h"
 #include "service/allocator_hooks.hpp"
-#include "service/interface/arguments.hpp"
-#include "service/memory.hpp"
+#include "service/scratch.hpp"
 #include "service/thread_buffers.hpp"
 #include "tests/support/child.hpp"
 #include "tests/support/host_allocator.hpp"
@@ -348,50 +347,6 @@ TEST(AllocatorHooksOfTheHost, AreTakenTogetherOrNotAtAll) {
     EXPECT_EQ(find_allocator_hooks(one_missing).malloc, std::malloc);
     EXPECT_EQ(find_allocator_hooks(one_null).free, std::free);
     EXPECT_EQ(find_allocator_hooks(another_free).free, other_free);
-}
-
-// ---- Integer arrays of the entries ----
-
-TEST_F(Memory, IntegersWidenBySignAndNarrowByTruncation) {
-    const int user[3] = {-1, 2147483647, -2147483647 - 1};
-    const WideInts wide(user, 3);
-    EXPECT_EQ(std::vector(wide.data(), wide.data() + 3), (std::vector<i64>{-1, 2147483647, -2147483648LL}));
-    int narrow = 7;
-    {
-        OutInt out(&narrow);
-        out.value = (i64{5} << 32) - 3;
-    }
-    EXPECT_EQ(narrow, -3);
-}
-
-TEST_F(Memory, OnlyWhatTheDriverSetGoesBack) {
-    using Expected = std::vector<int>;
-    const auto after = [](Transfer way, i64 count) {
-        std::vector<int> user{10, 20, 30, 40};
-        {
-            const WideInts wide(user.data(), count, way);
-            wide.data()[0] = (i64{1} << 32) + 1;
-            if (count > 2) wide.data()[2] = -3;
-        }
-        return user;
-    };
-    EXPECT_EQ(after(Transfer::in, 3), (Expected{10, 20, 30, 40}));
-    EXPECT_EQ(after(Transfer::none, 3), (Expected{10, 20, 30, 40}));
-    EXPECT_EQ(after(Transfer::out, 3), (Expected{1, 20, -3, 40}));
-    EXPECT_EQ(after(Transfer::in_out, 3), (Expected{1, 20, -3, 40}));
-    EXPECT_EQ(after(Transfer::first_out, 3), (Expected{1, 20, 30, 40}));
-    EXPECT_EQ(after(Transfer::first_out, -1), (Expected{1, 20, 30, 40})); // a workspace query
-    EXPECT_EQ(after(Transfer::out, 0), (Expected{10, 20, 30, 40}));
-    for (const Transfer way : {Transfer::out, Transfer::first_out, Transfer::none})
-        EXPECT_NE(WideInts(nullptr, 0, way).data(), nullptr); // an array of no elements is not looked at
-}
-
-TEST_F(Memory, WithoutScratchTheCallersIntegersStay) {
-    int user[2] = {10, 20};
-    for (const Transfer way : {Transfer::in, Transfer::out, Transfer::in_out, Transfer::first_out, Transfer::none})
-        EXPECT_EQ(WideInts(user, huge, way).data(), nullptr);
-    EXPECT_EQ(user[0], 10);
-    EXPECT_EQ(user[1], 20);
 }
 
 } // namespace
