@@ -239,21 +239,26 @@ TEST_F(Memory, ReleaseBesideAThreadThatHoldsABlock) {
 }
 
 TEST_F(Memory, ThreadsThatEndLeaveTheirRecordsForOthers) {
-    const auto work = [](int threads) {
-        for (int i = 0; i < threads; ++i) in_new_thread([] { fill_slots({8, 1000}); });
+    const auto work = [](int threads, bool cached) {
+        for (int i = 0; i < threads; ++i)
+            in_new_thread([cached] {
+                fill_slots({8, 1000});
+                EXPECT_EQ(thread_buffers() != nullptr, cached);
+            });
     };
-    work(4000);
+    work(4000, true);
     void* held = nxl_buffer_alloc(1000, 128);
-    work(4192);
+    work(4192, true);
     EXPECT_EQ(live_blocks(), 8193 + 1);
     NXL_FreeBuffers(); // releases the records before the busy one; those behind it are there to be taken over
-    work(10);
-    EXPECT_EQ(live_blocks(), 4193 + 1);
-    Worker first, second;
-    first.work(true);
-    second.work(true); // has a record of its own
-    EXPECT_EQ(live_blocks(), 4193 + 1 + 2);
+    Worker last;
+    last.work(true);
+    work(10, true);
+    EXPECT_EQ(live_blocks(), 4193 + 2);
     nxl_buffer_free(held);
+    NXL_FreeBuffers();
+    work(10, false); // there is no record left but the last, which is busy
+    EXPECT_EQ(live_blocks(), 1 + 1);
 }
 
 /// In a process that may end in disorder: every record there can be belongs to a thread that ended with a block in use.
