@@ -3,10 +3,11 @@
 # nxl_link_library makes the shared library of all.
 
 # Flags of the library's own code: errors are integers, sums are in the order written, complex products plain formulas.
+# A product is rounded before it is added, whatever processor the build is for, but in targets that say FUSED.
 add_library(nxl_code_flags INTERFACE)
 target_compile_options(nxl_code_flags INTERFACE
     -fno-exceptions -fno-rtti -fvisibility=hidden -fvisibility-inlines-hidden -fno-threadsafe-statics
-    -fcomplex-arithmetic=improved)
+    -fcomplex-arithmetic=improved -ffp-contract=$<IF:$<BOOL:$<TARGET_PROPERTY:NXL_FUSED>>,on,off>)
 target_include_directories(nxl_code_flags INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(nxl_code_flags INTERFACE nxl_warnings)
 
@@ -23,11 +24,13 @@ function(add_kernel_sources)
     endforeach()
 endfunction()
 
-# add_target_objects(NAME BITS B SOURCES ... [DEFINITIONS ...] [FLAGS ...]): sources compiled for one target, into the
-# namespace nxl::NAME. After the build of its objects a check refuses any symbol outside that namespace.
+# add_target_objects(NAME BITS B SOURCES ... [FUSED] [DEFINITIONS ...] [FLAGS ...]): sources compiled for one target,
+# into the namespace nxl::NAME; with FUSED, the products of an expression are fused into its sums. After the build of
+# its objects a check refuses any symbol outside that namespace.
 function(add_target_objects name)
-    cmake_parse_arguments(arg "" "BITS" "SOURCES;DEFINITIONS;FLAGS" ${ARGN})
+    cmake_parse_arguments(arg "FUSED" "BITS" "SOURCES;DEFINITIONS;FLAGS" ${ARGN})
     add_library(kernels_${name} OBJECT ${arg_SOURCES})
+    set_target_properties(kernels_${name} PROPERTIES NXL_FUSED ${arg_FUSED})
     target_link_libraries(kernels_${name} PRIVATE nxl_code_flags)
     target_compile_definitions(kernels_${name} PRIVATE
         NXL_TARGET=${name} NXL_TARGET_BITS=${arg_BITS} ${arg_DEFINITIONS})
@@ -46,12 +49,11 @@ function(add_target_objects name)
     endif()
 endfunction()
 
-# add_kernel_target(mc3_fma CLASS 3 BITS 256 FLAGS -mavx2 -mfma): the kernels of one class at one vector width.
+# add_kernel_target(mc3_fma CLASS 3 BITS 256 FUSED FLAGS -mavx2 -mfma): the kernels of one class at one vector width.
 function(add_kernel_target name)
-    cmake_parse_arguments(arg "" "CLASS;BITS" "FLAGS" ${ARGN})
+    cmake_parse_arguments(arg "" "CLASS" "" ${ARGN})
     get_property(sources GLOBAL PROPERTY NXL_KERNEL_SOURCES)
-    add_target_objects(${name} BITS ${arg_BITS} SOURCES ${sources} DEFINITIONS NXL_TARGET_CLASS=${arg_CLASS}
-        FLAGS ${arg_FLAGS})
+    add_target_objects(${name} SOURCES ${sources} DEFINITIONS NXL_TARGET_CLASS=${arg_CLASS} ${arg_UNPARSED_ARGUMENTS})
 endfunction()
 
 # libnxl.so, and nxl_internals for tests that look inside.

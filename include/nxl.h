@@ -50,8 +50,9 @@ void XERBLA(const char* srname, const int* info, int len) NXL_NOEXCEPT;
 /* Sets the count of domain 0. An n below 1 is ignored. */
 void NXL_Set_Num_Threads(int n) NXL_NOEXCEPT;
 
-/* The threads that a call may use, at least 1: the count of domain 0, else what omp_get_max_threads says. With dynamic
- * adjustment on, at most the physical cores, and 1 inside a parallel region. */
+/* The threads that a call may use, at least 1: the count of domain 0, else what omp_get_max_threads says, that of
+ * libgomp in a program that uses it. With dynamic adjustment on, at most the physical cores, and 1 inside a parallel
+ * region. */
 int NXL_Get_Max_Threads(void) NXL_NOEXCEPT;
 
 /* Sets the count of one domain. Returns 1; or 0, with nothing changed, for a negative n or a domain outside 0 to 3. A
@@ -74,8 +75,9 @@ void okmp_set_blocktime(int milliseconds) NXL_NOEXCEPT;
 /* ==== Memory, progress, timers, machine constants =================================================================
  * Giving scratch memory back, following a factorisation, elapsed time, the limits of the number formats. */
 
-/* Gives the scratch memory that the library keeps for reuse, on all threads, back to the system. Call it when no other
- * call into the library is running. Blocks in use stay. Afterwards every thread may go on calling. */
+/* Gives the scratch memory that the library keeps for reuse, on all threads, back to the system. What a thread keeps
+ * goes back by itself when it ends. Call it when no other call into the library is running. Blocks in use stay.
+ * Afterwards every thread may go on calling. */
 void NXL_FreeBuffers(void) NXL_NOEXCEPT;
 
 /* A host's function that is told about progress: thread number, step, and the stage's name with its length. */

@@ -5,6 +5,7 @@
 #include "service/spin_lock.hpp"
 #include "service/thread_buffers.hpp"
 #include <bit>
+#include <cstdlib>
 #include <pthread.h>
 
 namespace nxl {
@@ -19,14 +20,21 @@ constinit SpinLock table_lock;
 constinit ThreadBufferRecord* table[record_limit + 2] = {}; // from entry 1 upward; null again once released
 constinit i64 table_count = 0;
 constinit i64 table_generation = 0; // raised when the table is emptied, so that entries of before count for nothing
+constinit i64 first_ended = 0;      // place of a record whose thread has ended, the head of a list; 0: there is none
 
 /// Threads know their record by its place, not by its address: a released record leaves nothing that dangles.
 struct ThreadState {
     i64 entry;      // 0: none, and table[0] is null
     i64 generation; // of the table, when the entry was taken
     i64 raw_blocks; // taken straight from the allocator and not yet given back
+    bool ended;     // the record was given up: what other libraries still ask for at the thread's end is not cached
 };
 constinit thread_local ThreadState this_thread = {};
+
+/// By this key a thread tells that it ends, whoever started it. It lives from the first record until the library is
+/// unloaded; threads that end later find no destructor.
+constinit pthread_key_t end_key = 0;
+constinit bool end_key_exists = false;
 
 enum class Caching : int { unknown = -1, on = 0, off = 1 };
 constinit std::atomic<Caching> caching{Caching::unknown};
@@ -34,6 +42,12 @@ constinit std::atomic<Caching> caching{Caching::unknown};
 // A fork while another thread holds the lock would leave it held in the child for ever.
 [[gnu::constructor]] void keep_lock_over_fork() {
     pthread_atfork([] { table_lock.lock(); }, [] { table_lock.unlock(); }, [] { table_lock.unlock(); });
+}
+
+// A process that ends runs the handlers of atexit before any destructor of a library, dlclose runs them after.
+constinit bool process_ends = false;
+[[gnu::constructor]] void notice_the_end_of_the_process() {
+    std::atexit([] { process_ends = true; });
 }
 
 [[gnu::cold]] void read_environment() {
@@ -52,24 +66,88 @@ ThreadBufferRecord* own_record() {
     return this_thread.generation == table_generation ? table[this_thread.entry] : nullptr;
 }
 
+void add_to_ended(i64 entry) {
+    table[entry]->ended = true;
+    table[entry]->next_ended = first_ended;
+    first_ended = entry;
+}
+
+/// The thread's free blocks go back, and its record waits for another thread. A block in use stays, with its record,
+/// since nobody can know who uses it; a destructor of another library may yet give it back, hence the second look.
+void end_of_thread(void*) {
+    DetachedBlocks blocks; // freed without the lock, as in new_record
+    const SpinGuard guard(table_lock);
+    ThreadBufferRecord* record = own_record();
+    if (record && !record->detach_free_blocks(blocks)) {
+        pthread_setspecific(end_key, &this_thread); // the system repeats that a few times, then lets it be
+        return;
+    }
+    if (record) add_to_ended(this_thread.entry);
+    this_thread.entry = 0;
+    this_thread.ended = true;
+}
+
+/// False when the end of this thread would go unnoticed, for want of memory or of a key.
+bool end_will_be_noticed() {
+    {
+        const SpinGuard guard(table_lock);
+        if (!end_key_exists) end_key_exists = pthread_key_create(&end_key, end_of_thread) == 0;
+        if (!end_key_exists) return false;
+    }
+    return pthread_setspecific(end_key, &this_thread) == 0;
+}
+
+void own(i64 entry) {
+    this_thread.entry = entry;
+    this_thread.generation = table_generation;
+}
+
 bool enter_in_table(ThreadBufferRecord* record) {
     const SpinGuard guard(table_lock);
     if (table_count > record_limit) return false;
     table[++table_count] = record;
-    this_thread.entry = table_count;
-    this_thread.generation = table_generation;
+    own(table_count);
     return true;
+}
+
+/// The record of a thread that has ended, once the table is full; null when there is none.
+ThreadBufferRecord* take_over_record() {
+    const SpinGuard guard(table_lock);
+    if (table_count <= record_limit || first_ended == 0) return nullptr;
+    own(first_ended);
+    ThreadBufferRecord* record = table[first_ended];
+    first_ended = record->next_ended;
+    *record = {};
+    return record;
 }
 
 /// Null when there is no memory or the table is full. The lock is not held while the allocator works: at a fork the
 /// allocator's own lock may be taken before ours.
 [[gnu::cold]] ThreadBufferRecord* new_record() {
+    if (this_thread.ended || !end_will_be_noticed()) return nullptr;
+    if (ThreadBufferRecord* record = take_over_record()) return record;
     auto* record = static_cast<ThreadBufferRecord*>(allocator.malloc(sizeof(ThreadBufferRecord)));
     if (!record) return nullptr;
     *record = {};
     if (enter_in_table(record)) return record;
     allocator.free(record);
     return nullptr;
+}
+
+/// Whoever unloads the library has no call running in it, so blocks still in use are lost ones. At the end of the
+/// process other threads may run calls to the last, and the system takes all back.
+[[gnu::destructor]] void give_all_back() {
+    const SpinGuard guard(table_lock);
+    if (end_key_exists) pthread_key_delete(end_key);
+    end_key_exists = false;
+    if (process_ends) return;
+    for (i64 entry = 1; entry <= table_count; ++entry) {
+        if (!table[entry]) continue;
+        DetachedBlocks blocks;
+        table[entry]->detach_all_blocks(blocks);
+        allocator.free(table[entry]);
+    }
+    table_count = 0;
 }
 
 void* take_raw(i64 size) {
@@ -116,11 +194,16 @@ void free_buffers() {
     if (caching_is_off()) return;
     const SpinGuard guard(table_lock);
     bool busy = false;
+    first_ended = 0;
     for (i64 entry = 1; entry <= table_count; ++entry) {
         ThreadBufferRecord*& record = table[entry];
         if (!record) continue;
-        if (!record->release_free_blocks()) busy = true;
-        if (busy) continue; // once a block was in use, the records that follow stay, emptied
+        DetachedBlocks blocks;
+        if (!record->detach_free_blocks(blocks)) busy = true;
+        if (busy) { // once a block was in use, the records that follow stay, emptied
+            if (record->ended) add_to_ended(entry);
+            continue;
+        }
         allocator.free(record);
         record = nullptr;
     }

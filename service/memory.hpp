@@ -13,8 +13,8 @@ void* nxl_buffer_alloc(i64 size, int alignment);
 /// Gives a block back, on the thread that took it. Null is accepted.
 void nxl_buffer_free(void* block);
 
-/// Returns the cached blocks of all threads to the allocator; blocks in use stay. No other call into the library may
-/// run meanwhile. A thread that comes back later starts anew.
+/// Returns the cached blocks of all threads to the allocator, as the end of a thread does with its own; blocks in use
+/// stay. No other call into the library may run meanwhile. A thread that comes back later starts anew.
 void free_buffers();
 
 /// Whether the environment turns the cache off, whatever its variables hold, "0" too. Read once, at the first request.

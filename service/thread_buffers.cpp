@@ -14,6 +14,10 @@ void* align_up(void* raw, i64 alignment) {
 
 } // namespace
 
+DetachedBlocks::~DetachedBlocks() {
+    for (int i = 0; i < count_; ++i) allocator.free(blocks_[i]);
+}
+
 BufferSlot* ThreadBufferRecord::choose(i64 need) {
     BufferSlot *larger = nullptr, *smaller = nullptr;
     for (BufferSlot* slot = slots; slot != slots + count; ++slot) {
@@ -22,13 +26,13 @@ BufferSlot* ThreadBufferRecord::choose(i64 need) {
         BufferSlot*& first = slot->capacity > need ? larger : smaller;
         if (!first) first = slot;
     }
-    if (count < slot_count)
+    if (count < buffer_slot_count)
         return slots + count; // so the slots fill with distinct sizes before any is put to another use
     return larger ? larger : smaller;
 }
 
 bool ThreadBufferRecord::fill(BufferSlot& slot, i64 need) {
-    empty(slot);
+    if (void* smaller = empty(slot)) allocator.free(smaller);
     slot.raw = allocator.malloc(static_cast<std::size_t>(need));
     if (!slot.raw) return false;
     slot.capacity = need;
@@ -56,19 +60,26 @@ bool ThreadBufferRecord::give_back(const void* block) {
     return false;
 }
 
-bool ThreadBufferRecord::release_free_blocks() {
+bool ThreadBufferRecord::detach_free_blocks(DetachedBlocks& blocks) {
     bool all_free = true;
     for (BufferSlot* slot = slots; slot != slots + count; ++slot)
         if (slot->in_use) all_free = false;
-        else empty(*slot);
+        else if (void* block = empty(*slot)) blocks.add(block);
     return all_free;
 }
 
-/// The address goes too: the allocator may hand it out again, for a block that is none of this record.
-void ThreadBufferRecord::empty(BufferSlot& slot) {
-    if (slot.raw) allocator.free(slot.raw);
+void ThreadBufferRecord::detach_all_blocks(DetachedBlocks& blocks) {
+    for (BufferSlot& slot : slots) slot.in_use = false;
+    detach_free_blocks(blocks);
+}
+
+/// What the slot held. The address goes too: the allocator may hand it out again, for a block that is none of this
+/// record.
+void* ThreadBufferRecord::empty(BufferSlot& slot) {
+    void* block = slot.raw;
     total -= slot.capacity;
     slot = {};
+    return block;
 }
 
 } // namespace nxl

@@ -13,13 +13,28 @@ struct BufferSlot {
     bool in_use;
 };
 
+inline constexpr int buffer_slot_count = 5; // of a thread
+
+/// Blocks taken out of a record. They go back to the allocator when this dies, which may be after a lock was opened.
+class DetachedBlocks {
+    void* blocks_[buffer_slot_count];
+    int count_ = 0;
+
+  public:
+    void add(void* block) { blocks_[count_++] = block; }
+    DetachedBlocks() = default;
+    ~DetachedBlocks();
+    DetachedBlocks(const DetachedBlocks&) = delete;
+    DetachedBlocks& operator=(const DetachedBlocks&) = delete;
+};
+
 /// All zero is an empty record. Only its own thread takes and gives back, so nothing here is locked.
 struct ThreadBufferRecord {
-    static constexpr int slot_count = 5;
-
-    BufferSlot slots[slot_count];
-    int count; // slots filled so far
-    i64 total; // sum of the capacities
+    BufferSlot slots[buffer_slot_count];
+    int count;      // slots filled so far
+    i64 total;      // sum of the capacities
+    bool ended;     // its thread has, and holds no block of it
+    i64 next_ended; // place in the table of another such record; 0: none
 
     /// The slot for a request of `need` bytes, alignment included, in this order: a free one of that very capacity, one
     /// not filled so far, the first free larger one, the first free smaller one. Null when all are in use.
@@ -32,12 +47,15 @@ struct ThreadBufferRecord {
     /// False when the block is none of this record.
     bool give_back(const void* block);
 
-    /// Returns every free block to the allocator. True when no block remains in use.
-    bool release_free_blocks();
+    /// Empties every free slot. True when no block remains in use.
+    bool detach_free_blocks(DetachedBlocks& blocks);
+
+    /// Empties every slot, whether its block is in use or not.
+    void detach_all_blocks(DetachedBlocks& blocks);
 
   private:
     bool fill(BufferSlot& slot, i64 need);
-    void empty(BufferSlot& slot);
+    void* empty(BufferSlot& slot);
 };
 
 } // namespace nxl

@@ -38,6 +38,12 @@ int thread_count_from(std::string_view text) {
     return count;
 }
 
+int outer_level_count_from(std::string_view list) {
+    skip(list, " ");
+    const std::string_view first = take_until(list, " ,");
+    return first.empty() || first[0] < '0' || first[0] > '9' ? 0 : thread_count_from(first);
+}
+
 bool next_domain_entry(std::string_view& rest, DomainEntry& entry) {
     skip(rest, separators);
     entry.name = take_until(rest, name_ends);

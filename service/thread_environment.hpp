@@ -10,6 +10,10 @@ inline constexpr int count_not_set = -1;
 /// A thread count. Digits alone are their number, at most the largest int; any other text, the empty one too, is 1.
 int thread_count_from(std::string_view text);
 
+/// The first count of a list such as `OMP_NUM_THREADS` is, "4,2": that of regions which are not inside another. 0 when
+/// the list does not begin with a number.
+int outer_level_count_from(std::string_view list);
+
 /// One name and its count, as they stand in `NXL_DOMAIN_NUM_THREADS`.
 struct DomainEntry {
     std::string_view name, count;

@@ -2,10 +2,10 @@
 // program left unset. There is no lock: threads that arrive together repeat the step and write the same.
 #include "service/threads.hpp"
 #include "service/environment.hpp"
+#include "service/openmp_runtimes.hpp"
 #include "service/physical_cores.hpp"
 #include "service/thread_environment.hpp"
 #include <atomic>
-#include <omp.h>
 
 namespace nxl {
 namespace {
@@ -49,7 +49,7 @@ ThreadChoice requested_threads(int domain) {
         if (own.count > 0) return choice_of(own, domain);
     }
     const Setting all = stores[domain_all].load(std::memory_order_relaxed);
-    return choice_of(all.count > 0 ? all : Setting{omp_get_max_threads(), CountSource::openmp}, domain_all);
+    return choice_of(all.count > 0 ? all : Setting{default_thread_count(), CountSource::openmp}, domain_all);
 }
 
 void hold(ThreadChoice& choice, int count, CountLimit limit) {
@@ -69,6 +69,7 @@ void nxl_threads_read_env() {
     }
     const char* dynamic = environment("NXL_DYNAMIC");
     store_if(dynamic_flag, dynamic_not_set, int{!dynamic || dynamic_from(dynamic)});
+    find_gnu_runtime();
     physical_core_count.store(nxl_count_physical_cores(), std::memory_order_relaxed);
     environment_pending.store(false, std::memory_order_release);
 }
@@ -78,7 +79,7 @@ ThreadChoice thread_choice(int domain) {
     ThreadChoice choice = requested_threads(domain);
     if (dynamic_flag.load(std::memory_order_relaxed) == 0) return choice;
     const int cores = physical_core_count.load(std::memory_order_relaxed);
-    if (omp_in_parallel()) hold(choice, 1, CountLimit::parallel_region);
+    if (in_parallel_region()) hold(choice, 1, CountLimit::parallel_region);
     else if (cores < choice.count) hold(choice, cores, CountLimit::physical_cores);
     return choice;
 }

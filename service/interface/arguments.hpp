@@ -2,6 +2,7 @@
 // narrowed. A plain input needs no type: `const i64 n64 = *n;` widens by sign extension.
 #pragma once
 #include "service/scratch.hpp"
+#include <concepts>
 #include <limits>
 
 namespace nxl {
@@ -17,6 +18,13 @@ struct OutInt {
     OutInt(const OutInt&) = delete;
     OutInt& operator=(const OutInt&) = delete;
 };
+
+/// The elements that an array of `count` has in a call with these workspace lengths. A length of -1 makes the call a
+/// query, which comes before the caller has its data: then it has none but the first element of a workspace that is
+/// told its own length.
+template <std::same_as<i64>... Lengths> constexpr i64 unless_query(i64 count, Lengths... lengths) {
+    return ((lengths == -1) || ...) ? 0 : count;
+}
 
 /// What goes between the caller's integer array and its 64-bit scratch copy.
 enum class Transfer {

@@ -24,7 +24,7 @@ NXL_EXPORT void dgetri(const int* n, double* a, const int* lda, const int* ipiv,
                        int* info) noexcept {
     OutInt info64(info);
     const i64 n64 = *n, lda64 = *lda, lwork64 = *lwork;
-    const WideInts pivots(ipiv, n64);
+    const WideInts pivots(ipiv, unless_query(n64, lwork64));
     if (!pivots.data()) return refuse_for_memory("DGETRI", &info64.value);
     nxl_lapack_dgetri(&n64, a, &lda64, pivots.data(), work, &lwork64, &info64.value);
 }
@@ -64,7 +64,7 @@ NXL_EXPORT void zgetri(const int* n, nxl_z* a, const int* lda, const int* ipiv, 
                        int* info) noexcept {
     OutInt info64(info);
     const i64 n64 = *n, lda64 = *lda, lwork64 = *lwork;
-    const WideInts pivots(ipiv, n64);
+    const WideInts pivots(ipiv, unless_query(n64, lwork64));
     if (!pivots.data()) return refuse_for_memory("ZGETRI", &info64.value);
     nxl_lapack_zgetri(&n64, a, &lda64, pivots.data(), work, &lwork64, &info64.value);
 }

@@ -1,6 +1,7 @@
 // Thread counts: the environment's grammar, who wins over whom, dynamic adjustment, and the counting of cores. Each
 // case of the environment runs in a child process, since a process reads it once.
 #include "nxl.h"
+#include "service/openmp_runtimes.hpp"
 #include "service/parallel.hpp"
 #include "service/physical_cores.hpp"
 #include "service/thread_environment.hpp"
@@ -58,6 +59,14 @@ TEST(ThreadEnvironment, CountsSaturateInsteadOfOverflowing) {
     EXPECT_EQ(thread_count_from("2147483648"), INT_MAX);
     EXPECT_EQ(thread_count_from("21474836470"), INT_MAX);
     EXPECT_EQ(thread_count_from("2147483646"), INT_MAX - 1);
+}
+
+TEST(OpenMpRuntimes, TheCountThatAProgramSetIsTaken) {
+    EXPECT_EQ(spoken_count(1, 4, 4), 1); // said to libomp
+    EXPECT_EQ(spoken_count(4, 7, 4), 7); // to libgomp
+    EXPECT_EQ(spoken_count(2, 7, 4), 2); // to both
+    for (const auto& [list, count] : {std::pair{"4,2", 4}, {" 3", 3}, {",2", 0}, {"abc", 0}})
+        EXPECT_EQ(outer_level_count_from(list), count) << list;
 }
 
 // ---- Precedence, in child processes ----
