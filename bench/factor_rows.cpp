@@ -16,6 +16,13 @@ using Getri = void(const int* n, T* a, const int* lda, const int* ipiv, T* work,
 template <class T> // potrf, potri
 using Potr = void(const char* uplo, const int* n, T* a, const int* lda, int* info, std::size_t uplo_length);
 template <class T>
+using Potrs = void(const char* uplo, const int* n, const int* nrhs, const T* a, const int* lda, T* b, const int* ldb,
+                   int* info, std::size_t uplo_length);
+template <class T>
+using Trtrs = void(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs, const T* a,
+                   const int* lda, T* b, const int* ldb, int* info, std::size_t uplo_length, std::size_t trans_length,
+                   std::size_t diag_length);
+template <class T>
 using Trtri = void(const char* uplo, const char* diag, const int* n, T* a, const int* lda, int* info,
                    std::size_t uplo_length, std::size_t diag_length);
 
@@ -29,9 +36,13 @@ template <class T, int Share> Work square_work(double multiply_adds, int n, Layo
     return work_in_elements<T>(multiply_adds, elements, elements, n, layout);
 }
 
+/// Sizes are m by n; a matrix with more rows than columns is random.
 template <class T> Work getrf_work(const Case& which) {
-    const int n = which.size.n;
-    return square_work<T, 1>(cube(n) / 3, n, {.shape = Shape::dominated, .pivots = n});
+    const auto [m, n, k] = which.size;
+    if (m == n) return square_work<T, 1>(cube(n) / 3, n, {.shape = Shape::dominated, .pivots = n});
+    const double elements = double(m) * n;
+    return work_in_elements<T>(double(n) * n * (m - n / 3.0) / 2, elements, elements, n,
+                               {.a = {m, n}, .restored = Restored::a, .pivots = n});
 }
 
 template <class T> Work potrf_work(const Case& which) {
@@ -52,12 +63,18 @@ template <class T> Work trtri_work(const Case& which) {
     return square_work<T, 2>(cube(which.size.n) / 6, which.size.n, {.shape = Shape::factors});
 }
 
-/// Sizes are m by n, the right-hand sides.
-template <class T> Work getrs_work(const Case& which) {
+/// Sizes are m by n, the right-hand sides; both triangles are read, or one, Triangles times in all.
+template <class T, int Triangles> Work solution_work(const Case& which, int pivots) {
     const auto [m, n, k] = which.size;
-    const double result = double(m) * n;
-    const Layout layout = {.a = {m, m}, .b = {m, n}, .shape = Shape::factors, .restored = Restored::b, .pivots = m};
-    return work_in_elements<T>(result * k, double(m) * m + result, result, k, layout);
+    const double result = double(m) * n, share = Triangles / 2.0;
+    const Layout layout = {
+        .a = {m, m}, .b = {m, n}, .shape = Shape::factors, .restored = Restored::b, .pivots = pivots};
+    return work_in_elements<T>(share * result * k, share * (double(m) * m + result), share * result, k, layout);
+}
+
+template <class T> Work getrs_work(const Case& which) { return solution_work<T, 2>(which, which.size.m); }
+template <class T, int Triangles> Work triangles_work(const Case& which) {
+    return solution_work<T, Triangles>(which, 0);
 }
 
 template <class T> Routine getrf(const char* name) {
@@ -68,6 +85,19 @@ template <class T> Routine getrf(const char* name) {
 template <class T> Routine getrs(const char* name) {
     return row<Getrs<T>>(name, getrs_work<T>, [](auto* f, Operands& o) {
         f(o.option(0), &o.size.m, &o.size.n, o.a<T>(), &o.lda, o.pivots(), o.b<T>(), &o.ldb, &o.info, 1);
+    });
+}
+
+template <class T> Routine potrs(const char* name) {
+    return row<Potrs<T>>(name, triangles_work<T, 2>, [](auto* f, Operands& o) {
+        f(o.option(0), &o.size.m, &o.size.n, o.a<T>(), &o.lda, o.b<T>(), &o.ldb, &o.info, 1);
+    });
+}
+
+template <class T> Routine trtrs(const char* name) {
+    return row<Trtrs<T>>(name, triangles_work<T, 1>, [](auto* f, Operands& o) {
+        f(o.option(0), o.option(1), o.option(2), &o.size.m, &o.size.n, o.a<T>(), &o.lda, o.b<T>(), &o.ldb, &o.info, 1,
+          1, 1);
     });
 }
 
@@ -97,6 +127,10 @@ const std::vector<Routine>& factor_routines() {
         getrf<zcomplex>("zgetrf"),
         getrs<double>("dgetrs"),
         getrs<zcomplex>("zgetrs"),
+        potrs<double>("dpotrs"),
+        potrs<zcomplex>("zpotrs"),
+        trtrs<double>("dtrtrs"),
+        trtrs<zcomplex>("ztrtrs"),
         getri<double>("dgetri"),
         getri<zcomplex>("zgetri"),
         potr<double>("dpotrf", potrf_work<double>),

@@ -57,19 +57,25 @@ std::vector<Case> level2_cases() {
 }
 
 std::vector<Case> level3_cases() {
-    return cases_of({{"dtrsm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
-                     {"dtrmm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
-                     {"dsyrk", {"LN", "UT"}},
-                     {"dsyr2k", {"LN", "UT"}},
-                     {"dsymm", {"LL", "RU"}},
-                     {"ztrsm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
-                     {"ztrmm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
-                     {"zherk", {"LN", "UC"}},
-                     {"zsyrk", {"LN", "UT"}},
-                     {"zher2k", {"LN", "UC"}},
-                     {"zhemm", {"LL", "RU"}},
-                     {"zsymm", {"LL", "RU"}}},
-                    {128, 512, 2'000});
+    std::vector<Case> cases = cases_of({{"dtrsm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
+                                        {"dtrmm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
+                                        {"dsyrk", {"LN", "UT"}},
+                                        {"dsyr2k", {"LN", "UT"}},
+                                        {"dsymm", {"LL", "RU"}},
+                                        {"ztrsm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
+                                        {"ztrmm", {"LLNN", "LUTN", "RLNN", "RUTN"}},
+                                        {"zherk", {"LN", "UC"}},
+                                        {"zsyrk", {"LN", "UT"}},
+                                        {"zher2k", {"LN", "UC"}},
+                                        {"zhemm", {"LL", "RU"}},
+                                        {"zsymm", {"LL", "RU"}}},
+                                       {128, 512, 2'000});
+    // Few right-hand sides.
+    std::ranges::copy(cases_of({{"dtrsm", {"LLNN", "LUTN"}}, {"ztrsm", {"LLNN", "LUTN"}}}, {{1'000, 8, 1'000}}),
+                      std::back_inserter(cases));
+    std::ranges::copy(cases_of({{"dtrsm", {"RLNN", "RUTN"}}, {"ztrsm", {"RLNN", "RUTN"}}}, {{8, 1'000, 1'000}}),
+                      std::back_inserter(cases));
+    return cases;
 }
 
 std::vector<Case> gemm_cases() {
@@ -116,6 +122,15 @@ std::vector<Case> factor_cases() {
     };
     add({{"dgetrs", {"N", "T"}}}, {{100, 100, 100}, {300, 100, 300}, {1'000, 100, 1'000}, {2'000, 100, 2'000}});
     add({{"zgetrs", {"N", "T"}}}, {{1'000, 100, 1'000}});
+    add({{"dgetrf"}, {"zgetrf"}}, {{4'000, 200, 200}, {10'000, 100, 100}, {1'000, 50, 50}});
+    for (const int few : {1, 8})
+        add({{"dgetrs", {"N", "T"}},
+             {"zgetrs", {"N", "C"}},
+             {"dpotrs", {"L", "U"}},
+             {"zpotrs", {"L", "U"}},
+             {"dtrtrs", {"LNN", "UTN"}},
+             {"ztrtrs", {"LNN", "UTN"}}},
+            {{100, few, 100}, {1'000, few, 1'000}, {4'000, few, 4'000}});
     add({{"dgetri"}, {"dpotri", {"L", "U"}}, {"dtrtri", {"LN", "UN"}}}, {100, 300, 1'000, 2'000});
     add({{"zgetri"}, {"zpotri", {"L", "U"}}, {"ztrtri", {"LN", "UN"}}}, {1'000});
     return cases;

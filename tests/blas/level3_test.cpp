@@ -96,6 +96,17 @@ TEST(Triangular, ManyBlocksOfTheTriangleAndOfRightHandSides) {
     });
 }
 
+TEST(Triangular, FewRightHandSidesOfALongTriangle) {
+    Generator generator(6);
+    for (const Routine& routine : routines)
+        if (routine.name == "dtrsm")
+            for (const char trans : {'N', 'T'}) {
+                BlasCall call = randomised(letters_of(routine).front(), generator);
+                call.side = 'L', call.transa = trans, call.m = 4200, call.n = 3;
+                ASSERT_TRUE(routine.check(call));
+            }
+}
+
 TEST(Triangular, RightWithoutMemory) {
     Generator generator(5);
     for_each_triangular_form([&](const Routine& routine, const BlasCall& letters) {
@@ -114,19 +125,31 @@ TEST(Triangular, RightWithoutMemory) {
 
 TEST(Trsm, ComplexDiagonalsWhoseSquaresLeaveTheRange) {
     using nxl_test::zcomplex;
-    const std::array<zcomplex, 4> diagonal = {{{3e200, 4e200}, {4e-200, -3e-200}, {0.0, 1e-300}, {-1e300, 0.0}}};
-    const i64 order = 4, one = 1;
+    const std::array<zcomplex, 4> diagonal = {{{3e200, 4e200}, {4e-200, -3e-200}, {0.0, 1e-310}, {-1e300, 0.0}}};
+    const i64 order = 4;
     const zcomplex alpha = 1.0;
-    for (const char trans : {'N', 'T', 'C'}) {
-        std::array<zcomplex, 16> a{};
-        std::array<zcomplex, 4> b{};
-        for (std::size_t i = 0; i < 4; ++i) {
-            a[5 * i] = diagonal[i];
-            b[i] = trans == 'C' ? std::conj(diagonal[i]) : diagonal[i];
+    for (const i64 count : {1, 3, 8})
+        for (const char trans : {'N', 'T', 'C'}) {
+            std::array<zcomplex, 16> a{};
+            std::vector<zcomplex> b(static_cast<std::size_t>(order * count));
+            for (std::size_t i = 0; i < 4; ++i) a[5 * i] = diagonal[i];
+            for (std::size_t i = 0; i < b.size(); ++i)
+                b[i] = trans == 'C' ? std::conj(diagonal[i % 4]) : diagonal[i % 4];
+            nxl_blas_ztrsm("L", "U", &trans, "N", &order, &count, &alpha, a.data(), &order, b.data(), &order);
+            for (const zcomplex& x : b)
+                EXPECT_LE(std::abs(x - 1.0), 8 * std::numeric_limits<double>::epsilon()) << trans << ' ' << x;
         }
-        nxl_blas_ztrsm("L", "U", &trans, "N", &order, &one, &alpha, a.data(), &order, b.data(), &order);
-        for (const zcomplex& x : b)
-            EXPECT_LE(std::abs(x - 1.0), 8 * std::numeric_limits<double>::epsilon()) << trans << ' ' << x;
+}
+
+TEST(Trsm, FewRightHandSidesAreDividedByTheDiagonal) { // whose reciprocals leave the range
+    const double alpha = 1.0;
+    const i64 order = 3;
+    const std::array<double, 9> a = {1e-310, 0.0, 0.0, 0.0, -3e-320, 0.0, 0.0, 0.0, 1e308};
+    for (const i64 count : {1, 2, 8}) {
+        std::vector<double> b(static_cast<std::size_t>(order * count));
+        for (std::size_t i = 0; i < b.size(); ++i) b[i] = a[i % 3 * 4];
+        nxl_blas_dtrsm("L", "L", "N", "N", &order, &count, &alpha, a.data(), &order, b.data(), &order);
+        EXPECT_EQ(b, std::vector<double>(b.size(), 1.0)) << count;
     }
 }
 

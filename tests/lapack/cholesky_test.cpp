@@ -169,6 +169,18 @@ TYPED_TEST(Cholesky, ProgressGoesByColumnsAndCanStopTheRun) {
         }
 }
 
+TYPED_TEST(Cholesky, ProgressIncludesTheBlockThatFails) {
+    NXL_Set_Num_Threads(1);
+    PositiveDefinite<TypeParam> a(200, Spectrum::random, 9);
+    a.at(99, 99) = -1.0; // blocks have 24 columns
+    for (const char uplo : {'U', 'L'}) {
+        const GuardedMatrix<TypeParam> factors = a.triangle(uplo, 200);
+        const auto reports = reports_of(0, [&] { EXPECT_EQ(factor(uplo, 200, factors.data(), 200), 100); });
+        ASSERT_EQ(reports.size(), 5U);
+        EXPECT_EQ(reports.back().column, 120);
+    }
+}
+
 TYPED_TEST(Cholesky, WithoutMemoryForItsTableTheRunIsSerial) {
     const int n = 300;
     const PositiveDefinite<TypeParam> a(n, Spectrum::random, 7);

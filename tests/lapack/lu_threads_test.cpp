@@ -163,6 +163,20 @@ TYPED_TEST(GetrfThreads, TheHostFollowsAndStops) {
         }
 }
 
+// The block goes by the number of columns, also of those without a pivot: no narrower panels, no reports of them.
+TYPED_TEST(GetrfThreads, AWideMatrixThatNeedsNoBlocksIsReportedOnce) {
+    const Team team(1);
+    for (const auto [m, n] : {std::pair{20, 100}, {60, 300}}) {
+        const auto a = matrix_of<TypeParam>(MatrixKind::random, m, n);
+        const int rows = m;
+        listen(rows + 1, [&] {
+            const auto lu = factored(a);
+            EXPECT_LE(lu_error(a, lu.factors, lu.ipiv), 4.0);
+        });
+        EXPECT_EQ(heard.columns, std::vector<int>{rows});
+    }
+}
+
 struct BadCall {
     int m, n, lda, position;
 };

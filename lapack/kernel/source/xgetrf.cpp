@@ -57,24 +57,19 @@ template <class T> void factor_unblocked(const LuBlock<T>& lu, i64* info) {
 
 template <class T> bool factor_serially(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset) {
     *info = 0;
-    if (lu.m < lu.n) { // the panels' widths go by the columns that have pivots
-        if (factor_serially(lu.from(0, lu.m), info, thread, offset)) return true;
-        finish_wide(lu);
-        return false;
+    const i64 nb = tuning(block_size, getrf_name<T>, "S", lu.m, lu.n, -1, -1), steps = lu.steps();
+    if (nb <= 1 || nb >= steps) {
+        factor_unblocked(lu, info);
+        return stop_requested(getrf_name<T>, thread, offset + steps);
     }
-    const i64 nb = tuning(block_size, getrf_name<T>, "S", lu.m, lu.n, -1, -1);
-    if (nb <= 1 || nb >= lu.n) {
-        leaf(lu, info);
-        return stop_requested(getrf_name<T>, thread, offset + lu.n);
-    }
-    for (i64 j = 0; j < lu.n; j += nb) {
-        const i64 width = std::min(nb, lu.n - j);
+    for (i64 j = 0; j < steps; j += nb) {
+        const i64 width = std::min(nb, steps - j);
         i64 panel_info = 0;
         if (factor_serially(lu.from(j, width), &panel_info, thread, offset + j)) return true;
         adopt_panel(lu, j, width, panel_info, info);
         apply_panel(lu, j, width, j + width, lu.n - j - width);
     }
-    for (i64 j = 0; j + nb < lu.n; j += nb) interchange_rows(lu, j + nb, lu.n, j, nb);
+    for (i64 j = 0; j + nb < steps; j += nb) interchange_rows(lu, j + nb, steps, j, nb);
     return false;
 }
 

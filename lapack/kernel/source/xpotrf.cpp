@@ -48,7 +48,7 @@ template <class T> i64 xpotrf(char uplo, i64 n, T* a, i64 lda, i64& info, i64 th
     const i64 nb = potrf_tuning<T>(block_size, uplo, n);
     if (nb < 2 || n <= nb) {
         potf2(uplo, n, a, lda, info);
-        return info == 0 && stop_requested(potrf_name<T>(), thread, offset + n);
+        return stop_requested(potrf_name<T>(), thread, offset + n);
     }
     for (i64 j = 0; j < n; j += nb) {
         const Block<T> block{n, j, std::min(nb, n - j), a, lda};
