@@ -4,14 +4,23 @@
 namespace nxl {
 
 // clang-format off
+namespace mc3     { extern const KernelTable kernel_table; }
+namespace def_fma { extern const KernelTable kernel_table; }
+#ifdef NXL_EVERY_TARGET
 namespace def     { extern const KernelTable kernel_table; }
 namespace p4n     { extern const KernelTable kernel_table; }
 namespace mc      { extern const KernelTable kernel_table; }
-namespace mc3     { extern const KernelTable kernel_table; }
-namespace def_fma { extern const KernelTable kernel_table; }
 namespace p4n_fma { extern const KernelTable kernel_table; }
 namespace mc_fma  { extern const KernelTable kernel_table; }
 namespace mc3_fma { extern const KernelTable kernel_table; }
+#else // one class at each width stands for all
+namespace def     = mc3;
+namespace p4n     = mc3;
+namespace mc      = mc3;
+namespace p4n_fma = def_fma;
+namespace mc_fma  = def_fma;
+namespace mc3_fma = def_fma;
+#endif
 // clang-format on
 
 namespace {

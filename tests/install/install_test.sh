@@ -53,6 +53,9 @@ gfortran "$module" fortran_caller.f90 -o fortran_caller $(pkg-config --libs nxl)
 # shellcheck disable=SC2046
 "$CC" -Wall -Werror cblas_caller.c -o cblas_caller $(pkg-config --cflags --libs nxl_gnu) "-Wl,-rpath,$lib"
 ./cblas_caller
+# shellcheck disable=SC2046
+"$CC" -Wall -Werror -include nxl_cblas.h c_caller.c -o both_callers $(pkg-config --cflags --libs nxl_gnu) -lm "-Wl,-rpath,$lib"
+./both_callers
 env -u LD_LIBRARY_PATH "LD_PRELOAD=$lib/libnxl_gnu.so.${version%%.*}" true 2>preload.log
 [[ ! -s preload.log ]] || fail "$(cat preload.log)"
 
