@@ -1064,10 +1064,11 @@ module nxl
         ! give them the target attribute.
         function dtrnlspbc_init(handle, n, m, x, lw, up, eps, iter1, iter2, rs) bind(c, name="dtrnlspbc_init")
             import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(out) :: handle
+            type(c_ptr), intent(inout) :: handle
             integer(c_int), intent(in) :: n, m, iter1, iter2
-            real(c_double), intent(inout) :: x(*)
-            real(c_double), intent(in) :: lw(*), up(*), eps(6), rs
+            real(c_double), intent(inout), target :: x(*)
+            real(c_double), intent(in), target :: lw(*), up(*), eps(6)
+            real(c_double), intent(in) :: rs
             integer(c_int) :: dtrnlspbc_init
         end function
 
@@ -1092,7 +1093,7 @@ module nxl
         ! Frees the handle.
         function dtrnlspbc_delete(handle) bind(c, name="dtrnlspbc_delete")
             import :: c_int, c_ptr
-            type(c_ptr), intent(inout) :: handle
+            type(c_ptr), intent(in) :: handle
             integer(c_int) :: dtrnlspbc_delete
         end function
 

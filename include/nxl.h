@@ -119,7 +119,14 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *     -1  DCG: iteration limit reached, residual test not met
  *     -2  DCG: p.Ap is 0: A is not positive definite, or the solution has been found already
  *    -10  DCG: the last test quantity dpar(6) is 0        -11  DCG: no stopping test is on
- * DCGMRHS has no negative values: what went wrong shows in reports and in dpar(128+nrhs+s).
+ * DCGMRHS has no negative values. After its 0 look at ipar(30): nrhs + 1 says that all systems had their turn, a
+ * smaller number is the system at which the run broke off, with a report. ipar(128+s) is 1 for the systems that are
+ * done. A residual that becomes exactly 0 breaks a run off: the next p.Ap is 0. In DCGMRHS that seed is done, its final
+ * value is its initial norm as after any breakdown, and the systems behind it wait: to go on with those whose
+ * ipar(128+s) is 0, set ipar(39) to 0 and call again. After the end a further call of DCGMRHS answers 0 again: nothing
+ * changes when all systems had their turn, while one that broke off, like any ended run of DCG, enters the stage that
+ * stopped once more. That is harmless after a p.Ap of 0; elsewhere it may make a step that nobody asked for, and spoil
+ * x.
  *
  * ipar, 128 integers (DCGMRHS: 128 + 2 nrhs); in brackets what _INIT sets:
  *      1  [n] size: all lengths come from here            2  [6] reports to standard output; any other value: to files
@@ -137,10 +144,12 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *   DCG: 3 initial test quantity, 4 target dpar(1) dpar(3) + dpar(2), 5 test quantity, 6 that of the last iteration,
  *   7 alpha, 8 beta [all 0]. The test quantity is the squared norm r.r, preconditioned r.z: 1e-6 asks for three digits.
  *   DCGMRHS: 3 alpha, 4 beta, 30 last gamma, 31 gamma = r.z, 32 projection coefficient, 33 p.Ap, 128+s initial residual
- *   norm of system s, 128+nrhs+s its final value: relative residual norm; initial norm when the run broke down, or when
- *   that met a tolerance at once; -1 when the caller stopped the system.
+ *   norm of system s, 128+nrhs+s its final value: relative residual norm; initial norm when the run broke down at it
+ *   or when that met a tolerance at once; -1 when the caller stopped the system. _INIT sets none from 9 on: a system
+ *   that had no turn keeps what stood there, or what the residual test found when its residual was computed afresh.
  *
  * tmp: DCG 4 columns: p, Ap, r, z (the last only with a preconditioner). DCGMRHS nrhs + 3: p, Ap, z, then each r.
+ * Columns are found with 64 bits: n nrhs may exceed 2^31.
  *
  * Reports with ipar(2) other than 6 are appended to Dcg_errors.txt and Dcg_check_warnings.txt, current directory. */
 
@@ -162,7 +171,8 @@ void DCG(const int* n, double* x, const double* b, int* RCI_request, int* ipar, 
 void DCG_GET(const int* n, const double* x, const double* b, const int* RCI_request, const int* ipar,
              const double* dpar, const double* tmp, int* itercount) NXL_NOEXCEPT;
 
-/* As DCG_INIT, for nrhs systems; sets ipar(33) too, and all nrhs + 3 columns of tmp to 0. method is not read. */
+/* As DCG_INIT, for nrhs systems; sets ipar(33) too, and all nrhs + 3 columns of tmp to 0. method is not read and may be
+ * null. */
 void DCGMRHS_INIT(const int* n, const double* x, const int* nrhs, const double* b, const int* method, int* RCI_request,
                   int* ipar, double* dpar, double* tmp) NXL_NOEXCEPT;
 
@@ -172,10 +182,11 @@ void DCGMRHS_CHECK(const int* n, const double* x, const int* nrhs, const double*
 
 /* Conjugate gradients for nrhs right-hand sides of one matrix. x(n,nrhs): start vectors, then solutions; b(n,nrhs).
  * Iterates on one system at a time and projects the others onto its directions, so that later ones start close.
- * RCI_request is read after a request 2: 1003 stops the system ipar(3), anything else goes on. The residual test
- * compares the relative residual norm of system s with dpar(1) dpar(128+s) + dpar(2); a system whose initial norm is at
- * most dpar(1) or dpar(2) is taken as solved. Method: seed projection; Smith, Peterson and Mittra, IEEE Trans. Antennas
- * Propag. 37 (1989); Chan and Wan, SIAM J. Sci. Comput. 18 (1997). */
+ * RCI_request is read after a request 2: 1003 stops the system ipar(3), anything else goes on. The limit ipar(5) holds
+ * for each seed, which may pass it by one. With neither ipar(9) nor ipar(10) set the run ends after one step, with a
+ * report. The residual test compares the relative residual norm of system s with dpar(1) dpar(128+s) + dpar(2); a
+ * system whose initial norm is at most dpar(1) or dpar(2) is taken as solved. Method: seed projection; Smith, Peterson
+ * and Mittra, IEEE Trans. Antennas Propag. 37 (1989); Chan and Wan, SIAM J. Sci. Comput. 18 (1997). */
 void DCGMRHS(const int* n, double* x, const int* nrhs, const double* b, int* RCI_request, int* ipar, double* dpar,
              double* tmp) NXL_NOEXCEPT;
 
@@ -226,6 +237,14 @@ void DCGMRHS_GET(const int* n, const double* x, const int* nrhs, const double* b
  * tmp: (2m + 1) n + m(m+9)/2 + 1 elements. The basis, m + 1 columns of n, comes first; at the start of a cycle
  * column 2 is out, and column 3 holds b. Without a preconditioner nothing from ipar(21) on is touched, but column 3
  * has to be there when m is 1.
+ * Elements are named by 32-bit entries: their number has to stay below 2^31, without a preconditioner that of the
+ * elements before ipar(21), (m + 1) n + m(m+9)/2 + 1. With m = 150 that is an n of 7.1 million, or 14.2 million without
+ * a preconditioner; beyond, choose a smaller m. DFGMRES_CHECK refuses what is larger, and leaves 0 in ipar(16..21),
+ * with which DFGMRES returns -12; so it does where a vector cannot be named as ipar(1), (11) or (15) has changed since.
+ *
+ * After 0 or -1 from the limit or the residual test a further call decides again: the same answer, and nothing changes,
+ * unless the limit or the target has; then the run goes on. After 0 by dpar(8) at the start of a cycle it answers 0
+ * again, later it goes on as after request 4. After -10, -11 and -12 it comes back to what it refused.
  *
  * Reports with ipar(2) other than 6 are appended to NXL_RCI_FGMRES_Log.txt in the current directory. */
 
@@ -236,7 +255,7 @@ void DFGMRES_INIT(const int* n, const double* x, const double* b, int* RCI_reque
 
 /* Examines the parameters after the caller's changes, warns and mends, and sets ipar(16..21). RCI_request: 0 nothing
  * found; -1001 a suspicious value was left; -1010 a value was replaced by its default; -1011 both; -1100 ipar(1) or
- * ipar(15) is below 1, do not go on. */
+ * ipar(15) is below 1, or tmp has more elements than ipar can name: do not go on. */
 void DFGMRES_CHECK(const int* n, const double* x, const double* b, int* RCI_request, int* ipar, double* dpar,
                    double* tmp) NXL_NOEXCEPT;
 
@@ -283,10 +302,10 @@ void DCSRILU0(const int* n, const double* a, const int* ia, const int* ja, doubl
  * as is fill and what is left of U up to t; then the maxfil largest entries of L and of U stay. A diagonal up to t
  * becomes dpar(31) r when ipar(31) is non-zero. maxfil 0 keeps the diagonal alone. Columns of a row should ascend, as
  * rows are eliminated in the order given; entries of one column add up.
- * bilut, jbilut: room for 2 maxfil + 1 entries per row; ibilut(n+1). Each row: L, its diagonal, U; columns need not
- * ascend within L and within U. ierr:
+ * bilut, jbilut: room for 2 maxfil + 1 entries per row, in all more than 2^31 if need be; ibilut(n+1). Each row: L, its
+ * diagonal, U; columns need not ascend within L and within U. ierr:
  *      0  done                                      -103  ia(i) >= ia(i+1), or ia(1) < 1
- *   -101  a row turned out empty: outputs overlay   -104  no memory, or more than 2^31 - 2 entries
+ *   -101  a row turned out empty: outputs overlay   -104  no memory, or more than 2^31 - 2 entries kept
  *         inputs                                    -105  maxfil < 0
  *   -102  a diagonal up to t, and ipar(31) is 0     -106  n < 0            -107  a column outside 1 to n
  *    101  maxfil >= n: n - 1 is taken                102  tol < 0: -tol is taken
@@ -300,8 +319,9 @@ void DCSRILUT(const int* n, const double* a, const int* ia, const int* ja, doubl
 /* ==== Numeric Jacobian ============================================================================================
  * fjac(m,n) of F: R^n -> R^m by central differences, two evaluations a column. The step is eps |x(i)| where |x(i)| is
  * above eps, and eps itself elsewhere; about 1e-5 suits most functions. x is perturbed one component at a time and is
- * in the end what it was, bit for bit. docs/least-squares.md has examples. A handle is a pointer variable of the
- * caller's, passed by address to all calls; it may be used on any thread, by one at a time.
+ * in the end what it was, bit for bit. A row of J is NaN where its component of F, or an x that it depends on, is not
+ * finite. docs/least-squares.md has examples. A handle is a pointer variable of the caller's, passed by address to all
+ * calls; it may be used on any thread, by one at a time.
  *
  * Status, the result of all calls here and in the section that follows: 1501 success; 1502 invalid argument, no handle,
  * or no trial step; 1503 no memory. Nothing is printed. */
@@ -330,11 +350,13 @@ int djacobi(nxl_function fcn, const int* n, const int* m, double* fjac, double* 
  * and its Jacobian when asked to. docs/least-squares.md has a whole program and the traps. Method: trust region; a step
  * is (J'J + mu I) s = -J'F with mu from Newton's method on its length, More and Sorensen, SIAM J. Sci. Stat. Comput. 4
  * (1983); the radius follows the ratio of actual to predicted reduction, Dennis and Schnabel, Numerical Methods for
- * Unconstrained Optimization (1983). Steps with a ratio of 1e-4 or more are taken.
+ * Unconstrained Optimization (1983). Steps with a ratio of 1e-4 or more are taken; else x and fvec go back to the
+ * accepted point, bit for bit, and the radius shrinks to a half or less, also where F at the trial point is not finite.
  *
  * eps(6), all above 0 at dtrnlsp_init and read at each use afterwards:
  *   1  least radius of the trust region     2  target for |F|
- *   3  norm below which a column of J counts as zero; change of |F| up to which a step promises nothing
+ *   3  norm below which a column of J counts as zero; change of |F| up to which a step promises nothing: absolute, and
+ *      what ends most fits, so 1e-15 where the digits of x matter
  *   4  least length of a step               5, 6  without effect beyond the check
  *
  * RCI_Request of dtrnlsp_solve
@@ -345,7 +367,10 @@ int djacobi(nxl_function fcn, const int* n, const int* m, double* fjac, double* 
  *    0  running                         1  iter1 steps have been taken     2  radius below eps(1)
  *    3  |F| at most eps(2)              4  all columns of J below eps(3)   5  length of the step at most eps(4)
  *    6  |F| and |F - J s| differ by at most eps(3)
- *   -1, -2  stopped by the caller      -4  no trial step, as J is not finite: dtrnlsp_solve returns 1502 */
+ *   -1, -2  stopped by the caller      -4  no trial step, as F, J, J'J or the step is not finite: dtrnlsp_solve returns
+ *                                          1502, RCI_Request stays as it was, x is the accepted point, iter is 0
+ * The normal equations are formed: a column of J above 1e154 cannot be squared and ends in -4, one below 1e-162 counts
+ * as 0. Where iter2 steps do not find the shift, the last step is tried as it is, longer than the radius. */
 
 /* x(n): the start; while the run lasts the point to evaluate at, in the end the solution. x and eps are kept by
  * address. iter1: limit of accepted steps; iter2: of the iterations for one step. rs, 0 to 100: the first radius is rs
@@ -358,7 +383,8 @@ int dtrnlsp_init(void** handle, const int* n, const int* m, double* x, const dou
  * point over to the next one. */
 int dtrnlsp_solve(void** handle, double* fvec, double* fjac, int* RCI_Request) NXL_NOEXCEPT;
 
-/* Steps accepted, stop code, |F| at the start and at the end; r2 is set by stop codes above 0 alone. At any time. */
+/* Steps accepted, stop code, |F| at the start and at the end; r2 is set by stop codes above 0 alone. At any time. When
+ * a caller stops a run at request 1, x is the trial point. */
 int dtrnlsp_get(void** handle, int* iter, int* st_cr, double* r1, double* r2) NXL_NOEXCEPT;
 
 /* Frees the handle; the variable itself, x and eps stay as they are. */
@@ -404,8 +430,8 @@ int dtrnlsp_delete(void** handle) NXL_NOEXCEPT;
  *   rs     the first radius is rs times the largest D(i) |x(i)|, or rs if that is not above eps(1); 0 to 100, where 0
  *          means 100
  * 1502: n, m, iter1 or iter2 below 1, m < n, an eps not above 0, rs not in 0 to 100, lw(i) > up(i), a bound that is no
- * number, bounds with no finite number between them, x(i) no number. Nothing is allocated then. On failure the caller's
- * pointer becomes null and x stays as it was. */
+ * number, bounds with no finite number between them, x(i) no number. Nothing is allocated then. On failure the handle
+ * variable and x stay as they were. */
 int dtrnlspbc_init(void** handle, const int* n, const int* m, double* x, const double* lw, const double* up,
                    const double* eps, const int* iter1, const int* iter2, const double* rs) NXL_NOEXCEPT;
 
@@ -414,10 +440,11 @@ int dtrnlspbc_init(void** handle, const int* n, const int* m, double* x, const d
  * requests for them. */
 int dtrnlspbc_solve(void** handle, double* fvec, double* fjac, int* RCI_Request) NXL_NOEXCEPT;
 
-/* iter: iterations; st_cr: stop code; r1: |F| at the start; r2: |F| at x once the run has ended, until then 0. */
+/* iter: iterations, 0 after stop code -4; st_cr: stop code; r1: |F| at the start; r2: |F| at x once the run has ended,
+ * until then 0. */
 int dtrnlspbc_get(void** handle, int* iter, int* st_cr, double* r1, double* r2) NXL_NOEXCEPT;
 
-/* Frees the handle; the caller's pointer becomes null. */
+/* Frees the handle; the variable itself, x, the bounds and eps stay as they are. */
 int dtrnlspbc_delete(void** handle) NXL_NOEXCEPT;
 
 /* ==== BLAS level 1 ================================================================================================

@@ -58,6 +58,8 @@ class DcgMrhsRun : CgRun {
     const double* b(int system) const { return b_ + (i64{system} - 1) * std::max(size(), 0); }
 
     bool is_system(int number) const { return number >= 1 && number <= nrhs_; }
+    bool has_stage() const;
+    bool is_over() const;
     bool can_resume() const;
     bool caller_stops() const { return caller_test() != 0 && answer_ == stop_system; }
     double target_of(int system) const { return relative_tolerance() * initial_norm(system) + absolute_tolerance(); }
@@ -97,15 +99,22 @@ class DcgMrhsRun : CgRun {
     int resume() const;
 };
 
-/// False before the first request, and where the arrays name systems that do not exist: after the last seed, or by a
-/// stray value in ipar(39).
+/// False before the first request.
+bool DcgMrhsRun::has_stage() const {
+    return stage() >= static_cast<int>(Stage::initial_product) && stage() <= static_cast<int>(Stage::refresh_test_done);
+}
+
+/// The search for the next seed has come to the end, where it would come again.
+bool DcgMrhsRun::is_over() const { return has_stage() && seed() == i64{nrhs_} + 1; }
+
+/// False also where stray values name systems that do not exist.
 bool DcgMrhsRun::can_resume() const {
-    if (stage() < static_cast<int>(Stage::initial_product) || stage() > static_cast<int>(Stage::refresh_test_done))
-        return false;
-    return is_system(seed()) && (stage() < static_cast<int>(Stage::refresh_product) || is_system(refreshed()));
+    return has_stage() && is_system(seed()) &&
+           (stage() < static_cast<int>(Stage::refresh_product) || is_system(refreshed()));
 }
 
 int DcgMrhsRun::resume() const {
+    if (is_over()) return finished;
     if (!can_resume()) return begin_system(1);
     switch (static_cast<Stage>(stage())) {
     case Stage::initial_product: return initial_residual_ready();

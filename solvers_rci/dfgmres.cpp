@@ -169,23 +169,30 @@ int FgmresRun::check(int n) const {
         warn_if(iterations() >= iteration_limit(), FgmresWarning::no_iterations);
     }
     if (restart_length() < 1) return fail(FgmresError::restart_length_at_check, impossible_size);
-    lay_out_work();
+    if (!lay_out_work()) return fail(FgmresError::triangle_index, impossible_size);
     warn_if(inner() != 0, FgmresWarning::inner_iteration_not_zero);
     if (!suspicious && !changed) return finished;
     return check_has_findings - (suspicious ? 1 : 0) - (changed ? 10 : 0);
 }
 
-/// The regions of tmp behind the basis, each the first element of one: R, c, s, g, y, Z.
-void FgmresRun::lay_out_work() const {
-    const i64 m = restart_length();
-    const i64 behind_basis = size() * (m + 1) + 1;
-    const auto at = [&](i64 doubled) { return wrapped(behind_basis + wrapped(doubled) / 2); };
-    triangle_at() = at(0);
-    cosines_at() = at((m + 1) * m);
-    sines_at() = at((m + 3) * m);
-    rotated_rhs_at() = at((m + 5) * m);
-    small_solution_at() = wrapped(i64{at((m + 7) * m)} + 1); // g has m + 1 elements
-    preconditioned_at() = wrapped(i64{at((m + 9) * m)} + 1);
+/// The regions of tmp behind the basis, each the first element of one: R, c, s, g, y, Z. Where no entry can name them,
+/// or the columns of a Z that is needed, the result is false and all are 0, which every run rejects.
+bool FgmresRun::lay_out_work() const {
+    const i64 n = size(), m = restart_length();
+    const i64 behind_basis = n * (m + 1) + 1;
+    const i64 rotated_rhs = behind_basis + (m + 5) * m / 2; // m is below 2^31: squares of it have room
+    const i64 small_solution = rotated_rhs + m + 1;         // g has m + 1 elements
+    const i64 preconditioned = small_solution + m;
+    const bool fits =
+        preconditioned <= largest_index && (has_preconditioner() == 0 || preconditioned + n * m - 1 <= largest_index);
+    const auto at = [fits](i64 element) { return fits ? static_cast<int>(element) : 0; };
+    triangle_at() = at(behind_basis);
+    cosines_at() = at(behind_basis + (m + 1) * m / 2);
+    sines_at() = at(behind_basis + (m + 3) * m / 2);
+    rotated_rhs_at() = at(rotated_rhs);
+    small_solution_at() = at(small_solution);
+    preconditioned_at() = at(preconditioned);
+    return fits;
 }
 
 int dfgmres_init(int n, int* ipar, double* dpar, double* tmp) {

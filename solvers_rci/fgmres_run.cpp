@@ -3,6 +3,7 @@
 // Rotations turn the Hessenberg matrix into R, and ||b - A x|| e1 into g; the solution is x + Z y with R y = g.
 #include "solvers_rci/fgmres_run.hpp"
 #include "solvers_rci/vectors.hpp"
+#include <algorithm>
 #include <cmath>
 
 namespace nxl::rci {
@@ -47,6 +48,14 @@ template <int Count> bool FgmresRun::rejects(const Guard (&guards)[Count]) const
     return false;
 }
 
+/// Tells the caller between which elements of tmp to operate. False, with a report, where no entry of ipar can.
+bool FgmresRun::place_operation(i64 input, i64 output) const {
+    const bool fits = std::max(input, output) <= largest_index;
+    input_at() = fits ? static_cast<int>(input) : 0;
+    output_at() = fits ? static_cast<int>(output) : 0;
+    return !rejects({index_guard(output_at(), FgmresError::operation_output_index)});
+}
+
 bool FgmresRun::rejects_arnoldi_state() const {
     return rejects({restart_length_guard(), inner_guard(0, i64{restart_length()} - 1), size_guard(),
                     index_guard(triangle_at(), FgmresError::triangle_index),
@@ -75,10 +84,9 @@ bool FgmresRun::rejects_solution_state() const {
 /// Asks for A x into column 2; column 3 keeps b meanwhile.
 int FgmresRun::ask_for_residual(Stage next) const {
     if (rejects({size_guard()})) return impossible_entry;
+    if (!place_operation(1, i64{size()} + 1)) return impossible_entry;
     copy(size(), x_, basis(1));
     copy(size(), b_, basis(3));
-    input_at() = 1;
-    output_at() = wrapped(i64{size()} + 1);
     return ask(apply_matrix, next);
 }
 
@@ -103,13 +111,13 @@ int FgmresRun::begin_cycle() const {
     if (residual_norm() == 0.0) return fail(FgmresError::zero_residual, division_by_zero);
     scale(size(), 1.0 / residual_norm(), basis(1));
     rotated_rhs()[0] = residual_norm();
-    if (has_preconditioner() == 0) return decide(plain);
-    stage(Stage::test);
-    return decide(with_preconditioner);
+    return decide(has_preconditioner() == 0 ? plain : with_preconditioner);
 }
 
-/// The stopping decision: limit, residual, the caller's own, in this order.
+/// The stopping decision: limit, residual, the caller's own, in this order. After a stop a further call decides again:
+/// nothing has changed, unless the caller has set another limit or target and goes on.
 int FgmresRun::decide(const Method& method) const {
+    stage(method.test);
     if (limit_test() != 0 && iterations() >= iteration_limit())
         return residual_test() != 0 && residual_norm() > target() ? limit_reached : finished;
     if (residual_test() != 0 && residual_norm() <= target()) return finished;
@@ -134,9 +142,9 @@ int FgmresRun::restart() const {
 int FgmresRun::next_product() const {
     if (inner() == restart_length()) return restart();
     if (rejects({restart_length_guard(), inner_guard(0, restart_length()), size_guard()})) return impossible_entry;
+    const i64 vector = i64{inner()} * size() + 1;
+    if (!place_operation(vector, vector + size())) return impossible_entry;
     iterations() = wrapped(i64{iterations()} + 1);
-    input_at() = wrapped(i64{inner()} * size() + 1);
-    output_at() = wrapped((i64{inner()} + 1) * size() + 1);
     return ask(apply_matrix, Stage::plain_product);
 }
 
@@ -145,9 +153,9 @@ int FgmresRun::next_preconditioning() const {
     if (rejects({restart_length_guard(), inner_guard(0, restart_length()), size_guard(),
                  index_guard(preconditioned_at(), FgmresError::operation_output_index)})) // its text shows ipar(23)
         return impossible_entry;
+    const i64 before = i64{inner()} * size();
+    if (!place_operation(before + 1, before + preconditioned_at())) return impossible_entry;
     iterations() = wrapped(i64{iterations()} + 1);
-    input_at() = wrapped(i64{inner()} * size() + 1);
-    output_at() = wrapped(i64{inner()} * size() + preconditioned_at());
     return ask(apply_preconditioner, Stage::preconditioned);
 }
 
@@ -155,15 +163,16 @@ int FgmresRun::preconditioned_ready() const {
     if (rejects({restart_length_guard(), inner_guard(0, i64{restart_length()} - 1), size_guard(),
                  index_guard(preconditioned_at(), FgmresError::preconditioned_index)}))
         return impossible_entry;
-    input_at() = wrapped(i64{inner()} * size() + preconditioned_at());
-    output_at() = wrapped((i64{inner()} + 1) * size() + 1);
+    const i64 before = i64{inner()} * size();
+    if (!place_operation(before + preconditioned_at(), before + size() + 1)) return impossible_entry;
     return ask(apply_matrix, Stage::product);
 }
 
 int FgmresRun::product_ready(const Method& method) const {
     if (rejects_arnoldi_state()) return impossible_entry;
     orthogonalise();
-    if (norm_test() == 0) return ask(judge_new_norm, method.norm_judged);
+    stage(method.norm_judged); // also after a stop: the vector has been made, and is not made again
+    if (norm_test() == 0) return judge_new_norm;
     if (new_norm() <= norm_tolerance()) return finished;
     return rotate(method);
 }

@@ -4,6 +4,7 @@
 #include "service/types.hpp"
 #include "solvers_rci/rci_run.hpp"
 #include "solvers_rci/request.hpp"
+#include <limits>
 
 namespace nxl::rci {
 
@@ -45,8 +46,11 @@ enum class FgmresWarning : int {
     inner_iteration_not_zero = 311
 };
 
-/// Arithmetic of 32-bit integers that wraps around, as the entries of ipar do when a run is larger than they can say.
+/// A counter or a difference of entries that wraps around as 32-bit integers do.
 constexpr int wrapped(i64 value) { return static_cast<int>(value); }
+
+/// The last element of tmp that an entry of ipar can name.
+inline constexpr i64 largest_index = std::numeric_limits<int>::max();
 
 /// With n = ipar(1), k = ipar(14), m = ipar(15). Entries of tmp and columns count from 1.
 class FgmresRun : public RciRun {
@@ -61,7 +65,7 @@ class FgmresRun : public RciRun {
         restart = 3,
         restart_product = 4,
         residual_ready = 5,
-        plain_test = 6, // only a caller sets it
+        plain_test = 6,
         plain_step = 7,
         plain_product = 8,
         plain_norm_judged = 9,
@@ -74,10 +78,10 @@ class FgmresRun : public RciRun {
 
     /// Where the plain and the preconditioned method go on.
     struct Method {
-        Stage step, norm_judged;
+        Stage test, step, norm_judged;
     };
-    static constexpr Method plain{Stage::plain_step, Stage::plain_norm_judged};
-    static constexpr Method with_preconditioner{Stage::step, Stage::norm_judged};
+    static constexpr Method plain{Stage::plain_test, Stage::plain_step, Stage::plain_norm_judged};
+    static constexpr Method with_preconditioner{Stage::test, Stage::step, Stage::norm_judged};
 
     /// A stored value that would be used next, and what to say when it cannot be right.
     struct Guard {
@@ -87,6 +91,7 @@ class FgmresRun : public RciRun {
 
     void stage(Stage next) const { stage_or_system() = static_cast<int>(next); }
     int ask(Request request, Stage next) const;
+    bool place_operation(i64 input, i64 output) const;
     int fail(FgmresError error, Request request) const;
 
     Guard size_guard() const { return {size() < 1, FgmresError::altered_size}; }
@@ -168,7 +173,7 @@ class FgmresRun : public RciRun {
     bool mend_missing_tests(int n) const;
     bool mend_tolerances(int n) const;
     bool mend_norm_tolerance(int n) const;
-    void lay_out_work() const;
+    bool lay_out_work() const;
 };
 
 } // namespace nxl::rci

@@ -17,7 +17,8 @@ namespace {
 
 constexpr double least_accepted_ratio = 1e-4;
 constexpr double rejected = std::numeric_limits<double>::lowest(); // as the ratio: the trial point was not taken
-constexpr double default_scale = 100.0;                            // of the first radius
+constexpr double largest_radius = std::numeric_limits<double>::max();
+constexpr double default_scale = 100.0; // of the first radius
 constexpr int default_trial_limit = 10;
 constexpr int eps_count = 6;
 constexpr i64 one = 1;
@@ -34,9 +35,9 @@ struct NlsqRecord {
     double shift;         // on the diagonal of J^T J
     double radius;
     double* step;           // n
-    double* model;          // m: J s, then F at the trial point
+    double* model;          // m: J s
     double* saved_residual; // m: F - J s, then F at the accepted point while the caller's array holds the trial one
-    double* work[3];        // n each
+    double* work[3];        // n each: the step's; the last is the accepted point while the caller's x is the trial one
     int phase;
     int iterations; // accepted steps
     int first_pass; // 1 until the first trial step has been judged
@@ -48,6 +49,7 @@ struct NlsqRecord {
     double scale, initial_norm, final_norm;
     const double* eps; // the caller's; read at every use
 
+    double* saved_x() const { return work[2]; }
     double least_radius() const { return eps[0]; }
     double residual_target() const { return eps[1]; }
     double nothing() const { return eps[2]; } // a column of J below it is zero, a change of the norm up to it is none
@@ -277,30 +279,28 @@ void NlsqLeg::try_step() const {
     nxl_blas_dgemv("N", &m, &n, &unity, fjac_, &m, run_.step, &one, &zero, run_.model, &one);
     run_.model_norm = norm(m, run_.model);
     if (stop_when_nothing_is_predicted()) return;
+    dcopy_slot(n, run_.x, one, run_.saved_x(), one);
     nxl_blas_daxpy(&n, &unity, run_.step, &one, run_.x, &one);
     dcopy_slot(m, fvec_, one, run_.saved_residual, one);
     run_.phase = trial_residual;
     ask(evaluate_residual);
 }
 
-/// The caller's x and fvec go back to the accepted point, and on to the trial point if that is taken.
+/// Takes the trial point, or brings the caller's x and fvec back to the accepted one, to the bit: a step that dwarfs x
+/// cannot be taken off again.
 void NlsqLeg::trial_residual_ready() const {
-    const i64 m = run_.m, n = run_.n;
-    const double plus = 1.0, minus = -1.0;
-    nxl_blas_daxpy(&n, &minus, run_.step, &one, run_.x, &one);
     const double trial_norm = norm_of_fvec();
-    dcopy_slot(m, fvec_, one, run_.model, one);
-    dcopy_slot(m, run_.saved_residual, one, fvec_, one);
     double actual = 0.0, direction = 0.0;
     const double ratio = reduction_ratio(trial_norm, actual, direction);
     update_radius(trial_norm, ratio, actual, direction);
-    run_.ratio = rejected;
     if (ratio >= run_.accept_threshold) {
         run_.ratio = ratio;
-        nxl_blas_daxpy(&n, &plus, run_.step, &one, run_.x, &one);
-        dcopy_slot(m, run_.model, one, fvec_, one);
         run_.residual_norm = trial_norm;
         run_.reported_iterations = ++run_.iterations;
+    } else {
+        run_.ratio = rejected;
+        dcopy_slot(run_.n, run_.saved_x(), one, run_.x, one);
+        dcopy_slot(run_.m, run_.saved_residual, one, fvec_, one);
     }
     run_.first_pass = 0;
     request_ = go_on;
@@ -316,12 +316,16 @@ double NlsqLeg::reduction_ratio(double trial_norm, double& actual, double& direc
     return actual / (by_model + 2.0 * by_shift);
 }
 
+/// Every rejection makes the radius at most half of what it was, also by a ratio or a factor that is not a number: so a
+/// run ends.
 void NlsqLeg::update_radius(double trial_norm, double ratio, double actual, double direction) const {
-    if (ratio > 0.25 && run_.shift == 0.0) run_.radius = 2.0 * run_.step_norm;
-    if (!(ratio <= 0.25)) return;
+    if (ratio > 0.25) {
+        if (run_.shift == 0.0) run_.radius = std::min(2.0 * run_.step_norm, largest_radius);
+        return;
+    }
     double factor = 0.5;
     if (actual < 0.0) factor = 0.5 * direction / (direction + 0.5 * actual); // where a parabola has its minimum
-    if (0.1 * trial_norm >= run_.residual_norm || factor < 0.1) factor = 0.1;
+    if (0.1 * trial_norm >= run_.residual_norm || !(factor >= 0.1)) factor = 0.1;
     run_.radius = factor * std::min(run_.radius, run_.step_norm / 0.1);
 }
 

@@ -52,6 +52,7 @@ enum Column : int {
     point,    // x at the accepted point while a trial is out
     trial,    // x + s
     gradient, // D^-1 J^T F
+    descent,  // the subproblem's gradient
     lower,    // the box of z
     upper,
     z,
@@ -81,7 +82,7 @@ class BoxedRun {
 
     double norm_;   // |F| at the accepted point
     double radius_; // on |z(j)|
-    double model_;  // q at the trial step: half of what |F|^2 changes by, as J predicts it
+    double model_;  // q at the trial step: half of what |F|^2 changes by, as J predicts it, over unit()^2
 
     double* columns_;
     double* residual_; // F at the accepted point
@@ -92,6 +93,10 @@ class BoxedRun {
     i64* free_;
 
     double* column(Column c) const { return columns_ + c * n_; }
+    /// What |F| and z are counted in where they are multiplied, so that no square overflows; of about |F|, and a power
+    /// of two: no digit changes.
+    double unit() const { return std::scalbn(1.0, std::ilogb(norm_)); }
+    double counted(double value) const { return value / unit(); }
     double eps(int number) const { return problem_.eps[number - 1]; }
     double weight(i64 j) const { return column(scale)[j] > least_scale ? column(scale)[j] : 1.0; }
     double boxed(i64 j, double v) const { return inside(v, problem_.lower[j], problem_.upper[j]); }
@@ -121,6 +126,7 @@ class BoxedRun {
     int find_settled_step();
     double form_trial() const;
     double predicted_change() const;
+    double counted_change(double trial_norm) const;
     void resize_radius(double ratio, double trial_norm);
 
   public:
@@ -294,11 +300,11 @@ void BoxedRun::update_second() const {
 
 /// Whichever model has come closer to what the trial step did to |F|^2 / 2.
 void BoxedRun::choose_model(double trial_norm) {
-    const double change = 0.5 * (trial_norm - norm_) * (trial_norm + norm_);
+    const double change = counted_change(trial_norm);
     if (!std::isfinite(change)) return;
     const double one = 1.0, zero = 0.0;
     double *s = column(move), *product = column(curve);
-    for (i64 j = 0; j < n_; ++j) s[j] = problem_.x[j] - column(point)[j];
+    for (i64 j = 0; j < n_; ++j) s[j] = counted(problem_.x[j] - column(point)[j]);
     nxl_blas_dgemv("N", &n_, &n_, &one, second_, &n_, s, &unit_stride, &zero, product, &unit_stride);
     const double part = 0.5 * dot(n_, s, product);
     const double without = uses_second_ ? model_ - part : model_;
@@ -359,17 +365,19 @@ int BoxedRun::find_settled_step() {
 
 void BoxedRun::find_step() {
     for (i64 j = 0; j < n_; ++j) {
-        column(lower)[j] = std::max(room_below(j), -radius_);
-        column(upper)[j] = std::min(room_above(j), radius_);
+        column(lower)[j] = std::max(counted(std::max(room_below(j), -radius_)), -largest_radius);
+        column(upper)[j] = std::min(counted(std::min(room_above(j), radius_)), largest_radius);
+        column(descent)[j] = counted(column(gradient)[j]);
     }
     for (i64 k = 0; k < n_ * n_; ++k) model_matrix_[k] = hessian_[k];
     if (uses_second_)
         for (i64 j = 0; j < n_; ++j)
             for (i64 i = 0; i < n_; ++i) model_matrix_[i + j * n_] += second_[i + j * n_] / weight(i) / weight(j);
-    const BoxedModel model{n_, model_matrix_, column(gradient), column(lower), column(upper)};
+    const BoxedModel model{n_, model_matrix_, column(descent), column(lower), column(upper)};
     const BoxedWork work{column(slope), column(direction), column(move), column(curve), factor_, free_};
     const double precision = eps(6) > 0.0 ? std::min(eps(6), coarsest_precision) : default_precision;
     model_ = boxed_step(model, column(z), most_passes_, precision, work);
+    for (i64 j = 0; j < n_; ++j) column(z)[j] *= unit();
 }
 
 /// trial = x + D^-1 z. A variable that z takes to its bound gets the bound itself, free of rounding. Returns |s|, of
@@ -388,14 +396,22 @@ double BoxedRun::form_trial() const {
 
 /// |F| - |F + J s| = -2 q / (|F| + |F + J s|), without cancellation.
 double BoxedRun::predicted_change() const {
-    const double predicted_norm = std::sqrt(std::max(0.0, norm_ * norm_ + 2.0 * model_));
-    return -2.0 * model_ / (norm_ + predicted_norm);
+    const double now = counted(norm_);
+    const double predicted_norm = std::sqrt(std::max(0.0, now * now + 2.0 * model_));
+    return -2.0 * model_ / (now + predicted_norm) * unit();
+}
+
+/// Of |F|^2 / 2, over unit()^2.
+double BoxedRun::counted_change(double trial_norm) const {
+    const double now = counted(norm_), then = counted(trial_norm);
+    return 0.5 * (then - now) * (then + now);
 }
 
 int BoxedRun::trial_known(double* fvec, const double* fjac) {
     const double trial_norm = norm(m_, fvec);
     const double relative = trial_norm / norm_;
-    const double actual = 0.5 * (1.0 - relative) * (1.0 + relative), predicted = -model_ / norm_ / norm_;
+    const double actual = 0.5 * (1.0 - relative) * (1.0 + relative),
+                 predicted = -model_ / counted(norm_) / counted(norm_);
     const double ratio = actual / predicted; // NaN for a residual without a value: rejected
     stage_ = Stage::idle;
     resize_radius(ratio, trial_norm);
@@ -418,15 +434,14 @@ int BoxedRun::trial_known(double* fvec, const double* fjac) {
 /// After a poor step the radius becomes the part t of the step at which the parabola through f(0), f'(0) and f(1), the
 /// halved squares of the residual along s, is least:  t = -f'(0) / (2 (f(1) - f(0) - f'(0))).
 void BoxedRun::resize_radius(double ratio, double trial_norm) {
-    double length = 0.0, descent = 0.0;
+    double length = 0.0, slope_along = 0.0;
     for (i64 j = 0; j < n_; ++j) {
         length = std::max(length, std::fabs(column(z)[j]));
-        descent += column(gradient)[j] * column(z)[j];
+        slope_along += column(descent)[j] * counted(column(z)[j]);
     }
     if (ratio >= good_ratio) radius_ = std::min(std::max(radius_, growth * length), largest_radius);
     if (ratio >= poor_ratio) return;
-    const double change = 0.5 * (trial_norm - norm_) * (trial_norm + norm_);
-    double cut = -descent / (2.0 * (change - descent));
+    double cut = -slope_along / (2.0 * (counted_change(trial_norm) - slope_along));
     if (!(cut > strongest_cut)) cut = strongest_cut; // NaN too
     radius_ = std::min(cut, weakest_cut) * length;
 }
@@ -454,9 +469,7 @@ bool is_valid(const BoxedProblem& problem, int most_iterations, int most_passes,
 
 Status boxed_init(void** handle, const BoxedProblem& problem, int most_iterations, int most_passes,
                   double start_scale) {
-    if (!handle) return invalid_option;
-    *handle = nullptr;
-    if (!is_valid(problem, most_iterations, most_passes, start_scale)) return invalid_option;
+    if (!handle || !is_valid(problem, most_iterations, most_passes, start_scale)) return invalid_option;
     auto* run = take_for_handle<BoxedRun>(1);
     if (!run) return out_of_memory;
     if (!run->init(problem, most_iterations, most_passes, start_scale)) {
@@ -491,7 +504,6 @@ Status boxed_delete(void** handle) {
     if (!run) return invalid_option;
     run->free_memory();
     give_back(run);
-    *handle = nullptr;
     return success;
 }
 

@@ -27,6 +27,7 @@ class TrialStep {
     double* descent() const { return problem_.work[0]; } // -J^T F
 
     void form_normal_equations() const;
+    bool is_finite() const;
     bool factorise() const;
     double solve() const;
     void replace_shift(double by) const;
@@ -42,6 +43,7 @@ class TrialStep {
 
 int TrialStep::run(int limit, int& iterations) const {
     form_normal_equations();
+    if (!is_finite()) return no_number;
     shift_ = 0.0;
     for (iterations = 0; iterations <= limit; ++iterations) {
         const int status = factorise() ? definite() : not_definite();
@@ -57,6 +59,13 @@ void TrialStep::form_normal_equations() const {
     nxl_blas_dgemm("T", "N", &n_, &n_, &m, &unity, jacobian, &m, jacobian, &m, &zero, problem_.h, &n_);
     nxl_blas_dgemv("T", &m, &n_, &unity, jacobian, &m, problem_.residual, &one, &zero, descent(), &one);
     dscal_slot(n_, -1.0, descent(), one);
+}
+
+/// Off the diagonal J^T J is bounded by its diagonal.
+bool TrialStep::is_finite() const {
+    for (i64 j = 0; j < n_; ++j)
+        if (!std::isfinite(problem_.h[j + j * n_]) || !std::isfinite(descent()[j])) return false;
+    return true;
 }
 
 bool TrialStep::factorise() const {
@@ -103,16 +112,17 @@ int TrialStep::not_definite() const {
     return undecided;
 }
 
-/// One step of Newton's method on 1 / |s| = 1 / radius, from L w = s.
+/// One step of Newton's method on 1 / |s| = 1 / radius. With L w = s / |s| the squares of |s| and of L^-1 s, which may
+/// overflow where |s| does not, are not needed.
 int TrialStep::newton_on_shift(double length) const {
     double* w = problem_.work[1];
     i64 info = 0;
-    dcopy_slot(n_, step(), one, w, one);
+    for (i64 j = 0; j < n_; ++j) w[j] = step()[j] / length;
     nxl_lapack_dtrtrs("L", "N", "N", &n_, &one, problem_.factor, &n_, w, &n_, &info, 1, 1, 1);
     if (info < 0) return static_cast<int>(info);
     const double w_length = norm(n_, w);
     if (w_length == 0.0) return on_boundary;
-    replace_shift(shift_ + length * length / (w_length * w_length) * ((length - radius_) / radius_));
+    replace_shift(shift_ + (length - radius_) / w_length / radius_ / w_length);
     return undecided;
 }
 
@@ -120,7 +130,8 @@ int TrialStep::newton_on_shift(double length) const {
 
 int DMINTR_LS_PD_WITHOMP(const TrialProblem& problem, int& iterations, double& shift) {
     const int limit = iterations;
-    return TrialStep(problem, shift).run(limit, iterations);
+    const int status = TrialStep(problem, shift).run(limit, iterations);
+    return status < 0 || std::isfinite(norm(problem.n, problem.step)) ? status : no_number;
 }
 
 } // namespace nxl::tr

@@ -13,7 +13,8 @@ enum TrialStatus : int {
     inside = 2,      ///< the Gauss-Newton step fits
     on_boundary = 3, ///< by the shift
     hard_case = 4,   ///< on the boundary, along a direction of little curvature
-    no_factor = -1   ///< no shift makes the matrix positive definite: it is not finite
+    no_factor = -1,  ///< no shift makes the matrix positive definite: it is not finite
+    no_number = -2   ///< J^T J, J^T F or the step is not finite
 };
 
 inline double norm(i64 n, const double* x) { return dnrm2_slot(n, x, 1); }

@@ -285,7 +285,7 @@ TEST(DcgmrhsState, WhatOnlyACallerBringsAbout) {
 
 TEST(DcgmrhsState, SystemsThatDoNotExistStartTheRun) {
     for (const auto& [stage, seed, refreshed] :
-         {std::tuple{0, 1, 1}, {9, 1, 1}, {6, 4, 1}, {3, 0, 1}, {7, 1, 4}, {8, 1, -2147483647 - 1}}) {
+         {std::tuple{0, 1, 1}, {9, 1, 1}, {6, 5, 1}, {3, 0, 1}, {7, 1, 4}, {8, 1, -2147483647 - 1}}) {
         CgCase run = started({.name = ""});
         run.ip(39) = stage;
         run.ip(30) = seed;

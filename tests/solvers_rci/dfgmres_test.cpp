@@ -31,15 +31,50 @@ TEST(DfgmresCheck, LaysOutWork) {
     EXPECT_EQ(static_cast<std::size_t>(run.ip(21)) + 4 * 10 - 1, FgmresCase::work(10, 4));
 }
 
-TEST(DfgmresCheck, LayoutOfHugeCyclesWrapsAround) { // as 32-bit integers do, also before the division by 2
-    FgmresCase run(3, 1);
-    run.ip(15) = 100000;
-    EXPECT_EQ(run.check(), 0);
-    EXPECT_EQ(run.ip(16), 300004);
-    EXPECT_EQ(run.ip(17), 300004 + (100001LL * 100000 - (2LL << 32)) / 2);
-    run.ip(15) = 2147483647;
-    run.check();
-    EXPECT_EQ(run.ip(16), 1 + 3 * (-2147483647 - 1LL) + (1LL << 32));
+struct Layout {
+    int n, m, preconditioned, request;
+};
+
+TEST(DfgmresCheck, LayoutsThatIparCannotNameAreRefused) { // and by a run that goes on regardless, in its first cycle
+    constexpr int most = 2147483647;
+    for (const auto& [n, m, preconditioned, request] :
+         {Layout{16777148, 127, 0, 0}, Layout{16777149, 127, 0, -1100}, Layout{8421470, 127, 1, 0},
+          Layout{8421471, 127, 1, -1100}, Layout{1 << 24, 255, 0, -1100}, Layout{1 << 20, 4095, 1, -1100},
+          Layout{1, 65500, 0, 0}, Layout{1, 65536, 0, -1100}, Layout{3, most, 1, -1100}, Layout{most, 1, 0, -1100},
+          Layout{most, most, 1, -1100}}) {
+        SCOPED_TRACE(std::to_string(n) + " " + std::to_string(m));
+        FgmresCase run(1, 1);
+        run.n = run.ip(1) = n;
+        run.ip(5) = 1;
+        run.ip(11) = preconditioned;
+        run.ip(15) = m;
+        const std::string text = printed_by([&] { EXPECT_EQ(run.check(), request); });
+        EXPECT_EQ(text.empty(), request == 0);
+        const long long elements = (preconditioned ? 2LL * m + 1 : m + 1LL) * n + m * (m + 9LL) / 2 + 1;
+        EXPECT_EQ(run.ip(21), request == 0 ? elements + 1 - (preconditioned ? 1LL * m * n : 0) : 0);
+        if (request == 0) continue;
+        run.ip(1) = 1; // the arrays are small
+        run.step();
+        run.step();
+        EXPECT_EQ(printed_by([&] { run.step(); }).empty(), false);
+        EXPECT_EQ(run.request, -12);
+    }
+}
+
+TEST(DfgmresStages, VectorsThatIparCannotNameAreNotAskedFor) { // where the size or the cycle has grown after the check
+    for (const auto& [stage, inner] : {std::pair{1, 0}, {7, 1 << 16}, {11, 1 << 16}, {12, 1 << 16}}) {
+        FgmresCase run(4, 4);
+        run.check();
+        run.ip(1) = stage == 1 ? 2147483647 : 1 << 15;
+        run.ip(3) = stage;
+        run.ip(14) = inner;
+        run.ip(15) = inner + 1;
+        const Vector before = run.tmp;
+        EXPECT_NE(printed_by([&] { run.step(); }), "");
+        EXPECT_EQ(run.request, -12);
+        EXPECT_EQ(run.ip(4), 0);
+        EXPECT_EQ(run.tmp, before);
+    }
 }
 
 /// The recurrences once more, with vectors of their own: states at each request.

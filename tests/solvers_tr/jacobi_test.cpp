@@ -103,6 +103,28 @@ TEST_F(Jacobi,
     for (int threads = 2; threads <= 8; ++threads) EXPECT_TRUE(same_bits(direct(threads, mixed), fjac)) << threads;
 }
 
+TEST_F(Jacobi, ValuesThatAreNotFiniteStayInTheirRows) {
+    constexpr double inf = std::numeric_limits<double>::infinity();
+    const auto odd = [](const int* m, const int* n, const double* x, double* f) { // no value in the last row
+        for (int i = 0; i < *m; ++i) f[i] = i + 1 == *m ? nan : 2.0 * x[i % *n];
+    };
+    const Vector start{3.0, nan, inf, -inf, 0.5, 0.5};
+    for (const int threads : {1, 3}) {
+        NXL_Set_Num_Threads(threads);
+        Vector x = start, fjac(rows * columns);
+        EXPECT_EQ(djacobi(odd, &columns, &rows, fjac.data(), x.data(), &eps), success);
+        EXPECT_TRUE(same_bits(x, start));
+        for (int j = 0; j < columns; ++j)
+            for (int i = 0; i < rows; ++i) {
+                const double element = fjac[static_cast<std::size_t>(i + j * rows)];
+                if (i + 1 == rows || !std::isfinite(start[static_cast<std::size_t>(i)]))
+                    EXPECT_TRUE(std::isnan(element)) << i << ' ' << j;
+                else EXPECT_NEAR(element, i == j ? 2.0 : 0.0, 1e-10) << i << ' ' << j;
+            }
+    }
+    EXPECT_EQ(by_requests(start).size(), start.size() * rows);
+}
+
 std::atomic<const double*> callers_x{nullptr};
 std::atomic<int> calls{0}, calls_at_callers_x{0}, disturbed{0};
 

@@ -92,6 +92,14 @@ TEST(TrialStep, StepOnTheBoundaryMeetsItsShift) { // catches a shift added twice
     EXPECT_EQ(trial.shift, 0.0);
 }
 
+TEST(TrialStep, LengthIsMetWhereSquaresOverflow) {
+    for (const double small : {1e-60, 1e-87, 1e-120, 1e-155}) {
+        Trial trial{2, 2, {1.0, 0.0, 0.0, small}, {-5.0, 1.0}};
+        EXPECT_EQ(trial.solve(100.0), on_boundary) << small;
+        EXPECT_NEAR(trial.length(), 100.0, 1e-12) << small;
+    }
+}
+
 TEST(TrialStep, IterationLimitEndsIt) {
     Trial trial = random_trial();
     EXPECT_EQ(trial.solve(1e-4, 0), limit_reached);

@@ -174,7 +174,7 @@ TEST(Trnlsp, RejectedStepKeepsThePointAndItsJacobian) {
                 EXPECT_LT(norm(run.f), norm(f));
             } else {
                 ++rejected;
-                for (std::size_t j = 0; j < x.size(); ++j) EXPECT_NEAR(run.x[j], x[j], 1e-14);
+                EXPECT_EQ(run.x, x);
                 EXPECT_EQ(run.f, f);
                 run.leg();
                 EXPECT_EQ(run.request, 1); // a new trial point, no Jacobian
@@ -273,17 +273,6 @@ TEST(Trnlsp, CallerStopsAndGoesOn) {
         EXPECT_EQ(run.last_norm, 0.0);
         EXPECT_EQ(run.to_the_end().code, 3);
     }
-}
-
-TEST(Trnlsp, JacobianThatIsNotFiniteLeavesNoStep) {
-    Fit run(rosenbrock());
-    ASSERT_EQ(run.start(), success);
-    while (run.iterations < 1 || run.request != 2) run.leg();
-    run.fjac[0] = nan;
-    EXPECT_EQ(run.leg(), invalid);
-    EXPECT_EQ(run.request, 2);
-    EXPECT_EQ(run.code, -4);
-    EXPECT_EQ(run.iterations, 0);
 }
 
 TEST(Trnlsp, FirstRadiusGoesByRs) {
