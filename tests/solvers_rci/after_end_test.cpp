@@ -61,6 +61,10 @@ struct SolverRun {
         for (step(); request > 0; step()) operate();
         return request;
     }
+    void get() {
+        int count = 0;
+        DFGMRES_GET(&n, x.data, b.data, &request, ipar.data, dpar.data, tmp.data, &count);
+    }
     auto arrays() const { return std::tuple(x.values(), b.values(), ipar.values(), dpar.values(), tmp.values()); }
     /// The largest |b - A x| of a system.
     double defect(int system) const {
@@ -99,6 +103,9 @@ TEST_P(AfterEnd, FurtherCalls) {
             if (end.promise == same_arrays) EXPECT_TRUE(run.arrays() == before);
         }
     });
+    if (end.solver != dfgmres || end.answer != 0) return;
+    run.get(); // the solution is still there
+    EXPECT_LE(run.defect(1), 1.01 * run.dpar.data[3]);
 }
 
 const auto nothing = [](SolverRun&) {};
@@ -140,10 +147,19 @@ TEST(AfterStop, FgmresGoesOnWhereTheLimitIsRaised) { // also at a full cycle
         EXPECT_EQ(run.to_the_end(), -1);
         run.ip(5) = 100;
         EXPECT_EQ(run.to_the_end(), 0);
-        int count = 0, outcome = 0;
-        DFGMRES_GET(&n, run.x.data, run.b.data, &outcome, run.ipar.data, run.dpar.data, run.tmp.data, &count);
+        run.get();
         EXPECT_LE(run.defect(1), 1.01 * run.dpar.data[3]);
     }
+}
+
+TEST(AfterStop, FgmresDoesNotMakeTheLastVectorTwice) {
+    SolverRun run(dfgmres);
+    DFGMRES_CHECK(&n, nullptr, nullptr, &run.request, run.ipar.data, run.dpar.data, nullptr);
+    std::fill_n(run.b.data + 1, n - 1, 0.0); // an eigenvector: the second vector is 0
+    EXPECT_EQ(run.to_the_end(), 0);
+    EXPECT_NE(printed_by([&] { run.step(); }), "");
+    EXPECT_EQ(run.request, -10);
+    EXPECT_EQ(run.ip(14), 1);
 }
 
 TEST(AfterStop, SystemsBehindASeedSolvedExactlyAreTakenUpAgain) {

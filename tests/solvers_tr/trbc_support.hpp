@@ -79,7 +79,9 @@ struct Fit {
     Fit(const Fit&) = delete;
     Fit& operator=(const Fit&) = delete;
     ~Fit() {
+        void* const before = handle;
         if (handle) EXPECT_EQ(dtrnlspbc_delete(&handle), 1501);
+        EXPECT_EQ(handle, before);
     }
 
     int init() {
