@@ -1,5 +1,6 @@
-# Debian packages, one for each component of the installation: libnxl0, libnxl-dev, nxl-tools. `./dev package` makes them
-# from a tree configured for /usr, where the library's folder is the system's own.
+# Debian packages, one for each component of the installation: libnxl0, libnxl-dev, nxl-tools; libraries and programs are
+# stripped, their symbols are in libnxl0-dbgsym and nxl-tools-dbgsym. `./dev package` makes them from a tree configured for
+# /usr, where the library's folder is the system's own, and with -g.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_PACKAGE_CONTACT "nxl developers <devel@nxl.invalid>")
@@ -8,6 +9,7 @@ set(CPACK_COMPONENTS_ALL runtime dev tools)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR} ${PROJECT_BINARY_DIR}/bench)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)

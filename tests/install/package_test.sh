@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # package_test.sh BUILD_DIR VERSION: makes the Debian packages, installs them in a root of their own, runs a program from
-# there, and removes them: nothing stays.
+# there, looks for the symbols of the library, and removes all: nothing stays.
 set -euo pipefail
 build=$1
 version=$2
@@ -32,8 +32,13 @@ run_dpkg() {
     dpkg --root="$root" --log="$work/dpkg.log" --force-not-root --force-depends --force-script-chrootless "$@" \
         >"$work/out" 2>&1 || fail "dpkg $*: $(cat "$work/out")"
 }
-run_dpkg --install "$work"/*.deb
-[[ -e $(find "$root/usr/lib" -name "libnxl.so.${version%%.*}") ]] || fail "no library: $(files)"
+run_dpkg --install "$work"/*.deb "$work"/*.ddeb
+library=$(find "$root/usr/lib" -name "libnxl.so.${version%%.*}")
+[[ -e $library ]] || fail "no library: $(files)"
+! readelf --sections --wide "$library" | grep -E ' \.(symtab|debug_)' || fail "the library is not stripped"
+id=$(readelf --notes "$library" | sed -n 's/.*Build ID: //p')
+symbols=$root/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug
+readelf --symbols --wide "$symbols" | grep nxl_blas_ddot >"$work/out" || fail "no symbols in $symbols: $(files)"
 [[ -f $root/usr/include/nxl.h && -f $root/usr/include/nxl_cblas.h ]] || fail "no headers: $(files)"
 for program in "$root"/usr/bin/*; do
     "$program" --version
@@ -41,5 +46,5 @@ for program in "$root"/usr/bin/*; do
     [[ ! -x $(command -v help2man) ]] || grep -qF '\-\-version' "$page" || fail "no manual page of $program"
 done
 [[ $("$root/usr/bin/nxl-info") == *"$root"* ]] || fail "nxl-info loads another library"
-run_dpkg --purge "${packages[@]}"
+run_dpkg --purge "${packages[@]}" "${packages[0]}-dbgsym" nxl-tools-dbgsym
 [[ -z $(files) ]] || fail "left behind: $(files)"
