@@ -44,12 +44,6 @@ constinit std::atomic<Caching> caching{Caching::unknown};
     pthread_atfork([] { table_lock.lock(); }, [] { table_lock.unlock(); }, [] { table_lock.unlock(); });
 }
 
-// A process that ends runs the handlers of atexit before any destructor of a library, dlclose runs them after.
-constinit bool process_ends = false;
-[[gnu::constructor]] void notice_the_end_of_the_process() {
-    std::atexit([] { process_ends = true; });
-}
-
 [[gnu::cold]] void read_environment() {
     const SpinGuard guard(table_lock);
     if (caching.load(std::memory_order_relaxed) != Caching::unknown) return;
@@ -85,6 +79,17 @@ void end_of_thread(void*) {
     if (record) add_to_ended(this_thread.entry);
     this_thread.entry = 0;
     this_thread.ended = true;
+}
+
+/// Tells the end of the process from dlclose, which runs destructors before the handlers of atexit. At the end handlers
+/// run, the last registered first, and all destructors are one of them, registered just before main. A library may call
+/// us before that, hence again whenever twice as many threads have come.
+constinit bool process_ends = false;
+constinit std::atomic<unsigned> threads_come{0};
+
+void notice_the_end_of_the_process() {
+    const unsigned threads = threads_come.fetch_add(1, std::memory_order_relaxed) + 1;
+    if (std::has_single_bit(threads)) std::atexit([] { process_ends = true; });
 }
 
 /// False when the end of this thread would go unnoticed, for want of memory or of a key.
@@ -124,6 +129,7 @@ ThreadBufferRecord* take_over_record() {
 /// Null when there is no memory or the table is full. The lock is not held while the allocator works: at a fork the
 /// allocator's own lock may be taken before ours.
 [[gnu::cold]] ThreadBufferRecord* new_record() {
+    notice_the_end_of_the_process();
     if (this_thread.ended || !end_will_be_noticed()) return nullptr;
     if (ThreadBufferRecord* record = take_over_record()) return record;
     auto* record = static_cast<ThreadBufferRecord*>(allocator.malloc(sizeof(ThreadBufferRecord)));
