@@ -72,6 +72,13 @@ using TrmKernel = void (*)(const char& side, const char& uplo, const char& trans
 /// Unblocked P A = L U; info is 0 or the first column, from 1, whose pivot is zero.
 template <class T>
 using GetrfLeafKernel = void (*)(const i64& m, const i64& n, T* a, const i64& lda, i64* ipiv, i64& info);
+/// What k factored columns l of m rows do to the n columns b on their right, rows interchanged already: U := L^-1 b,
+/// and the product with what is below. Every product is rounded before it is taken off, one after the other.
+template <class T>
+using GetrfUpdateKernel = void (*)(const i64& m, const i64& k, const i64& n, const T* l, T* b, const i64& lda);
+/// Rows and columns up to which an LU factorisation does all its arithmetic in this way, that of the published one:
+/// what has no price beside products with fused operations.
+template <class T> inline constexpr i64 lu_rounded_order = sizeof(T) == sizeof(double) ? 32 : 16;
 /// Unblocked A = U^H U or L L^H; info is 0 or the order of the first leading minor that is not positive.
 template <class T> using Potf2Kernel = void (*)(const i64& n, T* a, const i64& lda, i64& info);
 /// Unblocked inverse of a triangle.
@@ -167,6 +174,8 @@ struct KernelTable {
     // LAPACK: unblocked pieces.
     GetrfLeafKernel<double> dgetrf_leaf;
     GetrfLeafKernel<zcomplex> zgetrf_leaf;
+    GetrfUpdateKernel<double> dgetrf_update;
+    GetrfUpdateKernel<zcomplex> zgetrf_update;
     Potf2Kernel<double> xdpotf2_u;
     Potf2Kernel<double> xdpotf2_l;
     Potf2Kernel<zcomplex> xzpotf2_u;
@@ -216,7 +225,7 @@ struct KernelTable {
 
     // Places kept for the families to come. A kernel that arrives takes one place from its family's row here and gets a
     // member of its own above.
-    NoKernel lapack[29];      // the other unblocked pieces of LAPACK, and inner blocks of level 3
+    NoKernel lapack[27];      // the other unblocked pieces of LAPACK, and inner blocks of level 3
     NoKernel tuned_mc_mc3[1]; // SYRK piece of classes 2 and 3
 };
 

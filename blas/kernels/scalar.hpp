@@ -24,6 +24,18 @@ template <bool Hermitian> [[gnu::always_inline]] inline Complex diagonal(Complex
 [[gnu::always_inline]] inline bool is_real(double v, double value) { return v == value; }
 [[gnu::always_inline]] inline bool is_real(Complex v, double value) { return v.re == value && v.im == 0.0; }
 
+/// |x|, or |re| + |im|: how pivots are compared.
+[[gnu::always_inline]] inline double abs1(double v) { return __builtin_fabs(v); }
+[[gnu::always_inline]] inline double abs1(Complex v) { return __builtin_fabs(v.re) + __builtin_fabs(v.im); }
+
+/// Whether 1 / x can stand for a division by x: it is neither infinite nor so small that it has lost digits.
+template <class T> [[gnu::always_inline]] inline bool has_reciprocal(T x) {
+    const double size = abs1(x);
+    return size >= 0x1p-1022 && size <= 0x1p1021; // NaN has none
+}
+[[gnu::always_inline]] inline double reciprocal(double v) { return 1.0 / v; }
+[[gnu::always_inline]] inline Complex reciprocal(Complex v) { return smith_quotient({1.0, 0.0}, v); }
+
 /// Compares an option letter in either case; `upper` is a capital.
 [[gnu::always_inline]] inline bool is_letter(char option, char upper) {
     return option == upper || option == upper - 'A' + 'a';

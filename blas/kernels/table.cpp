@@ -87,6 +87,8 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
 
         .dgetrf_leaf = dgetrf_leaf,
         .zgetrf_leaf = zgetrf_leaf,
+        .dgetrf_update = dgetrf_update,
+        .zgetrf_update = zgetrf_update,
         .xdpotf2_u = xdpotf2_u,
         .xdpotf2_l = xdpotf2_l,
         .xzpotf2_u = xzpotf2_u,

@@ -2,7 +2,7 @@
 // order, one pass down the rows for each column; wider ones are halved (Golub and Van Loan, Matrix Computations, 4th
 // edition, section 3.4, and Toledo, SIAM Journal on Matrix Analysis 18, 1997).
 #include "blas/kernels/kernels.hpp"
-#include "blas/kernels/lapack/scalars.hpp"
+#include "blas/kernels/lapack/rounded.hpp"
 #include "blas/kernels/level2/products.hpp"
 
 namespace nxl::NXL_TARGET {
@@ -32,31 +32,65 @@ template <int W> [[gnu::always_inline]] inline double largest_lane(Vec<W> v) {
     return best;
 }
 
-/// Rows i .. count - 1, in doubles, of one step: column P - 1 times `scale`, then column P plus the sum of the P
-/// columns before it times their multipliers. Returns the largest magnitude in column P, or `best` when that is larger.
-template <class T, int P, int W>
+/// What is left of a vector when products are taken off it, each rounded for itself or, not Rounded, by fused
+/// operations where there are any.
+template <class T, int W, bool Rounded> struct Rest;
+template <class T, int W> struct Rest<T, W, true> {
+    struct Scale : RoundedFactor<T, W> {
+        [[gnu::always_inline]] Vec<W> times(const double* x) const { return RoundedFactor<T, W>::times(load<W>(x)); }
+    };
+    using Multiplier = RoundedFactor<T, W>;
+    Vec<W> rest;
+
+    [[gnu::always_inline]] void start(const double* y) { rest = load<W>(y); }
+    [[gnu::always_inline]] void less(const Multiplier& factor, Vec<W> x) {
+#pragma clang fp contract(off)
+        const Vec<W> product = factor.times(x);
+        rest = rest - product;
+    }
+    [[gnu::always_inline]] Vec<W> total() const { return rest; }
+};
+template <class T, int W> struct Rest<T, W, false> {
+    struct Scale : Factor<T, W> {
+        [[gnu::always_inline]] Vec<W> times(const double* x) const {
+            return this->added_to(Vec<W>{}, Operand<T, W>(x));
+        }
+    };
+    struct Multiplier : Coefficient<T, W> {
+        [[gnu::always_inline]] void set(T v) { Coefficient<T, W>::set(-v); }
+    };
+    Combination<T, W> sum;
+
+    [[gnu::always_inline]] void start(const double* y) { sum.start(y); }
+    [[gnu::always_inline]] void less(const Multiplier& factor, Vec<W> x) { sum.add(factor, x); }
+    [[gnu::always_inline]] Vec<W> total() const { return sum.total(); }
+};
+
+/// Rows i .. count - 1, in doubles, of one step: column P - 1 times `scale`, then column P less the P columns before it
+/// times their multipliers. Returns the largest magnitude in column P, or `best` when that is larger.
+template <class T, int P, int W, bool Rounded>
 [[gnu::always_inline]] inline double eliminate(i64 i, i64 count, double* a, i64 stride, const T (&multiplier)[P],
                                                T scale, double best) {
-    Factor<T, W> by;
-    Coefficient<T, W> factor[P];
+    typename Rest<T, W, Rounded>::Scale by;
+    typename Rest<T, W, Rounded>::Multiplier factor[P];
     by.set(scale);
     for (int p = 0; p < P; ++p) factor[p].set(multiplier[p]);
     Vec<W> most = splat<W>(best);
     for (; i + W <= count; i += W) {
         double* const scaled = a + (P - 1) * stride + i;
         double* const updated = a + P * stride + i;
-        const Vec<W> last = by.added_to(Vec<W>{}, Operand<T, W>(scaled));
+        const Vec<W> last = by.times(scaled);
         store<W>(scaled, last);
-        Combination<T, W> sum;
-        sum.start(updated);
-        for (int p = 0; p < P - 1; ++p) sum.add(factor[p], load<W>(a + p * stride + i));
-        sum.add(factor[P - 1], last);
-        const Vec<W> total = sum.total();
+        Rest<T, W, Rounded> rest;
+        rest.start(updated);
+        for (int p = 0; p < P - 1; ++p) rest.less(factor[p], load<W>(a + p * stride + i));
+        rest.less(factor[P - 1], last);
+        const Vec<W> total = rest.total();
         store<W>(updated, total);
         most = larger<W>(magnitudes<T, W>(total), most);
     }
     best = largest_lane<W>(most);
-    if constexpr (W > kParts<T>) return eliminate<T, P, W / 2>(i, count, a, stride, multiplier, scale, best);
+    if constexpr (W > kParts<T>) return eliminate<T, P, W / 2, Rounded>(i, count, a, stride, multiplier, scale, best);
     else return best;
 }
 
@@ -90,17 +124,17 @@ template <class T, class Body>
 
 /// Step j of a narrow panel below its row: scales column j and brings column j + 1 up to date. Returns the row of the
 /// next pivot.
-template <int P, class T> i64 eliminate_column(i64 m, T* a, i64 lda, T scale) {
+template <bool Rounded, int P, class T> i64 eliminate_column(i64 m, T* a, i64 lda, T scale) {
     T multiplier[P];
-    for (int p = 0; p < P; ++p) multiplier[p] = -a[p + P * lda];
+    for (int p = 0; p < P; ++p) multiplier[p] = a[p + P * lda];
     return find_pivot(P, m, a + P * lda, [&](i64 start, i64 count) {
-        return eliminate<T, P, kWidth>(0, count * kParts<T>, parts(a + start), lda * kParts<T>, multiplier, scale,
-                                       -1.0);
+        return eliminate<T, P, kWidth, Rounded>(0, count * kParts<T>, parts(a + start), lda * kParts<T>, multiplier,
+                                                scale, -1.0);
     });
 }
-template <class T, int P = 1> i64 eliminate_column(i64 j, i64 m, T* a, i64 lda, T scale) {
-    if (j + 1 == P) return eliminate_column<P>(m, a, lda, scale);
-    if constexpr (P + 1 < kNarrow<T>) return eliminate_column<T, P + 1>(j, m, a, lda, scale);
+template <bool Rounded, class T, int P = 1> i64 eliminate_column(i64 j, i64 m, T* a, i64 lda, T scale) {
+    if (j + 1 == P) return eliminate_column<Rounded, P>(m, a, lda, scale);
+    if constexpr (P + 1 < kNarrow<T>) return eliminate_column<Rounded, T, P + 1>(j, m, a, lda, scale);
     return 0;
 }
 
@@ -113,8 +147,16 @@ template <class T> [[gnu::always_inline]] inline void exchange(T& x, T& y) {
     y = kept;
 }
 
+/// What the `count` elements below a pivot are still to be multiplied with to become those of L: its reciprocal, or 1
+/// when it has none and they have been divided.
+template <class T> [[gnu::always_inline]] inline T multiplier_of(i64 count, T* pivot) {
+    if (__builtin_expect(has_reciprocal(*pivot), true)) return reciprocal(*pivot);
+    for (i64 i = 1; i <= count; ++i) pivot[i] = pivot[i] / *pivot;
+    return from_real<T>(1.0);
+}
+
 /// At most kNarrow columns. Returns 0, or the first column, from 1, whose pivot is zero.
-template <class T> i64 factor_narrow(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
+template <bool Rounded, class T> i64 factor_narrow(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
     i64 singular = 0, pivot = first_pivot(m, a);
     for (i64 j = 0; j < smaller(m, n); ++j) {
         T* const row = a + j;
@@ -125,13 +167,13 @@ template <class T> i64 factor_narrow(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
         } else {
             if (pivot != j)
                 for (i64 k = 0; k < n; ++k) exchange(row[k * lda], a[pivot + k * lda]);
-            scale = reciprocal(row[j * lda]);
+            scale = multiplier_of(m - j - 1, row + j * lda);
         }
         for (i64 k = j + 1; k < n; ++k)
-            for (i64 p = 0; p < j; ++p) row[k * lda] = row[k * lda] - row[p * lda] * a[p + k * lda];
-        if (j + 1 < n) pivot = eliminate_column(j, m, a, lda, scale);
+            for (i64 p = 0; p < j; ++p) row[k * lda] = less_product(row[k * lda], row[p * lda], a[p + k * lda]);
+        if (j + 1 < n) pivot = eliminate_column<Rounded>(j, m, a, lda, scale);
         else
-            for (i64 i = j + 1; i < m; ++i) a[i + j * lda] = a[i + j * lda] * scale;
+            for (i64 i = j + 1; i < m; ++i) a[i + j * lda] = rounded_product(a[i + j * lda], scale);
     }
     return singular;
 }
@@ -161,9 +203,9 @@ void subtract_product(i64 m, i64 n, i64 k, const Complex* l, const Complex* u, C
 template <class T> [[gnu::always_inline]] inline void substitute(i64 k, const T* l, T* x, i64 lda) {
     T known[kFew];
     for (i64 i = 0; i < k; ++i) {
-        T sum = x[i];
-        for (i64 p = 0; p < i; ++p) sum = sum - l[i + p * lda] * known[p];
-        x[i] = known[i] = sum;
+        T rest = x[i];
+        for (i64 p = 0; p < i; ++p) rest = less_product(rest, l[i + p * lda], known[p]);
+        x[i] = known[i] = rest;
     }
 }
 
@@ -181,22 +223,59 @@ template <class T> void update_beside(i64 m, i64 left, i64 right, const T* a, T*
                         b + i + j * lda);
 }
 
+/// Rows i .. count - 1, in doubles, of y less C columns times x, one after the other.
+template <class T, int C, int W>
+[[gnu::always_inline]] inline void subtract_rows(i64 i, i64 count, const double* l, i64 stride, const T* x, double* y) {
+    RoundedFactor<T, W> factor[C];
+    for (int c = 0; c < C; ++c) factor[c].set(x[c]);
+    for (; i + W <= count; i += W) {
+        Rest<T, W, true> rest;
+        rest.start(y + i);
+        for (int c = 0; c < C; ++c) rest.less(factor[c], load<W>(l + c * stride + i));
+        store<W>(y + i, rest.total());
+    }
+    if constexpr (W > kParts<T>) subtract_rows<T, C, W / 2>(i, count, l, stride, x, y);
+}
+template <class T, int C = kNarrow<T>>
+[[gnu::always_inline]] inline void subtract_columns(i64 m, i64 k, const T* l, i64 lda, const T* x, T* y) {
+    i64 p = 0;
+    for (; p + C <= k; p += C)
+        subtract_rows<T, C, kWidth>(0, m * kParts<T>, parts(l + p * lda), lda * kParts<T>, x + p, parts(y));
+    if constexpr (C > 1) subtract_columns<T, C / 2>(m, k - p, l + p * lda, lda, x + p, y);
+}
+
+/// update_beside for a small matrix and any k columns, every product rounded.
+template <class T> void update_rounded(i64 m, i64 k, i64 n, const T* l, T* b, i64 lda) {
+    while (k > 0) {
+        const i64 few = smaller(k, kFew);
+        for (i64 j = 0; j < n; ++j) {
+            T* const column = b + j * lda;
+            if (few == kFew) substitute(kFew, l, column, lda);
+            else substitute(few, l, column, lda);
+            subtract_columns(m - few, few, l + few, lda, column, column + few);
+        }
+        m -= few, k -= few, l += few * (lda + 1), b += few;
+    }
+}
+
 /// Any number of columns: the left half, what it does to the right one, and the rest of that.
-template <class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
-    if (n <= kNarrow<T>) return factor_narrow(m, n, a, lda, ipiv);
+template <bool Rounded, class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
+    if (n <= kNarrow<T>) return factor_narrow<Rounded>(m, n, a, lda, ipiv);
     const i64 steps = smaller(m, n);
     const i64 left = smaller(steps, ((steps + 1) / 2 + kNarrow<T> - 1) / kNarrow<T> * kNarrow<T>), right = n - left;
     T* const beside = a + left * lda;
-    i64 singular = factor(m, left, a, lda, ipiv);
+    i64 singular = factor<Rounded>(m, left, a, lda, ipiv);
     swap_rows(right, beside, lda, 0, left, ipiv);
-    if (left <= kFew) {
+    if constexpr (Rounded) {
+        update_rounded(m, left, right, a, beside, lda);
+    } else if (left <= kFew) {
         update_beside(m, left, right, a, beside, lda);
     } else {
         solve(left, right, a, beside, lda);
         subtract_product(m - left, right, left, a + left, beside, beside + left, lda);
     }
     if (m == left) return singular;
-    const i64 later = factor(m - left, right, beside + left, lda, ipiv + left);
+    const i64 later = factor<Rounded>(m - left, right, beside + left, lda, ipiv + left);
     if (singular == 0 && later > 0) singular = left + later;
     for (i64 i = left; i < steps; ++i) ipiv[i] += left;
     swap_rows(left, a, lda, left, steps, ipiv);
@@ -204,10 +283,20 @@ template <class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ipiv) {
 }
 
 template <class T> void leaf(i64 m, i64 n, T* a, i64 lda, i64* ipiv, i64& info) {
-    info = m < 1 || n < 1 ? 0 : factor(m, n, a, lda, ipiv);
+    constexpr i64 small = lu_rounded_order<T>;
+    if (m < 1 || n < 1) info = 0;
+    else info = m <= small && n <= small ? factor<true>(m, n, a, lda, ipiv) : factor<false>(m, n, a, lda, ipiv);
 }
 
 } // namespace
+
+void dgetrf_update(const i64& m, const i64& k, const i64& n, const double* l, double* b, const i64& lda) {
+    update_rounded(m, k, n, l, b, lda);
+}
+
+void zgetrf_update(const i64& m, const i64& k, const i64& n, const zcomplex* l, zcomplex* b, const i64& lda) {
+    update_rounded(m, k, n, scalars(l), scalars(b), lda);
+}
 
 void dgetrf_leaf(const i64& m, const i64& n, double* a, const i64& lda, i64* ipiv, i64& info) {
     leaf(m, n, a, lda, ipiv, info);

@@ -1,7 +1,7 @@
 // xdpotf2_u, xdpotf2_l, xzpotf2_u, xzpotf2_l: Cholesky factorisation of one triangle in left-looking order, a group of
 // columns at a time (Golub and Van Loan, Matrix Computations, 4th edition, section 4.2).
 #include "blas/kernels/kernels.hpp"
-#include "blas/kernels/lapack/scalars.hpp"
+#include "blas/kernels/lapack/potf2_published.hpp"
 #include "blas/kernels/level3/pack.hpp"
 #include "service/memory.hpp"
 
@@ -10,6 +10,9 @@ namespace {
 
 /// Columns in a group, and rows in a panel.
 template <class T> constexpr int kGroup = kPanelRows<T>;
+
+/// Up to this order a factorisation fails at the same minor as the published one.
+constexpr i64 kPublishedOrder = 16;
 
 /// The triangle as the lower one: an upper one is read and written as its conjugate transpose.
 template <class T, bool Upper> struct TriangleView {
@@ -98,6 +101,29 @@ template <class T> struct Corner {
     bool failed = false;
 };
 
+/// The corner at column j from its column c on, where the pivot is so small that a quotient by it could overflow, or is
+/// not positive.
+template <class T, bool Upper>
+[[gnu::noinline]] void finish_corner(const TriangleView<T, Upper>& view, i64 j, i64 c, i64 exist, Corner<T>& corner) {
+    for (; c < exist; ++c) {
+        T* const column = corner.l[c];
+        const double pivot = real_part(column[c]);
+        if (!(pivot > 0.0)) { // in this form NaN stops here too
+            view.write(j + c, j + c, from_real<T>(pivot));
+            corner.failed = true;
+            return;
+        }
+        const double root = __builtin_sqrt(pivot), inverse = 1.0 / root;
+        column[c] = from_real<T>(root);
+        for (i64 r = c + 1; r < exist; ++r) column[r] = column[r] * inverse;
+        for (i64 k = c + 1; k < exist; ++k)
+            for (i64 r = k; r < exist; ++r) corner.l[k][r] = corner.l[k][r] - column[r] * conj(column[k]);
+        for (i64 r = c; r < exist; ++r) view.write(j + r, j + c, column[r]);
+        corner.inverse[c] = inverse;
+        corner.columns = c + 1;
+    }
+}
+
 /// Factors the corner at column j, of which `exist` rows and columns exist; `sums` is what the columns before it take
 /// off.
 template <class T, bool Upper>
@@ -110,10 +136,9 @@ template <class T, bool Upper>
         for (i64 r = c; r < exist; ++r) l[c][r] = view.read(j + r, j + c) - l[c][r];
     for (i64 c = 0; c < exist; ++c) {
         const double pivot = real_part(l[c][c]);
-        if (!(pivot > 0.0)) { // in this form NaN stops here too
-            view.write(j + c, j + c, from_real<T>(pivot));
-            corner.failed = true;
-            break;
+        if (!(pivot >= 0x1p-1022)) {
+            __builtin_memcpy(corner.l, l, sizeof l);
+            return finish_corner(view, j, c, exist, corner);
         }
         // By quotients: the next pivot need not wait for the root.
         for (i64 k = c + 1; k < exist; ++k) {
@@ -263,6 +288,61 @@ template <class T, bool Upper> i64 factor_blocks(const TriangleView<T, Upper>& v
     return 0;
 }
 
+/// A small triangle put by, and what tells that roundings decided about the success of its factorisation.
+template <class T, bool Upper> class SavedTriangle {
+    T values_[kPublishedOrder * kPublishedOrder];
+
+    template <class Copy> static void for_columns(const TriangleView<T, Upper>& view, T* values, const Copy& copy) {
+        for (i64 c = 0; c < view.n; ++c) { // in memory
+            const i64 first = Upper ? 0 : c, count = Upper ? c + 1 : view.n - c;
+            copy(view.a + first + c * view.lda, values + first + c * kPublishedOrder, count);
+        }
+    }
+    /// Whole vectors, the last of them over the one before.
+    template <int W = kWidth> static void copy_doubles(const double* from, double* to, i64 count) {
+        if (count < W) {
+            if constexpr (W > 1) copy_doubles<W / 2>(from, to, count);
+            return;
+        }
+        for (i64 i = 0; i + W < count; i += W) {
+            store<W>(to + i, load<W>(from + i));
+            asm("" : "+r"(i)); // so that the loop is not taken for memcpy, whose call would cost more than the copy
+        }
+        store<W>(to + count - W, load<W>(from + count - W));
+    }
+
+  public:
+    explicit SavedTriangle(const TriangleView<T, Upper>& view) {
+        for_columns(view, values_, [](const T* user, T* saved, i64 count) {
+            copy_doubles(parts(user), parts(saved), count * kParts<T>);
+        });
+    }
+    void restore(const TriangleView<T, Upper>& view) {
+        for_columns(view, values_, [](T* user, const T* saved, i64 count) {
+            copy_doubles(parts(saved), parts(user), count * kParts<T>);
+        });
+    }
+    /// Whether a pivot has lost so much to those before it that the roundings of other sums could make it negative:
+    /// with a share of 2^-20 left, they come to 2^-29 or so of the whole.
+    bool is_near_singular(const TriangleView<T, Upper>& factor) const {
+        bool sure = true;
+        for (i64 j = 0; j < factor.n; ++j) {
+            const double root = real_part(*factor.at(j, j));
+            sure = sure && root * root > 0x1p-20 * real_part(values_[j * (kPublishedOrder + 1)]);
+        }
+        return !sure;
+    }
+};
+
+/// A small triangle: when it is near to singular, once more in the published way.
+template <class T, bool Upper> i64 factor_small(const TriangleView<T, Upper>& view, double* buffer) {
+    SavedTriangle<T, Upper> saved(view);
+    const i64 failed = factor_packed(view, buffer);
+    if (failed == 0 && !saved.is_near_singular(view)) return 0;
+    saved.restore(view);
+    return PublishedFactor<T, Upper, TriangleView<T, Upper>>(view).factor(view.n);
+}
+
 /// Orders up to `few` take a buffer on the stack, and so do blocks when there is no memory. A block of order `most`
 /// fills an eighth of a second-level cache of 1 MiB with its packed factor, and needs no other kernel.
 template <bool Upper, class T> void potf2(i64 n, T* a, i64 lda, i64& info) {
@@ -278,7 +358,7 @@ template <bool Upper, class T> void potf2(i64 n, T* a, i64 lda, i64& info) {
         return;
     }
     alignas(64) double on_stack[factor_doubles(few)];
-    info = factor_blocks(view, few, on_stack);
+    info = n <= kPublishedOrder && n > 0 ? factor_small(view, on_stack) : factor_blocks(view, few, on_stack);
 }
 
 } // namespace

@@ -13,11 +13,5 @@ namespace nxl::NXL_TARGET {
 [[gnu::always_inline]] inline double real_part(Complex v) { return v.re; }
 [[gnu::always_inline]] inline Complex operator*(Complex a, double b) { return {a.re * b, a.im * b}; }
 [[gnu::always_inline]] inline Complex operator/(Complex a, double b) { return {a.re / b, a.im / b}; }
-/// |x|, or |re| + |im|: how pivots are compared.
-[[gnu::always_inline]] inline double abs1(double v) { return __builtin_fabs(v); }
-[[gnu::always_inline]] inline double abs1(Complex v) { return __builtin_fabs(v.re) + __builtin_fabs(v.im); }
-/// 1 / x, the complex one by Smith's quotient.
-[[gnu::always_inline]] inline double reciprocal(double v) { return 1.0 / v; }
-[[gnu::always_inline]] inline Complex reciprocal(Complex v) { return Complex{1.0, 0.0} / v; }
 
 } // namespace nxl::NXL_TARGET

@@ -79,10 +79,34 @@ template <bool Upper, class T> void trti2(i64 n, const Triangle<Upper, T>& trian
     }
 }
 
+/// The same for a diagonal that is to be divided by, row by row: x_ij is -(a_ij / a_ii + sum of x_ik a_kj) / a_jj, the
+/// sum over the columns between them. A lower triangle again counts from the end.
+template <bool Upper, class T> void invert_by_quotients(i64 n, const Triangle<Upper, T>& triangle) {
+    const auto at = [&](i64 i, i64 j) -> T& {
+        return *(Upper ? triangle.at(i, j) : triangle.at(n - 1 - i, n - 1 - j));
+    };
+    for (i64 i = 0; i < n; ++i) {
+        const T own = at(i, i);
+        at(i, i) = from_real<T>(1.0) / own;
+        for (i64 j = i + 1; j < n; ++j) {
+            T sum = at(i, j) / own;
+            for (i64 k = i + 1; k < j; ++k) sum = sum + at(i, k) * at(k, j);
+            at(i, j) = -(sum / at(j, j));
+        }
+    }
+}
+
+template <bool Upper, class T> void invert(i64 n, const Triangle<Upper, T>& triangle) {
+    bool invertible = true;
+    for (i64 j = 0; j < n && !triangle.unit; ++j) invertible = invertible && has_reciprocal(*triangle.at(j, j));
+    if (invertible) trti2(n, triangle);
+    else invert_by_quotients(n, triangle);
+}
+
 template <class T> void invert_triangle(char uplo, char diag, i64 n, T* a, i64 lda) {
     const bool unit = is_letter(diag, 'U');
-    if (is_letter(uplo, 'U')) trti2(n, Triangle<true, T>{a, lda, unit});
-    else trti2(n, Triangle<false, T>{a, lda, unit});
+    if (is_letter(uplo, 'U')) invert(n, Triangle<true, T>{a, lda, unit});
+    else invert(n, Triangle<false, T>{a, lda, unit});
 }
 
 } // namespace

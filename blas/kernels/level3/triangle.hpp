@@ -44,21 +44,19 @@ template <class T> bool is_trivial(i64 m, i64 n, const T& alpha, T* b, i64 ldb) 
     return true;
 }
 
-/// The reciprocal of a number, in place. Complex: Smith's quotient (Communications of the ACM 5, 1962), which forms no
-/// square that could overflow.
-template <class T> [[gnu::always_inline]] inline void invert(double* value) {
-    if constexpr (kParts<T> == 1) {
-        *value = 1.0 / *value;
-    } else {
-        const double real = value[0], imaginary = value[1];
-        if (__builtin_fabs(real) >= __builtin_fabs(imaginary)) {
-            const double ratio = imaginary / real, scale = real + imaginary * ratio;
-            value[0] = 1.0 / scale, value[1] = -ratio / scale;
-        } else {
-            const double ratio = real / imaginary, scale = imaginary + real * ratio;
-            value[0] = ratio / scale, value[1] = -1.0 / scale;
-        }
-    }
+/// T as kernels compute with it.
+template <class T> struct NumberOf {
+    using type = double;
+};
+template <> struct NumberOf<zcomplex> {
+    using type = Complex;
+};
+
+/// A number given as its parts.
+template <class T> [[gnu::always_inline]] inline auto number(const double* from) {
+    typename NumberOf<T>::type value;
+    __builtin_memcpy(&value, from, sizeof value);
+    return value;
 }
 
 /// sum += a b, all given as their parts.
@@ -70,7 +68,7 @@ template <class T> [[gnu::always_inline]] inline void add_product(double* sum, c
     }
 }
 
-alignas(16) constexpr double kMinusOne[2] = {-1.0, 0.0}; // real or complex
+alignas(16) constexpr double kOne[2] = {1.0, 0.0}, kMinusOne[2] = {-1.0, 0.0}; // real or complex
 
 /// What all of t but its diagonal is multiplied with: -1 for a solver, so that everywhere products are added.
 template <class T> [[gnu::always_inline]] inline const T* factor_of_t(bool solver) {
@@ -84,7 +82,7 @@ template <class T> [[gnu::always_inline]] inline void read_element(const Source<
         if (t.conjugate) to[1] = -to[1];
 }
 
-/// The diagonal element (j, j) as its parts, inverted for a solver.
+/// The diagonal element (j, j) as its parts, or its reciprocal.
 template <class T>
 [[gnu::always_inline]] inline void read_diagonal(const TriangularProblem<T>& problem, i64 j, bool inverted,
                                                  double* to) {
@@ -92,7 +90,19 @@ template <class T>
     if constexpr (kParts<T> == 2) to[1] = 0.0;
     if (problem.unit) return;
     read_element(problem.t, j, j, to);
-    if (inverted) invert<T>(to);
+    if (!inverted) return;
+    const auto inverse = reciprocal(number<T>(to));
+    __builtin_memcpy(to, &inverse, sizeof inverse);
+}
+
+/// Whether the diagonal elements of entries first .. first + length - 1 have reciprocals to multiply with.
+template <class T> bool has_reciprocals(const TriangularProblem<T>& problem, i64 first, i64 length) {
+    double diagonal[2];
+    for (i64 j = first; j < first + length; ++j) {
+        read_diagonal(problem, j, false, diagonal);
+        if (!has_reciprocal(number<T>(diagonal))) return false;
+    }
+    return true;
 }
 
 /// Columns of t that a tile takes at once, and their corner on the diagonal: so many steps.

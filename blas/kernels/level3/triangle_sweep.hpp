@@ -72,6 +72,33 @@ struct DiagonalStep {
     bool opens;            // first of all blocks
 };
 
+/// Entries first .. first + length - 1 of one right-hand side, in place, from each other alone. A solution starts at
+/// the entry that depends on no other, a product at the one that no other depends on.
+template <class T, class Work>
+void plain_rhs(const TriangularProblem<T>& problem, const T& alpha, i64 r, i64 first, i64 length) {
+    const bool ascending = problem.forward == Work::inverts;
+    const i64 end = first + length;
+    for (i64 done = 0; done < length; ++done) {
+        const i64 j = ascending ? first + done : end - 1 - done;
+        double sum[2] = {0.0, 0.0}, factor[2];
+        for (i64 p = problem.forward ? first : j + 1; p < (problem.forward ? j : end); ++p) {
+            read_element(problem.t, j, p, factor);
+            add_product<T>(sum, parts(problem.at(r, p)), factor);
+        }
+        read_diagonal(problem, j, false, factor);
+        Work::entry(alpha, sum, factor, parts(problem.at(r, j)));
+    }
+}
+
+/// finish_diagonal where the diagonal has no reciprocals: divides by it in B, then packs.
+template <class T, class Work>
+void finish_by_division(const TriangularProblem<T>& problem, const DiagonalStep& step, i64 r, i64 count, const T& alpha,
+                        const TriangleBuffers<T>& buffers) {
+    for (i64 k = r; k < r + count; ++k) plain_rhs<T, Work>(problem, alpha, k, step.first, step.length);
+    pack_a(problem.rhs().from(r, step.first), count, step.length, buffers.panels(), panel_stride_a<T>(step.length),
+           static_cast<const T*>(nullptr));
+}
+
 /// Packs right-hand sides r .. r + count for a block and writes their entries of it.
 template <class T, class Work>
 void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep& step, i64 r, i64 count,
@@ -81,6 +108,10 @@ void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep& st
     const PackedTriangle triangle{buffers.triangle(), stride, step.first, step.length};
     const bool scaled = (step.opens || !Work::inverts) && !is_one(problem.alpha);
     const T* const alpha = scaled ? &problem.alpha : nullptr;
+    if (Work::inverts && !has_reciprocals(problem, step.first, step.length)) {
+        const T& by = scaled ? problem.alpha : *reinterpret_cast<const T*>(kOne);
+        return finish_by_division<T, Work>(problem, step, r, count, by, buffers);
+    }
     for (i64 done = 0; done < count; done += together) {
         const i64 here = least(together, count - done);
         double* const panels = buffers.panels() + done / kPanelRows<T> * stride;
@@ -145,27 +176,9 @@ template <class T, class Work> bool blocked_triangle(const TriangularProblem<T>&
     return true;
 }
 
-/// A solution starts at the entry that depends on no other, a product at the one that no other depends on.
-template <class T, class Work>
-void plain_rhs(const TriangularProblem<T>& problem, i64 r) {
-    const i64 n = problem.order;
-    const bool ascending = problem.forward == Work::inverts;
-    for (i64 done = 0; done < n; ++done) {
-        const i64 j = ascending ? done : n - 1 - done;
-        const i64 first = problem.forward ? 0 : j + 1, end = problem.forward ? j : n;
-        double sum[2] = {0.0, 0.0}, factor[2];
-        for (i64 p = first; p < end; ++p) {
-            read_element(problem.t, j, p, factor);
-            add_product<T>(sum, parts(problem.at(r, p)), factor);
-        }
-        read_diagonal(problem, j, Work::inverts, factor);
-        Work::entry(problem.alpha, sum, factor, parts(problem.at(r, j)));
-    }
-}
-
 /// The whole problem in place, one right-hand side after the other: what is done without memory.
 template <class T, class Work> void plain_triangle(const TriangularProblem<T>& problem) {
-    for (i64 r = 0; r < problem.count; ++r) plain_rhs<T, Work>(problem, r);
+    for (i64 r = 0; r < problem.count; ++r) plain_rhs<T, Work>(problem, problem.alpha, r, 0, problem.order);
 }
 
 template <class T, class Work> void run_triangular(const TriangularProblem<T>& problem) {

@@ -93,12 +93,12 @@ struct Solve {
         return x;
     }
 
-    /// One entry on its own: b at `entry`, the sum of x t and the inverse of the diagonal become x.
-    template <class T> static void entry(const T& alpha, const double* sum, const double* inverse, double* entry) {
-        double rest[2] = {-sum[0], -sum[1]}, x[2] = {0.0, 0.0};
+    /// One entry on its own: b at `entry`, the sum of x t and the diagonal become x.
+    template <class T> static void entry(const T& alpha, const double* sum, const double* diagonal, double* entry) {
+        double rest[2] = {-sum[0], -sum[1]};
         add_product<T>(rest, parts(&alpha), entry);
-        add_product<T>(x, rest, inverse);
-        __builtin_memcpy(entry, x, sizeof(T));
+        const auto x = number<T>(rest) / number<T>(diagonal);
+        __builtin_memcpy(entry, &x, sizeof x);
     }
 
   private:

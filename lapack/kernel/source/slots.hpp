@@ -6,6 +6,8 @@ namespace nxl {
 
 inline constinit KernelSlot<&KernelTable::dgetrf_leaf> dgetrf_leaf_slot;
 inline constinit KernelSlot<&KernelTable::zgetrf_leaf> zgetrf_leaf_slot;
+inline constinit KernelSlot<&KernelTable::dgetrf_update> dgetrf_update_slot;
+inline constinit KernelSlot<&KernelTable::zgetrf_update> zgetrf_update_slot;
 inline constinit KernelSlot<&KernelTable::xdpotf2_u> xdpotf2_u_slot;
 inline constinit KernelSlot<&KernelTable::xdpotf2_l> xdpotf2_l_slot;
 inline constinit KernelSlot<&KernelTable::xzpotf2_u> xzpotf2_u_slot;

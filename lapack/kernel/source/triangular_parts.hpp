@@ -2,6 +2,9 @@
 #pragma once
 #include "lapack/kernel/source/tuning.hpp"
 #include <algorithm>
+#include <cmath>
+#include <complex>
+#include <limits>
 
 namespace nxl {
 
@@ -22,6 +25,16 @@ template <class T> i64 first_zero_on_diagonal(i64 n, const T* a, i64 lda) {
     for (i64 i = 0; i < n; ++i)
         if (a[i * (lda + 1)] == T{}) return i + 1;
     return 0;
+}
+
+/// Whether the inverses of all diagonal elements are within the range.
+template <class T> bool has_reciprocals(i64 n, const T* a, i64 lda) {
+    for (i64 i = 0; i < n; ++i) {
+        const T element = a[i * (lda + 1)];
+        const double size = std::fabs(std::real(element)) + std::fabs(std::imag(element));
+        if (!(size >= std::numeric_limits<double>::min())) return false;
+    }
+    return true;
 }
 
 } // namespace nxl

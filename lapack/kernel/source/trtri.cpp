@@ -28,11 +28,18 @@ template <class T> struct TriangularInverse {
     }
 
   private:
-    /// The inverse of `x`, then what is beside the diagonal, p by q, then the inverse of `y`.
+    /// The inverse of `x`, then what is beside the diagonal, p by q, then the inverse of `y`. Where `x` has no inverse
+    /// within the range, it is solved with as well.
     void halves(i64 p, T* x, i64 q, T* y, T* beside) const {
-        run(p, x);
-        trmm('L', uplo, 'N', diag, p, q, 1.0, x, lda, beside, lda);
+        const bool invertible = diag == 'U' || diag == 'u' || has_reciprocals(p, x, lda);
+        if (invertible) {
+            run(p, x);
+            trmm('L', uplo, 'N', diag, p, q, 1.0, x, lda, beside, lda);
+        } else {
+            trsm('L', uplo, 'N', diag, p, q, 1.0, x, lda, beside, lda);
+        }
         trsm('R', uplo, 'N', diag, p, q, -1.0, y, lda, beside, lda);
+        if (!invertible) run(p, x);
         run(q, y);
     }
 };

@@ -23,6 +23,13 @@ void laswp(i64 n, zcomplex* a, i64 lda, i64 k1, i64 k2, const i64* ipiv) {
 void leaf(const LuBlock<double>& b, i64* info) { dgetrf_leaf_slot(b.m, b.n, b.a, b.lda, b.ipiv, *info); }
 void leaf(const LuBlock<zcomplex>& b, i64* info) { zgetrf_leaf_slot(b.m, b.n, b.a, b.lda, b.ipiv, *info); }
 
+void update(const LuBlock<double>& panel, i64 count, double* b) {
+    dgetrf_update_slot(panel.m, panel.n, count, panel.a, b, panel.lda);
+}
+void update(const LuBlock<zcomplex>& panel, i64 count, zcomplex* b) {
+    zgetrf_update_slot(panel.m, panel.n, count, panel.a, b, panel.lda);
+}
+
 /// What the square part of a block with m < n does to the columns past it.
 template <class T> void finish_wide(const LuBlock<T>& lu) {
     if (lu.m < lu.n) apply_panel(lu, 0, lu.m, lu.m, lu.n - lu.m);
@@ -38,6 +45,7 @@ template <class T> void apply_panel(const LuBlock<T>& lu, i64 first, i64 width, 
     if (count < 1) return;
     const i64 below = first + width;
     interchange_rows(lu, first, below, column, count);
+    if (std::max(lu.m, lu.n) <= lu_rounded_order<T>) return update(lu.from(first, width), count, lu.at(first, column));
     trsm('L', 'L', 'N', 'U', width, count, 1.0, lu.at(first, first), lu.lda, lu.at(first, column), lu.lda);
     if (below < lu.m)
         gemm('N', 'N', lu.m - below, count, width, -1.0, lu.at(below, first), lu.lda, lu.at(first, column), lu.lda, 1.0,
