@@ -746,7 +746,8 @@ void ZTRSM(const char* side, const char* uplo, const char* transa, const char* d
  *   info   0 done; i > 0: U(i,i) is exactly 0, the first such, and the factorisation is complete but U is singular;
  *          below 0: a bad argument. Reports 1 m, 2 n, 4 lda.
  * The pivot is the first of the largest |a(i,j)|, for complex elements |Re| + |Im|. L is the column times the pivot's
- * reciprocal, with no test for one that overflows.
+ * reciprocal, or divided by a pivot whose reciprocal leaves the range. Up to order 32 (complex 16) all roundings are
+ * those of the published unblocked routine, so that a singular matrix of integers is found where that finds it.
  * Progress: whenever a few more columns are done, by one thread of the call at a time, NXL_PROGRESS is told the
  * thread's number in its team, the column reached, and "DGETRF" or "ZGETRF". An odd answer stops the factorisation: the
  * call returns with a and ipiv in a state between, and info as it stood.
