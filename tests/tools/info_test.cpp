@@ -27,7 +27,7 @@ std::string of_domain(const std::string& json, const std::string& domain, const 
 class Info : public program_test::Program {
   protected:
     static constexpr const char* clean =
-        "env -u NXL_NUM_THREADS -u NXL_DOMAIN_NUM_THREADS -u NXL_DYNAMIC -u OMP_NUM_THREADS ";
+        "env -u NXL_NUM_THREADS -u NXL_DOMAIN_NUM_THREADS -u NXL_DYNAMIC -u OMP_NUM_THREADS -u NXL_DEBUG_CPU_TYPE ";
     Info() : Program(NXL_INFO_PROGRAM) {}
 
     std::string json(const std::string& environment) const {
