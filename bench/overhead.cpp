@@ -3,8 +3,8 @@
 #include "bench/families.hpp"
 #include "bench/interleaved.hpp"
 #include "bench/machine.hpp"
-#include "blas/kernel/default_em64t/level1/slots.hpp"
 #include "common/run_program.hpp"
+#include "service/kernel_slot.hpp"
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdio>
@@ -75,9 +75,9 @@ int run_overhead(const Request& request) {
         print_row(name, batches);
     };
     with_entries("ddot", {ddot_calls(kernel_address<&KernelTable::ddot>()),
-                          ddot_calls([](auto&&... arguments) { return ddot_slot(arguments...); })});
+                          ddot_calls([](auto&&... arguments) { return slot<&KernelTable::ddot>(arguments...); })});
     with_entries("dscal", {dscal_calls(kernel_address<&KernelTable::dscal>()),
-                           dscal_calls([](auto&&... arguments) { dscal_slot(arguments...); })});
+                           dscal_calls([](auto&&... arguments) { slot<&KernelTable::dscal>(arguments...); })});
     return common::kDone;
 }
 

@@ -19,7 +19,7 @@ inline void report_no_memory(const char* name) {
 void print_error(const char* name, int info, int name_length);
 
 /// The byte, as a capital where it is an ASCII letter.
-inline unsigned char folded(char c) {
+constexpr unsigned char folded(char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte >= 0x61 && byte <= 0x7A ? static_cast<unsigned char>(byte - 0x20) : byte;
 }

@@ -4,6 +4,7 @@
 #include "service/cpu_class.hpp"
 #include "service/kernel_table.hpp"
 #include <atomic>
+#include <type_traits>
 #include <utility>
 
 namespace nxl {
@@ -34,5 +35,14 @@ template <class Table, class Fn, Fn Table::* Member> class KernelSlot<Member> {
         return kernel(std::forward<Args>(args)...);
     }
 };
+
+/// The slot of a kernel, a member of a table: `slot<&KernelTable::ddot>(n, x, incx, y, incy)`. No start-up code runs.
+template <auto Member> inline constinit KernelSlot<Member> slot;
+
+/// Of two members of a table, the one for scalars of type T.
+template <class T, auto Real, auto Complex> constexpr auto& slot_of() {
+    if constexpr (std::is_same_v<T, double>) return slot<Real>;
+    else return slot<Complex>;
+}
 
 } // namespace nxl

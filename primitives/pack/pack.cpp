@@ -12,7 +12,8 @@ constexpr PackTable table = {
     .strided_d = [](int n, const double* a, int inca, double* y,
                     int incy) { copy_strided<Unroll, double>(n, a, inca, y, incy); },
     .pack_indexed_d = [](int n, const double* a, const int* ia, double* y) { pack_indexed<Unroll>(n, a, ia, y); },
-    .pack_masked_d = [](int n, const double* a, const int* ma, double* y) { pack_by_mask_d_slot(n, a, y, ma); },
+    .pack_masked_d = [](int n, const double* a, const int* ma,
+                        double* y) { slot<&VectorTable::pack_by_mask_d>(n, a, y, ma); },
     .unpack_indexed_d = [](int n, const double* a, double* y, const int* iy) { unpack_indexed<Unroll>(n, a, y, iy); },
     .unpack_masked_d = [](int n, const double* a, double* y, const int* my) { unpack_masked<Unroll>(n, a, y, my); },
 };

@@ -7,10 +7,4 @@ namespace nxl {
 
 template <> const PackTable& bound_table();
 
-inline constinit KernelSlot<&PackTable::strided_d> pack_strided_d_slot;
-inline constinit KernelSlot<&PackTable::pack_indexed_d> pack_indexed_d_slot;
-inline constinit KernelSlot<&PackTable::pack_masked_d> pack_masked_d_slot;
-inline constinit KernelSlot<&PackTable::unpack_indexed_d> unpack_indexed_d_slot;
-inline constinit KernelSlot<&PackTable::unpack_masked_d> unpack_masked_d_slot;
-
 } // namespace nxl

@@ -4,34 +4,11 @@
 // Of the leading block of order n two columns of its inverse are carried along, scaled to a unit element:
 //     T (1, g) = delta e_1,    T (h, 1) = delta e_n,    g and h of n - 1 elements.
 #include "primitives/signal/toeplitz.hpp"
-#include "blas/kernel/default_em64t/level1/slots.hpp"
-#include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
+#include "blas/calls.hpp"
 #include <algorithm>
 
 namespace nxl {
 namespace {
-
-/// x in ascending, y in descending order when `incy` is -1.
-double dot(i64 n, const double* x, const double* y, i64 incy) {
-    const i64 one = 1;
-    return nxl_blas_ddot(&n, x, &one, y, &incy);
-}
-
-zcomplex dot(i64 n, const zcomplex* x, const zcomplex* y, i64 incy) {
-    zcomplex sum;
-    zdotu_slot(sum, n, x, 1, y, incy);
-    return sum;
-}
-
-void axpy(i64 n, double alpha, const double* x, double* y) {
-    const i64 one = 1;
-    nxl_blas_daxpy(&n, &alpha, x, &one, y, &one);
-}
-
-void axpy(i64 n, zcomplex alpha, const zcomplex* x, zcomplex* y) {
-    const i64 one = 1;
-    nxl_blas_zaxpy(&n, &alpha, x, &one, y, &one);
-}
 
 /// Both columns from order n to n + 1: (1, g) := (1, g, 0) - alpha (0, h, 1) and (h, 1) := (0, h, 1) - beta (1, g, 0).
 /// Blocks go downwards, as h moves up by one place and each block of it is needed once more for g.
@@ -42,8 +19,8 @@ template <class T> void extend(i64 n, T alpha, T beta, T* g, T* h) {
         const i64 start = std::max(end - block, i64{0}), count = end - start;
         std::copy_n(h + start, count, h_block);
         std::copy_n(h_block, count, h + start + 1);
-        axpy(count, -beta, g + start, h + start + 1);
-        axpy(count, -alpha, h_block, g + start);
+        axpy(count, -beta, g + start, 1, h + start + 1, 1);
+        axpy(count, -alpha, h_block, 1, g + start, 1);
     }
     g[n - 1] = -alpha;
     h[0] = -beta;
@@ -53,14 +30,14 @@ template <class T> void solve(const T* a1, const T* a2, const T* b, T* x, T* c1,
     if (m < 1) return;
     T delta = a1[0];
     x[0] = b[0] / delta;
-    for (i64 n = 1; n < m; ++n) {                           // orders 1 to n are done
-        const T below = a2[n - 1] + dot(n - 1, c1, a2, -1); // row n + 1 of T times (1, g, 0)
-        const T above = a1[n] + dot(n - 1, c2, a1 + 1, 1);  // row 1 of T times (0, h, 1)
+    for (i64 n = 1; n < m; ++n) {                              // orders 1 to n are done
+        const T below = a2[n - 1] + dot(n - 1, c1, 1, a2, -1); // row n + 1 of T times (1, g, 0)
+        const T above = a1[n] + dot(n - 1, c2, 1, a1 + 1, 1);  // row 1 of T times (0, h, 1)
         const T alpha = below / delta, beta = above / delta;
         extend(n, alpha, beta, c1, c2);
         delta -= alpha * above;
-        const T last = (b[n] - dot(n, x, a2, -1)) / delta;
-        axpy(n, last, c2, x);
+        const T last = (b[n] - dot(n, x, 1, a2, -1)) / delta;
+        axpy(n, last, c2, 1, x, 1);
         x[n] = last;
     }
 }

@@ -1,8 +1,8 @@
 // LAPACK, Cholesky factorisation: entries.
-#include "lapack/kernel/source/cholesky.hpp"
+#include "lapack/kernel/source/cholesky/cholesky.hpp"
 #include "nxl.h"
 #include "service/export.hpp"
-#include "service/interface/arguments.hpp"
+#include "service/interface/integers.hpp"
 
 using namespace nxl;
 
@@ -10,34 +10,29 @@ extern "C" {
 
 NXL_EXPORT void dpotrf(const char* uplo, const int* n, double* a, const int* lda, int* info, int uplo_length) noexcept {
     OutInt info64(info);
-    const i64 n64 = *n, lda64 = *lda;
-    nxl_lapack_dpotrf(uplo, &n64, a, &lda64, &info64.value, uplo_length);
+    nxl_lapack_dpotrf(*uplo, *n, a, *lda, info64.value, uplo_length);
 }
 
 NXL_EXPORT void zpotrf(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, int uplo_length) noexcept {
     OutInt info64(info);
-    const i64 n64 = *n, lda64 = *lda;
-    nxl_lapack_zpotrf(uplo, &n64, a, &lda64, &info64.value, uplo_length);
+    nxl_lapack_zpotrf(*uplo, *n, a, *lda, info64.value, uplo_length);
 }
 
 NXL_EXPORT void ZPOTF2(const char* uplo, const int* n, nxl_z* a, const int* lda, int* info, int uplo_length) noexcept {
     OutInt info64(info);
-    const i64 n64 = *n, lda64 = *lda;
-    nxl_lapack_zpotf2(uplo, &n64, a, &lda64, &info64.value, uplo_length);
+    nxl_lapack_zpotf2(*uplo, *n, a, *lda, info64.value, uplo_length);
 }
 
 NXL_EXPORT void dpotrs(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda, double* b,
                        const int* ldb, int* info, int uplo_length) noexcept {
     OutInt info64(info);
-    const i64 n64 = *n, nrhs64 = *nrhs, lda64 = *lda, ldb64 = *ldb;
-    nxl_lapack_dpotrs(uplo, &n64, &nrhs64, a, &lda64, b, &ldb64, &info64.value, uplo_length);
+    nxl_lapack_dpotrs(*uplo, *n, *nrhs, a, *lda, b, *ldb, info64.value, uplo_length);
 }
 
 NXL_EXPORT void zpotrs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, nxl_z* b,
                        const int* ldb, int* info, int uplo_length) noexcept {
     OutInt info64(info);
-    const i64 n64 = *n, nrhs64 = *nrhs, lda64 = *lda, ldb64 = *ldb;
-    nxl_lapack_zpotrs(uplo, &n64, &nrhs64, a, &lda64, b, &ldb64, &info64.value, uplo_length);
+    nxl_lapack_zpotrs(*uplo, *n, *nrhs, a, *lda, b, *ldb, info64.value, uplo_length);
 }
 
 } // extern "C"

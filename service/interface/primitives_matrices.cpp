@@ -40,27 +40,27 @@ NXL_EXPORT void ResizeMatrixc_d(const zcomplex* src, zcomplex* dst, unsigned row
 
 NXL_EXPORT void TransposeMatrix_d(const double* src, double* dst, unsigned rows, unsigned cols, unsigned srcStride,
                                   unsigned dstStride) noexcept {
-    transpose_d_slot(src, dst, rows, cols, srcStride, dstStride);
+    slot<&MatrixTable::transpose_d>(src, dst, rows, cols, srcStride, dstStride);
 }
 NXL_EXPORT void TransposeMatrixc_d(const zcomplex* src, zcomplex* dst, unsigned rows, unsigned cols, unsigned srcStride,
                                    unsigned dstStride) noexcept {
-    transpose_c_slot(src, dst, rows, cols, srcStride, dstStride);
+    slot<&MatrixTable::transpose_c>(src, dst, rows, cols, srcStride, dstStride);
 }
 
 NXL_EXPORT void AdjungateMatrixc_d(const zcomplex* src, zcomplex* dst, unsigned rows, unsigned cols, unsigned srcStride,
                                    unsigned dstStride) noexcept {
-    adjoint_c_slot(src, dst, rows, cols, srcStride, dstStride);
+    slot<&MatrixTable::adjoint_c>(src, dst, rows, cols, srcStride, dstStride);
 }
 
 NXL_EXPORT void TransposeSquareMatrix_d(double* a, unsigned n, unsigned stride) noexcept {
-    transpose_square_d_slot(a, n, stride);
+    slot<&MatrixTable::transpose_square_d>(a, n, stride);
 }
 NXL_EXPORT void TransposeSquareMatrixc_d(zcomplex* a, unsigned n, unsigned stride) noexcept {
-    transpose_square_c_slot(a, n, stride);
+    slot<&MatrixTable::transpose_square_c>(a, n, stride);
 }
 
 NXL_EXPORT void AdjungateSquareMatrixc_d(zcomplex* a, unsigned n, unsigned stride) noexcept {
-    adjoint_square_c_slot(a, n, stride);
+    slot<&MatrixTable::adjoint_square_c>(a, n, stride);
 }
 
 NXL_EXPORT void LowerTriangle_d(const double* src, double* dst, unsigned rows, unsigned cols, unsigned srcStride,
@@ -100,10 +100,10 @@ NXL_EXPORT void ZeroUpperTrianglec_d(zcomplex* a, unsigned rows, unsigned cols, 
 }
 
 NXL_EXPORT void RowExchange_d(double* a, unsigned row1, unsigned row2, unsigned cols, unsigned stride) noexcept {
-    row_exchange_d_slot(a, row1, row2, cols, stride);
+    slot<&MatrixTable::row_exchange_d>(a, row1, row2, cols, stride);
 }
 NXL_EXPORT void RowExchangec_d(zcomplex* a, unsigned row1, unsigned row2, unsigned cols, unsigned stride) noexcept {
-    row_exchange_c_slot(a, row1, row2, cols, stride);
+    slot<&MatrixTable::row_exchange_c>(a, row1, row2, cols, stride);
 }
 
 NXL_EXPORT void ColExchange_d(double* a, unsigned col1, unsigned col2, unsigned rows, unsigned stride) noexcept {

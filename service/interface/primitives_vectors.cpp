@@ -9,161 +9,187 @@ using namespace nxl;
 extern "C" {
 
 NXL_EXPORT void AddValue_d(const double* src, double* dst, double value, uint32_t n) noexcept {
-    add_value_d_slot(src, dst, value, n);
+    slot<&VectorTable::add_value_d>(src, dst, value, n);
 }
 
 NXL_EXPORT void AddValuec_d(const nxl_z* src, nxl_z* dst, const nxl_z* value, uint32_t n) noexcept {
-    add_valuec_d_slot(src, dst, *value, n);
+    slot<&VectorTable::add_valuec_d>(src, dst, *value, n);
 }
 
 NXL_EXPORT void AddValuecd_d(const nxl_z* src, nxl_z* dst, double value, uint32_t n) noexcept {
-    add_valuecd_d_slot(src, dst, value, n);
+    slot<&VectorTable::add_valuecd_d>(src, dst, value, n);
 }
 
 NXL_EXPORT void AddValuedc_d(const double* src, nxl_z* dst, const nxl_z* value, uint32_t n) noexcept {
-    add_valuedc_d_slot(src, dst, *value, n);
+    slot<&VectorTable::add_valuedc_d>(src, dst, *value, n);
 }
 
 NXL_EXPORT void SubFromValue_d(const double* src, double* dst, double value, uint32_t n) noexcept {
-    sub_from_value_d_slot(src, dst, value, n);
+    slot<&VectorTable::sub_from_value_d>(src, dst, value, n);
 }
 
 NXL_EXPORT void SubFromValuec_d(const nxl_z* src, nxl_z* dst, const nxl_z* value, uint32_t n) noexcept {
-    sub_from_valuec_d_slot(src, dst, *value, n);
+    slot<&VectorTable::sub_from_valuec_d>(src, dst, *value, n);
 }
 
 NXL_EXPORT void SubFromValuecd_d(const nxl_z* src, nxl_z* dst, double value, uint32_t n) noexcept {
-    sub_from_valuecd_d_slot(src, dst, value, n);
+    slot<&VectorTable::sub_from_valuecd_d>(src, dst, value, n);
 }
 
 NXL_EXPORT void SubFromValuedc_d(const double* src, nxl_z* dst, const nxl_z* value, uint32_t n) noexcept {
-    sub_from_valuedc_d_slot(src, dst, *value, n);
+    slot<&VectorTable::sub_from_valuedc_d>(src, dst, *value, n);
 }
 
 NXL_EXPORT void DivideValue_d(const double* src, double* dst, double value, uint32_t n) noexcept {
-    divide_value_d_slot(src, dst, value, n);
+    slot<&VectorTable::divide_value_d>(src, dst, value, n);
 }
 
 NXL_EXPORT void DivideValuec_d(const nxl_z* src, nxl_z* dst, const nxl_z* value, uint32_t n) noexcept {
-    divide_valuec_d_slot(src, dst, *value, n);
+    slot<&VectorTable::divide_valuec_d>(src, dst, *value, n);
 }
 
 NXL_EXPORT void DivideValuecd_d(const nxl_z* src, nxl_z* dst, double value, uint32_t n) noexcept {
-    divide_valuecd_d_slot(src, dst, value, n);
+    slot<&VectorTable::divide_valuecd_d>(src, dst, value, n);
 }
 
 NXL_EXPORT void DivideValuedc_d(const double* src, nxl_z* dst, const nxl_z* value, uint32_t n) noexcept {
-    divide_valuedc_d_slot(src, dst, *value, n);
+    slot<&VectorTable::divide_valuedc_d>(src, dst, *value, n);
 }
 
 NXL_EXPORT void ScaleByValue_d(const double* src, double* dst, double value, uint32_t n) noexcept {
-    scale_by_value_d_slot(src, dst, value, n);
+    slot<&VectorTable::scale_by_value_d>(src, dst, value, n);
 }
 
 NXL_EXPORT void ScaleByValuec_d(const nxl_z* src, nxl_z* dst, const nxl_z* value, uint32_t n) noexcept {
-    scale_by_valuec_d_slot(src, dst, *value, n);
+    slot<&VectorTable::scale_by_valuec_d>(src, dst, *value, n);
 }
 
 NXL_EXPORT void ScaleByValuecd_d(const nxl_z* src, nxl_z* dst, double value, uint32_t n) noexcept {
-    scale_by_valuecd_d_slot(src, dst, value, n);
+    slot<&VectorTable::scale_by_valuecd_d>(src, dst, value, n);
 }
 
 NXL_EXPORT void ScaleByValuedc_d(const double* src, nxl_z* dst, const nxl_z* value, uint32_t n) noexcept {
-    scale_by_valuedc_d_slot(src, dst, *value, n);
+    slot<&VectorTable::scale_by_valuedc_d>(src, dst, *value, n);
 }
 
 NXL_EXPORT void AddVeccd_d(const nxl_z* a, const double* b, nxl_z* dst, uint32_t n) noexcept {
-    add_veccd_d_slot(a, b, dst, n);
+    slot<&VectorTable::add_veccd_d>(a, b, dst, n);
 }
 
 NXL_EXPORT void SubVeccd_d(const nxl_z* a, const double* b, nxl_z* dst, uint32_t n) noexcept {
-    sub_veccd_d_slot(a, b, dst, n);
+    slot<&VectorTable::sub_veccd_d>(a, b, dst, n);
 }
 
 NXL_EXPORT void SubVecdc_d(const double* a, const nxl_z* b, nxl_z* dst, uint32_t n) noexcept {
-    sub_vecdc_d_slot(a, b, dst, n);
+    slot<&VectorTable::sub_vecdc_d>(a, b, dst, n);
 }
 
 NXL_EXPORT void MulVeccd_d(const nxl_z* a, const double* b, nxl_z* dst, uint32_t n) noexcept {
-    mul_veccd_d_slot(a, b, dst, n);
+    slot<&VectorTable::mul_veccd_d>(a, b, dst, n);
 }
 
 NXL_EXPORT void DivVeccc_d(const nxl_z* a, const nxl_z* b, nxl_z* dst, uint32_t n) noexcept {
-    div_veccc_d_slot(a, b, dst, n);
+    slot<&VectorTable::div_veccc_d>(a, b, dst, n);
 }
 
 NXL_EXPORT void DivVeccd_d(const nxl_z* a, const double* b, nxl_z* dst, uint32_t n) noexcept {
-    div_veccd_d_slot(a, b, dst, n);
+    slot<&VectorTable::div_veccd_d>(a, b, dst, n);
 }
 
 NXL_EXPORT void DivVecdc_d(const double* a, const nxl_z* b, nxl_z* dst, uint32_t n) noexcept {
-    div_vecdc_d_slot(a, b, dst, n);
+    slot<&VectorTable::div_vecdc_d>(a, b, dst, n);
 }
 
 NXL_EXPORT void ConjMulcc_d(const nxl_z* a, const nxl_z* b, nxl_z* dst, uint32_t n) noexcept {
-    conj_mulcc_d_slot(a, b, dst, n);
+    slot<&VectorTable::conj_mulcc_d>(a, b, dst, n);
 }
 
-NXL_EXPORT void Sgndd_d(const double* src, double* dst, uint32_t n) noexcept { sgndd_d_slot(src, dst, n); }
+NXL_EXPORT void Sgndd_d(const double* src, double* dst, uint32_t n) noexcept {
+    slot<&VectorTable::sgndd_d>(src, dst, n);
+}
 
-NXL_EXPORT void Sgncd_d(const nxl_z* src, double* dst, uint32_t n) noexcept { sgncd_d_slot(src, dst, n); }
+NXL_EXPORT void Sgncd_d(const nxl_z* src, double* dst, uint32_t n) noexcept {
+    slot<&VectorTable::sgncd_d>(src, dst, n);
+}
 
-NXL_EXPORT void Sgndc_d(const double* src, nxl_z* dst, uint32_t n) noexcept { sgndc_d_slot(src, dst, n); }
+NXL_EXPORT void Sgndc_d(const double* src, nxl_z* dst, uint32_t n) noexcept {
+    slot<&VectorTable::sgndc_d>(src, dst, n);
+}
 
-NXL_EXPORT void Sgncc_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { sgncc_d_slot(src, dst, n); }
+NXL_EXPORT void Sgncc_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { slot<&VectorTable::sgncc_d>(src, dst, n); }
 
-NXL_EXPORT void SgnMul_d(const double* src, double* dst, uint32_t n) noexcept { sgn_mul_d_slot(src, dst, n); }
+NXL_EXPORT void SgnMul_d(const double* src, double* dst, uint32_t n) noexcept {
+    slot<&VectorTable::sgn_mul_d>(src, dst, n);
+}
 
-NXL_EXPORT void SgnMulc_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { sgn_mulc_d_slot(src, dst, n); }
+NXL_EXPORT void SgnMulc_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept {
+    slot<&VectorTable::sgn_mulc_d>(src, dst, n);
+}
 
-NXL_EXPORT void SgnMulcd_d(const nxl_z* src, double* dst, uint32_t n) noexcept { sgn_mulcd_d_slot(src, dst, n); }
+NXL_EXPORT void SgnMulcd_d(const nxl_z* src, double* dst, uint32_t n) noexcept {
+    slot<&VectorTable::sgn_mulcd_d>(src, dst, n);
+}
 
-NXL_EXPORT void SgnMuldc_d(const double* src, nxl_z* dst, uint32_t n) noexcept { sgn_muldc_d_slot(src, dst, n); }
+NXL_EXPORT void SgnMuldc_d(const double* src, nxl_z* dst, uint32_t n) noexcept {
+    slot<&VectorTable::sgn_muldc_d>(src, dst, n);
+}
 
-NXL_EXPORT void Rem_d(const double* x, const double* y, double* dst, uint32_t n) noexcept { rem_d_slot(x, y, dst, n); }
+NXL_EXPORT void Rem_d(const double* x, const double* y, double* dst, uint32_t n) noexcept {
+    slot<&VectorTable::rem_d>(x, y, dst, n);
+}
 
 NXL_EXPORT void RemVal_d(const double* x, double value, double* dst, uint32_t n) noexcept {
-    rem_val_d_slot(x, value, dst, n);
+    slot<&VectorTable::rem_val_d>(x, value, dst, n);
 }
 
-NXL_EXPORT void Ceil_d(const double* src, double* dst, uint32_t n) noexcept { ceil_d_slot(src, dst, n); }
+NXL_EXPORT void Ceil_d(const double* src, double* dst, uint32_t n) noexcept { slot<&VectorTable::ceil_d>(src, dst, n); }
 
-NXL_EXPORT void Floor_d(const double* src, double* dst, uint32_t n) noexcept { floor_d_slot(src, dst, n); }
+NXL_EXPORT void Floor_d(const double* src, double* dst, uint32_t n) noexcept {
+    slot<&VectorTable::floor_d>(src, dst, n);
+}
 
-NXL_EXPORT void CumSum_d(const double* src, double* dst, uint32_t n) noexcept { cum_sum_delta_d_slot(src, dst, n, 1); }
+NXL_EXPORT void CumSum_d(const double* src, double* dst, uint32_t n) noexcept {
+    slot<&VectorTable::cum_sum_delta_d>(src, dst, n, 1);
+}
 
-NXL_EXPORT void CumSumc_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { cum_sum_deltac_d_slot(src, dst, n, 1); }
+NXL_EXPORT void CumSumc_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept {
+    slot<&VectorTable::cum_sum_deltac_d>(src, dst, n, 1);
+}
 
 NXL_EXPORT void CumSumDelta_d(const double* src, double* dst, uint32_t n, uint32_t delta) noexcept {
-    cum_sum_delta_d_slot(src, dst, n, delta);
+    slot<&VectorTable::cum_sum_delta_d>(src, dst, n, delta);
 }
 
 NXL_EXPORT void CumSumDeltac_d(const nxl_z* src, nxl_z* dst, uint32_t n, uint32_t delta) noexcept {
-    cum_sum_deltac_d_slot(src, dst, n, delta);
+    slot<&VectorTable::cum_sum_deltac_d>(src, dst, n, delta);
 }
 
-NXL_EXPORT double Product_d(const double* src, uint32_t n) noexcept { return product_d_slot(src, n); }
+NXL_EXPORT double Product_d(const double* src, uint32_t n) noexcept { return slot<&VectorTable::product_d>(src, n); }
 
 NXL_EXPORT void Productc_d(const nxl_z* src, nxl_z* out, uint32_t n) noexcept { *out = nxl_productc(src, n); }
 
-NXL_EXPORT void Reverse_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { reverse_d_slot(src, dst, n); }
+NXL_EXPORT void Reverse_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept {
+    slot<&VectorTable::reverse_d>(src, dst, n);
+}
 
-NXL_EXPORT void Flip_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { flip_d_slot(src, dst, n); }
+NXL_EXPORT void Flip_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { slot<&VectorTable::flip_d>(src, dst, n); }
 
-NXL_EXPORT void FlipConj_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { flip_conj_d_slot(src, dst, n); }
+NXL_EXPORT void FlipConj_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept {
+    slot<&VectorTable::flip_conj_d>(src, dst, n);
+}
 
-NXL_EXPORT void MulI_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { mul_i_d_slot(src, dst, n); }
+NXL_EXPORT void MulI_d(const nxl_z* src, nxl_z* dst, uint32_t n) noexcept { slot<&VectorTable::mul_i_d>(src, dst, n); }
 
 NXL_EXPORT void Rampc_d(nxl_z* dst, uint32_t n, const nxl_z* offset, const nxl_z* step) noexcept {
-    rampc_d_slot(dst, n, *offset, *step);
+    slot<&VectorTable::rampc_d>(dst, n, *offset, *step);
 }
 
 NXL_EXPORT uint32_t PackByMask_d(uint32_t n, const double* src, double* dst, const int32_t* mask) noexcept {
-    return static_cast<uint32_t>(pack_by_mask_d_slot(n, src, dst, mask));
+    return static_cast<uint32_t>(slot<&VectorTable::pack_by_mask_d>(n, src, dst, mask));
 }
 
 NXL_EXPORT uint32_t PackByMaskc_d(uint32_t n, const nxl_z* src, nxl_z* dst, const int32_t* mask) noexcept {
-    return static_cast<uint32_t>(pack_by_mask_c_slot(n, src, dst, mask));
+    return static_cast<uint32_t>(slot<&VectorTable::pack_by_mask_c>(n, src, dst, mask));
 }
 
 NXL_EXPORT void Powc_d(const nxl_z* a, const nxl_z* b, nxl_z* dst, uint32_t n) noexcept { nxl_powc(a, b, dst, n); }

@@ -4,7 +4,7 @@
 #include "primitives/signal/toeplitz.hpp"
 #include "service/errors.hpp"
 #include "service/export.hpp"
-#include "service/interface/arguments.hpp"
+#include "service/interface/integers.hpp"
 
 using namespace nxl;
 

@@ -1,10 +1,10 @@
 // Sparse BLAS level 1: entries. Each hands its kernel a 64-bit copy of the index array; without memory for it the call
 // is reported as such and has no effect.
-#include "blas/kernel/default_em64t/level1/slots.hpp"
 #include "nxl.h"
 #include "service/errors.hpp"
 #include "service/export.hpp"
-#include "service/interface/arguments.hpp"
+#include "service/interface/integers.hpp"
+#include "service/kernel_slot.hpp"
 
 using namespace nxl;
 
@@ -14,63 +14,63 @@ NXL_EXPORT void daxpyi(const int* nz, const double* a, const double* x, const in
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("DAXPYI");
-    daxpyi_slot(nz64, *a, x, indices.data(), y);
+    slot<&KernelTable::daxpyi>(nz64, *a, x, indices.data(), y);
 }
 
 NXL_EXPORT double ddoti(const int* nz, const double* x, const int* indx, const double* y) noexcept {
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("DDOTI "), 0.0;
-    return ddoti_slot(nz64, x, indices.data(), y);
+    return slot<&KernelTable::ddoti>(nz64, x, indices.data(), y);
 }
 
 NXL_EXPORT void dgthr(const int* nz, const double* y, double* x, const int* indx) noexcept {
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("DGTHR ");
-    dgthr_slot(nz64, y, x, indices.data());
+    slot<&KernelTable::dgthr>(nz64, y, x, indices.data());
 }
 
 NXL_EXPORT void dsctr(const int* nz, const double* x, const int* indx, double* y) noexcept {
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("DSCTR ");
-    dsctr_slot(nz64, x, indices.data(), y);
+    slot<&KernelTable::dsctr>(nz64, x, indices.data(), y);
 }
 
 NXL_EXPORT void zaxpyi(const int* nz, const nxl_z* a, const nxl_z* x, const int* indx, nxl_z* y) noexcept {
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("ZAXPYI");
-    zaxpyi_slot(nz64, *a, x, indices.data(), y);
+    slot<&KernelTable::zaxpyi>(nz64, *a, x, indices.data(), y);
 }
 
 NXL_EXPORT void zdotci(nxl_z* result, const int* nz, const nxl_z* x, const int* indx, const nxl_z* y) noexcept {
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("ZDOTCI");
-    zdotci_slot(*result, nz64, x, indices.data(), y);
+    slot<&KernelTable::zdotci>(*result, nz64, x, indices.data(), y);
 }
 
 NXL_EXPORT void zdotui(nxl_z* result, const int* nz, const nxl_z* x, const int* indx, const nxl_z* y) noexcept {
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("ZDOTUI");
-    zdotui_slot(*result, nz64, x, indices.data(), y);
+    slot<&KernelTable::zdotui>(*result, nz64, x, indices.data(), y);
 }
 
 NXL_EXPORT void zgthr(const int* nz, const nxl_z* y, nxl_z* x, const int* indx) noexcept {
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("ZGTHR ");
-    zgthr_slot(nz64, y, x, indices.data());
+    slot<&KernelTable::zgthr>(nz64, y, x, indices.data());
 }
 
 NXL_EXPORT void zsctr(const int* nz, const nxl_z* x, const int* indx, nxl_z* y) noexcept {
     const i64 nz64 = *nz;
     const WideInts indices(indx, nz64);
     if (!indices.data()) return report_no_memory("ZSCTR ");
-    zsctr_slot(nz64, x, indices.data(), y);
+    slot<&KernelTable::zsctr>(nz64, x, indices.data(), y);
 }
 
 } // extern "C"

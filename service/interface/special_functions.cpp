@@ -3,7 +3,7 @@
 #include "primitives/bessel/airy_functions.hpp"
 #include "primitives/bessel/sequences.hpp"
 #include "service/export.hpp"
-#include "service/interface/arguments.hpp"
+#include "service/interface/integers.hpp"
 
 using namespace nxl;
 using namespace nxl::bessel;

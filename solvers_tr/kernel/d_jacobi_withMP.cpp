@@ -1,12 +1,11 @@
 // Both forms of the numeric Jacobian. Dennis and Schnabel, Numerical Methods for Unconstrained Optimization (1983),
 // section 5.4, here with a step relative to the component of x where that is above eps, and eps itself elsewhere.
 #include "solvers_tr/kernel/d_jacobi_withMP.hpp"
-#include "blas/kernel/default_em64t/level1/slots.hpp"
-#include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
+#include "blas/calls.hpp"
+#include "service/handle_memory.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
 #include "service/threads.hpp"
-#include "solvers_tr/kernel/handle_memory.hpp"
 #include "solvers_tr/kernel/status.hpp"
 #include <cmath>
 
@@ -40,11 +39,9 @@ struct Difference {
 
 /// column := (f1 - f2) / divisor. f1 is used up.
 void finish_column(i64 m, double divisor, double* f1, const double* f2, double* column) {
-    const i64 one = 1;
-    const double minus_one = -1.0;
-    nxl_blas_daxpy(&m, &minus_one, f2, &one, f1, &one);
-    dscal_slot(m, 1.0 / divisor, f1, one);
-    dcopy_slot(m, f1, one, column, one);
+    axpy(m, -1.0, f2, 1, f1, 1);
+    scal(m, 1.0 / divisor, f1, 1);
+    copy(m, f1, 1, column, 1);
 }
 
 int ask_forward(JacobiRecord& record) {
@@ -108,7 +105,7 @@ int DJAC_F_OMP(const Columns& columns, const double* x, int threads) {
     const i64 m = columns.m, n = columns.n;
     const Scratch<double> f1(threads * m), f2(threads * m), points(threads * n);
     if (!f1.data() || !f2.data() || !points.data()) return out_of_memory;
-    for (int slice = 0; slice < threads; ++slice) dcopy_slot(n, x, 1, points.data() + slice * n, 1);
+    for (int slice = 0; slice < threads; ++slice) copy(n, x, 1, points.data() + slice * n, 1);
     parallel_blocks(threads, std::min(threads, columns.n), [&](int slice) {
         for (i64 column = slice; column < n; column += threads)
             columns.compute(static_cast<int>(column), points.data() + slice * n, f1.data() + slice * m,

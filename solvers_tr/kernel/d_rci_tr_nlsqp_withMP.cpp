@@ -1,12 +1,11 @@
 // The trust-region method for nonlinear least squares: J is asked for at accepted points only, the radius follows the
 // ratio of the actual to the predicted reduction. Dennis and Schnabel (1983), sections 6.4 and 10.3; More (1978).
 #include "solvers_tr/kernel/d_rci_tr_nlsqp_withMP.hpp"
-#include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
-#include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
+#include "blas/calls.hpp"
+#include "service/handle_memory.hpp"
 #include "service/threads.hpp"
 #include "solvers_tr/kernel/d_tr_trialstep_nlsqp_withMP.hpp"
 #include "solvers_tr/kernel/d_tr_trialstep_utils.hpp"
-#include "solvers_tr/kernel/handle_memory.hpp"
 #include "solvers_tr/kernel/status.hpp"
 #include <cmath>
 #include <limits>
@@ -21,7 +20,6 @@ constexpr double largest_radius = std::numeric_limits<double>::max();
 constexpr double default_scale = 100.0; // of the first radius
 constexpr int default_trial_limit = 10;
 constexpr int eps_count = 6;
-constexpr i64 one = 1;
 
 enum Phase : int { no_residual = 0, first_residual = 1, trial_residual = 2 };
 
@@ -275,13 +273,12 @@ void NlsqLeg::try_step() const {
     if (run_.first_pass != 0) run_.radius = std::min(run_.radius, run_.step_norm);
     if (stop_at_small_step()) return;
     const i64 m = run_.m, n = run_.n;
-    const double unity = 1.0, zero = 0.0;
-    nxl_blas_dgemv("N", &m, &n, &unity, fjac_, &m, run_.step, &one, &zero, run_.model, &one);
+    gemv('N', m, n, 1.0, fjac_, m, run_.step, 1, 0.0, run_.model, 1);
     run_.model_norm = norm(m, run_.model);
     if (stop_when_nothing_is_predicted()) return;
-    dcopy_slot(n, run_.x, one, run_.saved_x(), one);
-    nxl_blas_daxpy(&n, &unity, run_.step, &one, run_.x, &one);
-    dcopy_slot(m, fvec_, one, run_.saved_residual, one);
+    copy(n, run_.x, 1, run_.saved_x(), 1);
+    axpy(n, 1.0, run_.step, 1, run_.x, 1);
+    copy(m, fvec_, 1, run_.saved_residual, 1);
     run_.phase = trial_residual;
     ask(evaluate_residual);
 }
@@ -299,8 +296,8 @@ void NlsqLeg::trial_residual_ready() const {
         run_.reported_iterations = ++run_.iterations;
     } else {
         run_.ratio = rejected;
-        dcopy_slot(run_.n, run_.saved_x(), one, run_.x, one);
-        dcopy_slot(run_.m, run_.saved_residual, one, fvec_, one);
+        copy(run_.n, run_.saved_x(), 1, run_.x, 1);
+        copy(run_.m, run_.saved_residual, 1, fvec_, 1);
     }
     run_.first_pass = 0;
     request_ = go_on;

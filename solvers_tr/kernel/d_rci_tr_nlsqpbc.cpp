@@ -2,11 +2,9 @@
 // minimises |F + J s|^2, or that + s.Ss, over |z(j)| <= radius and lw <= x + s <= up: both are boxes, and so is what
 // they share. Conn, Gould and Toint, SIAM J. Numer. Anal. 25 (1988), and Trust-Region Methods (2000), chapter 12.
 #include "solvers_tr/kernel/d_rci_tr_nlsqpbc.hpp"
-#include "blas/kernel/default_em64t/level1/slots.hpp"
-#include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
-#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "blas/calls.hpp"
+#include "service/handle_memory.hpp"
 #include "solvers_tr/kernel/d_tr_boxed_step.hpp"
-#include "solvers_tr/kernel/handle_memory.hpp"
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -25,7 +23,6 @@ constexpr double least_cosine = 1e-8;  // between step and change of gradient, b
 constexpr double coarsest_precision = 0.1;
 constexpr double largest = std::numeric_limits<double>::max();
 constexpr double largest_radius = 0.25 * largest; // the width of a box remains a number
-constexpr i64 unit_stride = 1;
 
 enum Request : int { go_on = 0, residual = 1, jacobian = 2, caller_stops = -1, caller_stops_too = -2 };
 
@@ -43,8 +40,8 @@ enum StopCode : int {
 /// What the caller has been asked for.
 enum class Stage : int { start, start_residual, new_jacobian, idle, trial_residual };
 
-double norm(i64 n, const double* v) { return dnrm2_slot(n, v, unit_stride); }
-double dot(i64 n, const double* x, const double* y) { return nxl_blas_ddot(&n, x, &unit_stride, y, &unit_stride); }
+double norm(i64 n, const double* v) { return nrm2(n, v, 1); }
+double dot(i64 n, const double* x, const double* y) { return nxl::dot(n, x, 1, y, 1); }
 
 /// n doubles each, in one block.
 enum Column : int {
@@ -245,9 +242,8 @@ int BoxedRun::jacobian_known(const double* fjac) {
 }
 
 void BoxedRun::take_jacobian(const double* fjac) {
-    const double one = 1.0, zero = 0.0;
-    nxl_blas_dsyrk("L", "T", &n_, &m_, &one, fjac, &m_, &zero, hessian_, &n_);
-    nxl_blas_dgemv("T", &m_, &n_, &one, fjac, &m_, residual_, &unit_stride, &zero, column(gradient), &unit_stride);
+    nxl_blas_dsyrk('L', 'T', n_, m_, 1.0, fjac, m_, 0.0, hessian_, n_);
+    gemv('T', m_, n_, 1.0, fjac, m_, residual_, 1, 0.0, column(gradient), 1);
     for (i64 j = 0; j < n_; ++j) column(column_norm)[j] = norm(m_, fjac + j * m_);
 }
 
@@ -260,8 +256,7 @@ bool BoxedRun::is_finite() const {
 
 /// What the update of S needs of the point that is left.
 void BoxedRun::keep_for_update(const double* fvec, const double* fjac) const {
-    const double one = 1.0, zero = 0.0;
-    nxl_blas_dgemv("T", &m_, &n_, &one, fjac, &m_, fvec, &unit_stride, &zero, column(carried), &unit_stride);
+    gemv('T', m_, n_, 1.0, fjac, m_, fvec, 1, 0.0, column(carried), 1);
     for (i64 j = 0; j < n_; ++j) {
         column(old_gradient)[j] = column(gradient)[j] * weight(j);
         column(step)[j] = problem_.x[j] - column(point)[j];
@@ -274,7 +269,6 @@ void BoxedRun::keep_for_update(const double* fvec, const double* fjac) const {
 ///     S := S + (v y^T + y v^T) / y.s - (v.s) y y^T / (y.s)^2
 /// Dennis, Gay and Welsch, ACM TOMS 7 (1981).
 void BoxedRun::update_second() const {
-    const double one = 1.0, zero = 0.0;
     const double *s = column(step), *g = column(gradient);
     double *u = column(carried), *y = column(old_gradient), *product = column(curve);
     for (i64 j = 0; j < n_; ++j) {
@@ -283,7 +277,7 @@ void BoxedRun::update_second() const {
     }
     const double ys = dot(n_, y, s);
     if (!(ys > least_cosine * norm(n_, y) * norm(n_, s))) return;
-    nxl_blas_dgemv("N", &n_, &n_, &one, second_, &n_, s, &unit_stride, &zero, product, &unit_stride);
+    gemv('N', n_, n_, 1.0, second_, n_, s, 1, 0.0, product, 1);
     const double along = std::fabs(dot(n_, s, product)), wanted = std::fabs(dot(n_, s, u));
     const double size = wanted < along ? wanted / along : 1.0;
     for (i64 j = 0; j < n_; ++j) u[j] = (u[j] - size * product[j]) / ys; // v / y.s
@@ -302,10 +296,9 @@ void BoxedRun::update_second() const {
 void BoxedRun::choose_model(double trial_norm) {
     const double change = counted_change(trial_norm);
     if (!std::isfinite(change)) return;
-    const double one = 1.0, zero = 0.0;
     double *s = column(move), *product = column(curve);
     for (i64 j = 0; j < n_; ++j) s[j] = counted(problem_.x[j] - column(point)[j]);
-    nxl_blas_dgemv("N", &n_, &n_, &one, second_, &n_, s, &unit_stride, &zero, product, &unit_stride);
+    gemv('N', n_, n_, 1.0, second_, n_, s, 1, 0.0, product, 1);
     const double part = 0.5 * dot(n_, s, product);
     const double without = uses_second_ ? model_ - part : model_;
     uses_second_ = std::fabs(without + part - change) < std::fabs(without - change);

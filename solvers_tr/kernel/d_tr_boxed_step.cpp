@@ -2,9 +2,8 @@
 // the face that it finds: Moré and Toraldo, SIAM J. Optim. 1 (1991). With the free variables of Bertsekas, SIAM J.
 // Control Optim. 20 (1982), every Newton step descends.
 #include "solvers_tr/kernel/d_tr_boxed_step.hpp"
-#include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
-#include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
-#include "lapack/kernel/source/cholesky.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/cholesky/cholesky.hpp"
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -12,7 +11,6 @@
 namespace nxl::tr {
 namespace {
 
-constexpr i64 unit_stride = 1;
 constexpr double realised_part = 0.01; // of the slope's promise, which a search asks of a move
 constexpr int most_halvings = 50;
 constexpr double first_shift = 1e-15; // on a diagonal of at most 1: about the rounding of a Cholesky factorisation
@@ -25,15 +23,11 @@ class BoxedStep {
     double* const z_;
     double value_ = 0.0; // q(z)
 
-    double dot(const double* x, const double* y) const {
-        return nxl_blas_ddot(&model_.n, x, &unit_stride, y, &unit_stride);
-    }
+    double dot(const double* x, const double* y) const { return nxl::dot(model_.n, x, 1, y, 1); }
 
     /// curve = H v
     void multiply(const double* v) const {
-        const double one = 1.0, zero = 0.0;
-        nxl_blas_dgemv("N", &model_.n, &model_.n, &one, model_.hessian, &model_.n, v, &unit_stride, &zero, work_.curve,
-                       &unit_stride);
+        gemv('N', model_.n, model_.n, 1.0, model_.hessian, model_.n, v, 1, 0.0, work_.curve, 1);
     }
 
     /// On a bound, and q does not fall on its inner side.
@@ -124,7 +118,7 @@ bool BoxedStep::factor(i64 count, double shift) const {
         packed[c] += shift;
     }
     i64 info = 0;
-    nxl_lapack_dpotrf("L", &count, work_.factor, &count, &info, 1);
+    nxl_lapack_dpotrf('L', count, work_.factor, count, info, 1);
     return info == 0;
 }
 
@@ -139,9 +133,8 @@ void BoxedStep::newton_step() {
         if (shift > last_shift) return;
     }
     for (i64 k = 0; k < count; ++k) work_.move[k] = -work_.slope[work_.free[k]];
-    const i64 one = 1;
     i64 info = 0;
-    nxl_lapack_dpotrs("L", &count, &one, work_.factor, &count, work_.move, &count, &info, 1);
+    nxl_lapack_dpotrs('L', count, 1, work_.factor, count, work_.move, count, info, 1);
     std::fill_n(work_.direction, model_.n, 0.0);
     for (i64 k = 0; k < count; ++k) {
         if (!std::isfinite(work_.move[k])) return;

@@ -2,10 +2,9 @@
 // each. More and Sorensen, Computing a trust region step, SIAM J. Sci. Stat. Comput. 4 (1983). The length is met within
 // 1 %.
 #include "solvers_tr/kernel/d_tr_trialstep_nlsqp_withMP.hpp"
-#include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
-#include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
-#include "lapack/kernel/source/cholesky.hpp"
-#include "lapack/kernel/source/triangular.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/cholesky/cholesky.hpp"
+#include "lapack/kernel/source/triangular/triangular.hpp"
 #include "solvers_tr/kernel/d_tr_trialstep_utils.hpp"
 #include <cmath>
 #include <limits>
@@ -15,7 +14,6 @@ namespace {
 
 constexpr double length_tolerance = 0.01;
 constexpr double first_shift = 1e-16; // of a matrix that is not positive definite; it grows by tens
-constexpr i64 one = 1;
 
 class TrialStep {
     const TrialProblem& problem_;
@@ -55,10 +53,9 @@ int TrialStep::run(int limit, int& iterations) const {
 void TrialStep::form_normal_equations() const {
     const double* jacobian = problem_.jacobian;
     const i64 m = problem_.m;
-    const double unity = 1.0, zero = 0.0;
-    nxl_blas_dgemm("T", "N", &n_, &n_, &m, &unity, jacobian, &m, jacobian, &m, &zero, problem_.h, &n_);
-    nxl_blas_dgemv("T", &m, &n_, &unity, jacobian, &m, problem_.residual, &one, &zero, descent(), &one);
-    dscal_slot(n_, -1.0, descent(), one);
+    nxl_blas_dgemm('T', 'N', n_, n_, m, 1.0, jacobian, m, jacobian, m, 0.0, problem_.h, n_);
+    gemv('T', m, n_, 1.0, jacobian, m, problem_.residual, 1, 0.0, descent(), 1);
+    scal(n_, -1.0, descent(), 1);
 }
 
 /// Off the diagonal J^T J is bounded by its diagonal.
@@ -71,15 +68,15 @@ bool TrialStep::is_finite() const {
 bool TrialStep::factorise() const {
     i64 info = 0;
     copy_lower(n_, problem_.h, problem_.factor, problem_.threads);
-    nxl_lapack_dpotrf("L", &n_, problem_.factor, &n_, &info, 1);
+    nxl_lapack_dpotrf('L', n_, problem_.factor, n_, info, 1);
     return info == 0;
 }
 
 /// The step of the present shift; returns its length.
 double TrialStep::solve() const {
     i64 info = 0;
-    dcopy_slot(n_, descent(), one, step(), one);
-    nxl_lapack_dpotrs("L", &n_, &one, problem_.factor, &n_, step(), &n_, &info, 1);
+    copy(n_, descent(), 1, step(), 1);
+    nxl_lapack_dpotrs('L', n_, 1, problem_.factor, n_, step(), n_, info, 1);
     return norm(n_, step());
 }
 
@@ -92,7 +89,7 @@ void TrialStep::replace_shift(double by) const {
 int TrialStep::definite() const {
     const double length = solve();
     if (std::fabs(length - radius_) < radius_ * length_tolerance) {
-        dscal_slot(n_, radius_ / length, step(), one);
+        scal(n_, radius_ / length, step(), 1);
         return on_boundary;
     }
     if (length < radius_ && shift_ == 0.0) return inside;
@@ -118,7 +115,7 @@ int TrialStep::newton_on_shift(double length) const {
     double* w = problem_.work[1];
     i64 info = 0;
     for (i64 j = 0; j < n_; ++j) w[j] = step()[j] / length;
-    nxl_lapack_dtrtrs("L", "N", "N", &n_, &one, problem_.factor, &n_, w, &n_, &info, 1, 1, 1);
+    nxl_lapack_dtrtrs('L', 'N', 'N', n_, 1, problem_.factor, n_, w, n_, info, 1, 1, 1);
     if (info < 0) return static_cast<int>(info);
     const double w_length = norm(n_, w);
     if (w_length == 0.0) return on_boundary;

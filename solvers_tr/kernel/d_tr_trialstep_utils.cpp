@@ -1,7 +1,7 @@
 // Column loops and the hard case of the trust-region step.
 #include "solvers_tr/kernel/d_tr_trialstep_utils.hpp"
-#include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
-#include "lapack/kernel/source/triangular.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/triangular/triangular.hpp"
 #include "service/parallel.hpp"
 #include <cmath>
 
@@ -45,10 +45,9 @@ void equilibrate(i64 n, double* factor, double* u, double* v) {
 
 /// The root of |s + tau v| = radius that counts: the smaller one.
 double boundary_distance(i64 n, double radius, const double* s, const double* v) {
-    const i64 one = 1;
-    const double a = nxl_blas_ddot(&n, s, &one, v, &one);
-    const double b = nxl_blas_ddot(&n, s, &one, s, &one);
-    const double c = nxl_blas_ddot(&n, v, &one, v, &one);
+    const double a = dot(n, s, 1, v, 1);
+    const double b = dot(n, s, 1, s, 1);
+    const double c = dot(n, v, 1, v, 1);
     const double root = std::sqrt(4.0 * a * a - 4.0 * c * (b - radius * radius));
     return std::min((-2.0 * a - root) / (2.0 * c), (root - 2.0 * a) / (2.0 * c));
 }
@@ -60,7 +59,7 @@ void column_norms(i64 m, i64 n, const double* a, double* norms, int threads) {
 }
 
 void copy_lower(i64 n, const double* h, double* copy, int threads) {
-    for_each_column(n, n / 2, threads, [=](i64 j) { dcopy_slot(n - j, h + j + j * n, 1, copy + j + j * n, 1); });
+    for_each_column(n, n / 2, threads, [=](i64 j) { nxl::copy(n - j, h + j + j * n, 1, copy + j + j * n, 1); });
 }
 
 void ADD_TO_DIAGONAL(i64 n, double value, double* h, int threads) {
@@ -71,9 +70,8 @@ int step_in_hard_case(i64 n, double radius, double* factor, double* s, double* u
     constexpr double tolerance = 0.02;
     choose_signs(n, factor, u);
     equilibrate(n, factor, u, v);
-    const i64 one = 1;
     i64 info = 0;
-    nxl_lapack_dtrtrs("L", "T", "N", &n, &one, factor, &n, u, &n, &info, 1, 1, 1);
+    nxl_lapack_dtrtrs('L', 'T', 'N', n, 1, factor, n, u, n, info, 1, 1, 1);
     if (info < 0) return static_cast<int>(info);
     for (i64 j = 0; j < n; ++j) u[j] /= v[j];
     const double length = norm(n, u);
@@ -81,7 +79,7 @@ int step_in_hard_case(i64 n, double radius, double* factor, double* s, double* u
     const double tau = boundary_distance(n, radius, s, v);
     for (i64 j = 0; j < n; ++j) v[j] = s[j] + tau * v[j];
     if (!(std::fabs(norm(n, v) - radius) < radius * tolerance)) return undecided;
-    dcopy_slot(n, v, one, s, one);
+    copy(n, v, 1, s, 1);
     return hard_case;
 }
 

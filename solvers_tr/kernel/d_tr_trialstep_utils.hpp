@@ -1,7 +1,7 @@
 // Parts of the trust-region step: loops over columns, which take threads where that pays and give the same bits on any
 // number of them, and the step to the boundary in the hard case.
 #pragma once
-#include "blas/kernel/default_em64t/level1/slots.hpp"
+#include "blas/calls.hpp"
 #include "service/types.hpp"
 
 namespace nxl::tr {
@@ -17,7 +17,7 @@ enum TrialStatus : int {
     no_number = -2   ///< J^T J, J^T F or the step is not finite
 };
 
-inline double norm(i64 n, const double* x) { return dnrm2_slot(n, x, 1); }
+inline double norm(i64 n, const double* x) { return nrm2(n, x, 1); }
 
 /// norms(j) = |A(:,j)|, for A of m by n without padding.
 void column_norms(i64 m, i64 n, const double* a, double* norms, int threads);

@@ -80,7 +80,7 @@ TEST(GemmValues, NanStaysInItsRowAndColumn) { // padding and unused lanes must n
         std::vector<double> a = random_matrix(order, order, 1), b(a.size(), 0.0), c(a.size());
         a[at(bad_row, 1, order)] = std::nan("");
         b[at(2, bad_column, order)] = std::numeric_limits<double>::infinity();
-        nxl_blas_dgemm("N", "N", &size, &size, &size, &one, a.data(), &size, b.data(), &size, &zero, c.data(), &size);
+        nxl_blas_dgemm('N', 'N', size, size, size, one, a.data(), size, b.data(), size, zero, c.data(), size);
         for (int j = 0; j < order; ++j)
             for (int i = 0; i < order; ++i)
                 ASSERT_EQ(std::isfinite(c[at(i, j, order)]), i != bad_row && j != bad_column)

@@ -17,10 +17,10 @@ namespace {
 using nxl_test::IntegerMatrix;
 
 void driver(const GemmCall<double>& p) {
-    nxl_blas_dgemm(&p.transa, &p.transb, &p.m, &p.n, &p.k, &p.alpha, p.a, &p.lda, p.b, &p.ldb, &p.beta, p.c, &p.ldc);
+    nxl_blas_dgemm(p.transa, p.transb, p.m, p.n, p.k, p.alpha, p.a, p.lda, p.b, p.ldb, p.beta, p.c, p.ldc);
 }
 void driver(const GemmCall<zcomplex>& p) {
-    nxl_blas_zgemm(&p.transa, &p.transb, &p.m, &p.n, &p.k, &p.alpha, p.a, &p.lda, p.b, &p.ldb, &p.beta, p.c, &p.ldc);
+    nxl_blas_zgemm(p.transa, p.transb, p.m, p.n, p.k, p.alpha, p.a, p.lda, p.b, p.ldb, p.beta, p.c, p.ldc);
 }
 
 template <class T> struct Strategy {

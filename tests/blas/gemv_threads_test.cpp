@@ -1,6 +1,6 @@
 // The thread decision of the matrix-vector product as a pure function, and dgemv and zgemv over threads on class 3.
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
-#include "blas/kernel/default_em64t/level2/slots.hpp"
+#include "service/kernel_slot.hpp"
 #include "service/threads.hpp"
 #include "tests/support/guarded_matrix.hpp"
 #include <gtest/gtest.h>
@@ -82,12 +82,12 @@ TEST(GemvDecision, BothSidesOfEveryThreshold) {
 template <class T> struct Routine;
 template <> struct Routine<double> {
     static constexpr auto driver = nxl_blas_dgemv;
-    static constexpr auto& slot = dgemv_slot;
+    static constexpr auto& kernel = slot<&KernelTable::dgemv>;
     static constexpr auto& limits = dgemv_limits;
 };
 template <> struct Routine<zcomplex> {
     static constexpr auto driver = nxl_blas_zgemv;
-    static constexpr auto& slot = zgemv_slot;
+    static constexpr auto& kernel = slot<&KernelTable::zgemv>;
     static constexpr auto& limits = zgemv_limits;
 };
 
@@ -108,14 +108,14 @@ template <class T>
 void run_blocks(int threads, char trans, i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T beta, T* y,
                 i64 incy) {
     const GemvPlan plan = plan_gemv(Routine<T>::limits, trans, m, n, CpuClass::mc3, threads);
-    if (plan.split == none) return Routine<T>::slot(trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+    if (plan.split == none) return Routine<T>::kernel(trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
     const i64 total = plan.split == rows ? m : n;
     for (i64 k = 0; k < total; k += plan.block) {
         const i64 length = k / plan.block >= threads - 1 ? total - k : plan.block;
         // Element k of a reversed vector stands length elements before the end of what is left.
         T* part = incy < 0 ? y - (total - k - length) * incy : y + k * incy;
-        if (plan.split == rows) Routine<T>::slot(trans, length, n, alpha, a + k, lda, x, incx, beta, part, incy);
-        else Routine<T>::slot(trans, m, length, alpha, a + k * lda, lda, x, incx, beta, part, incy);
+        if (plan.split == rows) Routine<T>::kernel(trans, length, n, alpha, a + k, lda, x, incx, beta, part, incy);
+        else Routine<T>::kernel(trans, m, length, alpha, a + k * lda, lda, x, incx, beta, part, incy);
         if (length != plan.block) break;
     }
 }
@@ -134,7 +134,7 @@ TYPED_TEST(GemvThreads, EveryBlockIsComputedOnceWhateverTheTeam) {
                     std::vector<T> want = y.original();
                     run_blocks(threads, trans, m, n, alpha, a.data(), lda, x.data(), incx, beta, want.data(), incy);
                     set_num_threads(threads);
-                    Routine<T>::driver(&trans, &m, &n, &alpha, a.data(), &lda, x.data(), &incx, &beta, y.data(), &incy);
+                    Routine<T>::driver(trans, m, n, alpha, a.data(), lda, x.data(), incx, beta, y.data(), incy);
                     ASSERT_EQ(std::memcmp(y.data(), want.data(), want.size() * sizeof(T)), 0)
                         << trans << " " << m << " by " << n << " incy " << incy << " on " << threads;
                 }
@@ -151,10 +151,10 @@ TYPED_TEST(GemvThreads, ASmallerTeamGivesTheSameBits) {
     set_num_threads(5);
     for (const char trans : {'N', 'T'}) {
         std::vector<T> outside = y.original(), inside = y.original();
-        Routine<T>::driver(&trans, &m, &n, &alpha, a.data(), &m, x.data(), &one, &beta, outside.data(), &one);
+        Routine<T>::driver(trans, m, n, alpha, a.data(), m, x.data(), one, beta, outside.data(), one);
 #pragma omp parallel num_threads(2)
 #pragma omp single
-        Routine<T>::driver(&trans, &m, &n, &alpha, a.data(), &m, x.data(), &one, &beta, inside.data(), &one);
+        Routine<T>::driver(trans, m, n, alpha, a.data(), m, x.data(), one, beta, inside.data(), one);
         EXPECT_EQ(std::memcmp(outside.data(), inside.data(), outside.size() * sizeof(T)), 0) << trans;
     }
 }

@@ -135,7 +135,7 @@ TEST(Trsm, ComplexDiagonalsWhoseSquaresLeaveTheRange) {
             for (std::size_t i = 0; i < 4; ++i) a[5 * i] = diagonal[i];
             for (std::size_t i = 0; i < b.size(); ++i)
                 b[i] = trans == 'C' ? std::conj(diagonal[i % 4]) : diagonal[i % 4];
-            nxl_blas_ztrsm("L", "U", &trans, "N", &order, &count, &alpha, a.data(), &order, b.data(), &order);
+            nxl_blas_ztrsm('L', 'U', trans, 'N', order, count, alpha, a.data(), order, b.data(), order);
             for (const zcomplex& x : b)
                 EXPECT_LE(std::abs(x - 1.0), 8 * std::numeric_limits<double>::epsilon()) << trans << ' ' << x;
         }
@@ -148,7 +148,7 @@ TEST(Trsm, FewRightHandSidesAreDividedByTheDiagonal) { // whose reciprocals leav
     for (const i64 count : {1, 2, 8}) {
         std::vector<double> b(static_cast<std::size_t>(order * count));
         for (std::size_t i = 0; i < b.size(); ++i) b[i] = a[i % 3 * 4];
-        nxl_blas_dtrsm("L", "L", "N", "N", &order, &count, &alpha, a.data(), &order, b.data(), &order);
+        nxl_blas_dtrsm('L', 'L', 'N', 'N', order, count, alpha, a.data(), order, b.data(), order);
         EXPECT_EQ(b, std::vector<double>(b.size(), 1.0)) << count;
     }
 }
@@ -164,8 +164,7 @@ TEST(Trsm, SingularAndInfiniteTrianglesReturn) { // nothing is promised of the v
                         std::vector<double> a(size * size, 0.25 / static_cast<double>(order)), b(size * size, 1.0);
                         for (std::size_t i = 0; i < size; ++i) a[i * (size + 1)] = 2.0;
                         a[size / 2 * (size + 1)] = odd;
-                        nxl_blas_dtrsm(&side, &uplo, &trans, "N", &order, &order, &alpha, a.data(), &order, b.data(),
-                                       &order);
+                        nxl_blas_dtrsm(side, uplo, trans, 'N', order, order, alpha, a.data(), order, b.data(), order);
                         const bool finite = std::all_of(b.begin(), b.end(), [](double v) { return std::isfinite(v); });
                         EXPECT_EQ(finite, std::isinf(odd)) << side << uplo << trans << ' ' << odd << " order " << order;
                     }

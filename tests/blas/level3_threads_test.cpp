@@ -97,8 +97,8 @@ template <class T> void test_symm(char side, char uplo, bool hermitian, i64 m, i
         IntegerMatrix<T> c = before;
         if constexpr (sizeof(T) > sizeof(double)) {
             const auto routine = hermitian ? nxl_blas_zhemm : nxl_blas_zsymm;
-            routine(&side, &uplo, &m, &n, &alpha, a.data(), &lda, b.data(), &ldb, &beta, c.data(), &ldc);
-        } else nxl_blas_dsymm(&side, &uplo, &m, &n, &alpha, a.data(), &lda, b.data(), &ldb, &beta, c.data(), &ldc);
+            routine(side, uplo, m, n, alpha, a.data(), lda, b.data(), ldb, beta, c.data(), ldc);
+        } else nxl_blas_dsymm(side, uplo, m, n, alpha, a.data(), lda, b.data(), ldb, beta, c.data(), ldc);
         EXPECT_TRUE(c.agrees_with(want)) << side << uplo << ' ' << m << " x " << n << " on " << threads;
     }
 }
@@ -136,14 +136,13 @@ template <class T> struct Update {
         const double real_alpha = -2.0, real_beta = 3.0;
         if constexpr (sizeof(T) > sizeof(double)) {
             if (hermitian && twice)
-                return nxl_blas_zher2k(&uplo, &trans, &n, &k, &scale_a, a.data(), &lda, b.data(), &ldb, &real_beta,
-                                       c.data(), &ldc);
+                return nxl_blas_zher2k(uplo, trans, n, k, scale_a, a.data(), lda, b.data(), ldb, real_beta, c.data(),
+                                       ldc);
             if (hermitian)
-                return nxl_blas_zherk(&uplo, &trans, &n, &k, &real_alpha, a.data(), &lda, &real_beta, c.data(), &ldc);
+                return nxl_blas_zherk(uplo, trans, n, k, real_alpha, a.data(), lda, real_beta, c.data(), ldc);
         }
-        if (twice)
-            Routines<T>::syr2k(&uplo, &trans, &n, &k, &scale_a, a.data(), &lda, b.data(), &ldb, &beta, c.data(), &ldc);
-        else Routines<T>::syrk(&uplo, &trans, &n, &k, &scale_a, a.data(), &lda, &beta, c.data(), &ldc);
+        if (twice) Routines<T>::syr2k(uplo, trans, n, k, scale_a, a.data(), lda, b.data(), ldb, beta, c.data(), ldc);
+        else Routines<T>::syrk(uplo, trans, n, k, scale_a, a.data(), lda, beta, c.data(), ldc);
     }
 };
 
@@ -222,11 +221,11 @@ template <class T> void test_triangular(char side, char uplo, char trans, char d
         };
         set_num_threads(threads);
         IntegerMatrix<T> b = before;
-        Routines<T>::trmm(&side, &uplo, &trans, &diag, &m, &n, &alpha, a.data(), &lda, b.data(), &ldb);
+        Routines<T>::trmm(side, uplo, trans, diag, m, n, alpha, a.data(), lda, b.data(), ldb);
         EXPECT_LT(largest_difference(b, want_product), 1e-12) << text();
         EXPECT_TRUE(b.margin_untouched()) << text();
         b = before;
-        Routines<T>::trsm(&side, &uplo, &trans, &diag, &m, &n, &alpha, a.data(), &lda, b.data(), &ldb);
+        Routines<T>::trsm(side, uplo, trans, diag, m, n, alpha, a.data(), lda, b.data(), ldb);
         EXPECT_LT(largest_difference(times_triangle(b, T{0.5}), before), 1e-12) << text();
         EXPECT_TRUE(b.margin_untouched()) << text();
     }
@@ -249,17 +248,17 @@ TYPED_TEST(Level3Threads, NothingToDoTouchesNothing) {
     const IntegerMatrix<T> before = b;
     const T alpha{2.0}, one{1.0};
     const i64 none = 0, n = 40, k = 1000000, ld = b.ld();
-    for (const char* side : {"L", "R"}) {
-        for (const auto& [rows, columns] : {std::pair{&none, &n}, {&n, &none}}) {
-            Routines<T>::trsm(side, "L", "N", "N", rows, columns, &alpha, nullptr, &ld, b.data(), &ld);
-            Routines<T>::trmm(side, "L", "N", "N", rows, columns, &alpha, nullptr, &ld, b.data(), &ld);
-            Routines<T>::symm(side, "L", rows, columns, &alpha, nullptr, &ld, nullptr, &ld, &one, b.data(), &ld);
+    for (const char side : {'L', 'R'}) {
+        for (const auto& [rows, columns] : {std::pair{none, n}, {n, none}}) {
+            Routines<T>::trsm(side, 'L', 'N', 'N', rows, columns, alpha, nullptr, ld, b.data(), ld);
+            Routines<T>::trmm(side, 'L', 'N', 'N', rows, columns, alpha, nullptr, ld, b.data(), ld);
+            Routines<T>::symm(side, 'L', rows, columns, alpha, nullptr, ld, nullptr, ld, one, b.data(), ld);
         }
     }
     const T zero{};
-    Routines<T>::syrk("L", "N", &n, &k, &zero, nullptr, &ld, &one, b.data(), &ld);
-    Routines<T>::syrk("L", "N", &n, &none, &alpha, nullptr, &ld, &one, b.data(), &ld);
-    Routines<T>::syr2k("L", "N", &none, &k, &alpha, nullptr, &ld, nullptr, &ld, &one, b.data(), &ld);
+    Routines<T>::syrk('L', 'N', n, k, zero, nullptr, ld, one, b.data(), ld);
+    Routines<T>::syrk('L', 'N', n, none, alpha, nullptr, ld, one, b.data(), ld);
+    Routines<T>::syr2k('L', 'N', none, k, alpha, nullptr, ld, nullptr, ld, one, b.data(), ld);
     EXPECT_TRUE(b == before);
 }
 

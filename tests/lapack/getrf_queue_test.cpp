@@ -1,6 +1,6 @@
 // The task queue of the LU factorisation, played through without threads and without a matrix: virtual threads take
 // turns at random, and every task is checked against what it needs and what it may touch.
-#include "lapack/kernel/source/getrf_queue.hpp"
+#include "lapack/kernel/source/lu/getrf_queue.hpp"
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>

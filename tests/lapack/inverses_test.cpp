@@ -1,7 +1,7 @@
 // Inverses and solutions from LU and Cholesky factors and from triangular matrices, through the entries. CTest runs
 // this program for each processor class and vector width.
-#include "lapack/kernel/source/blas_calls.hpp"
-#include "lapack/kernel/source/cholesky.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/cholesky/cholesky.hpp"
 #include "nxl.h"
 #include "tests/support/captured.hpp"
 #include "tests/support/guarded_matrix.hpp"
@@ -227,7 +227,7 @@ TYPED_TEST(Inverses, ProductsWithTheAdjoint) {
             const Dense<TypeParam> factor = this->seen(shape, a.data());
             const i64 n64 = n, lda64 = shape.ld;
             i64 info = -99;
-            Routines<TypeParam>::lauum(&uplo, &n64, a.data(), &lda64, &info, 1);
+            Routines<TypeParam>::lauum(uplo, n64, a.data(), lda64, info, 1);
             ASSERT_EQ(info, 0);
             const Dense<TypeParam> product = this->whole(shape, a.data());
             const auto wrong =

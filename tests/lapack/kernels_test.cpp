@@ -1,6 +1,6 @@
 // The unblocked kernels of LU and Cholesky, called through their slots. CTest runs this program once for each processor
 // class and vector width.
-#include "lapack/kernel/source/slots.hpp"
+#include "service/kernel_slot.hpp"
 #include "service/memory.hpp"
 #include "tests/support/guarded_matrix.hpp"
 #include "tests/support/host_allocator.hpp"
@@ -75,8 +75,8 @@ template <class T> Lu<T> factor(const Dense<T>& a, int slack = 3, Flush flush = 
     std::vector<i64> pivots(static_cast<std::size_t>(steps) + 1, -1); // one more than the kernel may write
     const i64 m64 = m, n64 = n, lda = shape.ld;
     i64 info = -1;
-    if constexpr (is_complex<T>) zgetrf_leaf_slot(m64, n64, memory.data(), lda, pivots.data(), info);
-    else dgetrf_leaf_slot(m64, n64, memory.data(), lda, pivots.data(), info);
+    if constexpr (is_complex<T>) slot<&KernelTable::zgetrf_leaf>(m64, n64, memory.data(), lda, pivots.data(), info);
+    else slot<&KernelTable::dgetrf_leaf>(m64, n64, memory.data(), lda, pivots.data(), info);
     const bool untouched = memory.rest_untouched() && pivots.back() == -1;
     pivots.pop_back();
     Lu<T> result{Dense<T>(m, n), std::move(pivots), info, untouched};
@@ -304,8 +304,11 @@ template <class T> Cholesky<T> factor_triangle(const Dense<T>& a, bool upper, Fl
     const i64 n64 = n, lda = shape.ld;
     i64 info = -1;
     if constexpr (is_complex<T>)
-        upper ? xzpotf2_u_slot(n64, memory.data(), lda, info) : xzpotf2_l_slot(n64, memory.data(), lda, info);
-    else upper ? xdpotf2_u_slot(n64, memory.data(), lda, info) : xdpotf2_l_slot(n64, memory.data(), lda, info);
+        upper ? slot<&KernelTable::xzpotf2_u>(n64, memory.data(), lda, info)
+              : slot<&KernelTable::xzpotf2_l>(n64, memory.data(), lda, info);
+    else
+        upper ? slot<&KernelTable::xdpotf2_u>(n64, memory.data(), lda, info)
+              : slot<&KernelTable::xdpotf2_l>(n64, memory.data(), lda, info);
     Cholesky<T> result{Dense<T>(n, n), info, memory.rest_untouched()};
     for (int j = 0; j < n; ++j)
         for (int i = j; i < n; ++i)

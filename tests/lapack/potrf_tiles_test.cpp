@@ -1,6 +1,6 @@
 // The tile table of the threaded Cholesky factorisation, run by virtual threads in random interleavings: every tile
 // passes every level once and in order, from finished tiles only, in the hands of one task, and the run ends.
-#include "lapack/kernel/source/potrf_tiles.hpp"
+#include "lapack/kernel/source/cholesky/potrf_tiles.hpp"
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>

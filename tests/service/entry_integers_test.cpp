@@ -1,6 +1,6 @@
 // Integers on their way through an entry: widening, narrowing, what goes back, and what a workspace query leaves alone.
 #include "nxl.h"
-#include "service/interface/arguments.hpp"
+#include "service/interface/integers.hpp"
 #include "tests/support/guarded_vector.hpp"
 #include "tests/support/host_allocator.hpp"
 #include <gtest/gtest.h>

@@ -105,12 +105,13 @@ struct LetterArgument {
     char letter;
     LetterArgument(char value) : letter(value) {}
     operator const char*() const { return &letter; }
+    operator const char&() const { return letter; }
 };
 struct IntArgument {
     std::int64_t wide;
     int narrow;
     IntArgument(int value) : wide(value), narrow(value) {}
-    operator const std::int64_t*() const { return &wide; }
+    operator const std::int64_t&() const { return wide; }
     operator const int*() const { return &narrow; }
 };
 template <class T> struct ScalarArgument {
@@ -118,6 +119,12 @@ template <class T> struct ScalarArgument {
     ScalarArgument(T v) : value{v} {}
     /// As T or, for a complex routine that takes a real scalar, its real part.
     template <class S> operator const S*() const { return reinterpret_cast<const S*>(value.data()); }
+    operator const double&() const { return reinterpret_cast<const double*>(value.data())[0]; }
+    operator const zcomplex&() const
+        requires std::is_same_v<T, zcomplex>
+    {
+        return value[0];
+    }
 };
 
 template <class T> struct Arguments {
@@ -220,8 +227,17 @@ inline void report_fault(int) {
     std::signal(SIGSEGV, SIG_DFL); // the access is made again on return and ends the program
 }
 
-/// The type that an argument of the driver layer has in Fortran.
-template <class P> using Fortran = std::conditional_t<std::is_same_v<P, const std::int64_t*>, const int*, P>;
+/// The type that an argument of the driver layer has in Fortran: values are pointers there, and integers 32 bits wide.
+template <class P> struct InFortran {
+    using Type = P;
+};
+template <class P> struct InFortran<const P&> {
+    using Type = const P*;
+};
+template <> struct InFortran<const std::int64_t&> {
+    using Type = const int*;
+};
+template <class P> using Fortran = typename InFortran<P>::Type;
 
 /// One call of the routine, and of its oracle on the same data.
 ///

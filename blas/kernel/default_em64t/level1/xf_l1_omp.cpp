@@ -1,6 +1,6 @@
 // daxpy and ddot over threads; on classes 0 and 1 level 1 never forks. zaxpy and zdotc go straight to their kernels.
 #include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
-#include "blas/kernel/default_em64t/level1/slots.hpp"
+#include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
 #include "service/threads.hpp"
@@ -23,8 +23,8 @@ int threads_of_call(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
 double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* y, i64 incy, double* partial) {
     parallel_blocks(threads, threads, [=](int index) {
         const VectorBlock block = vector_block(n, index, threads);
-        partial[index] =
-            ddot_slot(block.length, block_base(x, n, incx, block), incx, block_base(y, n, incy, block), incy);
+        partial[index] = slot<&KernelTable::ddot>(block.length, block_base(x, n, incx, block), incx,
+                                                  block_base(y, n, incy, block), incy);
     });
     double sum = 0.0;
     for (int index = 0; index < threads; ++index) sum += partial[index];
@@ -38,7 +38,7 @@ double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* 
         return ddot_blocks(threads, n, x, incx, y, incy, partial);
     }
     const Scratch<double> partial(threads, 0);
-    if (!partial.data()) return ddot_slot(n, x, incx, y, incy);
+    if (!partial.data()) return slot<&KernelTable::ddot>(n, x, incx, y, incy);
     return ddot_blocks(threads, n, x, incx, y, incy, partial.data());
 }
 
@@ -46,7 +46,8 @@ double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* 
                                           i64 incy) {
     parallel_blocks(threads, threads, [=](int index) {
         const VectorBlock block = vector_block(n, index, threads);
-        daxpy_slot(block.length, alpha, block_base(x, n, incx, block), incx, block_base(y, n, incy, block), incy);
+        slot<&KernelTable::daxpy>(block.length, alpha, block_base(x, n, incx, block), incx,
+                                  block_base(y, n, incy, block), incy);
     });
 }
 
@@ -73,26 +74,26 @@ VectorBlock vector_block(i64 n, i64 index, i64 count) {
     return {start, last ? std::max(n - index * length, i64{0}) : length};
 }
 
-void nxl_blas_daxpy(const i64* n, const double* alpha, const double* x, const i64* incx, double* y, const i64* incy) {
-    const int threads = threads_of_call(daxpy_gates, *n, *incx, *incy);
-    if (threads < 2) return daxpy_slot(*n, *alpha, x, *incx, y, *incy);
-    daxpy_over_threads(threads, *n, *alpha, x, *incx, y, *incy);
+void nxl_blas_daxpy(const i64& n, const double& alpha, const double* x, const i64& incx, double* y, const i64& incy) {
+    const int threads = threads_of_call(daxpy_gates, n, incx, incy);
+    if (threads < 2) return slot<&KernelTable::daxpy>(n, alpha, x, incx, y, incy);
+    daxpy_over_threads(threads, n, alpha, x, incx, y, incy);
 }
 
-double nxl_blas_ddot(const i64* n, const double* x, const i64* incx, const double* y, const i64* incy) {
-    const int threads = threads_of_call(ddot_gates, *n, *incx, *incy);
-    if (threads < 2) return ddot_slot(*n, x, *incx, y, *incy);
-    return ddot_over_threads(threads, *n, x, *incx, y, *incy);
+double nxl_blas_ddot(const i64& n, const double* x, const i64& incx, const double* y, const i64& incy) {
+    const int threads = threads_of_call(ddot_gates, n, incx, incy);
+    if (threads < 2) return slot<&KernelTable::ddot>(n, x, incx, y, incy);
+    return ddot_over_threads(threads, n, x, incx, y, incy);
 }
 
-void nxl_blas_zaxpy(const i64* n, const zcomplex* alpha, const zcomplex* x, const i64* incx, zcomplex* y,
-                    const i64* incy) {
-    zaxpy_slot(*n, *alpha, x, *incx, y, *incy);
+void nxl_blas_zaxpy(const i64& n, const zcomplex& alpha, const zcomplex* x, const i64& incx, zcomplex* y,
+                    const i64& incy) {
+    slot<&KernelTable::zaxpy>(n, alpha, x, incx, y, incy);
 }
 
-void nxl_blas_zdotc(zcomplex* result, const i64* n, const zcomplex* x, const i64* incx, const zcomplex* y,
-                    const i64* incy) {
-    zdotc_slot(*result, *n, x, *incx, y, *incy);
+void nxl_blas_zdotc(zcomplex& result, const i64& n, const zcomplex* x, const i64& incx, const zcomplex* y,
+                    const i64& incy) {
+    slot<&KernelTable::zdotc>(result, n, x, incx, y, incy);
 }
 
 } // namespace nxl

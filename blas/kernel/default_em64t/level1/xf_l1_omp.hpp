@@ -4,12 +4,12 @@
 
 namespace nxl {
 
-void nxl_blas_daxpy(const i64* n, const double* alpha, const double* x, const i64* incx, double* y, const i64* incy);
-double nxl_blas_ddot(const i64* n, const double* x, const i64* incx, const double* y, const i64* incy);
-void nxl_blas_zaxpy(const i64* n, const zcomplex* alpha, const zcomplex* x, const i64* incx, zcomplex* y,
-                    const i64* incy);
-void nxl_blas_zdotc(zcomplex* result, const i64* n, const zcomplex* x, const i64* incx, const zcomplex* y,
-                    const i64* incy);
+void nxl_blas_daxpy(const i64& n, const double& alpha, const double* x, const i64& incx, double* y, const i64& incy);
+double nxl_blas_ddot(const i64& n, const double* x, const i64& incx, const double* y, const i64& incy);
+void nxl_blas_zaxpy(const i64& n, const zcomplex& alpha, const zcomplex* x, const i64& incx, zcomplex* y,
+                    const i64& incy);
+void nxl_blas_zdotc(zcomplex& result, const i64& n, const zcomplex* x, const i64& incx, const zcomplex* y,
+                    const i64& incy);
 
 /// Vector lengths, in elements, at which a routine's thread count changes.
 struct Level1Gates {

@@ -1,6 +1,6 @@
 // dgemv and zgemv over threads; on classes 0 and 1 level 2 never forks.
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
-#include "blas/kernel/default_em64t/level2/slots.hpp"
+#include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
 #include "service/threads.hpp"
 
@@ -17,9 +17,13 @@ GemvPlan plan_split(GemvSplit split, const WorkLimit& limit, i64 block, i64 othe
     return block * other < least ? GemvPlan{GemvSplit::none, 0} : GemvPlan{split, block};
 }
 
+template <class T> constexpr const GemvLimits& limits_of = dgemv_limits;
+template <> constexpr const GemvLimits& limits_of<zcomplex> = zgemv_limits;
+
 /// One call of the routine; T is double or zcomplex.
-template <class T, class Slot> struct Gemv {
-    Slot& slot;
+template <class T> struct Gemv {
+    static constexpr auto& kernel = slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>();
+
     char trans;
     i64 m, n;
     T alpha;
@@ -31,42 +35,36 @@ template <class T, class Slot> struct Gemv {
     T* y;
     i64 incy;
 
-    void serial() const { slot(trans, m, n, alpha, a, lda, x, incx, beta, y, incy); }
+    void serial() const { kernel(trans, m, n, alpha, a, lda, x, incx, beta, y, incy); }
 
     void over_rows(const GemvPlan& plan, int threads) const {
         parallel_blocks(threads, threads, [&](int index) {
             const VectorBlock rows = gemv_block(plan, m, index, threads);
-            slot(trans, rows.length, n, alpha, a + rows.start, lda, x, incx, beta, block_base(y, m, incy, rows), incy);
+            kernel(trans, rows.length, n, alpha, a + rows.start, lda, x, incx, beta, block_base(y, m, incy, rows),
+                   incy);
         });
     }
 
     void over_columns(const GemvPlan& plan, int threads) const {
         parallel_blocks(threads, threads, [&](int index) {
             const VectorBlock columns = gemv_block(plan, n, index, threads);
-            slot(trans, m, columns.length, alpha, a + columns.start * lda, lda, x, incx, beta,
-                 block_base(y, n, incy, columns), incy);
+            kernel(trans, m, columns.length, alpha, a + columns.start * lda, lda, x, incx, beta,
+                   block_base(y, n, incy, columns), incy);
         });
     }
 
     /// Apart from the small call, which shall pay for nothing but the test of its size.
-    [[gnu::noinline]] void maybe_threaded(const GemvLimits& limits) const {
+    [[gnu::noinline]] void maybe_threaded() const {
         const CpuClass cpu_class = nxl_cpu_class();
         const int threads = cpu_class >= CpuClass::mc ? max_threads(domain_blas) : 1;
-        const GemvPlan plan = plan_gemv(limits, trans, m, n, cpu_class, threads);
+        const GemvPlan plan = plan_gemv(limits_of<T>, trans, m, n, cpu_class, threads);
         switch (plan.split) {
         case GemvSplit::none: return serial();
         case GemvSplit::rows: return over_rows(plan, threads);
         case GemvSplit::columns: return over_columns(plan, threads);
         }
     }
-
-    void run(const GemvLimits& limits) const {
-        if (m < 1 || n < 1) return;
-        if (m < smallest_side && n < smallest_side) return serial();
-        maybe_threaded(limits);
-    }
 };
-template <class T, class Slot, class... Rest> Gemv(Slot&, char, i64, i64, T, Rest...) -> Gemv<T, Slot>;
 
 } // namespace
 
@@ -84,15 +82,15 @@ VectorBlock gemv_block(const GemvPlan& plan, i64 total, i64 index, i64 count) {
     return {start, index == count - 1 ? total - start : plan.block};
 }
 
-void nxl_blas_dgemv(const char* trans, const i64* m, const i64* n, const double* alpha, const double* a, const i64* lda,
-                    const double* x, const i64* incx, const double* beta, double* y, const i64* incy) {
-    Gemv{dgemv_slot, *trans, *m, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy}.run(dgemv_limits);
+template <class T>
+void gemv_driver(const char& trans, const i64& m, const i64& n, const T& alpha, const T* a, const i64& lda, const T* x,
+                 const i64& incx, const T& beta, T* y, const i64& incy) {
+    const Gemv<T> call{trans, m, n, alpha, a, lda, x, incx, beta, y, incy};
+    if (m < 1 || n < 1) return;
+    if (m < smallest_side && n < smallest_side) return call.serial();
+    call.maybe_threaded();
 }
-
-void nxl_blas_zgemv(const char* trans, const i64* m, const i64* n, const zcomplex* alpha, const zcomplex* a,
-                    const i64* lda, const zcomplex* x, const i64* incx, const zcomplex* beta, zcomplex* y,
-                    const i64* incy) {
-    Gemv{zgemv_slot, *trans, *m, *n, *alpha, a, *lda, x, *incx, *beta, y, *incy}.run(zgemv_limits);
-}
+template decltype(gemv_driver<double>) gemv_driver<double>;
+template decltype(gemv_driver<zcomplex>) gemv_driver<zcomplex>;
 
 } // namespace nxl

@@ -4,11 +4,12 @@
 
 namespace nxl {
 
-void nxl_blas_dgemv(const char* trans, const i64* m, const i64* n, const double* alpha, const double* a, const i64* lda,
-                    const double* x, const i64* incx, const double* beta, double* y, const i64* incy);
-void nxl_blas_zgemv(const char* trans, const i64* m, const i64* n, const zcomplex* alpha, const zcomplex* a,
-                    const i64* lda, const zcomplex* x, const i64* incx, const zcomplex* beta, zcomplex* y,
-                    const i64* incy);
+/// y := alpha op(A) x + beta y, over threads where that pays.
+template <class T>
+void gemv_driver(const char& trans, const i64& m, const i64& n, const T& alpha, const T* a, const i64& lda, const T* x,
+                 const i64& incx, const T& beta, T* y, const i64& incy);
+inline constexpr auto nxl_blas_dgemv = gemv_driver<double>;
+inline constexpr auto nxl_blas_zgemv = gemv_driver<zcomplex>;
 
 /// Elements of A that a thread must have to work on, by the length of its block along the split dimension.
 struct WorkLimit {

@@ -67,29 +67,22 @@ template <class T> void gemm_over_threads(int threads, GemmCall<T> call) {
     run_strategy(cpu_class, threads, call);
 }
 
-template <class T> void gemm(const GemmCall<T>& call) {
-    if (call.m < 1 || call.n < 1) return;
-    if (gemm_is_small(call.shape())) return call.run_serial();
-    const int threads = max_threads(domain_blas);
-    if (threads < 2) return call.run_serial();
-    gemm_over_threads(threads, call);
-}
-
 } // namespace
 
 void nxl_blas_dgemm_1d(i64 nt, const GemmCall<double>& call) { split_1d(nt, call); }
 void nxl_blas_zgemm_1d(i64 nt, const GemmCall<zcomplex>& call) { split_1d(nt, call); }
 
-void nxl_blas_dgemm(const char* transa, const char* transb, const i64* m, const i64* n, const i64* k,
-                    const double* alpha, const double* a, const i64* lda, const double* b, const i64* ldb,
-                    const double* beta, double* c, const i64* ldc) {
-    gemm(GemmCall<double>{*transa, *transb, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc});
+template <class T>
+void gemm_driver(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k, const T& alpha,
+                 const T* a, const i64& lda, const T* b, const i64& ldb, const T& beta, T* c, const i64& ldc) {
+    const GemmCall<T> call{transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc};
+    if (m < 1 || n < 1) return;
+    if (gemm_is_small(call.shape())) return call.run_serial();
+    const int threads = max_threads(domain_blas);
+    if (threads < 2) return call.run_serial();
+    gemm_over_threads(threads, call);
 }
-
-void nxl_blas_zgemm(const char* transa, const char* transb, const i64* m, const i64* n, const i64* k,
-                    const zcomplex* alpha, const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb,
-                    const zcomplex* beta, zcomplex* c, const i64* ldc) {
-    gemm(GemmCall<zcomplex>{*transa, *transb, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc});
-}
+template decltype(gemm_driver<double>) gemm_driver<double>;
+template decltype(gemm_driver<zcomplex>) gemm_driver<zcomplex>;
 
 } // namespace nxl

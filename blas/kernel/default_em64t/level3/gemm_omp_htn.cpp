@@ -32,26 +32,31 @@ template <class T> struct PackTask {
 };
 
 void pack_a(const PackTask<double>& t, double alpha) {
-    if (is_not_transposed(t.trans)) xdgemm_copy_an_slot(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
-    else xdgemm_copy_at_slot(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
+    if (is_not_transposed(t.trans))
+        slot<&KernelTable::xdgemm_copy_an>(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
+    else slot<&KernelTable::xdgemm_copy_at>(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
 }
 
 void pack_a(const PackTask<zcomplex>& t, zcomplex alpha) {
-    if (is_not_transposed(t.trans)) xzgemm_copy_an_slot(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
+    if (is_not_transposed(t.trans))
+        slot<&KernelTable::xzgemm_copy_an>(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
     else if (is_transposed_plainly(t.trans))
-        xzgemm_copy_at_slot(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
-    else xzgemm_copy_ac_slot(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
+        slot<&KernelTable::xzgemm_copy_at>(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
+    else slot<&KernelTable::xzgemm_copy_ac>(t.length, t.depth, t.from, t.ld, t.to, t.stride, alpha);
 }
 
 void pack_b(const PackTask<double>& t) {
-    if (is_not_transposed(t.trans)) xdgemm_copy_bn_htn_slot(t.depth, t.length, t.from, t.ld, t.to, t.stride);
-    else xdgemm_copy_bt_htn_slot(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    if (is_not_transposed(t.trans))
+        slot<&KernelTable::xdgemm_copy_bn_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    else slot<&KernelTable::xdgemm_copy_bt_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
 }
 
 void pack_b(const PackTask<zcomplex>& t) {
-    if (is_not_transposed(t.trans)) xzgemm_copy_bn_htn_slot(t.depth, t.length, t.from, t.ld, t.to, t.stride);
-    else if (is_transposed_plainly(t.trans)) xzgemm_copy_bt_htn_slot(t.depth, t.length, t.from, t.ld, t.to, t.stride);
-    else xzgemm_copy_bc_htn_slot(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    if (is_not_transposed(t.trans))
+        slot<&KernelTable::xzgemm_copy_bn_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    else if (is_transposed_plainly(t.trans))
+        slot<&KernelTable::xzgemm_copy_bt_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    else slot<&KernelTable::xzgemm_copy_bc_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
 }
 
 /// The lengths that all slabs share, settled before the region.

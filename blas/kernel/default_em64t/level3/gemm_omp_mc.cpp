@@ -7,20 +7,20 @@ namespace nxl {
 namespace {
 
 struct McPairs {
-    static constexpr auto& blocks = xzgemm_blocks_slot;
-    static constexpr auto& copy_bn = xzgemm_copy_bn_slot;
-    static constexpr auto& copy_bt = xzgemm_copy_bt_slot;
-    static constexpr auto& copy_bc = xzgemm_copy_bc_slot;
-    static constexpr auto& tile_pb = xzgemm_tile_pb_slot;
+    static constexpr auto& blocks = slot<&KernelTable::xzgemm_blocks>;
+    static constexpr auto& copy_bn = slot<&KernelTable::xzgemm_copy_bn>;
+    static constexpr auto& copy_bt = slot<&KernelTable::xzgemm_copy_bt>;
+    static constexpr auto& copy_bc = slot<&KernelTable::xzgemm_copy_bc>;
+    static constexpr auto& tile_pb = slot<&KernelTable::xzgemm_tile_pb>;
     static constexpr i64 row_unit = 2, column_unit = 2, depth_unit = 2, panel = 2;
 };
 
 struct HtnPairs {
-    static constexpr auto& blocks = xzgemm_blocks_htn_slot;
-    static constexpr auto& copy_bn = xzgemm_copy_bn_htn_slot;
-    static constexpr auto& copy_bt = xzgemm_copy_bt_htn_slot;
-    static constexpr auto& copy_bc = xzgemm_copy_bc_htn_slot;
-    static constexpr auto& tile_pb = xzgemm_tile_pb_htn_slot;
+    static constexpr auto& blocks = slot<&KernelTable::xzgemm_blocks_htn>;
+    static constexpr auto& copy_bn = slot<&KernelTable::xzgemm_copy_bn_htn>;
+    static constexpr auto& copy_bt = slot<&KernelTable::xzgemm_copy_bt_htn>;
+    static constexpr auto& copy_bc = slot<&KernelTable::xzgemm_copy_bc_htn>;
+    static constexpr auto& tile_pb = slot<&KernelTable::xzgemm_tile_pb_htn>;
     static constexpr i64 row_unit = 2, column_unit = 2, depth_unit = 4, panel = 2;
 };
 
@@ -44,14 +44,15 @@ class SharedPanel {
         const double* b = call_.b_at(depth_.start, columns_.start + own.start);
         double* stretch = buffer_ + index * kpad_ * share;
         if (is_not_transposed(call_.transb))
-            xdgemm_copy_bn_mc_slot(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
-        else xdgemm_copy_bt_mc_slot(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
+            slot<&KernelTable::xdgemm_copy_bn_mc>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
+        else slot<&KernelTable::xdgemm_copy_bt_mc>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
     }
 
     void multiply_rows(Slice rows) const {
-        xdgemm_tile_pb_slot(call_.transa, call_.transb, rows.count, columns_.count, depth_.count, call_.alpha,
-                            call_.a_at(rows.start, depth_.start), call_.lda, call_.b_at(depth_.start, columns_.start),
-                            call_.ldb, buffer_, ldbuf_, call_.beta, call_.c_at(rows.start, columns_.start), call_.ldc);
+        slot<&KernelTable::xdgemm_tile_pb>(call_.transa, call_.transb, rows.count, columns_.count, depth_.count,
+                                           call_.alpha, call_.a_at(rows.start, depth_.start), call_.lda,
+                                           call_.b_at(depth_.start, columns_.start), call_.ldb, buffer_, ldbuf_,
+                                           call_.beta, call_.c_at(rows.start, columns_.start), call_.ldc);
     }
 
   public:
@@ -84,13 +85,13 @@ void dgemm_2D(i64 nt, const GemmCall<double>& call) {
     const i64 threads = even_threads(nt);
     if (nxl_has_sse41()) {
         const GemmGrid grid(call.shape(), threads, grid_rows(call.shape(), threads), 4, 4);
-        return dgemm_on_grid(grid, call, xdgemm_tile_htn_slot);
+        return dgemm_on_grid(grid, call, slot<&KernelTable::xdgemm_tile_htn>);
     }
-    dgemm_on_grid(GemmGrid(call.shape(), threads, 2, 4, 4), call, xdgemm_tile_slot);
+    dgemm_on_grid(GemmGrid(call.shape(), threads, 2, 4, 4), call, slot<&KernelTable::xdgemm_tile>);
 }
 
 void dgemm_1D_with_copy(i64 nt, const GemmCall<double>& call) {
-    const GemmBlocks blocks = blocks_by(xdgemm_blocks_mc_slot, call.shape());
+    const GemmBlocks blocks = blocks_by(slot<&KernelTable::xdgemm_blocks_mc>, call.shape());
     const i64 nb = std::min(blocks.nb, call.n);
     const PackBuffer<double> buffer(blocks.kb * nb);
     if (!buffer.data()) return call.run_serial();

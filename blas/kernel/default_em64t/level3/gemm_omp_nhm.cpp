@@ -6,11 +6,11 @@ namespace nxl {
 namespace {
 
 struct NhmPairs {
-    static constexpr auto& blocks = xzgemm_blocks_slot;
-    static constexpr auto& copy_bn = xzgemm_copy_bn_slot;
-    static constexpr auto& copy_bt = xzgemm_copy_bt_slot;
-    static constexpr auto& copy_bc = xzgemm_copy_bc_slot;
-    static constexpr auto& tile_pb = xzgemm_tile_pb_slot;
+    static constexpr auto& blocks = slot<&KernelTable::xzgemm_blocks>;
+    static constexpr auto& copy_bn = slot<&KernelTable::xzgemm_copy_bn>;
+    static constexpr auto& copy_bt = slot<&KernelTable::xzgemm_copy_bt>;
+    static constexpr auto& copy_bc = slot<&KernelTable::xzgemm_copy_bc>;
+    static constexpr auto& tile_pb = slot<&KernelTable::xzgemm_tile_pb>;
     static constexpr i64 row_unit = 1, column_unit = 4, depth_unit = 4, panel = 4;
 };
 
@@ -19,7 +19,7 @@ struct NhmPairs {
 void dgemm_2D_nhm(i64 nt, const GemmCall<double>& call) {
     const i64 threads = even_threads(nt);
     const GemmGrid grid(call.shape(), threads, grid_rows(call.shape(), threads), 2, 4);
-    dgemm_on_grid(grid, call, xdgemm_tile_slot);
+    dgemm_on_grid(grid, call, slot<&KernelTable::xdgemm_tile>);
 }
 
 void zgemm_2D_nhm(i64 nt, const GemmCall<zcomplex>& call) { ZgemmInPairs<NhmPairs>(nt, call).run(); }

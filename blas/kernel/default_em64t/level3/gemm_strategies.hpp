@@ -2,8 +2,8 @@
 // the routines that carry the strategies out.
 #pragma once
 #include "blas/kernel/default_em64t/level3/gemm_rules.hpp"
-#include "blas/kernel/default_em64t/level3/slots.hpp"
 #include "blas/kernels/level3/gemm_blocks.hpp"
+#include "service/kernel_slot.hpp"
 #include "service/scratch.hpp"
 
 namespace nxl {
@@ -11,16 +11,16 @@ namespace nxl {
 /// The kernels of T that the matrix product is put together from. "htn" marks those for class 2 with SSE4.1.
 template <class T> struct GemmSlots;
 template <> struct GemmSlots<double> {
-    static constexpr auto& serial = xdgemm_slot;
-    static constexpr auto& beta = xdgemm_beta_slot;
-    static constexpr auto& tile_pab = xdgemm_tile_pab_slot;
-    static constexpr auto& blocks_htn = xdgemm_blocks_htn_slot;
+    static constexpr auto& serial = slot<&KernelTable::xdgemm>;
+    static constexpr auto& beta = slot<&KernelTable::xdgemm_beta>;
+    static constexpr auto& tile_pab = slot<&KernelTable::xdgemm_tile_pab>;
+    static constexpr auto& blocks_htn = slot<&KernelTable::xdgemm_blocks_htn>;
 };
 template <> struct GemmSlots<zcomplex> {
-    static constexpr auto& serial = xzgemm_slot;
-    static constexpr auto& beta = xzgemm_beta_slot;
-    static constexpr auto& tile_pab = xzgemm_tile_pab_slot;
-    static constexpr auto& blocks_htn = xzgemm_blocks_htn_slot;
+    static constexpr auto& serial = slot<&KernelTable::xzgemm>;
+    static constexpr auto& beta = slot<&KernelTable::xzgemm_beta>;
+    static constexpr auto& tile_pab = slot<&KernelTable::xzgemm_tile_pab>;
+    static constexpr auto& blocks_htn = slot<&KernelTable::xzgemm_blocks_htn>;
 };
 
 constexpr bool is_not_transposed(char trans) { return trans == 'N' || trans == 'n'; }

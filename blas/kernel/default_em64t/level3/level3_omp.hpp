@@ -1,42 +1,42 @@
-// Drivers of level 3 beside the general matrix product: trsm_omp.cpp, symm_omp.cpp and rank_update_omp.cpp.
+// Drivers of level 3 beside the general matrix product: trsm_omp.cpp, symm_omp.cpp and rank_update_omp.cpp. Each is
+// told the member of the kernel table that does its work on one thread.
 #pragma once
-#include "service/types.hpp"
+#include "service/kernel_table.hpp"
 
 namespace nxl {
 
-void nxl_blas_dsymm(const char* side, const char* uplo, const i64* m, const i64* n, const double* alpha,
-                    const double* a, const i64* lda, const double* b, const i64* ldb, const double* beta, double* c,
-                    const i64* ldc);
-void nxl_blas_zsymm(const char* side, const char* uplo, const i64* m, const i64* n, const zcomplex* alpha,
-                    const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const zcomplex* beta,
-                    zcomplex* c, const i64* ldc);
-void nxl_blas_zhemm(const char* side, const char* uplo, const i64* m, const i64* n, const zcomplex* alpha,
-                    const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const zcomplex* beta,
-                    zcomplex* c, const i64* ldc);
-void nxl_blas_dsyrk(const char* uplo, const char* trans, const i64* n, const i64* k, const double* alpha,
-                    const double* a, const i64* lda, const double* beta, double* c, const i64* ldc);
-void nxl_blas_zsyrk(const char* uplo, const char* trans, const i64* n, const i64* k, const zcomplex* alpha,
-                    const zcomplex* a, const i64* lda, const zcomplex* beta, zcomplex* c, const i64* ldc);
-void nxl_blas_zherk(const char* uplo, const char* trans, const i64* n, const i64* k, const double* alpha,
-                    const zcomplex* a, const i64* lda, const double* beta, zcomplex* c, const i64* ldc);
-void nxl_blas_dsyr2k(const char* uplo, const char* trans, const i64* n, const i64* k, const double* alpha,
-                     const double* a, const i64* lda, const double* b, const i64* ldb, const double* beta, double* c,
-                     const i64* ldc);
-void nxl_blas_zsyr2k(const char* uplo, const char* trans, const i64* n, const i64* k, const zcomplex* alpha,
-                     const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const zcomplex* beta,
-                     zcomplex* c, const i64* ldc);
-void nxl_blas_zher2k(const char* uplo, const char* trans, const i64* n, const i64* k, const zcomplex* alpha,
-                     const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const double* beta,
-                     zcomplex* c, const i64* ldc);
-void nxl_blas_dtrmm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
-                    const i64* n, const double* alpha, const double* a, const i64* lda, double* b, const i64* ldb);
-void nxl_blas_ztrmm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
-                    const i64* n, const zcomplex* alpha, const zcomplex* a, const i64* lda, zcomplex* b,
-                    const i64* ldb);
-void nxl_blas_dtrsm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
-                    const i64* n, const double* alpha, const double* a, const i64* lda, double* b, const i64* ldb);
-void nxl_blas_ztrsm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
-                    const i64* n, const zcomplex* alpha, const zcomplex* a, const i64* lda, zcomplex* b,
-                    const i64* ldb);
+/// C := alpha A B + beta C or alpha B A + beta C; A is symmetric, or Hermitian, as the kernel takes it.
+template <class T, auto Kernel>
+void symm_driver(const char& side, const char& uplo, const i64& m, const i64& n, const T& alpha, const T* a,
+                 const i64& lda, const T* b, const i64& ldb, const T& beta, T* c, const i64& ldc);
+inline constexpr auto nxl_blas_dsymm = symm_driver<double, &KernelTable::dsymm>;
+inline constexpr auto nxl_blas_zsymm = symm_driver<zcomplex, &KernelTable::zsymm>;
+inline constexpr auto nxl_blas_zhemm = symm_driver<zcomplex, &KernelTable::zhemm>;
+
+/// C := alpha op(A) op(A)' + beta C in one triangle. A complex C with real alpha and beta is Hermitian.
+template <class T, class Scalar, auto Kernel>
+void syrk_driver(const char& uplo, const char& trans, const i64& n, const i64& k, const Scalar& alpha, const T* a,
+                 const i64& lda, const Scalar& beta, T* c, const i64& ldc);
+inline constexpr auto nxl_blas_dsyrk = syrk_driver<double, double, &KernelTable::dsyrk>;
+inline constexpr auto nxl_blas_zsyrk = syrk_driver<zcomplex, zcomplex, &KernelTable::zsyrk>;
+inline constexpr auto nxl_blas_zherk = syrk_driver<zcomplex, double, &KernelTable::zherk>;
+
+/// C := alpha op(A) op(B)' + alpha' op(B) op(A)' + beta C in one triangle. A complex C with a real beta is Hermitian,
+/// and alpha' is then the conjugate of alpha.
+template <class T, class Beta, auto Kernel>
+void syr2k_driver(const char& uplo, const char& trans, const i64& n, const i64& k, const T& alpha, const T* a,
+                  const i64& lda, const T* b, const i64& ldb, const Beta& beta, T* c, const i64& ldc);
+inline constexpr auto nxl_blas_dsyr2k = syr2k_driver<double, double, &KernelTable::dsyr2k>;
+inline constexpr auto nxl_blas_zsyr2k = syr2k_driver<zcomplex, zcomplex, &KernelTable::zsyr2k>;
+inline constexpr auto nxl_blas_zher2k = syr2k_driver<zcomplex, double, &KernelTable::zher2k>;
+
+/// B := alpha op(A) B or alpha op(A)^-1 B, or the same from the right; A is a triangle.
+template <class T, auto Kernel>
+void triangular_driver(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m,
+                       const i64& n, const T& alpha, const T* a, const i64& lda, T* b, const i64& ldb);
+inline constexpr auto nxl_blas_dtrmm = triangular_driver<double, &KernelTable::dtrmm>;
+inline constexpr auto nxl_blas_ztrmm = triangular_driver<zcomplex, &KernelTable::ztrmm>;
+inline constexpr auto nxl_blas_dtrsm = triangular_driver<double, &KernelTable::dtrsm>;
+inline constexpr auto nxl_blas_ztrsm = triangular_driver<zcomplex, &KernelTable::ztrsm>;
 
 } // namespace nxl

@@ -5,6 +5,7 @@
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include "service/parallel.hpp"
 #include "service/threads.hpp"
+#include <type_traits>
 
 namespace nxl {
 namespace {
@@ -56,75 +57,57 @@ template <class T, class Body> bool over_strips(const Triangle<T>& c, double flo
     return true;
 }
 
-/// C := alpha op(A) op(A)' + beta C. alpha and beta are real where C is Hermitian.
-template <class T, class Scalar, class Kernel>
-void update_rank_k(const Triangle<T>& c, char adjoint, Scalar alpha, const Factor<T>& a, Scalar beta, Kernel& kernel) {
-    const auto update_diagonal = [&](Slice part) {
-        kernel(c.uplo, a.trans, part.count, a.k, alpha, a.row(part.start), a.ld, beta, c.at(part.start, part.start),
-               c.ldc);
-    };
-    const double flops = alpha == Scalar{} ? 0.0 : 0.5 * flops_of<T>(c.n, c.n, a.k);
-    const bool done = over_strips(c, flops, [&](const TriangleStrip& strip) {
-        update_rectangle(c, strip, adjoint, T{alpha}, a, a, T{beta});
-        update_diagonal(strip.diagonal);
-    });
-    if (!done) update_diagonal({0, c.n});
-}
-
-/// C := alpha op(A) op(B)' + alpha' op(B) op(A)' + beta C, where alpha' is conjugated if C is Hermitian.
-template <class T, class Beta, class Kernel>
-void update_rank_2k(const Triangle<T>& c, char adjoint, T alpha, const Factor<T>& a, const Factor<T>& b, Beta beta,
-                    Kernel& kernel) {
-    const auto update_diagonal = [&](Slice part) {
-        kernel(c.uplo, a.trans, part.count, a.k, alpha, a.row(part.start), a.ld, b.row(part.start), b.ld, beta,
-               c.at(part.start, part.start), c.ldc);
-    };
-    const T other_alpha = adjoint == 'C' ? conjugate(alpha) : alpha;
-    const double flops = alpha == T{} ? 0.0 : flops_of<T>(c.n, c.n, a.k);
-    const bool done = over_strips(c, flops, [&](const TriangleStrip& strip) {
-        update_rectangle(c, strip, adjoint, alpha, a, b, T{beta});
-        update_rectangle(c, strip, adjoint, other_alpha, b, a, T{1.0});
-        update_diagonal(strip.diagonal);
-    });
-    if (!done) update_diagonal({0, c.n});
-}
+/// What the prime of a product stands for when alpha or beta, of type Scalar, is real beside a C of type T.
+template <class T, class Scalar> constexpr char adjoint_letter = std::is_same_v<T, Scalar> ? 'T' : 'C';
 
 } // namespace
 
-void nxl_blas_dsyrk(const char* uplo, const char* trans, const i64* n, const i64* k, const double* alpha,
-                    const double* a, const i64* lda, const double* beta, double* c, const i64* ldc) {
-    update_rank_k<double>({*uplo, *n, c, *ldc}, 'T', *alpha, {*trans, *k, a, *lda}, *beta, dsyrk_slot);
+template <class T, class Scalar, auto Kernel>
+void syrk_driver(const char& uplo, const char& trans, const i64& n, const i64& k, const Scalar& alpha, const T* a,
+                 const i64& lda, const Scalar& beta, T* c, const i64& ldc) {
+    const Triangle<T> result{uplo, n, c, ldc};
+    const Factor<T> factor{trans, k, a, lda};
+    const auto update_diagonal = [&](Slice part) {
+        slot<Kernel>(uplo, trans, part.count, k, alpha, factor.row(part.start), lda, beta,
+                     result.at(part.start, part.start), ldc);
+    };
+    const double flops = alpha == Scalar{} ? 0.0 : 0.5 * flops_of<T>(n, n, k);
+    const bool done = over_strips(result, flops, [&](const TriangleStrip& strip) {
+        update_rectangle(result, strip, adjoint_letter<T, Scalar>, T{alpha}, factor, factor, T{beta});
+        update_diagonal(strip.diagonal);
+    });
+    if (!done) update_diagonal({0, n});
 }
+template decltype(syrk_driver<double, double, &KernelTable::dsyrk>) syrk_driver<double, double, &KernelTable::dsyrk>;
+template decltype(syrk_driver<zcomplex, zcomplex, &KernelTable::zsyrk>)
+    syrk_driver<zcomplex, zcomplex, &KernelTable::zsyrk>;
+template decltype(syrk_driver<zcomplex, double, &KernelTable::zherk>)
+    syrk_driver<zcomplex, double, &KernelTable::zherk>;
 
-void nxl_blas_zsyrk(const char* uplo, const char* trans, const i64* n, const i64* k, const zcomplex* alpha,
-                    const zcomplex* a, const i64* lda, const zcomplex* beta, zcomplex* c, const i64* ldc) {
-    update_rank_k<zcomplex>({*uplo, *n, c, *ldc}, 'T', *alpha, {*trans, *k, a, *lda}, *beta, zsyrk_slot);
+template <class T, class Beta, auto Kernel>
+void syr2k_driver(const char& uplo, const char& trans, const i64& n, const i64& k, const T& alpha, const T* a,
+                  const i64& lda, const T* b, const i64& ldb, const Beta& beta, T* c, const i64& ldc) {
+    constexpr char adjoint = adjoint_letter<T, Beta>;
+    const Triangle<T> result{uplo, n, c, ldc};
+    const Factor<T> x{trans, k, a, lda}, y{trans, k, b, ldb};
+    const auto update_diagonal = [&](Slice part) {
+        slot<Kernel>(uplo, trans, part.count, k, alpha, x.row(part.start), lda, y.row(part.start), ldb, beta,
+                     result.at(part.start, part.start), ldc);
+    };
+    const T other_alpha = adjoint == 'C' ? conjugate(alpha) : alpha;
+    const double flops = alpha == T{} ? 0.0 : flops_of<T>(n, n, k);
+    const bool done = over_strips(result, flops, [&](const TriangleStrip& strip) {
+        update_rectangle(result, strip, adjoint, alpha, x, y, T{beta});
+        update_rectangle(result, strip, adjoint, other_alpha, y, x, T{1.0});
+        update_diagonal(strip.diagonal);
+    });
+    if (!done) update_diagonal({0, n});
 }
-
-void nxl_blas_zherk(const char* uplo, const char* trans, const i64* n, const i64* k, const double* alpha,
-                    const zcomplex* a, const i64* lda, const double* beta, zcomplex* c, const i64* ldc) {
-    update_rank_k<zcomplex>({*uplo, *n, c, *ldc}, 'C', *alpha, {*trans, *k, a, *lda}, *beta, zherk_slot);
-}
-
-void nxl_blas_dsyr2k(const char* uplo, const char* trans, const i64* n, const i64* k, const double* alpha,
-                     const double* a, const i64* lda, const double* b, const i64* ldb, const double* beta, double* c,
-                     const i64* ldc) {
-    update_rank_2k<double>({*uplo, *n, c, *ldc}, 'T', *alpha, {*trans, *k, a, *lda}, {*trans, *k, b, *ldb}, *beta,
-                           dsyr2k_slot);
-}
-
-void nxl_blas_zsyr2k(const char* uplo, const char* trans, const i64* n, const i64* k, const zcomplex* alpha,
-                     const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const zcomplex* beta,
-                     zcomplex* c, const i64* ldc) {
-    update_rank_2k<zcomplex>({*uplo, *n, c, *ldc}, 'T', *alpha, {*trans, *k, a, *lda}, {*trans, *k, b, *ldb}, *beta,
-                             zsyr2k_slot);
-}
-
-void nxl_blas_zher2k(const char* uplo, const char* trans, const i64* n, const i64* k, const zcomplex* alpha,
-                     const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const double* beta,
-                     zcomplex* c, const i64* ldc) {
-    update_rank_2k<zcomplex>({*uplo, *n, c, *ldc}, 'C', *alpha, {*trans, *k, a, *lda}, {*trans, *k, b, *ldb}, *beta,
-                             zher2k_slot);
-}
+template decltype(syr2k_driver<double, double, &KernelTable::dsyr2k>)
+    syr2k_driver<double, double, &KernelTable::dsyr2k>;
+template decltype(syr2k_driver<zcomplex, zcomplex, &KernelTable::zsyr2k>)
+    syr2k_driver<zcomplex, zcomplex, &KernelTable::zsyr2k>;
+template decltype(syr2k_driver<zcomplex, double, &KernelTable::zher2k>)
+    syr2k_driver<zcomplex, double, &KernelTable::zher2k>;
 
 } // namespace nxl

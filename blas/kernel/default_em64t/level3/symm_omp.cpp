@@ -1,7 +1,7 @@
 // Drivers of the products with a symmetric or Hermitian matrix: the side of C that this matrix does not touch is cut.
 #include "blas/kernel/default_em64t/level3/level3_omp.hpp"
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
-#include "blas/kernel/default_em64t/level3/slots.hpp"
+#include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
 #include "service/threads.hpp"
 
@@ -40,33 +40,20 @@ template <class T> int threads_of(const SymmCall<T>& p) {
     return static_cast<int>(std::min(i64{threads_for_work(p.flops(), max_threads(domain_blas))}, slices));
 }
 
-/// C := alpha A B + beta C or alpha B A + beta C, as `kernel` does on one thread.
-template <class T, class Kernel> void symm_driver(const SymmCall<T>& p, Kernel& kernel) {
-    const int threads = threads_of(p);
-    if (threads < 2) return p.run(kernel, {0, p.free_length()});
-    parallel_blocks(threads, threads, [&, threads](int index) {
-        p.run(kernel, balanced_slice(p.free_length(), slice_unit, index, threads));
-    });
-}
-
 } // namespace
 
-void nxl_blas_dsymm(const char* side, const char* uplo, const i64* m, const i64* n, const double* alpha,
-                    const double* a, const i64* lda, const double* b, const i64* ldb, const double* beta, double* c,
-                    const i64* ldc) {
-    symm_driver<double>({*side, *uplo, *m, *n, *alpha, a, *lda, b, *ldb, *beta, c, *ldc}, dsymm_slot);
+template <class T, auto Kernel>
+void symm_driver(const char& side, const char& uplo, const i64& m, const i64& n, const T& alpha, const T* a,
+                 const i64& lda, const T* b, const i64& ldb, const T& beta, T* c, const i64& ldc) {
+    const SymmCall<T> call{side, uplo, m, n, alpha, a, lda, b, ldb, beta, c, ldc};
+    const int threads = threads_of(call);
+    if (threads < 2) return call.run(slot<Kernel>, {0, call.free_length()});
+    parallel_blocks(threads, threads, [&, threads](int index) {
+        call.run(slot<Kernel>, balanced_slice(call.free_length(), slice_unit, index, threads));
+    });
 }
-
-void nxl_blas_zsymm(const char* side, const char* uplo, const i64* m, const i64* n, const zcomplex* alpha,
-                    const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const zcomplex* beta,
-                    zcomplex* c, const i64* ldc) {
-    symm_driver<zcomplex>({*side, *uplo, *m, *n, *alpha, a, *lda, b, *ldb, *beta, c, *ldc}, zsymm_slot);
-}
-
-void nxl_blas_zhemm(const char* side, const char* uplo, const i64* m, const i64* n, const zcomplex* alpha,
-                    const zcomplex* a, const i64* lda, const zcomplex* b, const i64* ldb, const zcomplex* beta,
-                    zcomplex* c, const i64* ldc) {
-    symm_driver<zcomplex>({*side, *uplo, *m, *n, *alpha, a, *lda, b, *ldb, *beta, c, *ldc}, zhemm_slot);
-}
+template decltype(symm_driver<double, &KernelTable::dsymm>) symm_driver<double, &KernelTable::dsymm>;
+template decltype(symm_driver<zcomplex, &KernelTable::zsymm>) symm_driver<zcomplex, &KernelTable::zsymm>;
+template decltype(symm_driver<zcomplex, &KernelTable::zhemm>) symm_driver<zcomplex, &KernelTable::zhemm>;
 
 } // namespace nxl

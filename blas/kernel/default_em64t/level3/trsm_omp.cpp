@@ -1,7 +1,7 @@
 // Drivers of the triangular solution and the triangular product with many vectors: gates, then one region per call.
 #include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
 #include "blas/kernel/default_em64t/level3/level3_omp.hpp"
-#include "blas/kernel/default_em64t/level3/slots.hpp"
+#include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
 #include "service/threads.hpp"
 #include <limits>
@@ -63,22 +63,12 @@ template <class T, class Kernel> void run_blocks(const TriangularCall<T>& p, int
     });
 }
 
-/// B := alpha op(A)^-1 B or alpha op(A) B, or the same from the right, as `kernel` does on one thread. `gate` answers
-/// for the call's side, once threads are there.
-template <class T, class Gate, class Kernel>
-void triangular_driver(const TriangularCall<T>& p, const Gate& gate, Kernel& kernel) {
-    if (p.n == 0) return;
-    const int threads = max_threads(domain_blas);
-    if (threads >= 2) {
-        constexpr double work_factor = sizeof(T) == sizeof(double) ? 1.0 : 4.0;
-        const TriangularGate& asked = gate(p.shape().left);
-        const i64 q = triangular_block(asked, p.shape(), threads);
-        if (!triangular_stays_serial(asked, p.shape(), q, work_factor)) return run_blocks(p, threads, q, kernel);
-    }
-    kernel(p.side, p.uplo, p.transa, p.diag, p.m, p.n, p.alpha, p.a, p.lda, p.b, p.ldb);
+/// The gate of a routine on one side: dtrsm's differ by class.
+template <class T, auto Kernel> const TriangularGate& gate_of(bool left) {
+    if constexpr (std::is_same_v<T, double>)
+        if (Kernel == &KernelTable::dtrsm) return dtrsm_gate(nxl_cpu_class(), left);
+    return triangular_gate(left);
 }
-
-const TriangularGate& dtrsm_gate_of_processor(bool left) { return dtrsm_gate(nxl_cpu_class(), left); }
 
 } // namespace
 
@@ -101,30 +91,24 @@ bool triangular_stays_serial(const TriangularGate& gate, const TriangularShape& 
     return shape.left ? too_little_on_the_left(work) : too_little_on_the_right(work);
 }
 
-void nxl_blas_dtrmm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
-                    const i64* n, const double* alpha, const double* a, const i64* lda, double* b, const i64* ldb) {
-    triangular_driver<double>({*side, *uplo, *transa, *diag, *m, *n, *alpha, a, *lda, b, *ldb}, triangular_gate,
-                              dtrmm_slot);
+template <class T, auto Kernel>
+void triangular_driver(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m,
+                       const i64& n, const T& alpha, const T* a, const i64& lda, T* b, const i64& ldb) {
+    if (n == 0) return;
+    const TriangularCall<T> call{side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb};
+    const int threads = max_threads(domain_blas);
+    if (threads >= 2) {
+        constexpr double work_factor = sizeof(T) == sizeof(double) ? 1.0 : 4.0;
+        const TriangularShape shape = call.shape();
+        const TriangularGate& gate = gate_of<T, Kernel>(shape.left);
+        const i64 q = triangular_block(gate, shape, threads);
+        if (!triangular_stays_serial(gate, shape, q, work_factor)) return run_blocks(call, threads, q, slot<Kernel>);
+    }
+    slot<Kernel>(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
 }
-
-void nxl_blas_ztrmm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
-                    const i64* n, const zcomplex* alpha, const zcomplex* a, const i64* lda, zcomplex* b,
-                    const i64* ldb) {
-    triangular_driver<zcomplex>({*side, *uplo, *transa, *diag, *m, *n, *alpha, a, *lda, b, *ldb}, triangular_gate,
-                                ztrmm_slot);
-}
-
-void nxl_blas_dtrsm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
-                    const i64* n, const double* alpha, const double* a, const i64* lda, double* b, const i64* ldb) {
-    triangular_driver<double>({*side, *uplo, *transa, *diag, *m, *n, *alpha, a, *lda, b, *ldb}, dtrsm_gate_of_processor,
-                              dtrsm_slot);
-}
-
-void nxl_blas_ztrsm(const char* side, const char* uplo, const char* transa, const char* diag, const i64* m,
-                    const i64* n, const zcomplex* alpha, const zcomplex* a, const i64* lda, zcomplex* b,
-                    const i64* ldb) {
-    triangular_driver<zcomplex>({*side, *uplo, *transa, *diag, *m, *n, *alpha, a, *lda, b, *ldb}, triangular_gate,
-                                ztrsm_slot);
-}
+template decltype(triangular_driver<double, &KernelTable::dtrmm>) triangular_driver<double, &KernelTable::dtrmm>;
+template decltype(triangular_driver<zcomplex, &KernelTable::ztrmm>) triangular_driver<zcomplex, &KernelTable::ztrmm>;
+template decltype(triangular_driver<double, &KernelTable::dtrsm>) triangular_driver<double, &KernelTable::dtrsm>;
+template decltype(triangular_driver<zcomplex, &KernelTable::ztrsm>) triangular_driver<zcomplex, &KernelTable::ztrsm>;
 
 } // namespace nxl
