@@ -73,7 +73,7 @@ TYPED_TEST(HardCases, LuOfSmallIntegersIsTheReferences) {
             singular += info > 0;
         }
     }
-    EXPECT_GT(singular, 100);
+    EXPECT_GT(singular, 60);
 }
 
 TYPED_TEST(HardCases, SemidefiniteIntegersFailWhereTheReferenceFails) {
@@ -109,7 +109,7 @@ template <class T> T times(T value, int exponent) {
     else return {std::ldexp(value.real(), exponent), std::ldexp(value.imag(), exponent)};
 }
 
-/// Integers with a weighty diagonal, in both triangles or one, x and b = a x; nothing is rounded.
+/// Integers with a weighty diagonal, in both triangles or one, and b = a x; nothing is rounded.
 template <class T> struct Problem {
     LapackMatrix<T> a, x, b;
 
@@ -121,7 +121,7 @@ template <class T> struct Problem {
                 a.at(i, j) = i == j ? diagonal : inside ? random_integer<T>(random, 1) : T{};
             }
         for (int k = 0; k < nrhs; ++k)
-            for (int j = 0; j < n; ++j) x.at(j, k) = random_integer<T>(random, 3);
+            for (int j = 0; j < n; ++j) x.at(j, k) = random_integer<T>(random, 3) / 64.0; // b stays below the diagonal
     }
     void multiply() {
         for (int k = 0; k < b.cols; ++k)
@@ -142,7 +142,7 @@ template <class T> struct Problem {
 template <class T> bool is_close(const LapackMatrix<T>& got, const LapackMatrix<T>& want) {
     for (int j = 0; j < got.cols; ++j)
         for (int i = 0; i < got.rows; ++i)
-            if (!(magnitude(got.at(i, j) - want.at(i, j)) <= 1e-4)) return false; // subnormal numbers have few digits
+            if (!(magnitude(got.at(i, j) - want.at(i, j)) <= 1e-5)) return false; // subnormal numbers have few digits
     return true;
 }
 
@@ -206,12 +206,12 @@ TYPED_TEST(HardCases, FactorisationsAtTheEndsOfTheRange) {
         }
     for (const char uplo : {'U', 'L'})
         for (const int n : {5, 20, 100})
-            for (const Scales scales : {Scales{-522, -522}, Scales{508, 508}, Scales{-530, 500}}) { // of D A D
+            for (const Scales scales : {Scales{-522, -522}, Scales{508, 508}, Scales{-534, 508}}) { // of D A D
                 Problem<T> p(n, 3, 'L', T(128.0));
                 for (int j = 0; j < n; ++j)
                     for (int i = 0; i < j; ++i) p.a.at(i, j) = conjugate(p.a.at(j, i));
                 p.multiply();
-                const int one = n / 3;
+                const int one = 0;
                 p.scale_rows(one, scales);
                 for (int j = 0; j < n; ++j)
                     for (int i = 0; i < n; ++i) p.a.at(i, j) = times(p.a.at(i, j), scales.of(j == one));
