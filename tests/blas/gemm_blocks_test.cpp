@@ -97,15 +97,9 @@ TEST(GemmFamily16, IsToldFromItsVendorAndBothFamilies) {
     EXPECT_FALSE(amd_family_16_from(cpuid));
 }
 
-void family_16_gemm(const char* transa, const char* transb, const i64* m, const i64* n, const i64* k,
-                    const double* alpha, const double* a, const i64* lda, const double* b, const i64* ldb,
-                    const double* beta, double* c, const i64* ldc) {
-    kernels_of(CpuClass::def).xdgemm(*transa, *transb, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
-}
-
 TEST(GemmFamily16, ItsFormsGiveTheProduct) {
     pretend_amd_family_16(Pretended::present);
-    const auto routine = nxl_test::routine<nxl_test::Family::gemm>("dgemm", family_16_gemm);
+    const auto routine = nxl_test::routine<nxl_test::Family::gemm>("dgemm", kernels_of(CpuClass::def).xdgemm);
     nxl_test::Generator generator(1);
     for (nxl_test::BlasCall call : letters_of(routine))
         for (const auto& [m, n, k] : {std::tuple{1, 9, 9}, {2, 4, 4}, {7, 5, 257}, {9, 1030, 256}}) {

@@ -24,7 +24,9 @@ for file in *.c *.cpp *.f90; do
     *.cpp) compile=("$cxx") ;;
     *) compile=("$fortran" nxl.o) ;;
     esac
-    "${compile[@]}" -Wall -Wextra -Werror -I"$sources/include" "$file" -o program -L"$library" -Wl,-rpath,"$library" -lnxl -lm
+    cblas=$(grep -q nxl_cblas.h "$file" && echo -lnxl_gnu || true)
+    # shellcheck disable=SC2086 # nothing, where there is no need
+    "${compile[@]}" -Wall -Wextra -Werror -I"$sources/include" "$file" -o program -L"$library" -Wl,-rpath,"$library" $cblas -lnxl -lm
     ./program > output || { echo "$file ends with $?" && cat output && exit 1; }
     count=$((count + 1))
 done

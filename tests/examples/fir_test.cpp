@@ -125,7 +125,7 @@ TEST_F(Fir, CtrlCEndsALongDesignOnALineOfItsOwn) {
     std::string shown;
     for (char c = 0; ::read(terminal, &c, 1) == 1;) { // until nobody has it open any more
         shown += c;
-        if (shown == "\rdesigning 8001 taps: 1 s") EXPECT_EQ(::write(terminal, "\x03", 1), 1);
+        if (shown == "\rdesigning 8001 taps  1 s") EXPECT_EQ(::write(terminal, "\x03", 1), 1);
     }
     int status = 0;
     waitpid(child, &status, 0);

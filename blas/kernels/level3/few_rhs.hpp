@@ -51,11 +51,20 @@ template <class T> struct ColumnsOfT {
     }
 };
 
-/// x / d for a vector of right-hand sides, d as its parts; complex by Smith's quotient, as in a scalar division.
+/// x / d for a vector of right-hand sides, d as its parts; complex by Smith's quotient, or where that would leave the
+/// range by the scaled one, number by number.
 template <class T> [[gnu::always_inline]] inline Vec<kWidth> quotient(Vec<kWidth> x, const double* d) {
     if constexpr (kParts<T> == 1) {
         return x / splat<kWidth>(d[0]);
     } else {
+        const double size = larger_part(number<T>(d)), most = __builtin_reduce_max(__builtin_elementwise_abs(x));
+        if (!(size >= 0x1p-1000 && size <= 0x1p1000 && most <= 0x1p1000)) [[unlikely]] {
+            for (int lane = 0; lane < kWidth; lane += 2) {
+                const Complex one = Complex{x[lane], x[lane + 1]} / number<T>(d);
+                x[lane] = one.re, x[lane + 1] = one.im;
+            }
+            return x;
+        }
         if (__builtin_fabs(d[0]) >= __builtin_fabs(d[1])) {
             const double ratio = d[1] / d[0];
             return (x + alternate<kWidth>(ratio, -ratio) * swap_parts<kWidth>(x)) / splat<kWidth>(d[0] + d[1] * ratio);
