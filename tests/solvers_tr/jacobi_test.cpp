@@ -92,7 +92,10 @@ TEST_F(Jacobi, ColumnsAreDerivativesInEitherForm) {
     for (int j = 0; j < columns; ++j)
         for (int i = 0; i < rows; ++i) {
             const double exact = (i + j) * std::cos((i + j) * mixed[static_cast<std::size_t>(j)]);
-            EXPECT_NEAR(fjac[static_cast<std::size_t>(i + j * rows)], exact, 1e-5) << i << ' ' << j;
+            EXPECT_NEAR(
+                fjac[static_cast<std::size_t>(i) + static_cast<std::size_t>(j) * static_cast<std::size_t>(rows)], exact,
+                1e-5)
+                << i << ' ' << j;
         }
     EXPECT_TRUE(same_bits(direct(1, mixed), fjac));
 }
@@ -116,7 +119,8 @@ TEST_F(Jacobi, ValuesThatAreNotFiniteStayInTheirRows) {
         EXPECT_TRUE(same_bits(x, start));
         for (int j = 0; j < columns; ++j)
             for (int i = 0; i < rows; ++i) {
-                const double element = fjac[static_cast<std::size_t>(i + j * rows)];
+                const double element =
+                    fjac[static_cast<std::size_t>(i) + static_cast<std::size_t>(j) * static_cast<std::size_t>(rows)];
                 if (i + 1 == rows || !std::isfinite(start[static_cast<std::size_t>(i)]))
                     EXPECT_TRUE(std::isnan(element)) << i << ' ' << j;
                 else EXPECT_NEAR(element, i == j ? 2.0 : 0.0, 1e-10) << i << ' ' << j;
