@@ -1,11 +1,12 @@
 // BLAS by value, one name for double and zcomplex. The drivers decide about threads. Level 3 stays on this thread where
-// that is as well known here: see stays_here.
+// that is as well known here: see stays_here. Of its routines there is a form that takes the sizes from views.
 #pragma once
 #include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
 #include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
 #include "blas/kernel/default_em64t/level3/level3_omp.hpp"
 #include "service/kernel_slot.hpp"
+#include "service/matrix.hpp"
 #include "service/parallel.hpp"
 #include <type_traits>
 
@@ -76,6 +77,13 @@ void gemm(char transa, char transb, i64 m, i64 n, i64 k, Factor<T> alpha, const 
                                                              ldc);
 }
 
+template <class T>
+void gemm(char transa, char transb, Factor<T> alpha, const Operand<T>& a, const Operand<T>& b, Factor<T> beta,
+          const Matrix<T>& c) {
+    const i64 k = transa == 'N' ? a.columns : a.rows;
+    gemm(transa, transb, c.rows, c.columns, k, alpha, a.data, a.ld, b.data, b.ld, beta, c.data, c.ld);
+}
+
 /// B := alpha op(A)^-1 B, or from the right.
 template <class T>
 void trsm(char side, char uplo, char transa, char diag, i64 m, i64 n, Factor<T> alpha, const T* a, i64 lda, T* b,
@@ -85,6 +93,11 @@ void trsm(char side, char uplo, char transa, char diag, i64 m, i64 n, Factor<T> 
         return call(slot_of<T, &KernelTable::dtrsm, &KernelTable::ztrsm>());
     if constexpr (std::is_same_v<T, double>) call(nxl_blas_dtrsm);
     else call(nxl_blas_ztrsm);
+}
+
+template <class T>
+void trsm(char side, char uplo, char transa, char diag, Factor<T> alpha, const Operand<T>& a, const Matrix<T>& b) {
+    trsm(side, uplo, transa, diag, b.rows, b.columns, alpha, a.data, a.ld, b.data, b.ld);
 }
 
 /// B := alpha op(A) B, or from the right.
@@ -98,6 +111,11 @@ void trmm(char side, char uplo, char transa, char diag, i64 m, i64 n, Factor<T> 
     else call(nxl_blas_ztrmm);
 }
 
+template <class T>
+void trmm(char side, char uplo, char transa, char diag, Factor<T> alpha, const Operand<T>& a, const Matrix<T>& b) {
+    trmm(side, uplo, transa, diag, b.rows, b.columns, alpha, a.data, a.ld, b.data, b.ld);
+}
+
 /// C := alpha op(A) op(A)^H + beta C, one triangle: the symmetric update of a real matrix, the Hermitian one of a
 /// complex matrix. `trans` is N or C.
 template <class T>
@@ -106,6 +124,11 @@ void herk(char uplo, char trans, i64 n, i64 k, double alpha, const T* a, i64 lda
     if (stays_here<T>(n, n, k, 0.5)) return call(slot_of<T, &KernelTable::dsyrk, &KernelTable::zherk>());
     if constexpr (std::is_same_v<T, double>) call(nxl_blas_dsyrk);
     else call(nxl_blas_zherk);
+}
+
+template <class T>
+void herk(char uplo, char trans, double alpha, const Operand<T>& a, double beta, const Matrix<T>& c) {
+    herk(uplo, trans, c.rows, trans == 'N' ? a.columns : a.rows, alpha, a.data, a.ld, beta, c.data, c.ld);
 }
 
 } // namespace nxl

@@ -1,8 +1,7 @@
 // What the CBLAS entries share: enumerators as BLAS letters, the check of a call's arguments, conjugated vectors.
 #pragma once
 #include "nxl_cblas.h"
-#include "service/types.hpp"
-#include <algorithm>
+#include "service/arguments.hpp"
 #include <cstddef>
 #include <cstdlib>
 
@@ -21,40 +20,24 @@ inline char letter(CBLAS_SIDE s) { return s == CblasLeft ? 'L' : s == CblasRight
 inline char other_triangle(char uplo) { return uplo == 'U' ? 'L' : 'U'; }
 inline char other_side(char side) { return side == 'L' ? 'R' : 'L'; }
 
-/// Looks at the arguments of a call, in order of position; the first bad one is kept, and told when asked.
-class Arguments {
+/// The tests of a call's arguments; the first bad one is told with its value.
+class CblasArguments : public ArgumentTests<CblasArguments> {
     const char* const routine_;
-    int position_ = 0; // of the bad one; 0: none
-    int value_ = 0;
-
-    Arguments& expect(bool good, int position, int value) {
-        if (!good && position_ == 0) {
-            position_ = position;
-            value_ = value;
-        }
-        return *this;
-    }
 
   public:
-    Arguments(const char* routine, CBLAS_ORDER order) : routine_(routine) {
-        expect(order == CblasRowMajor || order == CblasColMajor, 1, order);
+    CblasArguments(const char* routine, CBLAS_ORDER order) : routine_(routine) {
+        expect(1, order == CblasRowMajor || order == CblasColMajor, order);
     }
-    template <class Enum> Arguments& option(int position, Enum value) {
-        return expect(letter(value) != '\0', position, value);
+    template <class Enum> CblasArguments& option(int position, Enum value) {
+        return expect(position, letter(value) != '\0', value);
     }
     /// An operation that is one of two: not transposed, or `permitted`.
-    Arguments& operation(int position, CBLAS_TRANSPOSE value, CBLAS_TRANSPOSE permitted) {
-        return expect(value == CblasNoTrans || value == permitted, position, value);
-    }
-    Arguments& size(int position, int value) { return expect(value >= 0, position, value); }
-    Arguments& increment(int position, int value) { return expect(value != 0, position, value); }
-    /// `length`: elements between one column, or row, of the matrix and the next.
-    Arguments& leading(int position, int value, int length) {
-        return expect(value >= std::max(1, length), position, value);
+    CblasArguments& operation(int position, CBLAS_TRANSPOSE value, CBLAS_TRANSPOSE permitted) {
+        return expect(position, value == CblasNoTrans || value == permitted, value);
     }
     bool reported() const {
-        if (position_ != 0) cblas_xerbla(position_, routine_, "Its value is %d.\n", value_);
-        return position_ != 0;
+        if (bad() != 0) cblas_xerbla(bad(), routine_, "Its value is %d.\n", static_cast<int>(value()));
+        return bad() != 0;
     }
 };
 

@@ -30,7 +30,7 @@ template <class T, class Fn>
 void gemv(Fn* routine, const char* name, CBLAS_ORDER order, CBLAS_TRANSPOSE trans, int m, int n, const T& alpha,
           const T* a, int lda, const T* x, int incx, const T& beta, T* y, int incy) {
     const bool by_rows = order == CblasRowMajor;
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, trans).size(3, m).size(4, n).leading(7, lda, by_rows ? n : m);
     if (arguments.increment(9, incx).increment(12, incy).reported()) return;
     const char op = letter(trans), other_op = op == 'N' ? 'T' : 'N';
@@ -41,7 +41,7 @@ void gemv(Fn* routine, const char* name, CBLAS_ORDER order, CBLAS_TRANSPOSE tran
 }
 
 bool bad_ger(const char* name, CBLAS_ORDER order, int m, int n, int incx, int incy, int lda) {
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.size(2, m).size(3, n).increment(6, incx).increment(8, incy);
     return arguments.leading(10, lda, order == CblasRowMajor ? n : m).reported();
 }
@@ -57,18 +57,18 @@ void ger(Fn* routine, const char* name, CBLAS_ORDER order, int m, int n, const T
 
 /// Products with a symmetric or Hermitian matrix; all of them are symmetric to the check.
 bool bad_symv(const char* name, CBLAS_ORDER order, CBLAS_UPLO uplo, int n, int lda, int incx, int incy) {
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, uplo).size(3, n).leading(6, lda, n).increment(8, incx).increment(11, incy);
     return arguments.reported();
 }
 
 bool bad_syr(const char* name, CBLAS_ORDER order, CBLAS_UPLO uplo, int n, int incx, int lda) {
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     return arguments.option(2, uplo).size(3, n).increment(6, incx).leading(8, lda, n).reported();
 }
 
 bool bad_syr2(const char* name, CBLAS_ORDER order, CBLAS_UPLO uplo, int n, int incx, int incy, int lda) {
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, uplo).size(3, n).increment(6, incx).increment(8, incy).leading(10, lda, n);
     return arguments.reported();
 }
@@ -77,7 +77,7 @@ bool bad_syr2(const char* name, CBLAS_ORDER order, CBLAS_UPLO uplo, int n, int i
 template <class T, class Fn>
 void trv(Fn* routine, const char* name, CBLAS_ORDER order, CBLAS_UPLO uplo, CBLAS_TRANSPOSE trans, CBLAS_DIAG diag,
          int n, const T* a, int lda, T* x, int incx) {
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, uplo).option(3, trans).option(4, diag).size(5, n).leading(7, lda, n).increment(9, incx);
     if (arguments.reported()) return;
     const char triangle = letter(uplo), op = letter(trans), diagonal = letter(diag);

@@ -16,7 +16,7 @@ void gemm(Fn* routine, const char* name, CBLAS_ORDER order, CBLAS_TRANSPOSE tran
           int n, int k, const T& alpha, const T* a, int lda, const T* b, int ldb, const T& beta, T* c, int ldc) {
     const bool by_rows = order == CblasRowMajor;
     const char op_a = letter(transa), op_b = letter(transb);
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, transa).option(3, transb).size(4, m).size(5, n).size(6, k);
     arguments.leading(9, lda, by_rows == (op_a == 'N') ? k : m).leading(11, ldb, by_rows == (op_b == 'N') ? n : k);
     if (arguments.leading(14, ldc, by_rows ? n : m).reported()) return;
@@ -30,7 +30,7 @@ void symm(Fn* routine, const char* name, CBLAS_ORDER order, CBLAS_SIDE side, CBL
           const T& alpha, const T* a, int lda, const T* b, int ldb, const T& beta, T* c, int ldc) {
     const bool by_rows = order == CblasRowMajor;
     char s = letter(side), u = letter(uplo);
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, side).option(3, uplo).size(4, m).size(5, n).leading(8, lda, s == 'L' ? m : n);
     if (arguments.leading(10, ldb, by_rows ? n : m).leading(13, ldc, by_rows ? n : m).reported()) return;
     if (by_rows) {
@@ -42,7 +42,7 @@ void symm(Fn* routine, const char* name, CBLAS_ORDER order, CBLAS_SIDE side, CBL
 }
 
 /// The operation of a rank update: `permitted` is what it may be beside NoTrans; real matrices permit both.
-void check_operation(Arguments& arguments, CBLAS_TRANSPOSE trans, CBLAS_TRANSPOSE permitted) {
+void check_operation(CblasArguments& arguments, CBLAS_TRANSPOSE trans, CBLAS_TRANSPOSE permitted) {
     if (permitted == CblasNoTrans) arguments.option(3, trans);
     else arguments.operation(3, trans, permitted);
 }
@@ -58,7 +58,7 @@ template <class S, class T, class Fn>
 void syrk(Fn* routine, const char* name, CBLAS_TRANSPOSE permitted, CBLAS_ORDER order, CBLAS_UPLO uplo,
           CBLAS_TRANSPOSE trans, int n, int k, const S& alpha, const T* a, int lda, const S& beta, T* c, int ldc) {
     const bool by_rows = order == CblasRowMajor;
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, uplo);
     check_operation(arguments, trans, permitted);
     arguments.size(4, n).size(5, k).leading(8, lda, by_rows == (trans == CblasNoTrans) ? k : n).leading(11, ldc, n);
@@ -75,7 +75,7 @@ void syr2k(Fn* routine, const char* name, CBLAS_TRANSPOSE permitted, CBLAS_ORDER
            T* c, int ldc) {
     const bool by_rows = order == CblasRowMajor;
     const int length = by_rows == (trans == CblasNoTrans) ? k : n;
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, uplo);
     check_operation(arguments, trans, permitted);
     arguments.size(4, n).size(5, k).leading(8, lda, length).leading(10, ldb, length).leading(13, ldc, n);
@@ -92,7 +92,7 @@ void trm(Fn* routine, const char* name, CBLAS_ORDER order, CBLAS_SIDE side, CBLA
     const bool by_rows = order == CblasRowMajor;
     char s = letter(side), u = letter(uplo);
     const char op = letter(trans), diagonal = letter(diag);
-    Arguments arguments(name, order);
+    CblasArguments arguments(name, order);
     arguments.option(2, side).option(3, uplo).option(4, trans).option(5, diag).size(6, m).size(7, n);
     if (arguments.leading(10, lda, s == 'L' ? m : n).leading(12, ldb, by_rows ? n : m).reported()) return;
     if (by_rows) {

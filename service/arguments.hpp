@@ -2,16 +2,11 @@
 // once, with its position in the published argument list, from 1; the others are not looked at any more.
 #pragma once
 #include "service/errors.hpp"
+#include "service/letters.hpp"
 #include "service/types.hpp"
+#include "service/workspace.hpp"
 
 namespace nxl {
-
-/// Whether an option, in either case, is one of the capital letters.
-constexpr bool is_one_of(char option, const char* letters) {
-    const auto capital = static_cast<char>(folded(option));
-    while (*letters != '\0' && *letters != capital) ++letters;
-    return *letters != '\0';
-}
 
 /// The six letters by which reports and tuning data know a routine, padded with blanks.
 struct RoutineLetters {
@@ -20,40 +15,60 @@ struct RoutineLetters {
     consteval RoutineLetters(const char (&name)[7]) : text{} {
         for (int i = 0; i < 7; ++i) text[i] = name[i];
     }
-    operator const char*() const { return text; }
+    constexpr operator const char*() const { return text; }
 };
+
+/// D for double, Z for zcomplex: the first letter of names.
+template <class T> inline constexpr char type_letter = sizeof(T) == sizeof(double) ? 'D' : 'Z';
 
 /// DGETRF for double, ZGETRF for zcomplex, of "GETRF".
 template <class T> consteval RoutineLetters routine(const char (&rest)[6]) {
-    const char type = sizeof(T) == sizeof(double) ? 'D' : 'Z';
-    return {{type, rest[0], rest[1], rest[2], rest[3], rest[4], '\0'}};
+    return {{type_letter<T>, rest[0], rest[1], rest[2], rest[3], rest[4], '\0'}};
 }
 
-/// `Arguments("DGEMM ").letter(1, *transa, "NCT").size(3, m).leading(8, lda, rows).refused()`
-class Arguments {
-    const RoutineLetters name_;
+/// The tests themselves. How a bad argument is told is the business of `Chain`, the class that is derived from this.
+template <class Chain> class ArgumentTests {
     int bad_ = 0; // position; 0: none yet
+    i64 value_ = 0;
+
+  public:
+    Chain& expect(int position, bool good, i64 value = 0) {
+        if (!good && bad_ == 0) {
+            bad_ = position;
+            value_ = value;
+        }
+        return static_cast<Chain&>(*this);
+    }
+    Chain& size(int position, i64 n) { return expect(position, n >= 0, n); }
+    Chain& increment(int position, i64 inc) { return expect(position, inc != 0, inc); }
+    /// A leading dimension that is at least max(1, least).
+    Chain& leading(int position, i64 ld, i64 least) { return expect(position, ld >= 1 && ld >= least, ld); }
+
+  protected:
+    /// The first bad argument, or 0, and its value where the test was of a number.
+    int bad() const { return bad_; }
+    i64 value() const { return value_; }
+};
+
+/// `Arguments("DGEMM ").letter(1, transa, "NCT").size(3, m).leading(8, lda, rows).refused()`
+class Arguments : public ArgumentTests<Arguments> {
+    const RoutineLetters name_;
 
   public:
     explicit Arguments(const RoutineLetters& name) : name_(name) {}
 
-    Arguments& expect(int position, bool good) {
-        if (!good && bad_ == 0) bad_ = position;
-        return *this;
-    }
     Arguments& letter(int position, char option, const char* letters) {
         return expect(position, is_one_of(option, letters));
     }
-    Arguments& size(int position, i64 n) { return expect(position, n >= 0); }
-    Arguments& increment(int position, i64 inc) { return expect(position, inc != 0); }
-    /// A leading dimension, or a length of workspace, that is at least max(1, least).
-    Arguments& leading(int position, i64 ld, i64 least) { return expect(position, ld >= 1 && ld >= least); }
+    template <class T> Arguments& workspace(int position, const Workspace<T>& space) {
+        return expect(position, space.suffices());
+    }
 
     /// True when an argument was bad, which has then been reported.
-    bool refused() const { return bad_ != 0 && report_argument(name_, bad_); }
+    bool refused() const { return bad() != 0 && report_argument(name_, bad()); }
     /// The same for LAPACK, where info tells the caller: the negative position, or 0.
     bool refused(i64& info) const {
-        info = -bad_;
+        info = -bad();
         return refused();
     }
 };

@@ -18,14 +18,4 @@ inline void report_no_memory(const char* name) {
 /// above 0 the position of a bad argument, else an internal condition. At most 20 characters of `name` are printed.
 void print_error(const char* name, int info, int name_length);
 
-/// The byte, as a capital where it is an ASCII letter.
-constexpr unsigned char folded(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 0x61 && byte <= 0x7A ? static_cast<unsigned char>(byte - 0x20) : byte;
-}
-
-/// -1, all bits set, when the first bytes of `a` and `b` are the same letter, whatever its case, or the same byte; else
-/// 0. The lengths are the hidden ones of a Fortran call and are not looked at.
-inline i64 LSAME(const char* a, const char* b, int, int) { return folded(*a) == folded(*b) ? -1 : 0; }
-
 } // namespace nxl

@@ -1,7 +1,8 @@
 // LAPACK, LU factorisation and the auxiliaries around it: entries.
 #include "lapack/kernel/source/common/lacgv.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
-#include "lapack/kernel/source/lu/lu.hpp"
+#include "lapack/kernel/source/lu/laswp.hpp"
+#include "lapack/kernel/source/lu/xgetrf_omp.hpp"
 #include "nxl.h"
 #include "service/export.hpp"
 #include "service/interface/integers.hpp"

@@ -3,7 +3,8 @@
 // Control Optim. 20 (1982), every Newton step descends.
 #include "solvers_tr/kernel/d_tr_boxed_step.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/cholesky/cholesky.hpp"
+#include "lapack/kernel/source/cholesky/potrs.hpp"
+#include "lapack/kernel/source/cholesky/xpotrf_omp.hpp"
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -118,7 +119,7 @@ bool BoxedStep::factor(i64 count, double shift) const {
         packed[c] += shift;
     }
     i64 info = 0;
-    nxl_lapack_dpotrf('L', count, work_.factor, count, info, 1);
+    potrf('L', count, work_.factor, count, info);
     return info == 0;
 }
 
@@ -134,7 +135,7 @@ void BoxedStep::newton_step() {
     }
     for (i64 k = 0; k < count; ++k) work_.move[k] = -work_.slope[work_.free[k]];
     i64 info = 0;
-    nxl_lapack_dpotrs('L', count, 1, work_.factor, count, work_.move, count, info, 1);
+    potrs('L', count, 1, work_.factor, count, work_.move, count, info);
     std::fill_n(work_.direction, model_.n, 0.0);
     for (i64 k = 0; k < count; ++k) {
         if (!std::isfinite(work_.move[k])) return;

@@ -3,8 +3,9 @@
 // 1 %.
 #include "solvers_tr/kernel/d_tr_trialstep_nlsqp_withMP.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/cholesky/cholesky.hpp"
-#include "lapack/kernel/source/triangular/triangular.hpp"
+#include "lapack/kernel/source/cholesky/potrs.hpp"
+#include "lapack/kernel/source/cholesky/xpotrf_omp.hpp"
+#include "lapack/kernel/source/triangular/trtrs.hpp"
 #include "solvers_tr/kernel/d_tr_trialstep_utils.hpp"
 #include <cmath>
 #include <limits>
@@ -68,7 +69,7 @@ bool TrialStep::is_finite() const {
 bool TrialStep::factorise() const {
     i64 info = 0;
     copy_lower(n_, problem_.h, problem_.factor, problem_.threads);
-    nxl_lapack_dpotrf('L', n_, problem_.factor, n_, info, 1);
+    potrf('L', n_, problem_.factor, n_, info);
     return info == 0;
 }
 
@@ -76,7 +77,7 @@ bool TrialStep::factorise() const {
 double TrialStep::solve() const {
     i64 info = 0;
     copy(n_, descent(), 1, step(), 1);
-    nxl_lapack_dpotrs('L', n_, 1, problem_.factor, n_, step(), n_, info, 1);
+    potrs('L', n_, 1, problem_.factor, n_, step(), n_, info);
     return norm(n_, step());
 }
 
@@ -115,7 +116,7 @@ int TrialStep::newton_on_shift(double length) const {
     double* w = problem_.work[1];
     i64 info = 0;
     for (i64 j = 0; j < n_; ++j) w[j] = step()[j] / length;
-    nxl_lapack_dtrtrs('L', 'N', 'N', n_, 1, problem_.factor, n_, w, n_, info, 1, 1, 1);
+    trtrs('L', 'N', 'N', n_, 1, problem_.factor, n_, w, n_, info);
     if (info < 0) return static_cast<int>(info);
     const double w_length = norm(n_, w);
     if (w_length == 0.0) return on_boundary;

@@ -1,7 +1,7 @@
 // Column loops and the hard case of the trust-region step.
 #include "solvers_tr/kernel/d_tr_trialstep_utils.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/triangular/triangular.hpp"
+#include "lapack/kernel/source/triangular/trtrs.hpp"
 #include "service/parallel.hpp"
 #include <cmath>
 
@@ -71,7 +71,7 @@ int step_in_hard_case(i64 n, double radius, double* factor, double* s, double* u
     choose_signs(n, factor, u);
     equilibrate(n, factor, u, v);
     i64 info = 0;
-    nxl_lapack_dtrtrs('L', 'T', 'N', n, 1, factor, n, u, n, info, 1, 1, 1);
+    trtrs('L', 'T', 'N', n, 1, factor, n, u, n, info);
     if (info < 0) return static_cast<int>(info);
     for (i64 j = 0; j < n; ++j) u[j] /= v[j];
     const double length = norm(n, u);

@@ -1,7 +1,7 @@
 // Inverses and solutions from LU and Cholesky factors and from triangular matrices, through the entries. CTest runs
 // this program for each processor class and vector width.
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/cholesky/cholesky.hpp"
+#include "lapack/kernel/source/cholesky/lauum.hpp"
 #include "nxl.h"
 #include "tests/support/captured.hpp"
 #include "tests/support/guarded_matrix.hpp"

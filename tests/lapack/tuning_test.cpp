@@ -1,6 +1,6 @@
 // The tuning source: both sides of every threshold of the factorisations, and the published defaults against the
 // reference library's own.
-#include "lapack/kernel/source/tuning/tuning.hpp"
+#include "lapack/kernel/source/tuning/ilaenv.hpp"
 #include "tests/support/reference_blas.hpp"
 #include <algorithm>
 #include <cctype>

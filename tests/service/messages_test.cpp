@@ -1,5 +1,6 @@
 // Messages to the byte, the second formatting pass, the overflow report, concurrent callers, LSAME.
 #include "service/errors.hpp"
+#include "service/letters.hpp"
 #include "service/messages.hpp"
 #include "tests/support/captured.hpp"
 #include "tests/support/child.hpp"

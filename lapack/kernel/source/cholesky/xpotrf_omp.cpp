@@ -1,10 +1,11 @@
 // Cholesky factorisation: the choice of strategy, and the run over threads on a table of tiles. Method: Buttari,
 // Langou, Kurzak and Dongarra, A class of parallel tiled linear algebra algorithms, Parallel Computing 35 (2009).
+#include "lapack/kernel/source/cholesky/xpotrf_omp.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/cholesky/cholesky.hpp"
 #include "lapack/kernel/source/cholesky/potrf_tiles.hpp"
 #include "lapack/kernel/source/cholesky/xpotrf.hpp"
 #include "lapack/kernel/source/common/task_region.hpp"
+#include "lapack/kernel/source/tuning/tuning.hpp"
 #include "service/arguments.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
@@ -18,38 +19,36 @@ namespace {
 /// A triangle of order n that the threads of one region factor, tile by tile.
 template <class T> class TiledPotrf {
     const char uplo_;
-    const i64 n_, nb_, level_limit_;
-    T* const a_;
-    const i64 lda_;
+    const Matrix<T>& a_;
+    const i64 nb_, level_limit_;
     PotrfTable table_;
     SharedFlag stopped_;
     std::atomic<i64> info_{0}; // of the one diagonal tile that failed: none after it is ever reached
 
-    static i64 first(i64 p, i64 nb) { return (p - 1) * nb; }
-    i64 first(i64 p) const { return first(p, nb_); }
-    i64 width(i64 p) const { return std::min(n_ - first(p), nb_); }
+    i64 first(i64 p) const { return (p - 1) * nb_; }
+    i64 width(i64 p) const { return std::min(a_.rows - first(p), nb_); }
 
-    /// Tile (p, q) of the triangle.
-    T* tile(i64 p, i64 q) const {
-        return uplo_ == 'L' ? a_ + first(q) + first(p) * lda_ : a_ + first(p) + first(q) * lda_;
+    /// The tiles (p, q) to (p + levels - 1, q) of the triangle, as far as `depth` columns, or rows, of it.
+    Matrix<T> tiles(i64 p, i64 q, i64 depth) const {
+        return uplo_ == 'L' ? a_.block(first(q), first(p), width(q), depth)
+                            : a_.block(first(p), first(q), depth, width(q));
     }
+    Matrix<T> tile(i64 p, i64 q) const { return tiles(p, q, width(p)); }
 
     /// Takes `levels` levels from k on off the tile.
     void update(const PotrfTask& task, i64 levels) const {
         const auto [p, q, k] = task;
         const i64 depth = std::min(nb_ * levels, first(p) - first(k));
-        T* const c = tile(p, q);
-        if (task.diagonal())
-            herk(uplo_, uplo_ == 'L' ? 'N' : 'C', width(p), depth, -1.0, tile(k, p), lda_, 1.0, c, lda_);
-        else if (uplo_ == 'L')
-            gemm('N', 'C', width(q), width(p), depth, -1.0, tile(k, q), lda_, tile(k, p), lda_, 1.0, c, lda_);
-        else gemm('C', 'N', width(p), width(q), depth, -1.0, tile(k, p), lda_, tile(k, q), lda_, 1.0, c, lda_);
+        const Matrix<T> c = tile(p, q), to_p = tiles(k, p, depth), to_q = tiles(k, q, depth);
+        if (task.diagonal()) herk(uplo_, uplo_ == 'L' ? 'N' : 'C', -1.0, to_p, 1.0, c);
+        else if (uplo_ == 'L') gemm('N', 'C', -1.0, to_q, to_p, 1.0, c);
+        else gemm('C', 'N', -1.0, to_p, to_q, 1.0, c);
     }
 
     /// Factors the diagonal tile p. False when it stays unfinished, and the others on the call end for that.
     bool factor(i64 p, i64 thread) {
         i64 info = 0;
-        if (potrf_serial(uplo_, width(p), tile(p, p), lda_, info, thread, first(p)) != 0) {
+        if (potrf_serial(uplo_, tile(p, p), info, thread, first(p))) {
             stopped_.raise();
             return false;
         }
@@ -58,8 +57,8 @@ template <class T> class TiledPotrf {
     }
 
     void solve(i64 p, i64 q) const {
-        if (uplo_ == 'L') trsm('R', 'L', 'C', 'N', width(q), width(p), 1.0, tile(p, p), lda_, tile(p, q), lda_);
-        else trsm('L', 'U', 'C', 'N', width(p), width(q), 1.0, tile(p, p), lda_, tile(p, q), lda_);
+        if (uplo_ == 'L') trsm('R', 'L', 'C', 'N', 1.0, tile(p, p), tile(p, q));
+        else trsm('L', 'U', 'C', 'N', 1.0, tile(p, p), tile(p, q));
     }
 
     void run(PotrfTask& task, i64 thread) {
@@ -79,17 +78,15 @@ template <class T> class TiledPotrf {
     bool going_on() const { return info() == 0 && !stopped(); }
 
   public:
-    /// `words`: words_needed(tiles(n, nb)) of them, for the table. The first tile has been factored.
-    TiledPotrf(char uplo, i64 n, i64 nb, i64 level_limit, T* a, i64 lda, i64* words)
+    /// `words`: words_needed(tiles_along(n, nb)) of them, for the table. The first tile has been factored.
+    TiledPotrf(char uplo, const Matrix<T>& a, i64 nb, i64* words)
         : uplo_(uplo),
-          n_(n),
-          nb_(nb),
-          level_limit_(level_limit),
           a_(a),
-          lda_(lda),
-          table_(words, tiles(n, nb)) {}
+          nb_(nb),
+          level_limit_(cholesky_sizes.level_limit(uplo, a.rows)),
+          table_(words, tiles_along(a.rows, nb)) {}
 
-    static i64 tiles(i64 n, i64 nb) { return (n + nb - 1) / nb; }
+    static i64 tiles_along(i64 n, i64 nb) { return (n + nb - 1) / nb; }
     i64 info() const { return info_.load(std::memory_order_relaxed); }
     bool stopped() const { return stopped_.raised(); }
 
@@ -109,16 +106,15 @@ template <class T> class TiledPotrf {
     }
 };
 
-template <class T> i64 factor(char uplo, i64 n, T* a, i64 lda, i64& info);
+template <class T> bool factor(char uplo, const Matrix<T>& a, i64& info);
 
-/// The table run. Returns 1 when the host asks to stop.
-template <class T> i64 factor_tiles(char uplo, i64 n, i64 nb, i64 threads, T* a, i64 lda, i64& info) {
-    const i64 level_limit = potrf_tuning<T>(block_size, uplo, n, threads, -2);
-    const Scratch<i64> words(PotrfTable::words_needed(TiledPotrf<T>::tiles(n, nb)));
-    if (!words.data()) return potrf_serial(uplo, n, a, lda, info, 0, 0);
-    if (factor(uplo, std::min(nb, n), a, lda, info) != 0) return 1;
-    if (info != 0) return 0;
-    TiledPotrf<T> run(uplo, n, nb, level_limit, a, lda, words.data());
+/// The table run. True when the host asks to stop.
+template <class T> bool factor_tiles(char uplo, const Matrix<T>& a, i64 nb, i64 threads, i64& info) {
+    const Scratch<i64> words(PotrfTable::words_needed(TiledPotrf<T>::tiles_along(a.rows, nb)));
+    if (!words.data()) return potrf_serial(uplo, a, info, 0, 0);
+    if (factor(uplo, a.block(0, 0, nb, nb), info)) return true;
+    if (info != 0) return false;
+    TiledPotrf<T> run(uplo, a, nb, words.data());
     const int team = static_cast<int>(std::min(threads, i64{largest_team}));
 #pragma omp parallel num_threads(team)
     run.work(omp_get_thread_num());
@@ -126,37 +122,36 @@ template <class T> i64 factor_tiles(char uplo, i64 n, i64 nb, i64 threads, T* a,
     return run.stopped();
 }
 
-/// A = U^H U or L L^H by the way that suits n and the threads. Returns 1 when the host asks to stop.
-template <class T> i64 factor(char uplo, i64 n, T* a, i64 lda, i64& info) {
+/// A = U^H U or L L^H by the way that suits n and the threads. True when the host asks to stop.
+template <class T> bool factor(char uplo, const Matrix<T>& a, i64& info) {
     info = 0;
-    if (n < potrf_tuning<T>(crossover, uplo, n)) {
-        potf2(uplo, n, a, lda, info);
-        return 0;
+    const i64 n = a.rows;
+    if (n < cholesky_sizes.crossover) {
+        potf2(uplo, a, info);
+        return false;
     }
     const i64 threads = max_threads(domain_all);
-    const i64 nb = threads > 1 ? potrf_tuning<T>(block_size, uplo, n, threads) : n;
-    if (nb < 2 || n <= nb) return potrf_serial(uplo, n, a, lda, info, 0, 0);
-    return factor_tiles(uplo, n, nb, threads, a, lda, info);
+    const i64 nb = threads > 1 ? cholesky_sizes.block(n, threads) : n;
+    if (nb < 2 || n <= nb) return potrf_serial(uplo, a, info, 0, 0);
+    return factor_tiles(uplo, a, nb, threads, info);
 }
 
-/// The letter in capitals, or 0 with info set when an argument is bad.
-char checked_uplo(const RoutineLetters& name, char uplo, i64 n, i64 lda, i64& info) {
-    const bool bad = Arguments(name).letter(1, uplo, "UL").size(2, n).leading(4, lda, n).refused(info);
-    return bad ? '\0' : is_one_of(uplo, "U") ? 'U' : 'L';
+bool bad_arguments(const RoutineLetters& name, char uplo, i64 n, i64 lda, i64& info) {
+    return Arguments(name).letter(1, uplo, "UL").size(2, n).leading(4, lda, n).refused(info);
 }
 
 } // namespace
 
 template <class T> void potrf(const char& uplo, const i64& n, T* a, const i64& lda, i64& info, int) {
-    const char letter = checked_uplo(routine<T>("POTRF"), uplo, n, lda, info);
-    if (letter != 0 && n > 0) factor(letter, n, a, lda, info);
+    if (bad_arguments(potrf_name<T>, uplo, n, lda, info) || n == 0) return;
+    factor(uplo, Matrix<T>{a, n, n, lda}, info);
 }
 template decltype(potrf<double>) potrf<double>;
 template decltype(potrf<zcomplex>) potrf<zcomplex>;
 
 void nxl_lapack_zpotf2(const char& uplo, const i64& n, zcomplex* a, const i64& lda, i64& info, int) {
-    const char letter = checked_uplo("ZPOTF2", uplo, n, lda, info);
-    if (letter != 0 && n > 0) potf2(letter, n, a, lda, info);
+    if (bad_arguments("ZPOTF2", uplo, n, lda, info) || n == 0) return;
+    potf2(uplo, Matrix<zcomplex>{a, n, n, lda}, info);
 }
 
 } // namespace nxl

@@ -15,32 +15,31 @@ i64 whole_fours(i64 count) { return count / 4 * 4; }
 
 /// One run over the panels of a matrix.
 template <class T> class LookAhead {
-    const LuBlock<T>& lu_;
+    const Matrix<T>& a_;
+    i64* const ipiv_;
     i64* const info_;
     const i64 thread_, offset_;
     const int threads_;
-    const i64 nb_, panel_cost_;
+    const i64 nb_;
 
   public:
-    LookAhead(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset, int threads, i64 nb)
-        : lu_(lu),
+    LookAhead(const Matrix<T>& a, i64* ipiv, i64* info, i64 thread, i64 offset, int threads, i64 nb)
+        : a_(a),
+          ipiv_(ipiv),
           info_(info),
           thread_(thread),
           offset_(offset),
           threads_(threads),
-          nb_(nb),
-          panel_cost_(tuning(panel_share, getrf_name<T>, "P", lu.m, lu.n, -1, -1)) {}
+          nb_(nb) {}
 
     bool run() const {
         i64 panel_info = 0;
-        if (factor_with_look_ahead(lu_.from(0, nb_), &panel_info, thread_, offset_)) return true;
-        adopt_panel(lu_, 0, nb_, panel_info, info_);
-        for (i64 j = nb_; j < lu_.steps(); j += nb_)
+        if (factor_with_look_ahead(a_.columns_from(0, nb_), ipiv_, &panel_info, thread_, offset_)) return true;
+        adopt_panel(a_, ipiv_, 0, nb_, panel_info, info_);
+        for (i64 j = nb_; j < a_.steps(); j += nb_)
             if (advance(j)) return true;
-        if (lu_.m < lu_.n) {
-            const i64 last = (lu_.m - 1) / nb_ * nb_;
-            apply_panel(lu_, last, lu_.m - last, lu_.m, lu_.n - lu_.m);
-        }
+        if (const i64 m = a_.rows, last = (m - 1) / nb_ * nb_; m < a_.columns)
+            apply_panel(a_, ipiv_, last, m - last, m, a_.columns - m);
         interchange_left();
         return false;
     }
@@ -48,22 +47,22 @@ template <class T> class LookAhead {
   private:
     /// Applies the panel that ends before column j to all columns from there on, and factors the panel at j.
     bool advance(i64 j) const {
-        const i64 width = std::min(lu_.steps() - j, nb_), remaining = lu_.n - j;
-        const LookAheadShares shares = look_ahead_shares(remaining, width, nb_, panel_cost_, threads_);
+        const i64 width = std::min(a_.steps() - j, nb_), remaining = a_.columns - j;
+        const Matrix<T> panel = a_.block(j, j, a_.rows - j, width);
+        const LookAheadShares shares = look_ahead_shares(remaining, width, nb_, LuSizes::panel_share, threads_);
         i64 panel_info = 0;
         SharedFlag stop;
         parallel_blocks(threads_, threads_, [&, j](int block) {
             const i64 start = block == 0 ? 0 : shares.first_share + (block - 1) * shares.share;
             const i64 own = block == 0 ? shares.first_share : shares.share;
-            apply_panel(lu_, j - nb_, nb_, j + start, block == threads_ - 1 ? remaining - start : own);
-            if (block == 0 && shares.look_ahead &&
-                factor_serially(lu_.from(j, width), &panel_info, thread_, offset_ + j))
+            apply_panel(a_, ipiv_, j - nb_, nb_, j + start, block == threads_ - 1 ? remaining - start : own);
+            if (block == 0 && shares.look_ahead && factor_serially(panel, ipiv_ + j, &panel_info, thread_, offset_ + j))
                 stop.raise();
         });
         if (stop.raised()) return true;
-        if (!shares.look_ahead && factor_with_look_ahead(lu_.from(j, width), &panel_info, thread_, offset_ + j))
+        if (!shares.look_ahead && factor_with_look_ahead(panel, ipiv_ + j, &panel_info, thread_, offset_ + j))
             return true;
-        adopt_panel(lu_, j, width, panel_info, info_);
+        adopt_panel(a_, ipiv_, j, width, panel_info, info_);
         return false;
     }
 
@@ -72,8 +71,8 @@ template <class T> class LookAhead {
         const i64 share = nb_ / threads_;
         parallel_blocks(threads_, threads_, [&, share](int block) {
             const i64 start = block * share, count = block == threads_ - 1 ? nb_ - start : share;
-            for (i64 j = 0; j + nb_ < lu_.steps(); j += nb_)
-                interchange_rows(lu_, j + nb_, lu_.steps(), j + start, count);
+            for (i64 j = 0; j + nb_ < a_.steps(); j += nb_)
+                interchange_rows(a_.columns_from(j + start, count), ipiv_, j + nb_, a_.steps());
         });
     }
 };
@@ -89,30 +88,20 @@ LookAheadShares look_ahead_shares(i64 remaining, i64 width, i64 nb, i64 panel_co
     return {true, first_share, whole_fours((remaining - first_share) / (threads - 1))};
 }
 
-template <class T> bool factor_with_look_ahead(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset) {
+template <class T> bool factor_with_look_ahead(const Matrix<T>& a, i64* ipiv, i64* info, i64 thread, i64 offset) {
     const int threads = std::min(max_threads(domain_all), largest_team);
-    if (threads <= 1 || lu.n <= tuning(crossover, getrf_name<T>, "P", lu.m, lu.n, -1, -1))
-        return factor_serially(lu, info, thread, offset);
+    if (threads <= 1 || a.columns <= lu_sizes<T>.crossover(a.columns, 1))
+        return factor_serially(a, ipiv, info, thread, offset);
     *info = 0;
-    const i64 nb = tuning(block_size, getrf_name<T>, "P", lu.m, lu.n, -1, -1);
-    if (nb <= 1 || nb >= lu.steps()) {
-        factor_unblocked(lu, info);
-        return stop_requested(getrf_name<T>, thread, offset + lu.steps());
+    const i64 nb = lu_sizes<T>.panel_block(a.columns);
+    if (nb <= 1 || nb >= a.steps()) {
+        factor_unblocked(a, ipiv, info);
+        return stop_requested(getrf_name<T>, thread, offset + a.steps());
     }
-    return LookAhead<T>(lu, info, thread, offset, threads, nb).run();
+    return LookAhead<T>(a, ipiv, info, thread, offset, threads, nb).run();
 }
 
-template bool factor_with_look_ahead(const LuBlock<double>&, i64*, i64, i64);
-template bool factor_with_look_ahead(const LuBlock<zcomplex>&, i64*, i64, i64);
-
-i64 nxl_lapack_dgetrf_ib(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-                         const i64* offset) {
-    return factor_with_look_ahead(LuBlock<double>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
-}
-
-i64 nxl_lapack_zgetrf_ib(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info,
-                         const i64* thread, const i64* offset) {
-    return factor_with_look_ahead(LuBlock<zcomplex>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
-}
+template bool factor_with_look_ahead(const Matrix<double>&, i64*, i64*, i64, i64);
+template bool factor_with_look_ahead(const Matrix<zcomplex>&, i64*, i64*, i64, i64);
 
 } // namespace nxl

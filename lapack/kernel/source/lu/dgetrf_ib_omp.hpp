@@ -12,17 +12,11 @@ struct LookAheadShares {
     i64 first_share, share;
 };
 
-/// For a next panel of `width` columns, with panels of nb otherwise; `panel_cost` is tuning's panel_share. At least two
+/// For a next panel of `width` columns, with panels of nb otherwise; `panel_cost` is LuSizes::panel_share. At least two
 /// threads.
 LookAheadShares look_ahead_shares(i64 remaining, i64 width, i64 nb, i64 panel_cost, i64 threads);
 
 /// P A = L U as factor_serially has it, over threads where that pays.
-template <class T> bool factor_with_look_ahead(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset);
-
-/// The same by its flat names: the answer is 1 for stop, else 0.
-i64 nxl_lapack_dgetrf_ib(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-                         const i64* offset);
-i64 nxl_lapack_zgetrf_ib(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info,
-                         const i64* thread, const i64* offset);
+template <class T> bool factor_with_look_ahead(const Matrix<T>& a, i64* ipiv, i64* info, i64 thread, i64 offset);
 
 } // namespace nxl

@@ -1,7 +1,7 @@
 // dgetri, zgetri: inverse of a general matrix from its LU factors.
+#include "lapack/kernel/source/lu/getri.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/lu/lu.hpp"
-#include "lapack/kernel/source/triangular/triangular.hpp"
+#include "lapack/kernel/source/triangular/trtri.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
 #include "service/arguments.hpp"
 #include "service/parallel.hpp"
@@ -28,13 +28,13 @@ template <class Body> void over_blocks(i64 n, const Body& body) {
     });
 }
 
-/// Moves columns j .. j + width - 1 of L from the diagonal on to `work`, rows as in A, and leaves zeros for them. The
-/// unit diagonal and what is above it stay as they are: nobody looks there.
-template <class T> void take_lower(i64 n, i64 j, i64 width, T* a, i64 lda, T* work) {
-    over_blocks(n, [=](i64 start, i64 rows) {
-        for (i64 k = j; k < j + width; ++k) {
-            T* const column = a + k * lda;
-            T* const taken = work + (k - j) * n;
+/// Moves the columns of L from column j on, below the diagonal, to `work`, and leaves zeros for them. What stands in
+/// `work` above them stays as it is: nobody looks there.
+template <class T> void take_lower(const Matrix<T>& a, i64 j, const Matrix<T>& work) {
+    over_blocks(a.rows, [=](i64 start, i64 rows) {
+        for (i64 k = j; k < j + work.columns; ++k) {
+            T* const column = a.at(0, k);
+            T* const taken = work.at(0, k - j);
             for (i64 i = std::max(start, k + 1); i < start + rows; ++i) {
                 taken[i] = column[i];
                 column[i] = T{};
@@ -44,14 +44,15 @@ template <class T> void take_lower(i64 n, i64 j, i64 width, T* a, i64 lda, T* wo
 }
 
 /// X L = U^-1 for X, from the last columns to the first: U^-1 - X2 L21 in the product's place, then a solution with
-/// L11. `work`: n by width.
-template <class T> void solve_by_blocks(i64 n, T* a, i64 lda, T* work, i64 width) {
+/// L11. `work`: as many rows, and the columns that are taken at once.
+template <class T> void solve_by_blocks(const Matrix<T>& a, const Matrix<T>& work) {
+    const i64 n = a.rows, width = work.columns;
     for (i64 j = (n - 1) / width * width; j >= 0; j -= width) {
-        const i64 columns = std::min(width, n - j), next = j + columns;
-        take_lower(n, j, columns, a, lda, work);
-        if (next < n)
-            gemm('N', 'N', n, columns, n - next, -1.0, a + next * lda, lda, work + next, n, 1.0, a + j * lda, lda);
-        trsm('R', 'L', 'N', 'U', n, columns, 1.0, work + j, n, a + j * lda, lda);
+        const i64 columns = std::min(width, n - j), next = j + columns, rest = n - next;
+        const Matrix<T> lower = work.columns_from(0, columns), x = a.columns_from(j, columns);
+        take_lower(a, j, lower);
+        if (rest > 0) gemm('N', 'N', -1.0, a.columns_from(next, rest), lower.rows_from(next, rest), 1.0, x);
+        trsm('R', 'L', 'N', 'U', 1.0, lower.from(j, 0), x);
     }
 }
 
@@ -120,12 +121,13 @@ template <class T> void undo_interchanges(i64 n, T* a, i64 lda, const i64* ipiv,
 }
 
 /// In the caller's workspace if it holds a wide block, else in memory of our own, else in what there is.
-template <class T> void solve_with_lower(i64 n, T* a, i64 lda, T* work, i64 lwork) {
-    const i64 wide = std::min(n, wide_block), given = lwork / n;
-    if (given >= wide) return solve_by_blocks(n, a, lda, work, wide);
+template <class T> void solve_with_lower(const Matrix<T>& a, const Workspace<T>& space) {
+    const i64 n = a.rows, wide = std::min(n, wide_block), given = space.length() / n;
+    const auto solve = [&](T* work, i64 width) { solve_by_blocks(a, {work, n, width, n}); };
+    if (given >= wide) return solve(space.data(), wide);
     const Scratch<T> own(n * wide);
-    if (own.data()) solve_by_blocks(n, a, lda, own.data(), wide);
-    else solve_by_blocks(n, a, lda, work, given);
+    if (own.data()) solve(own.data(), wide);
+    else solve(space.data(), given);
 }
 
 } // namespace
@@ -133,16 +135,13 @@ template <class T> void solve_with_lower(i64 n, T* a, i64 lda, T* work, i64 lwor
 template <class T>
 void getri(const i64& n, T* a, const i64& lda, const i64* ipiv, T* work, const i64& lwork, i64& info) {
     constexpr RoutineLetters name = routine<T>("GETRI");
-    const i64 best = std::max(n * tuning(block_size, name, " ", n, -1, -1, -1), i64{1});
-    const bool query = lwork == -1;
-    work[0] = T(static_cast<double>(best));
-    if (Arguments(name).size(1, n).leading(3, lda, n).leading(6, query ? best : lwork, n).refused(info)) return;
-    if (query || n == 0) return;
-    trtri('U', 'N', n, a, lda, info, 1, 1);
+    const Workspace<T> space(work, lwork, std::max(n, i64{1}), std::max(n * block_of(name), i64{1}));
+    if (Arguments(name).size(1, n).leading(3, lda, n).workspace(6, space).refused(info)) return;
+    if (space.is_query() || n == 0) return;
+    trtri('U', 'N', n, a, lda, info);
     if (info != 0) return;
-    solve_with_lower(n, a, lda, work, lwork);
+    solve_with_lower({a, n, n, lda}, space);
     undo_interchanges(n, a, lda, ipiv, work);
-    work[0] = T(static_cast<double>(best));
 }
 template decltype(getri<double>) getri<double>;
 template decltype(getri<zcomplex>) getri<zcomplex>;

@@ -1,6 +1,7 @@
 // dgetrs, zgetrs: solution of a general system from its LU factors.
+#include "lapack/kernel/source/lu/getrs.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/lu/lu.hpp"
+#include "lapack/kernel/source/lu/laswp.hpp"
 #include "service/arguments.hpp"
 
 namespace nxl {
@@ -10,13 +11,15 @@ void getrs(const char& trans, const i64& n, const i64& nrhs, const T* a, const i
     Arguments arguments(routine<T>("GETRS"));
     arguments.letter(1, trans, "NTC").size(2, n).size(3, nrhs).leading(5, lda, n).leading(8, ldb, n);
     if (arguments.refused(info) || n == 0 || nrhs == 0) return;
-    if (is_one_of(trans, "N")) { // A = P^T L U
+    const Matrix<const T> factors{a, n, n, lda};
+    const Matrix<T> x{b, n, nrhs, ldb};
+    if (trans == 'N') { // A = P^T L U
         laswp(nrhs, b, ldb, 1, n, ipiv, 1);
-        trsm('L', 'L', 'N', 'U', n, nrhs, 1.0, a, lda, b, ldb);
-        trsm('L', 'U', 'N', 'N', n, nrhs, 1.0, a, lda, b, ldb);
+        trsm('L', 'L', 'N', 'U', 1.0, factors, x);
+        trsm('L', 'U', 'N', 'N', 1.0, factors, x);
     } else { // A^T = U^T L^T P
-        trsm('L', 'U', trans, 'N', n, nrhs, 1.0, a, lda, b, ldb);
-        trsm('L', 'L', trans, 'U', n, nrhs, 1.0, a, lda, b, ldb);
+        trsm('L', 'U', trans, 'N', 1.0, factors, x);
+        trsm('L', 'L', trans, 'U', 1.0, factors, x);
         laswp(nrhs, b, ldb, 1, n, ipiv, -1);
     }
 }

@@ -1,6 +1,6 @@
 // Row interchanges. The columns are taken a few at a time, so that what the interchanges touch stays in cache however
 // many they are, and each pivot is looked at once for all of those columns.
-#include "lapack/kernel/source/lu/lu.hpp"
+#include "lapack/kernel/source/lu/laswp.hpp"
 
 namespace nxl {
 namespace {

@@ -3,7 +3,7 @@
 #include "lapack/kernel/source/lu/xgetrf.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
-#include "lapack/kernel/source/lu/lu.hpp"
+#include "lapack/kernel/source/lu/laswp.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
 #include "service/kernel_slot.hpp"
 #include <algorithm>
@@ -11,85 +11,74 @@
 namespace nxl {
 namespace {
 
-template <class T> void leaf(const LuBlock<T>& b, i64* info) {
-    slot_of<T, &KernelTable::dgetrf_leaf, &KernelTable::zgetrf_leaf>()(b.m, b.n, b.a, b.lda, b.ipiv, *info);
+template <class T> void leaf(const Matrix<T>& a, i64* ipiv, i64* info) {
+    slot_of<T, &KernelTable::dgetrf_leaf, &KernelTable::zgetrf_leaf>()(a.rows, a.columns, a.data, a.ld, ipiv, *info);
 }
 
-template <class T> void update(const LuBlock<T>& panel, i64 count, T* b) {
-    slot_of<T, &KernelTable::dgetrf_update, &KernelTable::zgetrf_update>()(panel.m, panel.n, count, panel.a, b,
-                                                                           panel.lda);
-}
-
-/// What the square part of a block with m < n does to the columns past it.
-template <class T> void finish_wide(const LuBlock<T>& lu) {
-    if (lu.m < lu.n) apply_panel(lu, 0, lu.m, lu.m, lu.n - lu.m);
+/// What a panel does to the columns beside it, of a matrix so small that every product is rounded for itself.
+template <class T> void update_rounded(const Matrix<T>& panel, const Matrix<T>& beside) {
+    slot_of<T, &KernelTable::dgetrf_update, &KernelTable::zgetrf_update>()(panel.rows, panel.columns, beside.columns,
+                                                                           panel.data, beside.data, panel.ld);
 }
 
 } // namespace
 
-template <class T> void interchange_rows(const LuBlock<T>& lu, i64 first, i64 last, i64 column, i64 count) {
-    laswp(count, lu.at(0, column), lu.lda, first + 1, last, lu.ipiv, 1);
+template <class T> void interchange_rows(const Matrix<T>& columns, const i64* ipiv, i64 first, i64 last) {
+    laswp(columns.columns, columns.data, columns.ld, first + 1, last, ipiv, 1);
 }
 
-template <class T> void apply_panel(const LuBlock<T>& lu, i64 first, i64 width, i64 column, i64 count) {
+template <class T>
+void apply_panel(const Matrix<T>& a, const i64* ipiv, i64 first, i64 width, i64 column, i64 count) {
     if (count < 1) return;
-    const i64 below = first + width;
-    interchange_rows(lu, first, below, column, count);
-    if (std::max(lu.m, lu.n) <= lu_rounded_order<T>) return update(lu.from(first, width), count, lu.at(first, column));
-    trsm('L', 'L', 'N', 'U', width, count, 1.0, lu.at(first, first), lu.lda, lu.at(first, column), lu.lda);
-    if (below < lu.m)
-        gemm('N', 'N', lu.m - below, count, width, -1.0, lu.at(below, first), lu.lda, lu.at(first, column), lu.lda, 1.0,
-             lu.at(below, column), lu.lda);
+    const i64 below = first + width, rest = a.rows - below;
+    interchange_rows(a.columns_from(column, count), ipiv, first, below);
+    const Matrix<T> panel = a.block(first, first, a.rows - first, width);
+    if (std::max(a.rows, a.columns) <= lu_rounded_order<T>)
+        return update_rounded(panel, a.block(first, column, panel.rows, count));
+    const Matrix<T> u = a.block(first, column, width, count);
+    trsm('L', 'L', 'N', 'U', 1.0, panel, u);
+    if (rest > 0) gemm('N', 'N', -1.0, panel.rows_from(width, rest), u, 1.0, a.block(below, column, rest, count));
 }
 
-template <class T> void adopt_panel(const LuBlock<T>& lu, i64 first, i64 width, i64 panel_info, i64* info) {
+template <class T>
+void adopt_panel(const Matrix<T>& a, i64* ipiv, i64 first, i64 width, i64 panel_info, i64* info) {
     if (*info == 0 && panel_info > 0) *info = first + panel_info;
-    const i64 steps = lu.from(first, width).steps();
-    for (i64 i = first; i < first + steps; ++i) lu.ipiv[i] += first;
+    const i64 end = std::min(first + width, a.rows);
+    for (i64 i = first; i < end; ++i) ipiv[i] += first;
 }
 
-template <class T> void factor_unblocked(const LuBlock<T>& lu, i64* info) {
-    leaf(lu.from(0, lu.steps()), info);
-    finish_wide(lu);
+template <class T> void factor_unblocked(const Matrix<T>& a, i64* ipiv, i64* info) {
+    const i64 steps = a.steps();
+    leaf(a.columns_from(0, steps), ipiv, info);
+    apply_panel(a, ipiv, 0, steps, steps, a.columns - steps);
 }
 
-template <class T> bool factor_serially(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset) {
+template <class T> bool factor_serially(const Matrix<T>& a, i64* ipiv, i64* info, i64 thread, i64 offset) {
     *info = 0;
-    const i64 nb = tuning(block_size, getrf_name<T>, "S", lu.m, lu.n, -1, -1), steps = lu.steps();
+    const i64 nb = lu_sizes<T>.recursion_block(a.columns), steps = a.steps();
     if (nb <= 1 || nb >= steps) {
-        factor_unblocked(lu, info);
+        factor_unblocked(a, ipiv, info);
         return stop_requested(getrf_name<T>, thread, offset + steps);
     }
     for (i64 j = 0; j < steps; j += nb) {
-        const i64 width = std::min(nb, steps - j);
+        const i64 width = std::min(nb, steps - j), next = j + width;
         i64 panel_info = 0;
-        if (factor_serially(lu.from(j, width), &panel_info, thread, offset + j)) return true;
-        adopt_panel(lu, j, width, panel_info, info);
-        apply_panel(lu, j, width, j + width, lu.n - j - width);
+        if (factor_serially(a.block(j, j, a.rows - j, width), ipiv + j, &panel_info, thread, offset + j)) return true;
+        adopt_panel(a, ipiv, j, width, panel_info, info);
+        apply_panel(a, ipiv, j, width, next, a.columns - next);
     }
-    for (i64 j = 0; j + nb < steps; j += nb) interchange_rows(lu, j + nb, steps, j, nb);
+    for (i64 j = 0; j + nb < steps; j += nb) interchange_rows(a.columns_from(j, nb), ipiv, j + nb, steps);
     return false;
 }
 
-template void interchange_rows(const LuBlock<double>&, i64, i64, i64, i64);
-template void interchange_rows(const LuBlock<zcomplex>&, i64, i64, i64, i64);
-template void apply_panel(const LuBlock<double>&, i64, i64, i64, i64);
-template void apply_panel(const LuBlock<zcomplex>&, i64, i64, i64, i64);
-template void adopt_panel(const LuBlock<double>&, i64, i64, i64, i64*);
-template void adopt_panel(const LuBlock<zcomplex>&, i64, i64, i64, i64*);
-template void factor_unblocked(const LuBlock<double>&, i64*);
-template void factor_unblocked(const LuBlock<zcomplex>&, i64*);
-template bool factor_serially(const LuBlock<double>&, i64*, i64, i64);
-template bool factor_serially(const LuBlock<zcomplex>&, i64*, i64, i64);
-
-i64 xdgetrf(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-            const i64* offset) {
-    return factor_serially(LuBlock<double>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
-}
-
-i64 xzgetrf(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-            const i64* offset) {
-    return factor_serially(LuBlock<zcomplex>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
-}
+#define NXL_INSTANTIATE(T)                                                                                             \
+    template void interchange_rows(const Matrix<T>&, const i64*, i64, i64);                                            \
+    template void apply_panel(const Matrix<T>&, const i64*, i64, i64, i64, i64);                                       \
+    template void adopt_panel(const Matrix<T>&, i64*, i64, i64, i64, i64*);                                            \
+    template void factor_unblocked(const Matrix<T>&, i64*, i64*);                                                      \
+    template bool factor_serially(const Matrix<T>&, i64*, i64*, i64, i64)
+NXL_INSTANTIATE(double);
+NXL_INSTANTIATE(zcomplex);
+#undef NXL_INSTANTIATE
 
 } // namespace nxl

@@ -1,49 +1,35 @@
 // LU factorisation on one thread, and the steps that all ways of ordering the work share: what a factored panel does to
 // other columns, and how its pivots and its zero pivot become those of the matrix.
+//
+// `ipiv` lists the min(m, n) pivots of the matrix that it comes with, which count from its first row, from 1. Positions
+// in the matrix are from 0.
 #pragma once
-#include "service/types.hpp"
+#include "service/arguments.hpp"
+#include "service/matrix.hpp"
 
 namespace nxl {
 
-/// m by n elements, and the list of the min(m, n) pivots, which count from the block's first row. Positions are from 0.
-template <class T> struct LuBlock {
-    i64 m, n;
-    T* a;
-    i64 lda;
-    i64* ipiv;
+/// The six letters by which errors and progress know the factorisation.
+template <class T> inline constexpr RoutineLetters getrf_name = routine<T>("GETRF");
 
-    i64 steps() const { return m < n ? m : n; }
-    T* at(i64 row, i64 column) const { return a + row + column * lda; }
-    /// The next `columns` columns from the diagonal element `first` down.
-    LuBlock from(i64 first, i64 columns) const { return {m - first, columns, at(first, first), lda, ipiv + first}; }
-};
-
-/// The six letters by which tuning data, errors and progress know the factorisation.
-template <class T> inline constexpr const char* getrf_name = "DGETRF";
-template <> inline constexpr const char* getrf_name<zcomplex> = "ZGETRF";
-
-/// Makes the interchanges `first` to `last` - 1 of the block in `count` columns from `column` on.
-template <class T> void interchange_rows(const LuBlock<T>& lu, i64 first, i64 last, i64 column, i64 count);
+/// Makes the interchanges `first` to `last` - 1 in the rows of all columns.
+template <class T> void interchange_rows(const Matrix<T>& columns, const i64* ipiv, i64 first, i64 last);
 
 /// Applies the factored panel of `width` columns from `first` on to `count` columns from `column` on, which had all
 /// panels before it: interchanges, U := L^-1 A in the panel's rows, A := A - L U below.
-template <class T> void apply_panel(const LuBlock<T>& lu, i64 first, i64 width, i64 column, i64 count);
+template <class T>
+void apply_panel(const Matrix<T>& a, const i64* ipiv, i64 first, i64 width, i64 column, i64 count);
 
-/// The sub-block from diagonal element `first` on is factored: counts its pivots from the block's first row, and takes
-/// over its first zero pivot, `panel_info`, unless there is one before it.
-template <class T> void adopt_panel(const LuBlock<T>& lu, i64 first, i64 width, i64 panel_info, i64* info);
+/// The block of `width` columns from diagonal element `first` on is factored: counts its pivots from the first row of
+/// the matrix, and takes over its first zero pivot, `panel_info`, unless there is one before it.
+template <class T>
+void adopt_panel(const Matrix<T>& a, i64* ipiv, i64 first, i64 width, i64 panel_info, i64* info);
 
 /// Without blocks; columns past the square part get one solve.
-template <class T> void factor_unblocked(const LuBlock<T>& lu, i64* info);
+template <class T> void factor_unblocked(const Matrix<T>& a, i64* ipiv, i64* info);
 
 /// P A = L U on this thread, recursively. info: the first zero pivot, from 1, or 0. Reports progress for `thread`, the
-/// columns before the block being `offset`; true when the host asks to stop, with the factorisation incomplete.
-template <class T> bool factor_serially(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset);
-
-/// The same by its flat names: the answer is 1 for stop, else 0.
-i64 xdgetrf(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-            const i64* offset);
-i64 xzgetrf(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-            const i64* offset);
+/// columns before the matrix being `offset`; true when the host asks to stop, with the factorisation incomplete.
+template <class T> bool factor_serially(const Matrix<T>& a, i64* ipiv, i64* info, i64 thread, i64 offset);
 
 } // namespace nxl

@@ -1,6 +1,6 @@
 // dtrtri, ztrtri: inverse of a triangular matrix.
+#include "lapack/kernel/source/triangular/trtri.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/triangular/triangular.hpp"
 #include "lapack/kernel/source/triangular/triangular_parts.hpp"
 #include "service/arguments.hpp"
 #include "service/kernel_slot.hpp"
@@ -8,8 +8,8 @@
 namespace nxl {
 namespace {
 
-template <class T> void trti2(char uplo, char diag, i64 n, T* a, i64 lda) {
-    slot_of<T, &KernelTable::dtrti2, &KernelTable::ztrti2>()(uplo, diag, n, a, lda);
+template <class T> void trti2(char uplo, char diag, const Matrix<T>& a) {
+    slot_of<T, &KernelTable::dtrti2, &KernelTable::ztrti2>()(uplo, diag, a.rows, a.data, a.ld);
 }
 
 /// Inverse by halves: with X the inverse of the triangle that comes first in the product, the block beside the diagonal
@@ -17,30 +17,29 @@ template <class T> void trti2(char uplo, char diag, i64 n, T* a, i64 lda) {
 /// the published column-wise method (Du Croz and Higham, IMA J. Numer. Anal. 12, 1992).
 template <class T> struct TriangularInverse {
     char uplo, diag;
-    i64 lda, unblocked;
 
-    void run(i64 n, T* a) const {
-        if (n <= unblocked) return trti2(uplo, diag, n, a, lda);
-        const i64 first = first_part(n), rest = n - first;
-        T* const second = a + first * (lda + 1);
-        if (is_one_of(uplo, "U")) halves(first, a, rest, second, a + first * lda);
-        else halves(rest, second, first, a, a + first);
+    void run(const Matrix<T>& a) const {
+        if (a.rows <= unblocked_order(routine<T>("TRTRI"))) return trti2(uplo, diag, a);
+        const i64 first = first_part(a.rows), rest = a.rows - first;
+        const Matrix<T> leading = a.block(0, 0, first, first), trailing = a.from(first, first);
+        if (uplo == 'U') halves(leading, trailing, a.block(0, first, first, rest));
+        else halves(trailing, leading, a.block(first, 0, rest, first));
     }
 
   private:
-    /// The inverse of `x`, then what is beside the diagonal, p by q, then the inverse of `y`. Where `x` has no inverse
-    /// within the range, it is solved with as well.
-    void halves(i64 p, T* x, i64 q, T* y, T* beside) const {
-        const bool invertible = is_one_of(diag, "U") || has_reciprocals(p, x, lda);
+    /// The inverse of `x`, then what is beside the diagonal, then the inverse of `y`. Where `x` has no inverse within
+    /// the range, it is solved with as well.
+    void halves(const Matrix<T>& x, const Matrix<T>& y, const Matrix<T>& beside) const {
+        const bool invertible = diag == 'U' || has_reciprocals(x);
         if (invertible) {
-            run(p, x);
-            trmm('L', uplo, 'N', diag, p, q, 1.0, x, lda, beside, lda);
+            run(x);
+            trmm('L', uplo, 'N', diag, 1.0, x, beside);
         } else {
-            trsm('L', uplo, 'N', diag, p, q, 1.0, x, lda, beside, lda);
+            trsm('L', uplo, 'N', diag, 1.0, x, beside);
         }
-        trsm('R', uplo, 'N', diag, p, q, -1.0, y, lda, beside, lda);
-        if (!invertible) run(p, x);
-        run(q, y);
+        trsm('R', uplo, 'N', diag, -1.0, y, beside);
+        if (!invertible) run(x);
+        run(y);
     }
 };
 
@@ -48,13 +47,12 @@ template <class T> struct TriangularInverse {
 
 template <class T>
 void trtri(const char& uplo, const char& diag, const i64& n, T* a, const i64& lda, i64& info, int, int) {
-    constexpr RoutineLetters name = routine<T>("TRTRI");
-    Arguments arguments(name);
+    Arguments arguments(routine<T>("TRTRI"));
     arguments.letter(1, uplo, "UL").letter(2, diag, "UN").size(3, n).leading(5, lda, n);
     if (arguments.refused(info)) return;
-    if (is_one_of(diag, "N")) info = first_zero_on_diagonal(n, a, lda);
-    if (n == 0 || info != 0) return;
-    TriangularInverse<T>{uplo, diag, lda, unblocked_order(name, uplo, n)}.run(n, a);
+    const Matrix<T> triangle{a, n, n, lda};
+    if (diag == 'N') info = first_zero_on_diagonal(triangle);
+    if (n > 0 && info == 0) TriangularInverse<T>{uplo, diag}.run(triangle);
 }
 template decltype(trtri<double>) trtri<double>;
 template decltype(trtri<zcomplex>) trtri<zcomplex>;

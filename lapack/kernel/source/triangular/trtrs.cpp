@@ -1,6 +1,6 @@
 // dtrtrs, ztrtrs: solution of a triangular system, after a look for zeros on the diagonal.
+#include "lapack/kernel/source/triangular/trtrs.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/triangular/triangular.hpp"
 #include "lapack/kernel/source/triangular/triangular_parts.hpp"
 #include "service/arguments.hpp"
 
@@ -11,8 +11,9 @@ void trtrs(const char& uplo, const char& trans, const char& diag, const i64& n, 
     Arguments arguments(routine<T>("TRTRS"));
     arguments.letter(1, uplo, "UL").letter(2, trans, "NTC").letter(3, diag, "UN");
     if (arguments.size(4, n).size(5, nrhs).leading(7, lda, n).leading(9, ldb, n).refused(info)) return;
-    if (is_one_of(diag, "N")) info = first_zero_on_diagonal(n, a, lda);
-    if (info == 0) trsm('L', uplo, trans, diag, n, nrhs, 1.0, a, lda, b, ldb);
+    const Matrix<const T> triangle{a, n, n, lda};
+    if (diag == 'N') info = first_zero_on_diagonal(triangle);
+    if (info == 0) trsm('L', uplo, trans, diag, 1.0, triangle, Matrix<T>{b, n, nrhs, ldb});
 }
 template decltype(trtrs<double>) trtrs<double>;
 template decltype(trtrs<zcomplex>) trtrs<zcomplex>;

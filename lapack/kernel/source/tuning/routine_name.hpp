@@ -1,6 +1,6 @@
 // The name that tuning data is looked up by: six letters, read from a Fortran string in either case.
 #pragma once
-#include "service/errors.hpp"
+#include "service/letters.hpp"
 #include <string_view>
 
 namespace nxl {
@@ -10,13 +10,13 @@ class RoutineName {
     char letters_[6] = {' ', ' ', ' ', ' ', ' ', ' '};
 
   public:
-    RoutineName(const char* name, int length) {
-        for (int i = 0; i < 6 && i < length; ++i) letters_[i] = static_cast<char>(folded(name[i]));
+    constexpr RoutineName(const char* name, int length) {
+        for (int i = 0; i < 6 && i < length; ++i) letters_[i] = capital(name[i]);
     }
 
-    char type() const { return letters_[0]; }
-    std::string_view matrix() const { return {letters_ + 1, 2}; }    // GE of DGETRF
-    std::string_view operation() const { return {letters_ + 3, 3}; } // TRF of DGETRF
+    constexpr char type() const { return letters_[0]; }
+    constexpr std::string_view matrix() const { return {letters_ + 1, 2}; }    // GE of DGETRF
+    constexpr std::string_view operation() const { return {letters_ + 3, 3}; } // TRF of DGETRF
 };
 
 } // namespace nxl

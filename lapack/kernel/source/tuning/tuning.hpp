@@ -1,32 +1,71 @@
-// Block sizes and crossover points of LAPACK, from one source.
+// Block sizes and crossover points of LAPACK, for callers that know the routine and the type. ILAENV answers by name
+// from the same records, see ilaenv.hpp; the numbers are in tuning_tables.hpp, those of eigenproblems in
+// eigen_tuning.hpp.
 #pragma once
-#include "service/types.hpp"
+#include "lapack/kernel/source/tuning/tuning_tables.hpp"
+#include "service/arguments.hpp"
+#include <algorithm>
 
 namespace nxl {
 
-/// The published ILAENV, with private queries and with answers that depend on the team: the factorisations pass their
-/// thread count where the published routine has a size. `name` is read in either case and to its sixth letter, blanks
-/// after `name_length`; of `opts` only the first letter counts, in either case. A size that is a null pointer counts as
-/// -1. A query by name gives 1 for names that do not begin with S, D, C or Z; an unknown query gives -1.
-i64 ILAENV(const i64* ispec, const char* name, const char* opts, const i64* n1, const i64* n2, const i64* n3,
-           const i64* n4, int name_length, int opts_length);
+/// Sizes of the LU factorisation of n columns, for a type letter S, D, C or Z.
+struct LuSizes {
+    char type;
 
-/// What ILAENV is asked for. The factorisations' sizes: GETRF has n in n2 and the thread count in n3; POTRF has n in
-/// n1, the thread count in n2, and asks with -2 in n3 for the levels that one task may apply. No count, or -1, is one
-/// thread.
-enum TuningQuery : i64 {
-    block_size = 1,
-    least_block_size = 2,
-    crossover = 3,
-    panel_share = 12,  ///< private: what a panel costs, in 32nds of a column update
-    strip_blocks = 17, ///< private: column blocks in one thread's strip of the LU queue
-    pool_blocks = 18   ///< private: column blocks of the LU queue kept for any thread
+    /// Columns of a block on one thread: half the next power of two, so that the factorisation calls itself for half of
+    /// the columns, until so few are left that they need no blocks.
+    constexpr i64 recursion_block(i64 n) const { return type == 'D' ? lu_recursion_block.at(n) : lone_block; }
+    /// Columns of a panel that the others look ahead to.
+    constexpr i64 panel_block(i64 n) const { return type == 'D' ? lu_panel_block.at(n) : lone_block; }
+    /// Columns of a block in the task queue.
+    constexpr i64 block(i64 n, i64 threads) const {
+        return threads < 2 && type == 'D' ? 1 : lu_block.at(threads, type, n);
+    }
+    /// Column blocks in one thread's strip of the queue, and those kept for any thread.
+    constexpr i64 strip(i64 n, i64 threads) const { return lu_strip.at(threads, type, n); }
+    constexpr i64 pool(i64 n, i64 threads) const { return lu_pool.at(threads, type, n); }
+    /// Up to so many columns a simpler way is faster.
+    constexpr i64 crossover(i64 n, i64 threads) const { return type == 'D' && threads == 8 && n > 2800 ? 4000 : 64; }
+    /// What a panel costs, in 32nds of a column update.
+    static constexpr i64 panel_share = 16;
+
+  private:
+    static constexpr i64 lone_block = lu_block.alone.otherwise;
 };
+template <class T> inline constexpr LuSizes lu_sizes{type_letter<T>};
 
-/// ILAENV by value; `name` has six letters.
-inline i64 tuning(TuningQuery query, const char* name, const char* opts, i64 n1, i64 n2, i64 n3, i64 n4) {
-    const i64 ispec = query;
-    return ILAENV(&ispec, name, opts, &n1, &n2, &n3, &n4, 6, 1);
-}
+/// Sizes of the Cholesky factorisation of order n, the same for all types.
+struct CholeskySizes {
+    static constexpr i64 crossover = 128;
+
+    /// Columns of a block, or of a tile.
+    static constexpr i64 block(i64 n, i64 threads) {
+        if (threads < 2) return lone_cholesky_block.at(n);
+        return n < 129 ? 128 : team_block(n, threads);
+    }
+    /// Levels that one task may apply to a tile at once.
+    static constexpr i64 level_limit(char uplo, i64 n) { return uplo == 'L' ? 2 : n; }
+
+  private:
+    static constexpr i64 team_block(i64 n, i64 threads) {
+        const auto team = static_cast<double>(std::min(threads, i64{32}));
+        const auto columns = static_cast<i64>((0.078 - team * 0.002) * static_cast<double>(n) + 16.0);
+        const i64 block = columns / 8 * 8;
+        return block > 512 && threads <= 8 ? 512 : std::min(block, i64{256});
+    }
+};
+inline constexpr CholeskySizes cholesky_sizes;
+
+/// Band factorisations: small bandwidths do not pay for blocks.
+constexpr i64 band_block(i64 bandwidth) { return bandwidth <= 64 ? 1 : 32; }
+
+/// Columns that a panel of QR costs, in 32nds of a column update.
+constexpr i64 qr_panel_cost(i64 n) { return qr_panel_share.at(n); }
+
+/// More rows than columns, or the other way about, by this much: reduced to a triangle first.
+constexpr i64 svd_crossover(i64 m, i64 n) { return static_cast<i64>(static_cast<float>(std::min(m, n)) * 1.6F); }
+
+/// Columns of a block of a routine that has no sizes of its own: `block_of(routine<T>("GETRI"))`.
+consteval i64 block_of(const RoutineLetters& name) { return defaults_of(RoutineName(name, 6)).block; }
 
 } // namespace nxl

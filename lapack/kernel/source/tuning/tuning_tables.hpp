@@ -1,4 +1,4 @@
-// Thresholds of the factorisations, and the published defaults for the other routines. Data for tuning.cpp.
+// Thresholds of the factorisations, and the published defaults for the other routines. Data for tuning.hpp.
 #pragma once
 #include "lapack/kernel/source/tuning/routine_name.hpp"
 #include "service/types.hpp"
@@ -52,7 +52,7 @@ struct ByTeam {
     }
 };
 
-// LU: columns of a block by the order of the matrix. On one thread it depends on the caller, see lone_lu_block.
+// LU: columns of a block by the order of the matrix. On one thread it depends on the caller, see LuSizes.
 inline constexpr ByTeam lu_block = {
     .above_8 = {{{8001, 128}}, 200},
     .from_5_to_8 = {.s = {{{1101, 16}, {2001, 32}, {3601, 64}, {4001, 128}, {9001, 200}}, 400},
@@ -131,7 +131,7 @@ struct DefaultsRow {
 };
 
 // The operations of a row are three letters and a blank each, so they begin at multiples of 4. Factorisations
-// with sizes of their own are decided in tuning.cpp: GETRF, POTRF, GBTRF, PBTRF.
+// with sizes of their own are decided in tuning.hpp: GETRF, POTRF, GBTRF, PBTRF.
 inline constexpr DefaultsRow default_rows[] = {
     {"SDCZ", "GE", "QRF RQF LQF QLF HRD BRD", {32, 2, 128}},
     {"SDCZ", "GE", "TRI", {64, 2, 0}},
@@ -148,7 +148,7 @@ inline constexpr DefaultsRow default_rows[] = {
     {"CZ", "UN", "MQR MRQ MLQ MQL MHR MTR MBR", {32, 2, 0}},
 };
 
-inline Defaults defaults_of(const RoutineName& name) {
+constexpr Defaults defaults_of(const RoutineName& name) {
     for (const DefaultsRow& row : default_rows)
         if (row.covers(name)) return row.defaults;
     return {};

@@ -1,9 +1,7 @@
-// Block sizes and crossover points of LAPACK: which table answers a query. The tables are in tuning_tables.hpp, the
-// parameters of the QR iteration in eigen_tuning.cpp.
-#include "lapack/kernel/source/tuning/tuning.hpp"
+// ILAENV: which record answers a query by name.
+#include "lapack/kernel/source/tuning/ilaenv.hpp"
 #include "lapack/kernel/source/tuning/eigen_tuning.hpp"
-#include "lapack/kernel/source/tuning/tuning_tables.hpp"
-#include <algorithm>
+#include "lapack/kernel/source/tuning/tuning.hpp"
 
 namespace nxl {
 namespace {
@@ -16,36 +14,19 @@ struct Query {
     bool is(std::string_view matrix, std::string_view operation) const {
         return name.matrix() == matrix && name.operation() == operation;
     }
+    LuSizes lu() const { return {name.type()}; }
 };
 
-/// Of LU in double precision on one thread.
-i64 lone_lu_block(const Query& q) {
-    if (q.opts == 'P') return lu_panel_block.at(q.n2);
-    return q.opts == 'S' ? lu_recursion_block.at(q.n2) : 1;
-}
-
+/// Who asks for itself on one thread says so by a letter; a team's block has none.
 i64 lu_block_of(const Query& q) {
-    if (q.n3 < 2 && q.name.type() == 'D') return lone_lu_block(q);
-    return lu_block.at(q.n3, q.name.type(), q.n2);
-}
-
-/// For n of 129 and more.
-i64 cholesky_team_block(i64 n, i64 threads) {
-    const auto team = static_cast<double>(std::min(threads, i64{32}));
-    const auto columns = static_cast<i64>((0.078 - team * 0.002) * static_cast<double>(n) + 16.0);
-    const i64 block = columns / 8 * 8;
-    return block > 512 && threads <= 8 ? 512 : std::min(block, i64{256});
+    if (q.n3 < 2 && q.opts == 'P') return q.lu().panel_block(q.n2);
+    if (q.n3 < 2 && q.opts == 'S') return q.lu().recursion_block(q.n2);
+    return q.lu().block(q.n2, q.n3);
 }
 
 i64 cholesky_block(const Query& q) {
-    const i64 n = q.n1, threads = q.n2;
-    if (q.n3 == -2) return q.opts == 'L' ? 2 : n;
-    if (threads < 2) return lone_cholesky_block.at(n);
-    return n < 129 ? 128 : cholesky_team_block(n, threads);
+    return q.n3 == -2 ? CholeskySizes::level_limit(q.opts, q.n1) : CholeskySizes::block(q.n1, q.n2);
 }
-
-/// Small bandwidths do not pay for blocks.
-i64 band_block(i64 bandwidth) { return bandwidth <= 64 ? 1 : 32; }
 
 i64 block(const Query& q) {
     if (q.is("GE", "TRF")) return lu_block_of(q);
@@ -56,33 +37,29 @@ i64 block(const Query& q) {
 }
 
 i64 crossover_point(const Query& q) {
-    if (q.name.matrix() == "PO") return 128;
-    if (!q.is("GE", "TRF")) return defaults_of(q.name).crossover;
-    return q.name.type() == 'D' && q.n3 == 8 && q.n2 > 2800 ? 4000 : 64;
+    if (q.name.matrix() == "PO") return CholeskySizes::crossover;
+    return q.is("GE", "TRF") ? q.lu().crossover(q.n2, q.n3) : defaults_of(q.name).crossover;
 }
 
-/// More rows than columns, or the other way about, by this much: reduced to a triangle first.
-i64 svd_crossover(i64 m, i64 n) { return static_cast<i64>(static_cast<float>(std::min(m, n)) * 1.6F); }
-
 i64 eigen_parameter(i64 ispec, const Query& q) {
-    return eigen_tuning(static_cast<EigenQuery>(ispec), q.name, q.opts, q.n1, q.n2, q.n3, q.n4);
+    return eigen_tuning(static_cast<EigenQuery>(ispec), q.name, q.n2, q.n3);
 }
 
 i64 panel_parameter(const Query& q) {
-    if (q.name.operation() == "TRF") return 16;
-    if (q.name.operation() == "QRF") return q.opts == 'P' ? qr_panel_share.at(q.n2) : 16;
+    if (q.name.operation() == "TRF") return LuSizes::panel_share;
+    if (q.name.operation() == "QRF") return q.opts == 'P' ? qr_panel_cost(q.n2) : LuSizes::panel_share;
     return eigen_parameter(panel_share, q);
 }
 
 i64 answer_by_name(i64 ispec, const Query& q) {
-    if (std::string_view("SDCZ").find(q.name.type()) == std::string_view::npos) return 1;
+    if (!is_one_of(q.name.type(), "SDCZ")) return 1;
     switch (ispec) {
     case block_size: return block(q);
     case least_block_size: return defaults_of(q.name).least_block;
     case crossover: return crossover_point(q);
     case panel_share: return panel_parameter(q);
-    case strip_blocks: return q.is("GE", "TRF") ? lu_strip.at(q.n3, q.name.type(), q.n2) : 1;
-    default: return q.is("GE", "TRF") ? lu_pool.at(q.n3, q.name.type(), q.n2) : 0;
+    case strip_blocks: return q.is("GE", "TRF") ? q.lu().strip(q.n2, q.n3) : 1;
+    default: return q.is("GE", "TRF") ? q.lu().pool(q.n2, q.n3) : 0;
     }
 }
 
@@ -115,7 +92,7 @@ i64 answer(i64 ispec, const Query& q) {
 i64 ILAENV(const i64* ispec, const char* name, const char* opts, const i64* n1, const i64* n2, const i64* n3,
            const i64* n4, int name_length, int opts_length) {
     const auto given = [](const i64* size) { return size ? *size : -1; };
-    const char option = opts_length > 0 ? static_cast<char>(folded(*opts)) : ' ';
+    const char option = opts_length > 0 ? capital(*opts) : ' ';
     return answer(*ispec, {RoutineName(name, name_length), option, given(n1), given(n2), given(n3), given(n4)});
 }
 
