@@ -35,8 +35,20 @@ inline void axpy(i64 n, const Factor<zcomplex>& alpha, const zcomplex* x, i64 in
     nxl_blas_zaxpy(n, alpha, x, incx, y, incy);
 }
 
+/// The sum of the conjugates of x(i) times y(i).
+inline double dotc(i64 n, const double* x, i64 incx, const double* y, i64 incy) { return dot(n, x, incx, y, incy); }
+inline zcomplex dotc(i64 n, const zcomplex* x, i64 incx, const zcomplex* y, i64 incy) {
+    zcomplex sum;
+    slot<&KernelTable::zdotc>(sum, n, x, incx, y, incy);
+    return sum;
+}
+
 template <class T> double nrm2(i64 n, const T* x, i64 incx) {
     return slot_of<T, &KernelTable::dnrm2, &KernelTable::dznrm2>()(n, x, incx);
+}
+/// The sum of |re| + |im|.
+template <class T> double asum(i64 n, const T* x, i64 incx) {
+    return slot_of<T, &KernelTable::dasum, &KernelTable::dzasum>()(n, x, incx);
 }
 template <class T> void scal(i64 n, const Factor<T>& alpha, T* x, i64 incx) {
     slot_of<T, &KernelTable::dscal, &KernelTable::zscal>()(n, alpha, x, incx);
@@ -55,6 +67,15 @@ template <class T>
 void gemv(char trans, i64 m, i64 n, Factor<T> alpha, const T* a, i64 lda, const T* x, i64 incx, Factor<T> beta, T* y,
           i64 incy) {
     gemv_driver(trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+}
+
+/// x := op(A) x, A triangular.
+template <class T> void trmv(char uplo, char trans, char diag, const Operand<T>& a, T* x) {
+    slot_of<T, &KernelTable::dtrmv, &KernelTable::ztrmv>()(uplo, trans, diag, a.rows, a.data, a.ld, x, 1);
+}
+/// x := op(A)^-1 x
+template <class T> void trsv(char uplo, char trans, char diag, const Operand<T>& a, T* x) {
+    slot_of<T, &KernelTable::dtrsv, &KernelTable::ztrsv>()(uplo, trans, diag, a.rows, a.data, a.ld, x, 1);
 }
 
 // ---- Level 3 ----
