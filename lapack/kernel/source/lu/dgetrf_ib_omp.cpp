@@ -105,14 +105,4 @@ template <class T> bool factor_with_look_ahead(const LuBlock<T>& lu, i64* info, 
 template bool factor_with_look_ahead(const LuBlock<double>&, i64*, i64, i64);
 template bool factor_with_look_ahead(const LuBlock<zcomplex>&, i64*, i64, i64);
 
-i64 nxl_lapack_dgetrf_ib(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-                         const i64* offset) {
-    return factor_with_look_ahead(LuBlock<double>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
-}
-
-i64 nxl_lapack_zgetrf_ib(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info,
-                         const i64* thread, const i64* offset) {
-    return factor_with_look_ahead(LuBlock<zcomplex>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
-}
-
 } // namespace nxl

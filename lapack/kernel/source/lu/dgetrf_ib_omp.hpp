@@ -19,10 +19,4 @@ LookAheadShares look_ahead_shares(i64 remaining, i64 width, i64 nb, i64 panel_co
 /// P A = L U as factor_serially has it, over threads where that pays.
 template <class T> bool factor_with_look_ahead(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset);
 
-/// The same by its flat names: the answer is 1 for stop, else 0.
-i64 nxl_lapack_dgetrf_ib(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-                         const i64* offset);
-i64 nxl_lapack_zgetrf_ib(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info,
-                         const i64* thread, const i64* offset);
-
 } // namespace nxl

@@ -82,14 +82,4 @@ template void factor_unblocked(const LuBlock<zcomplex>&, i64*);
 template bool factor_serially(const LuBlock<double>&, i64*, i64, i64);
 template bool factor_serially(const LuBlock<zcomplex>&, i64*, i64, i64);
 
-i64 xdgetrf(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-            const i64* offset) {
-    return factor_serially(LuBlock<double>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
-}
-
-i64 xzgetrf(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-            const i64* offset) {
-    return factor_serially(LuBlock<zcomplex>{*m, *n, a, *lda, ipiv}, info, *thread, *offset);
-}
-
 } // namespace nxl

@@ -40,10 +40,4 @@ template <class T> void factor_unblocked(const LuBlock<T>& lu, i64* info);
 /// columns before the block being `offset`; true when the host asks to stop, with the factorisation incomplete.
 template <class T> bool factor_serially(const LuBlock<T>& lu, i64* info, i64 thread, i64 offset);
 
-/// The same by its flat names: the answer is 1 for stop, else 0.
-i64 xdgetrf(const i64* m, const i64* n, double* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-            const i64* offset);
-i64 xzgetrf(const i64* m, const i64* n, zcomplex* a, const i64* lda, i64* ipiv, i64* info, const i64* thread,
-            const i64* offset);
-
 } // namespace nxl
