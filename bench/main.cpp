@@ -4,11 +4,11 @@
 #include "bench/machine.hpp"
 #include "common/command_line.hpp"
 #include "common/gnuplot.hpp"
+#include "common/output_file.hpp"
 #include "common/run_program.hpp"
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -102,14 +102,9 @@ std::string file_of(const std::string& file, const std::string& family) {
     return file.empty() ? file : file.substr(0, end) + '-' + family + file.substr(end);
 }
 
-/// Measuring takes long: what cannot be written is to be known before.
-void try_to_write(const std::string& file) {
-    if (!file.empty() && !std::ofstream(file, std::ios::app)) throw std::runtime_error("cannot write " + file);
-}
-
 int run(const Request& request) {
-    try_to_write(request.csv);
-    try_to_write(request.plot);
+    for (const std::string& file : {request.csv, request.plot})
+        if (!file.empty()) common::expect_writable(file);
     return family_of(request.family).run(request);
 }
 

@@ -1,6 +1,9 @@
-! nxl: explicit Fortran interfaces, the twin of nxl.h, which explains every routine.
+! nxl: explicit Fortran interfaces, the twin of nxl.h, which explains every routine. Made by tools/fortran_module.py.
 ! Compile this file with your program and say "use nxl". Names are bound as the library exports them; Fortran does not
 ! tell upper from lower case, so an upper-case alias has no interface of its own here where the lower-case name exists.
+!
+! Comments are the first sentences of those in nxl.h, where x(i) counts from 1 and x[i] from 0. Hidden lengths of
+! characters are not looked at and left out.
 module nxl
     use, intrinsic :: iso_c_binding, only: c_char, c_double, c_double_complex, c_float, &
         c_float_complex, c_funptr, c_int, c_int8_t, c_int32_t, c_ptr
@@ -8,7 +11,370 @@ module nxl
     public
 
     interface
-        ! ---- BLAS level 1, real ----
+        ! ---- Errors ----
+
+        ! Where BLAS and LAPACK routines report a bad argument.
+        subroutine XERBLA(srname, info, len) bind(c, name="XERBLA")
+            import :: c_char, c_int
+            character(kind=c_char), intent(in) :: srname(*)
+            integer(c_int), intent(in) :: info
+            integer(c_int), value :: len
+        end subroutine
+
+        ! ---- Threads ----
+
+        ! Sets the count of domain 0.
+        subroutine NXL_Set_Num_Threads(n) bind(c, name="NXL_Set_Num_Threads")
+            import :: c_int
+            integer(c_int), value :: n
+        end subroutine
+
+        ! The threads that a call may use, at least 1: the count of domain 0, else what omp_get_max_threads says, that
+        ! of libgomp in a program that uses it.
+        function NXL_Get_Max_Threads() bind(c, name="NXL_Get_Max_Threads")
+            import :: c_int
+            integer(c_int) :: NXL_Get_Max_Threads
+        end function
+
+        ! Sets the count of one domain.
+        function NXL_Domain_Set_Num_Threads(n, domain) bind(c, name="NXL_Domain_Set_Num_Threads")
+            import :: c_int
+            integer(c_int), value :: n, domain
+            integer(c_int) :: NXL_Domain_Set_Num_Threads
+        end function
+
+        ! As NXL_Get_Max_Threads, for routines of one domain: its own count first, then that of domain 0.
+        function NXL_Domain_Get_Max_Threads(domain) bind(c, name="NXL_Domain_Get_Max_Threads")
+            import :: c_int
+            integer(c_int), value :: domain
+            integer(c_int) :: NXL_Domain_Get_Max_Threads
+        end function
+
+        ! Turns dynamic adjustment off (flag 0) or on (any other).
+        subroutine NXL_Set_Dynamic(flag) bind(c, name="NXL_Set_Dynamic")
+            import :: c_int
+            integer(c_int), value :: flag
+        end subroutine
+
+        ! 1 when dynamic adjustment is on, else 0.
+        function NXL_Get_Dynamic() bind(c, name="NXL_Get_Dynamic")
+            import :: c_int
+            integer(c_int) :: NXL_Get_Dynamic
+        end function
+
+        ! How long OpenMP's threads stay awake after a parallel region, in milliseconds: kmp_set_blocktime of the
+        ! runtime.
+        subroutine okmp_set_blocktime(milliseconds) bind(c, name="okmp_set_blocktime")
+            import :: c_int
+            integer(c_int), value :: milliseconds
+        end subroutine
+
+        ! ---- Memory, progress, timers, machine constants ----
+
+        ! Gives the scratch memory that the library keeps for reuse, on all threads, back to the system.
+        subroutine NXL_FreeBuffers() bind(c, name="NXL_FreeBuffers")
+        end subroutine
+
+        ! Called by routines that report progress; returns 0.
+        function NXL_PROGRESS(thread, step, stage, stage_length) bind(c, name="NXL_PROGRESS")
+            import :: c_char, c_int
+            integer(c_int), intent(in) :: thread, step
+            character(kind=c_char), intent(in) :: stage(*)
+            integer(c_int), value :: stage_length
+            integer(c_int) :: NXL_PROGRESS
+        end function
+
+        ! Keeps a callback, in place of the one before; null takes it away. callback: c_funloc of a function like
+        ! NXL_PROGRESS, or c_null_funptr.
+        subroutine set_NXL_Progress_Callback(callback) bind(c, name="set_NXL_Progress_Callback")
+            import :: c_funptr
+            type(c_funptr), value :: callback
+        end subroutine
+
+        ! Calls the callback once for trial and returns its answer, or 0 when there is none.
+        function test_NXL_Progress_Callback() bind(c, name="test_NXL_Progress_Callback")
+            import :: c_int
+            integer(c_int) :: test_NXL_Progress_Callback
+        end function
+
+        ! Elapsed seconds from the processor's time-stamp counter.
+        function DSECND() bind(c, name="DSECND")
+            import :: c_double
+            real(c_double) :: DSECND
+        end function
+
+        ! Machine constants of double precision: i = 1 smallest positive number, 2 largest number, 3 smallest relative
+        ! spacing, 4 largest relative spacing, 5 log10 of 2; 0 for any other i.
+        function D1MACH(i) bind(c, name="D1MACH")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: i
+            real(c_double) :: D1MACH
+        end function
+
+        ! Machine constants of single precision, by the same numbers as D1MACH.
+        function R1MACH(i) bind(c, name="R1MACH")
+            import :: c_float, c_int
+            integer(c_int), intent(in) :: i
+            real(c_float) :: R1MACH
+        end function
+
+        ! ---- Conjugate gradients, by reverse communication ----
+
+        ! Sets ipar(1..11) and dpar(1..8) to their defaults, tmp(:,1..3) to 0 and RCI_request to 0.
+        subroutine DCG_INIT(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG_INIT")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Examines the parameters after the caller's changes, warns and mends.
+        subroutine DCG_CHECK(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG_CHECK")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Conjugate gradients for one right-hand side.
+        subroutine DCG(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
+            real(c_double), intent(in) :: b(*)
+            integer(c_int), intent(inout) :: RCI_request, ipar(*)
+        end subroutine
+
+        ! itercount := ipar(4), the iterations so far; at any time.
+        subroutine DCG_GET(n, x, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DCG_GET")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, RCI_request, ipar(*)
+            real(c_double), intent(in) :: x(*), b(*), dpar(*), tmp(*)
+            integer(c_int), intent(out) :: itercount
+        end subroutine
+
+        ! As DCG_INIT, for nrhs systems; sets ipar(33) too, and all nrhs + 3 columns of tmp to 0.
+        subroutine DCGMRHS_INIT(n, x, nrhs, b, method, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS_INIT")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, nrhs, method
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! As DCG_CHECK, with the same texts; -1100 also when ipar(33) is below 1.
+        subroutine DCGMRHS_CHECK(n, x, nrhs, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS_CHECK")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, nrhs
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Conjugate gradients for nrhs right-hand sides of one matrix.
+        subroutine DCGMRHS(n, x, nrhs, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, nrhs
+            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
+            real(c_double), intent(in) :: b(*)
+            integer(c_int), intent(inout) :: RCI_request, ipar(*)
+        end subroutine
+
+        ! itercount(nrhs): iterations spent on each system.
+        subroutine DCGMRHS_GET(n, x, nrhs, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DCGMRHS_GET")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, nrhs, RCI_request, ipar(*)
+            real(c_double), intent(in) :: x(*), b(*), dpar(*), tmp(*)
+            integer(c_int), intent(inout) :: itercount(*)
+        end subroutine
+
+        ! ---- FGMRES, by reverse communication ----
+
+        ! Sets ipar(1..15) and dpar(1..8) to their defaults, the first n elements of tmp to 0 and RCI_request to 0.
+        subroutine DFGMRES_INIT(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES_INIT")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Examines the parameters after the caller's changes, warns and mends, and sets ipar(16..21).
+        subroutine DFGMRES_CHECK(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES_CHECK")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(in) :: x(*), b(*)
+            integer(c_int), intent(out) :: RCI_request
+            integer(c_int), intent(inout) :: ipar(*)
+            real(c_double), intent(inout) :: dpar(*), tmp(*)
+        end subroutine
+
+        ! Goes on to the next request.
+        subroutine DFGMRES(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
+            real(c_double), intent(in) :: b(*)
+            integer(c_int), intent(inout) :: RCI_request, ipar(*)
+        end subroutine
+
+        ! The solution as far as it has come, to x or b as ipar(13) says, and itercount := ipar(4); at any time.
+        subroutine DFGMRES_GET(n, x, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DFGMRES_GET")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(inout) :: x(*), b(*), dpar(*), tmp(*)
+            integer(c_int), intent(out) :: RCI_request, itercount
+            integer(c_int), intent(inout) :: ipar(*)
+        end subroutine
+
+        ! ---- Incomplete LU preconditioners ----
+
+        ! ILU(0): the factors keep the pattern of A.
+        subroutine DCSRILU0(n, a, ia, ja, bilu0, ipar, dpar, ierr) bind(c, name="DCSRILU0")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, ia(*), ja(*), ipar(*)
+            real(c_double), intent(in) :: a(*), dpar(*)
+            real(c_double), intent(inout) :: bilu0(*)
+            integer(c_int), intent(out) :: ierr
+        end subroutine
+
+        ! ILUT: fill is kept by size.
+        subroutine DCSRILUT(n, a, ia, ja, bilut, ibilut, jbilut, tol, maxfil, ipar, dpar, ierr) bind(c, &
+            name="DCSRILUT")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, ia(*), ja(*), maxfil, ipar(*)
+            real(c_double), intent(in) :: a(*), tol, dpar(*)
+            real(c_double), intent(inout) :: bilut(*)
+            integer(c_int), intent(inout) :: ibilut(*), jbilut(*)
+            integer(c_int), intent(out) :: ierr
+        end subroutine
+
+        ! ---- Numeric Jacobian ----
+
+        ! Begins a Jacobian by reverse communication. The addresses of x and fjac are kept: give them the target
+        ! attribute.
+        function djacobi_init(handle, n, m, x, fjac, eps) bind(c, name="djacobi_init")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(inout) :: handle
+            integer(c_int), intent(in) :: n, m
+            real(c_double), intent(inout), target :: x(*), fjac(*)
+            real(c_double), intent(in) :: eps
+            integer(c_int) :: djacobi_init
+        end function
+
+        ! One step.
+        function djacobi_solve(handle, f1, f2, RCI_Request) bind(c, name="djacobi_solve")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            real(c_double), intent(inout) :: f1(*)
+            real(c_double), intent(in) :: f2(*)
+            integer(c_int), intent(inout) :: RCI_Request
+            integer(c_int) :: djacobi_solve
+        end function
+
+        ! Frees the handle; the variable itself stays as it is.
+        function djacobi_delete(handle) bind(c, name="djacobi_delete")
+            import :: c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            integer(c_int) :: djacobi_delete
+        end function
+
+        ! The whole Jacobian at one call. fcn: c_funloc of a bind(c) subroutine fcn(m, n, x, f).
+        function djacobi(fcn, n, m, fjac, x, eps) bind(c, name="djacobi")
+            import :: c_double, c_funptr, c_int
+            type(c_funptr), value :: fcn
+            integer(c_int), intent(in) :: n, m
+            real(c_double), intent(inout) :: fjac(*), x(*)
+            real(c_double), intent(in) :: eps
+            integer(c_int) :: djacobi
+        end function
+
+        ! ---- Nonlinear least squares ----
+
+        ! x(n): the start; while the run lasts the point to evaluate at, in the end the solution. The addresses of x and
+        ! eps are kept: give them the target attribute.
+        function dtrnlsp_init(handle, n, m, x, eps, iter1, iter2, rs) bind(c, name="dtrnlsp_init")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(inout) :: handle
+            integer(c_int), intent(in) :: n, m, iter1, iter2
+            real(c_double), intent(inout), target :: x(*)
+            real(c_double), intent(in), target :: eps(6)
+            real(c_double), intent(in) :: rs
+            integer(c_int) :: dtrnlsp_init
+        end function
+
+        ! Goes on to the next request.
+        function dtrnlsp_solve(handle, fvec, fjac, RCI_Request) bind(c, name="dtrnlsp_solve")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            real(c_double), intent(inout) :: fvec(*), fjac(*)
+            integer(c_int), intent(inout) :: RCI_Request
+            integer(c_int) :: dtrnlsp_solve
+        end function
+
+        ! Steps accepted, stop code, |F| at the start and at the end; r2 is set by stop codes above 0 alone.
+        function dtrnlsp_get(handle, iter, st_cr, r1, r2) bind(c, name="dtrnlsp_get")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            integer(c_int), intent(inout) :: iter, st_cr
+            real(c_double), intent(inout) :: r1, r2
+            integer(c_int) :: dtrnlsp_get
+        end function
+
+        ! Frees the handle; the variable itself, x and eps stay as they are.
+        function dtrnlsp_delete(handle) bind(c, name="dtrnlsp_delete")
+            import :: c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            integer(c_int) :: dtrnlsp_delete
+        end function
+
+        ! ---- Nonlinear least squares with bounds ----
+
+        ! Makes a handle. The addresses of x, lw, up and eps are kept: give them the target attribute.
+        function dtrnlspbc_init(handle, n, m, x, lw, up, eps, iter1, iter2, rs) bind(c, name="dtrnlspbc_init")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(inout) :: handle
+            integer(c_int), intent(in) :: n, m, iter1, iter2
+            real(c_double), intent(inout), target :: x(*)
+            real(c_double), intent(in), target :: lw(*), up(*), eps(6)
+            real(c_double), intent(in) :: rs
+            integer(c_int) :: dtrnlspbc_init
+        end function
+
+        ! Goes on from the caller's answer to the next request.
+        function dtrnlspbc_solve(handle, fvec, fjac, RCI_Request) bind(c, name="dtrnlspbc_solve")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            real(c_double), intent(inout) :: fvec(*), fjac(*)
+            integer(c_int), intent(inout) :: RCI_Request
+            integer(c_int) :: dtrnlspbc_solve
+        end function
+
+        ! iter: iterations, 0 after stop code -4; st_cr: stop code; r1: |F| at the start; r2: |F| at x once the run has
+        ! ended, until then 0.
+        function dtrnlspbc_get(handle, iter, st_cr, r1, r2) bind(c, name="dtrnlspbc_get")
+            import :: c_double, c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            integer(c_int), intent(inout) :: iter, st_cr
+            real(c_double), intent(inout) :: r1, r2
+            integer(c_int) :: dtrnlspbc_get
+        end function
+
+        ! Frees the handle; the variable itself, x, the bounds and eps stay as they are.
+        function dtrnlspbc_delete(handle) bind(c, name="dtrnlspbc_delete")
+            import :: c_int, c_ptr
+            type(c_ptr), intent(in) :: handle
+            integer(c_int) :: dtrnlspbc_delete
+        end function
+
+        ! ---- BLAS level 1 ----
 
         ! Sum of |x(i)|.
         function dasum(n, x, incx) bind(c, name="dasum")
@@ -42,7 +408,7 @@ module nxl
             real(c_double) :: ddot
         end function
 
-        ! Euclidean norm, without overflow or underflow on the way.
+        ! Euclidean norm of x, without overflow or underflow on the way.
         function dnrm2(n, x, incx) bind(c, name="dnrm2")
             import :: c_double, c_int
             integer(c_int), intent(in) :: n, incx
@@ -50,7 +416,7 @@ module nxl
             real(c_double) :: dnrm2
         end function
 
-        ! (x, y) := (c x + s y, c y - s x).
+        ! Plane rotation: (x(i), y(i)) := (c x(i) + s y(i), c y(i) - s x(i)).
         subroutine drot(n, x, incx, y, incy, c, s) bind(c, name="drot")
             import :: c_double, c_int
             integer(c_int), intent(in) :: n, incx, incy
@@ -58,14 +424,14 @@ module nxl
             real(c_double), intent(in) :: c, s
         end subroutine
 
-        ! Constructs a plane rotation.
+        ! Constructs the rotation with c a + s b = r and c b - s a = 0.
         subroutine drotg(a, b, c, s) bind(c, name="drotg")
             import :: c_double
             real(c_double), intent(inout) :: a, b
             real(c_double), intent(out) :: c, s
         end subroutine
 
-        ! (x, y) := H (x, y), H from param.
+        ! Modified rotation: (x(i), y(i)) := H (x(i), y(i)).
         subroutine drotm(n, x, incx, y, incy, param) bind(c, name="drotm")
             import :: c_double, c_int
             integer(c_int), intent(in) :: n, incx, incy
@@ -73,12 +439,12 @@ module nxl
             real(c_double), intent(in) :: param(5)
         end subroutine
 
-        ! Constructs a modified rotation.
+        ! Constructs the modified rotation that zeroes the second component of (sqrt(d1) x1, sqrt(d2) y1); d1, d2, x1
+        ! are updated, param (5 elements) is written as drotm reads it; entries that the flag implies are left alone.
         subroutine drotmg(d1, d2, x1, y1, param) bind(c, name="drotmg")
             import :: c_double
-            real(c_double), intent(inout) :: d1, d2, x1
+            real(c_double), intent(inout) :: d1, d2, x1, param(5)
             real(c_double), intent(in) :: y1
-            real(c_double), intent(inout) :: param(5)
         end subroutine
 
         ! x := alpha x.
@@ -96,7 +462,7 @@ module nxl
             real(c_double), intent(inout) :: x(*), y(*)
         end subroutine
 
-        ! Position of the first largest |x(i)|; idamin: of the smallest.
+        ! Position, from 1, of the first element of largest |x(i)|; 0 when n or incx is below 1.
         function idamax(n, x, incx) bind(c, name="idamax")
             import :: c_double, c_int
             integer(c_int), intent(in) :: n, incx
@@ -104,6 +470,7 @@ module nxl
             integer(c_int) :: idamax
         end function
 
+        ! Position, from 1, of the first element of smallest |x(i)|; otherwise as idamax.
         function idamin(n, x, incx) bind(c, name="idamin")
             import :: c_double, c_int
             integer(c_int), intent(in) :: n, incx
@@ -111,9 +478,7 @@ module nxl
             integer(c_int) :: idamin
         end function
 
-        ! ---- BLAS level 1, complex; zdotc and zdotu write their result through the first argument ----
-
-        ! Sum of |Re x(i)| + |Im x(i)|.
+        ! Sum of |Re x(i)| + |Im x(i)|; increments as in dasum.
         function dzasum(n, x, incx) bind(c, name="dzasum")
             import :: c_double, c_double_complex, c_int
             integer(c_int), intent(in) :: n, incx
@@ -121,7 +486,7 @@ module nxl
             real(c_double) :: dzasum
         end function
 
-        ! Euclidean norm.
+        ! Euclidean norm of x; increments as in dnrm2.
         function dznrm2(n, x, incx) bind(c, name="dznrm2")
             import :: c_double, c_double_complex, c_int
             integer(c_int), intent(in) :: n, incx
@@ -129,7 +494,7 @@ module nxl
             real(c_double) :: dznrm2
         end function
 
-        ! Position of the first largest |Re x(i)| + |Im x(i)|; izamin: of the smallest.
+        ! Positions of the largest and of the smallest |Re x(i)| + |Im x(i)|, as idamax and idamin.
         function izamax(n, x, incx) bind(c, name="izamax")
             import :: c_double_complex, c_int
             integer(c_int), intent(in) :: n, incx
@@ -160,7 +525,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! res := sum of conjg(x(i)) y(i).
+        ! res := sum of conj(x(i)) y(i); the result is the first argument, not a return value.
         subroutine zdotc(res, n, x, incx, y, incy) bind(c, name="zdotc")
             import :: c_double_complex, c_int
             complex(c_double_complex), intent(out) :: res
@@ -168,7 +533,7 @@ module nxl
             complex(c_double_complex), intent(in) :: x(*), y(*)
         end subroutine
 
-        ! res := sum of x(i) y(i).
+        ! res := sum of x(i) y(i); the result is the first argument, not a return value.
         subroutine zdotu(res, n, x, incx, y, incy) bind(c, name="zdotu")
             import :: c_double_complex, c_int
             complex(c_double_complex), intent(out) :: res
@@ -176,7 +541,7 @@ module nxl
             complex(c_double_complex), intent(in) :: x(*), y(*)
         end subroutine
 
-        ! (x, y) := (c x + s y, c y - s x), real s.
+        ! Plane rotation with real c and s: (x(i), y(i)) := (c x(i) + s y(i), c y(i) - s x(i)).
         subroutine zdrot(n, x, incx, y, incy, c, s) bind(c, name="zdrot")
             import :: c_double, c_double_complex, c_int
             integer(c_int), intent(in) :: n, incx, incy
@@ -184,7 +549,7 @@ module nxl
             real(c_double), intent(in) :: c, s
         end subroutine
 
-        ! x := alpha x, real alpha.
+        ! x := alpha x with a real alpha; increments as in dscal.
         subroutine zdscal(n, alpha, x, incx) bind(c, name="zdscal")
             import :: c_double, c_double_complex, c_int
             integer(c_int), intent(in) :: n, incx
@@ -192,7 +557,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: x(*)
         end subroutine
 
-        ! (x, y) := (c x + s y, c y - conjg(s) x).
+        ! Plane rotation with real c and complex s: (x(i), y(i)) := (c x(i) + s y(i), c y(i) - conj(s) x(i)).
         subroutine ZROT(n, x, incx, y, incy, c, s) bind(c, name="ZROT")
             import :: c_double, c_double_complex, c_int
             integer(c_int), intent(in) :: n, incx, incy
@@ -201,7 +566,7 @@ module nxl
             complex(c_double_complex), intent(in) :: s
         end subroutine
 
-        ! Constructs a plane rotation.
+        ! Constructs the rotation with c a + s b = r and c b - conj(s) a = 0.
         subroutine zrotg(a, b, c, s) bind(c, name="zrotg")
             import :: c_double, c_double_complex
             complex(c_double_complex), intent(inout) :: a
@@ -210,7 +575,7 @@ module nxl
             complex(c_double_complex), intent(out) :: s
         end subroutine
 
-        ! x := alpha x.
+        ! x := alpha x; increments as in dscal.
         subroutine zscal(n, alpha, x, incx) bind(c, name="zscal")
             import :: c_double_complex, c_int
             integer(c_int), intent(in) :: n, incx
@@ -225,9 +590,9 @@ module nxl
             complex(c_double_complex), intent(inout) :: x(*), y(*)
         end subroutine
 
-        ! ---- BLAS level 2; trans: N, T, C; uplo: U, L; diag: U, N; a bad argument is reported to XERBLA ----
+        ! ---- BLAS level 2 ----
 
-        ! y := alpha op(A) x + beta y, a(m, n).
+        ! y := alpha op(A) x + beta y, with a(m,n).
         subroutine dgemv(trans, m, n, alpha, a, lda, x, incx, beta, y, incy) bind(c, name="dgemv")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: trans
@@ -244,7 +609,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! A := A + alpha x y^T, a(m, n); zgerc: y^H.
+        ! A := A + alpha x y^T; zgerc: A := A + alpha x y^H.
         subroutine dger(m, n, alpha, x, incx, y, incy, a, lda) bind(c, name="dger")
             import :: c_double, c_int
             integer(c_int), intent(in) :: m, n, incx, incy, lda
@@ -266,7 +631,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: a(lda, *)
         end subroutine
 
-        ! y := alpha A x + beta y, A symmetric or Hermitian, a(n, n).
+        ! y := alpha A x + beta y, A symmetric (dsymv) or Hermitian (zhemv), a(n,n), by its triangle uplo.
         subroutine dsymv(uplo, n, alpha, a, lda, x, incx, beta, y, incy) bind(c, name="dsymv")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo
@@ -283,7 +648,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! A := A + alpha x x^T, A symmetric; zher: x^H, A Hermitian, real alpha.
+        ! A := A + alpha x x^T, A symmetric; zher: A := A + alpha x x^H, A Hermitian, alpha real.
         subroutine dsyr(uplo, n, alpha, x, incx, a, lda) bind(c, name="dsyr")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo
@@ -301,7 +666,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: a(lda, *)
         end subroutine
 
-        ! A := A + alpha x x^T, A complex symmetric. Reports nothing.
+        ! A := A + alpha x x^T, A complex symmetric, a(n,n), triangle uplo.
         subroutine ZSYR(uplo, n, alpha, x, incx, a, lda) bind(c, name="ZSYR")
             import :: c_char, c_double_complex, c_int
             character(kind=c_char), intent(in) :: uplo
@@ -310,7 +675,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: a(lda, *)
         end subroutine
 
-        ! A := A + alpha x y^T + alpha y x^T, A symmetric; zher2: alpha x y^H + conjg(alpha) y x^H, A Hermitian.
+        ! A := A + alpha x y^T + alpha y x^T, A symmetric; zher2: A := A + alpha x y^H + conj(alpha) y x^H, A Hermitian.
         subroutine dsyr2(uplo, n, alpha, x, incx, y, incy, a, lda) bind(c, name="dsyr2")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo
@@ -327,7 +692,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: a(lda, *)
         end subroutine
 
-        ! x := op(A) x, A triangular, a(n, n).
+        ! x := op(A) x, A triangular, a(n,n).
         subroutine dtrmv(uplo, trans, diag, n, a, lda, x, incx) bind(c, name="dtrmv")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo, trans, diag
@@ -344,7 +709,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: x(*)
         end subroutine
 
-        ! x := op(A)^-1 x, A triangular, a(n, n).
+        ! x := op(A)^-1 x, the solution of op(A) z = x, A triangular, a(n,n).
         subroutine dtrsv(uplo, trans, diag, n, a, lda, x, incx) bind(c, name="dtrsv")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo, trans, diag
@@ -361,9 +726,9 @@ module nxl
             complex(c_double_complex), intent(inout) :: x(*)
         end subroutine
 
-        ! ---- BLAS level 3; side: L, R ----
+        ! ---- BLAS level 3 ----
 
-        ! C := alpha op(A) op(B) + beta C, c(m, n).
+        ! C := alpha op(A) op(B) + beta C, c(m,n).
         subroutine dgemm(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="dgemm")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: transa, transb
@@ -380,7 +745,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: c(ldc, *)
         end subroutine
 
-        ! C := alpha A B + beta C or alpha B A + beta C, A symmetric; zhemm: A Hermitian.
+        ! C := alpha A B + beta C (side L, a(m,m)) or C := alpha B A + beta C (side R, a(n,n)), b(m,n), c(m,n).
         subroutine dsymm(side, uplo, m, n, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="dsymm")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: side, uplo
@@ -405,7 +770,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: c(ldc, *)
         end subroutine
 
-        ! C := alpha A A^T + beta C or alpha A^T A + beta C, C symmetric.
+        ! C := alpha A A^T + beta C for trans N, a(n,k); C := alpha A^T A + beta C else, a(k,n).
         subroutine dsyrk(uplo, trans, n, k, alpha, a, lda, beta, c, ldc) bind(c, name="dsyrk")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo, trans
@@ -422,7 +787,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: c(ldc, *)
         end subroutine
 
-        ! C := alpha A A^H + beta C or alpha A^H A + beta C, C Hermitian, real alpha and beta.
+        ! C := alpha A A^H + beta C for trans N, a(n,k); C := alpha A^H A + beta C for trans C, a(k,n).
         subroutine zherk(uplo, trans, n, k, alpha, a, lda, beta, c, ldc) bind(c, name="zherk")
             import :: c_char, c_double, c_double_complex, c_int
             character(kind=c_char), intent(in) :: uplo, trans
@@ -432,7 +797,8 @@ module nxl
             complex(c_double_complex), intent(inout) :: c(ldc, *)
         end subroutine
 
-        ! C := alpha A B^T + alpha B A^T + beta C, or transposed, C symmetric.
+        ! C := alpha A B^T + alpha B A^T + beta C for trans N, a(n,k) and b(n,k); C := alpha A^T B + alpha B^T A + beta
+        ! C else, a(k,n) and b(k,n).
         subroutine dsyr2k(uplo, trans, n, k, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="dsyr2k")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo, trans
@@ -449,17 +815,18 @@ module nxl
             complex(c_double_complex), intent(inout) :: c(ldc, *)
         end subroutine
 
-        ! C := alpha A B^H + conjg(alpha) B A^H + beta C, or transposed, C Hermitian, real beta.
+        ! C := alpha A B^H + conj(alpha) B A^H + beta C for trans N, a(n,k) and b(n,k); C := alpha A^H B + conj(alpha)
+        ! B^H A + beta C for trans C, a(k,n) and b(k,n).
         subroutine zher2k(uplo, trans, n, k, alpha, a, lda, b, ldb, beta, c, ldc) bind(c, name="zher2k")
             import :: c_char, c_double, c_double_complex, c_int
             character(kind=c_char), intent(in) :: uplo, trans
             integer(c_int), intent(in) :: n, k, lda, ldb, ldc
-            real(c_double), intent(in) :: beta
             complex(c_double_complex), intent(in) :: alpha, a(lda, *), b(ldb, *)
+            real(c_double), intent(in) :: beta
             complex(c_double_complex), intent(inout) :: c(ldc, *)
         end subroutine
 
-        ! B := alpha op(A) B or alpha B op(A), A triangular, b(m, n).
+        ! B := alpha op(A) B (side L, a(m,m)) or B := alpha B op(A) (side R, a(n,n)), b(m,n), A triangular.
         subroutine dtrmm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb) bind(c, name="dtrmm")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: side, uplo, transa, diag
@@ -476,7 +843,8 @@ module nxl
             complex(c_double_complex), intent(inout) :: b(ldb, *)
         end subroutine
 
-        ! B := alpha op(A)^-1 B or alpha B op(A)^-1, A triangular, b(m, n).
+        ! B := alpha op(A)^-1 B (side L, a(m,m)) or B := alpha B op(A)^-1 (side R, a(n,n)), b(m,n), A triangular: the
+        ! solution X of op(A) X = alpha B or X op(A) = alpha B takes the place of B.
         subroutine dtrsm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb) bind(c, name="dtrsm")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: side, uplo, transa, diag
@@ -493,9 +861,10 @@ module nxl
             complex(c_double_complex), intent(inout) :: b(ldb, *)
         end subroutine
 
-        ! ---- LAPACK, LU factorisation; hidden lengths of characters are not looked at and left out here ----
+        ! ---- LAPACK, LU factorisation ----
 
-        ! P A = L U, a(m, n), min(m, n) pivots. info: 0, or the first zero pivot, or a bad argument, negated.
+        ! P A = L U with partial pivoting: a(m,n) is overwritten with L, whose ones on the diagonal are not stored, and
+        ! U.
         subroutine dgetrf(m, n, a, lda, ipiv, info) bind(c, name="dgetrf")
             import :: c_double, c_int
             integer(c_int), intent(in) :: m, n, lda
@@ -512,27 +881,8 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        ! Interchanges rows i and ipiv(i), i from k1 to k2, or backwards for a negative incx.
-        subroutine DLASWP(n, a, lda, k1, k2, ipiv, incx) bind(c, name="DLASWP")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n, lda, k1, k2, ipiv(*), incx
-            real(c_double), intent(inout) :: a(lda, *)
-        end subroutine
-
-        subroutine ZLASWP(n, a, lda, k1, k2, ipiv, incx) bind(c, name="ZLASWP")
-            import :: c_double_complex, c_int
-            integer(c_int), intent(in) :: n, lda, k1, k2, ipiv(*), incx
-            complex(c_double_complex), intent(inout) :: a(lda, *)
-        end subroutine
-
-        ! x := conj(x).
-        subroutine ZLACGV(n, x, incx) bind(c, name="ZLACGV")
-            import :: c_double_complex, c_int
-            integer(c_int), intent(in) :: n, incx
-            complex(c_double_complex), intent(inout) :: x(*)
-        end subroutine
-
-        ! op(A) X = B from the factors of dgetrf; X takes the place of B.
+        ! Solves A X = B (trans N), A^T X = B (T) or A^H X = B (C), b(n,nrhs), with the factors and pivots that dgetrf
+        ! or zgetrf has left in a(n,n) and ipiv(n).
         subroutine dgetrs(trans, n, nrhs, a, lda, ipiv, b, ldb, info) bind(c, name="dgetrs")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: trans
@@ -551,7 +901,8 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        ! The inverse in the place of the factors of dgetrf; lwork -1 asks for the best size.
+        ! The inverse of A in the place of its factors a(n,n), from dgetrf or zgetrf with pivots ipiv(n): the inverse of
+        ! U, then X L = U^-1 by blocks of columns.
         subroutine dgetri(n, a, lda, ipiv, work, lwork, info) bind(c, name="dgetri")
             import :: c_double, c_int
             integer(c_int), intent(in) :: n, lda, ipiv(*), lwork
@@ -566,9 +917,30 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        ! ---- LAPACK, Cholesky factorisation; uplo: U, L ----
+        ! Interchanges rows i and ipiv of the n columns of a, for i from k1 to k2; the pivot of row i is ipiv(k1 + (i -
+        ! k1) |incx|).
+        subroutine DLASWP(n, a, lda, k1, k2, ipiv, incx) bind(c, name="DLASWP")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, lda, k1, k2, ipiv(*), incx
+            real(c_double), intent(inout) :: a(lda, *)
+        end subroutine
 
-        ! A = U^H U or L L^H, one triangle of a(n, n); info > 0: not positive definite.
+        subroutine ZLASWP(n, a, lda, k1, k2, ipiv, incx) bind(c, name="ZLASWP")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, lda, k1, k2, ipiv(*), incx
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+        end subroutine
+
+        ! x := conj(x), n elements incx apart, from the far end for a negative incx; nothing is done with n below 1.
+        subroutine ZLACGV(n, x, incx) bind(c, name="ZLACGV")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, incx
+            complex(c_double_complex), intent(inout) :: x(*)
+        end subroutine
+
+        ! ---- LAPACK, Cholesky factorisation ----
+
+        ! A = U^H U (uplo U) or L L^H (uplo L); the factor takes the place of the triangle.
         subroutine dpotrf(uplo, n, a, lda, info) bind(c, name="dpotrf")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo
@@ -585,8 +957,8 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        ! The same without blocks and threads.
-        subroutine zpotf2(uplo, n, a, lda, info) bind(c, name="ZPOTF2")
+        ! As zpotrf, for small matrices: without blocks, on the caller's thread, without progress.
+        subroutine ZPOTF2(uplo, n, a, lda, info) bind(c, name="ZPOTF2")
             import :: c_char, c_double_complex, c_int
             character(kind=c_char), intent(in) :: uplo
             integer(c_int), intent(in) :: n, lda
@@ -594,7 +966,7 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        ! Solves A X = B from the factor, b(n, nrhs).
+        ! Solves A X = B from the factor that dpotrf has left in triangle uplo of a: X takes the place of b(n,nrhs).
         subroutine dpotrs(uplo, n, nrhs, a, lda, b, ldb, info) bind(c, name="dpotrs")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo
@@ -613,7 +985,8 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        ! One triangle of the inverse in the place of the factor of dpotrf.
+        ! The inverse of a symmetric or Hermitian positive definite A, triangle uplo, in the place of its factor a(n,n)
+        ! from dpotrf or zpotrf; the other triangle is not touched.
         subroutine dpotri(uplo, n, a, lda, info) bind(c, name="dpotri")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo
@@ -632,7 +1005,8 @@ module nxl
 
         ! ---- LAPACK, triangular matrices ----
 
-        ! The inverse of a triangular matrix, in its place.
+        ! The inverse of a triangular matrix in its place, a(n,n); the other triangle, and the diagonal with diag U,
+        ! which then counts as ones, are not touched.
         subroutine dtrtri(uplo, diag, n, a, lda, info) bind(c, name="dtrtri")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo, diag
@@ -649,7 +1023,7 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        ! op(A) X = B, A triangular; X takes the place of B.
+        ! Solves op(A) X = B, a(n,n) triangular, b(n,nrhs); X takes the place of B.
         subroutine dtrtrs(uplo, trans, diag, n, nrhs, a, lda, b, ldb, info) bind(c, name="dtrtrs")
             import :: c_char, c_double, c_int
             character(kind=c_char), intent(in) :: uplo, trans, diag
@@ -668,9 +1042,64 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        ! ---- Sparse BLAS level 1; indices count from 1 ----
+        ! The reciprocal condition number of a triangular matrix a(n,n), 1 / (|A| |A^-1|), in the norm 1 (or O), largest
+        ! column sum, or I, largest row sum.
+        subroutine dtrcon(norm, uplo, diag, n, a, lda, rcond, work, iwork, info) bind(c, name="dtrcon")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: norm, uplo, diag
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: rcond(*), work(*)
+            integer(c_int), intent(out) :: iwork, info
+        end subroutine
 
-        ! y(indx(i)) := y(indx(i)) + a x(i).
+        subroutine ztrcon(norm, uplo, diag, n, a, lda, rcond, work, rwork, info) bind(c, name="ztrcon")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: norm, uplo, diag
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: rcond(*), rwork(*)
+            complex(c_double_complex), intent(inout) :: work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! How good solutions x(n,nrhs) of op(A) X = B are, a(n,n) triangular, b(n,nrhs); none of them is changed.
+        subroutine dtrrfs(uplo, trans, diag, n, nrhs, a, lda, b, ldb, x, ldx, ferr, berr, work, iwork, info) bind(c, &
+            name="dtrrfs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo, trans, diag
+            integer(c_int), intent(in) :: n, nrhs, lda, ldb, ldx
+            real(c_double), intent(in) :: a(lda, *), b(ldb, *), x(ldx, *)
+            real(c_double), intent(inout) :: ferr(*), berr(*), work(*)
+            integer(c_int), intent(out) :: iwork, info
+        end subroutine
+
+        subroutine ztrrfs(uplo, trans, diag, n, nrhs, a, lda, b, ldb, x, ldx, ferr, berr, work, rwork, info) bind(c, &
+            name="ztrrfs")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo, trans, diag
+            integer(c_int), intent(in) :: n, nrhs, lda, ldb, ldx
+            complex(c_double_complex), intent(in) :: a(lda, *), b(ldb, *), x(ldx, *)
+            real(c_double), intent(inout) :: ferr(*), berr(*), rwork(*)
+            complex(c_double_complex), intent(inout) :: work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! ---- LAPACK, eigenproblems ----
+
+        ! The eigenvalues of the Hermitian matrix [a b; conj(b) c], whose a and c count by their real parts: rt1 is the
+        ! one of larger modulus, to a few units in the last place; rt2 the other, as exact as a c - |b|^2 does not
+        ! cancel.
+        subroutine ZLAEV2(a, b, c, rt1, rt2, cs1, sn1) bind(c, name="ZLAEV2")
+            import :: c_double, c_double_complex
+            complex(c_double_complex), intent(in) :: a(*), b(*), c(*)
+            real(c_double), intent(inout) :: rt1(*), rt2(*), cs1(*)
+            complex(c_double_complex), intent(inout) :: sn1(*)
+        end subroutine
+
+        ! ---- Sparse BLAS level 1 ----
+
+        ! y(indx(i)) := y(indx(i)) + a x(i); nothing is done when a is 0.
         subroutine daxpyi(nz, a, x, indx, y) bind(c, name="daxpyi")
             import :: c_double, c_int
             integer(c_int), intent(in) :: nz, indx(*)
@@ -685,20 +1114,13 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! Sum of x(i) y(indx(i)); zdotci takes conjg(x(i)).
+        ! Sum of x(i) y(indx(i)); zdotci takes conj(x(i)).
         function ddoti(nz, x, indx, y) bind(c, name="ddoti")
             import :: c_double, c_int
             integer(c_int), intent(in) :: nz, indx(*)
             real(c_double), intent(in) :: x(*), y(*)
             real(c_double) :: ddoti
         end function
-
-        subroutine zdotci(res, nz, x, indx, y) bind(c, name="zdotci")
-            import :: c_double_complex, c_int
-            complex(c_double_complex), intent(out) :: res
-            integer(c_int), intent(in) :: nz, indx(*)
-            complex(c_double_complex), intent(in) :: x(*), y(*)
-        end subroutine
 
         subroutine zdotui(res, nz, x, indx, y) bind(c, name="zdotui")
             import :: c_double_complex, c_int
@@ -707,7 +1129,14 @@ module nxl
             complex(c_double_complex), intent(in) :: x(*), y(*)
         end subroutine
 
-        ! x(i) := y(indx(i)).
+        subroutine zdotci(res, nz, x, indx, y) bind(c, name="zdotci")
+            import :: c_double_complex, c_int
+            complex(c_double_complex), intent(out) :: res
+            integer(c_int), intent(in) :: nz, indx(*)
+            complex(c_double_complex), intent(in) :: x(*), y(*)
+        end subroutine
+
+        ! Gather: x(i) := y(indx(i)).
         subroutine dgthr(nz, y, x, indx) bind(c, name="dgthr")
             import :: c_double, c_int
             integer(c_int), intent(in) :: nz, indx(*)
@@ -722,7 +1151,7 @@ module nxl
             complex(c_double_complex), intent(inout) :: x(*)
         end subroutine
 
-        ! y(indx(i)) := x(i).
+        ! Scatter: y(indx(i)) := x(i).
         subroutine dsctr(nz, x, indx, y) bind(c, name="dsctr")
             import :: c_double, c_int
             integer(c_int), intent(in) :: nz, indx(*)
@@ -737,369 +1166,9 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! ---- Threads: arguments by value ----
+        ! ---- Vector primitives ----
 
-        ! Sets the thread count of all routines.
-        subroutine NXL_Set_Num_Threads(n) bind(c, name="NXL_Set_Num_Threads")
-            import :: c_int
-            integer(c_int), value :: n
-        end subroutine
-
-        ! The threads that a call may use.
-        function NXL_Get_Max_Threads() bind(c, name="NXL_Get_Max_Threads")
-            import :: c_int
-            integer(c_int) :: NXL_Get_Max_Threads
-        end function
-
-        ! Sets the thread count of one domain: 0 all, 1 BLAS, 2 FFT, 3 VML. 1 when it was taken, else 0.
-        function NXL_Domain_Set_Num_Threads(n, domain) bind(c, name="NXL_Domain_Set_Num_Threads")
-            import :: c_int
-            integer(c_int), value :: n, domain
-            integer(c_int) :: NXL_Domain_Set_Num_Threads
-        end function
-
-        ! The threads that a call of one domain may use.
-        function NXL_Domain_Get_Max_Threads(domain) bind(c, name="NXL_Domain_Get_Max_Threads")
-            import :: c_int
-            integer(c_int), value :: domain
-            integer(c_int) :: NXL_Domain_Get_Max_Threads
-        end function
-
-        ! Dynamic adjustment: off with flag 0, else on.
-        subroutine NXL_Set_Dynamic(flag) bind(c, name="NXL_Set_Dynamic")
-            import :: c_int
-            integer(c_int), value :: flag
-        end subroutine
-
-        ! 1 when dynamic adjustment is on, else 0.
-        function NXL_Get_Dynamic() bind(c, name="NXL_Get_Dynamic")
-            import :: c_int
-            integer(c_int) :: NXL_Get_Dynamic
-        end function
-
-        ! How long OpenMP's threads stay awake after a parallel region, in milliseconds.
-        subroutine okmp_set_blocktime(milliseconds) bind(c, name="okmp_set_blocktime")
-            import :: c_int
-            integer(c_int), value :: milliseconds
-        end subroutine
-
-        ! ---- Memory, progress, timers, machine constants ----
-
-        ! Gives cached scratch memory back; no other call into the library may run meanwhile.
-        subroutine NXL_FreeBuffers() bind(c, name="NXL_FreeBuffers")
-        end subroutine
-
-        ! Returns 0. A host may define a function of this name itself.
-        function NXL_PROGRESS(thread, step, stage, stage_length) bind(c, name="NXL_PROGRESS")
-            import :: c_char, c_int
-            integer(c_int), intent(in) :: thread, step
-            character(kind=c_char), intent(in) :: stage(*)
-            integer(c_int), value :: stage_length
-            integer(c_int) :: NXL_PROGRESS
-        end function
-
-        ! Keeps a callback with the arguments of NXL_PROGRESS, as in c_funloc(f); c_null_funptr takes it away.
-        subroutine set_NXL_Progress_Callback(callback) bind(c, name="set_NXL_Progress_Callback")
-            import :: c_funptr
-            type(c_funptr), value :: callback
-        end subroutine
-
-        ! Calls the callback once for trial; 0 when there is none.
-        function test_NXL_Progress_Callback() bind(c, name="test_NXL_Progress_Callback")
-            import :: c_int
-            integer(c_int) :: test_NXL_Progress_Callback
-        end function
-
-        ! Elapsed seconds; only differences mean anything.
-        function DSECND() bind(c, name="DSECND")
-            import :: c_double
-            real(c_double) :: DSECND
-        end function
-
-        ! Machine constant i, from 1 to 5, of double precision.
-        function D1MACH(i) bind(c, name="D1MACH")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: i
-            real(c_double) :: D1MACH
-        end function
-
-        ! The same of single precision.
-        function R1MACH(i) bind(c, name="R1MACH")
-            import :: c_float, c_int
-            integer(c_int), intent(in) :: i
-            real(c_float) :: R1MACH
-        end function
-
-        ! ---- Errors ----
-
-        ! Reports a bad argument. A host may define a subroutine of this name itself.
-        subroutine XERBLA(srname, info, len) bind(c, name="XERBLA")
-            import :: c_char, c_int
-            character(kind=c_char), intent(in) :: srname(*)
-            integer(c_int), intent(in) :: info
-            integer(c_int), value :: len
-        end subroutine
-
-        ! ---- Conjugate gradients, by reverse communication ----
-
-        ! Defaults.
-        subroutine DCG_INIT(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG_INIT")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n
-            real(c_double), intent(in) :: x(*), b(*)
-            integer(c_int), intent(out) :: RCI_request
-            integer(c_int), intent(inout) :: ipar(*)
-            real(c_double), intent(inout) :: dpar(*), tmp(*)
-        end subroutine
-
-        ! Examines and mends the parameters.
-        subroutine DCG_CHECK(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG_CHECK")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n
-            real(c_double), intent(in) :: x(*), b(*)
-            integer(c_int), intent(out) :: RCI_request
-            integer(c_int), intent(inout) :: ipar(*)
-            real(c_double), intent(inout) :: dpar(*), tmp(*)
-        end subroutine
-
-        ! One right-hand side: goes on to the next request.
-        subroutine DCG(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCG")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n
-            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
-            real(c_double), intent(in) :: b(*)
-            integer(c_int), intent(inout) :: RCI_request, ipar(*)
-        end subroutine
-
-        ! Iterations so far.
-        subroutine DCG_GET(n, x, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DCG_GET")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n
-            real(c_double), intent(in) :: x(*), b(*), dpar(*), tmp(*)
-            integer(c_int), intent(in) :: RCI_request, ipar(*)
-            integer(c_int), intent(out) :: itercount
-        end subroutine
-
-        ! Defaults, for nrhs systems.
-        subroutine DCGMRHS_INIT(n, x, nrhs, b, method, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS_INIT")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n, nrhs, method
-            real(c_double), intent(in) :: x(*), b(*)
-            integer(c_int), intent(out) :: RCI_request
-            integer(c_int), intent(inout) :: ipar(*)
-            real(c_double), intent(inout) :: dpar(*), tmp(*)
-        end subroutine
-
-        ! Examines and mends the parameters.
-        subroutine DCGMRHS_CHECK(n, x, nrhs, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS_CHECK")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n, nrhs
-            real(c_double), intent(in) :: x(*), b(*)
-            integer(c_int), intent(out) :: RCI_request
-            integer(c_int), intent(inout) :: ipar(*)
-            real(c_double), intent(inout) :: dpar(*), tmp(*)
-        end subroutine
-
-        ! Several right-hand sides, x(n, nrhs) and b(n, nrhs): goes on to the next request.
-        subroutine DCGMRHS(n, x, nrhs, b, RCI_request, ipar, dpar, tmp) bind(c, name="DCGMRHS")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n, nrhs
-            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
-            real(c_double), intent(in) :: b(*)
-            integer(c_int), intent(inout) :: RCI_request, ipar(*)
-        end subroutine
-
-        ! Iterations spent on each system.
-        subroutine DCGMRHS_GET(n, x, nrhs, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DCGMRHS_GET")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n, nrhs
-            real(c_double), intent(in) :: x(*), b(*), dpar(*), tmp(*)
-            integer(c_int), intent(in) :: RCI_request, ipar(*)
-            integer(c_int), intent(inout) :: itercount(*)
-        end subroutine
-
-        ! ---- FGMRES, by reverse communication ----
-
-        ! Defaults.
-        subroutine DFGMRES_INIT(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES_INIT")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n
-            real(c_double), intent(in) :: x(*), b(*)
-            integer(c_int), intent(out) :: RCI_request
-            integer(c_int), intent(inout) :: ipar(*)
-            real(c_double), intent(inout) :: dpar(*), tmp(*)
-        end subroutine
-
-        ! Examines and mends the parameters, and lays out tmp.
-        subroutine DFGMRES_CHECK(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES_CHECK")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n
-            real(c_double), intent(in) :: x(*), b(*)
-            integer(c_int), intent(out) :: RCI_request
-            integer(c_int), intent(inout) :: ipar(*)
-            real(c_double), intent(inout) :: dpar(*), tmp(*)
-        end subroutine
-
-        ! Goes on to the next request.
-        subroutine DFGMRES(n, x, b, RCI_request, ipar, dpar, tmp) bind(c, name="DFGMRES")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n
-            real(c_double), intent(inout) :: x(*), dpar(*), tmp(*)
-            real(c_double), intent(in) :: b(*)
-            integer(c_int), intent(inout) :: RCI_request, ipar(*)
-        end subroutine
-
-        ! The solution, to x or b as ipar(13) says, and the iterations so far.
-        subroutine DFGMRES_GET(n, x, b, RCI_request, ipar, dpar, tmp, itercount) bind(c, name="DFGMRES_GET")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n
-            real(c_double), intent(inout) :: x(*), b(*), dpar(*), tmp(*)
-            integer(c_int), intent(inout) :: ipar(*)
-            integer(c_int), intent(out) :: RCI_request, itercount
-        end subroutine
-
-        ! ---- Incomplete LU preconditioners ----
-
-        ! On the pattern of the matrix, bilu0(ia(n+1) - 1).
-        subroutine DCSRILU0(n, a, ia, ja, bilu0, ipar, dpar, ierr) bind(c, name="DCSRILU0")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n, ia(*), ja(*), ipar(*)
-            real(c_double), intent(in) :: a(*), dpar(*)
-            real(c_double), intent(inout) :: bilu0(*)
-            integer(c_int), intent(out) :: ierr
-        end subroutine
-
-        ! With a drop tolerance, bilut and jbilut((2 maxfil + 1) n), ibilut(n + 1).
-        subroutine DCSRILUT(n, a, ia, ja, bilut, ibilut, jbilut, tol, maxfil, ipar, dpar, ierr) bind(c, name="DCSRILUT")
-            import :: c_double, c_int
-            integer(c_int), intent(in) :: n, ia(*), ja(*), maxfil, ipar(*)
-            real(c_double), intent(in) :: a(*), tol, dpar(*)
-            real(c_double), intent(inout) :: bilut(*)
-            integer(c_int), intent(inout) :: ibilut(*), jbilut(*)
-            integer(c_int), intent(out) :: ierr
-        end subroutine
-
-        ! ---- Numeric Jacobian ----
-        ! A handle keeps the addresses of x and fjac: give them the target attribute.
-
-        ! Begins a Jacobian by reverse communication. All results here: 1501 success, 1502 invalid, 1503 no memory.
-        function djacobi_init(handle, n, m, x, fjac, eps) bind(c, name="djacobi_init")
-            import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(inout) :: handle
-            integer(c_int), intent(in) :: n, m
-            real(c_double), intent(inout), target :: x(*), fjac(*)
-            real(c_double), intent(in) :: eps
-            integer(c_int) :: djacobi_init
-        end function
-
-        ! One step: 1 evaluate F at x into f1, 2 into f2, 0 finished.
-        function djacobi_solve(handle, f1, f2, RCI_Request) bind(c, name="djacobi_solve")
-            import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(in) :: handle
-            real(c_double), intent(inout) :: f1(*)
-            real(c_double), intent(in) :: f2(*)
-            integer(c_int), intent(inout) :: RCI_Request
-            integer(c_int) :: djacobi_solve
-        end function
-
-        ! Frees the handle.
-        function djacobi_delete(handle) bind(c, name="djacobi_delete")
-            import :: c_int, c_ptr
-            type(c_ptr), intent(in) :: handle
-            integer(c_int) :: djacobi_delete
-        end function
-
-        ! The whole Jacobian; fcn is c_funloc of a bind(c) subroutine fcn(m, n, x, f), maybe called concurrently.
-        function djacobi(fcn, n, m, fjac, x, eps) bind(c, name="djacobi")
-            import :: c_double, c_funptr, c_int
-            type(c_funptr), value :: fcn
-            integer(c_int), intent(in) :: n, m
-            real(c_double), intent(inout) :: fjac(*), x(*)
-            real(c_double), intent(in) :: eps
-            integer(c_int) :: djacobi
-        end function
-
-        ! ---- Nonlinear least squares ----
-        ! A handle keeps the addresses of x and eps: give them the target attribute.
-
-        ! Begins a run from x.
-        function dtrnlsp_init(handle, n, m, x, eps, iter1, iter2, rs) bind(c, name="dtrnlsp_init")
-            import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(inout) :: handle
-            integer(c_int), intent(in) :: n, m, iter1, iter2
-            real(c_double), intent(inout), target :: x(*)
-            real(c_double), intent(in), target :: eps(6)
-            real(c_double), intent(in) :: rs
-            integer(c_int) :: dtrnlsp_init
-        end function
-
-        ! Goes on: 1 evaluate F into fvec, 2 the Jacobian into fjac, 0 call again, below 0 ended.
-        function dtrnlsp_solve(handle, fvec, fjac, RCI_Request) bind(c, name="dtrnlsp_solve")
-            import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(in) :: handle
-            real(c_double), intent(inout) :: fvec(*), fjac(*)
-            integer(c_int), intent(inout) :: RCI_Request
-            integer(c_int) :: dtrnlsp_solve
-        end function
-
-        ! Accepted steps, stop code, norms of F at the start and at the end.
-        function dtrnlsp_get(handle, iter, st_cr, r1, r2) bind(c, name="dtrnlsp_get")
-            import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(in) :: handle
-            integer(c_int), intent(inout) :: iter, st_cr
-            real(c_double), intent(inout) :: r1, r2
-            integer(c_int) :: dtrnlsp_get
-        end function
-
-        ! Frees the handle.
-        function dtrnlsp_delete(handle) bind(c, name="dtrnlsp_delete")
-            import :: c_int, c_ptr
-            type(c_ptr), intent(in) :: handle
-            integer(c_int) :: dtrnlsp_delete
-        end function
-
-        ! ---- Nonlinear least squares with bounds ----
-
-        ! A handle for n unknowns and m residuals; x, lw, up and eps stay where they are until the handle is deleted, so
-        ! give them the target attribute.
-        function dtrnlspbc_init(handle, n, m, x, lw, up, eps, iter1, iter2, rs) bind(c, name="dtrnlspbc_init")
-            import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(inout) :: handle
-            integer(c_int), intent(in) :: n, m, iter1, iter2
-            real(c_double), intent(inout), target :: x(*)
-            real(c_double), intent(in), target :: lw(*), up(*), eps(6)
-            real(c_double), intent(in) :: rs
-            integer(c_int) :: dtrnlspbc_init
-        end function
-
-        ! Goes on to the next request.
-        function dtrnlspbc_solve(handle, fvec, fjac, RCI_Request) bind(c, name="dtrnlspbc_solve")
-            import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(inout) :: handle
-            real(c_double), intent(inout) :: fvec(*), fjac(*)
-            integer(c_int), intent(inout) :: RCI_Request
-            integer(c_int) :: dtrnlspbc_solve
-        end function
-
-        ! Iterations, stop code, norms of the residual at the start and at the end.
-        function dtrnlspbc_get(handle, iter, st_cr, r1, r2) bind(c, name="dtrnlspbc_get")
-            import :: c_double, c_int, c_ptr
-            type(c_ptr), intent(inout) :: handle
-            integer(c_int), intent(out) :: iter, st_cr
-            real(c_double), intent(out) :: r1, r2
-            integer(c_int) :: dtrnlspbc_get
-        end function
-
-        ! Frees the handle.
-        function dtrnlspbc_delete(handle) bind(c, name="dtrnlspbc_delete")
-            import :: c_int, c_ptr
-            type(c_ptr), intent(in) :: handle
-            integer(c_int) :: dtrnlspbc_delete
-        end function
-
-        ! ---- Vector primitives: arguments by value, complex scalars by reference ----
-
-        ! dst(i) = src(i) + value.
+        ! dst[i] = src[i] + value.
         subroutine AddValue_d(src, dst, value, n) bind(c, name="AddValue_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1108,7 +1177,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(i) + value.
         subroutine AddValuec_d(src, dst, value, n) bind(c, name="AddValuec_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*), value
@@ -1116,7 +1184,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(i) + value.
         subroutine AddValuecd_d(src, dst, value, n) bind(c, name="AddValuecd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1125,7 +1192,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(i) + value.
         subroutine AddValuedc_d(src, dst, value, n) bind(c, name="AddValuedc_d")
             import :: c_double, c_double_complex, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1134,7 +1200,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = value - src(i).
+        ! dst[i] = value - src[i].
         subroutine SubFromValue_d(src, dst, value, n) bind(c, name="SubFromValue_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1143,7 +1209,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = value - src(i).
         subroutine SubFromValuec_d(src, dst, value, n) bind(c, name="SubFromValuec_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*), value
@@ -1151,7 +1216,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = value - src(i).
         subroutine SubFromValuecd_d(src, dst, value, n) bind(c, name="SubFromValuecd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1160,7 +1224,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = value - src(i).
         subroutine SubFromValuedc_d(src, dst, value, n) bind(c, name="SubFromValuedc_d")
             import :: c_double, c_double_complex, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1169,7 +1232,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = value / src(i).
+        ! dst[i] = value / src[i], a zero element giving what floating point gives.
         subroutine DivideValue_d(src, dst, value, n) bind(c, name="DivideValue_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1178,7 +1241,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = value / src(i).
         subroutine DivideValuec_d(src, dst, value, n) bind(c, name="DivideValuec_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*), value
@@ -1186,7 +1248,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = value / src(i).
         subroutine DivideValuecd_d(src, dst, value, n) bind(c, name="DivideValuecd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1195,7 +1256,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = value / src(i).
         subroutine DivideValuedc_d(src, dst, value, n) bind(c, name="DivideValuedc_d")
             import :: c_double, c_double_complex, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1204,7 +1264,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(i) value.
+        ! dst[i] = src[i] value.
         subroutine ScaleByValue_d(src, dst, value, n) bind(c, name="ScaleByValue_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1213,7 +1273,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(i) value.
         subroutine ScaleByValuec_d(src, dst, value, n) bind(c, name="ScaleByValuec_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*), value
@@ -1221,7 +1280,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(i) value.
         subroutine ScaleByValuecd_d(src, dst, value, n) bind(c, name="ScaleByValuecd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1230,7 +1288,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(i) value.
         subroutine ScaleByValuedc_d(src, dst, value, n) bind(c, name="ScaleByValuedc_d")
             import :: c_double, c_double_complex, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1239,7 +1296,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = a(i) + b(i).
+        ! dst[i] = a[i] + b[i], a[i] - b[i], a[i] b[i].
         subroutine AddVeccd_d(a, b, dst, n) bind(c, name="AddVeccd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: a(*)
@@ -1248,7 +1305,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = a(i) - b(i).
         subroutine SubVeccd_d(a, b, dst, n) bind(c, name="SubVeccd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: a(*)
@@ -1257,7 +1313,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = a(i) - b(i).
         subroutine SubVecdc_d(a, b, dst, n) bind(c, name="SubVecdc_d")
             import :: c_double, c_double_complex, c_int32_t
             real(c_double), intent(in) :: a(*)
@@ -1266,7 +1321,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = a(i) b(i).
         subroutine MulVeccd_d(a, b, dst, n) bind(c, name="MulVeccd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: a(*)
@@ -1275,7 +1329,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = a(i) / b(i).
+        ! dst[i] = a[i] / b[i]; a complex divisor as in DivideValuec_d.
         subroutine DivVeccc_d(a, b, dst, n) bind(c, name="DivVeccc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: a(*), b(*)
@@ -1283,7 +1337,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = a(i) / b(i).
         subroutine DivVeccd_d(a, b, dst, n) bind(c, name="DivVeccd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: a(*)
@@ -1292,7 +1345,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = a(i) / b(i).
         subroutine DivVecdc_d(a, b, dst, n) bind(c, name="DivVecdc_d")
             import :: c_double, c_double_complex, c_int32_t
             real(c_double), intent(in) :: a(*)
@@ -1301,7 +1353,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = conj(a(i)) b(i).
+        ! dst[i] = conj(a[i]) b[i].
         subroutine ConjMulcc_d(a, b, dst, n) bind(c, name="ConjMulcc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: a(*), b(*)
@@ -1309,7 +1361,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = -1, 0 or 1, the sign of src(i).
+        ! dst[i] = -1.0, 0.0 or 1.0 by the sign of src[i]: 0.0 for both zeros, 1.0 for NaN.
         subroutine Sgndd_d(src, dst, n) bind(c, name="Sgndd_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1317,7 +1369,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = -1, 0 or 1, the sign of src(i).
         subroutine Sgncd_d(src, dst, n) bind(c, name="Sgncd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1325,7 +1376,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = -1, 0 or 1, the sign of src(i).
         subroutine Sgndc_d(src, dst, n) bind(c, name="Sgndc_d")
             import :: c_double, c_double_complex, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1333,7 +1383,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = -1, 0 or 1, the sign of src(i).
         subroutine Sgncc_d(src, dst, n) bind(c, name="Sgncc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1341,7 +1390,8 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i), in place, by the sign of src(i).
+        ! dst[i], in place, by the sign of src[i] as above: 0.0 where it is 0, negated where it is negative, else as it
+        ! was, for NaN too.
         subroutine SgnMul_d(src, dst, n) bind(c, name="SgnMul_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1349,7 +1399,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i), in place, by the sign of src(i).
         subroutine SgnMulc_d(src, dst, n) bind(c, name="SgnMulc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1357,7 +1406,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i), in place, by the sign of src(i).
         subroutine SgnMulcd_d(src, dst, n) bind(c, name="SgnMulcd_d")
             import :: c_double, c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1365,7 +1413,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i), in place, by the sign of src(i).
         subroutine SgnMuldc_d(src, dst, n) bind(c, name="SgnMuldc_d")
             import :: c_double, c_double_complex, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1373,7 +1420,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = x(i) - y(i) int(x(i) / y(i)).
+        ! Remainder: dst[i] = x[i] - y[i] q, q the quotient x[i] / y[i] truncated to a signed 32-bit integer.
         subroutine Rem_d(x, y, dst, n) bind(c, name="Rem_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: x(*), y(*)
@@ -1381,7 +1428,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = x(i) - int(x(i) (1 / value)) value.
+        ! Remainder for one divisor: as Rem_d, but q is x[i] (1 / value) truncated, with the reciprocal rounded once.
         subroutine RemVal_d(x, value, dst, n) bind(c, name="RemVal_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: x(*)
@@ -1390,7 +1437,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! Upwards to integers.
+        ! The smallest integer not below src[i], the largest not above it, with the sign of src[i] when it is 0.
         subroutine Ceil_d(src, dst, n) bind(c, name="Ceil_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1398,7 +1445,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! Downwards to integers.
         subroutine Floor_d(src, dst, n) bind(c, name="Floor_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1406,7 +1452,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = dst(i - 1) + src(i).
+        ! dst[0] = src[0], dst[i] = dst[i - 1] + src[i], added in this order.
         subroutine CumSum_d(src, dst, n) bind(c, name="CumSum_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1414,7 +1460,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = dst(i - 1) + src(i).
         subroutine CumSumc_d(src, dst, n) bind(c, name="CumSumc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1422,7 +1467,8 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(i) + dst(i - delta) behind a copy of the first delta elements.
+        ! Cumulative sums at lag delta: the first delta elements (at most n) are copied, then dst[i] = src[i] + dst[i -
+        ! delta].
         subroutine CumSumDelta_d(src, dst, n, delta) bind(c, name="CumSumDelta_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1430,7 +1476,6 @@ module nxl
             integer(c_int32_t), value :: n, delta
         end subroutine
 
-        ! dst(i) = src(i) + dst(i - delta) behind a copy of the first delta elements.
         subroutine CumSumDeltac_d(src, dst, n, delta) bind(c, name="CumSumDeltac_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1438,7 +1483,7 @@ module nxl
             integer(c_int32_t), value :: n, delta
         end subroutine
 
-        ! The product of all elements.
+        ! The product of all elements, 1 for an empty array.
         function Product_d(src, n) bind(c, name="Product_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
@@ -1446,7 +1491,6 @@ module nxl
             real(c_double) :: Product_d
         end function
 
-        ! The product of all elements, in out.
         subroutine Productc_d(src, out, n) bind(c, name="Productc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1454,7 +1498,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = src(n + 1 - i).
+        ! dst[i] = src[n - 1 - i], of complex numbers.
         subroutine Reverse_d(src, dst, n) bind(c, name="Reverse_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1462,7 +1506,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! (re, im) to (im, re).
+        ! Each (re, im) becomes (im, re), (im, -re) and, by MulI_d, (-im, re), which is i times it.
         subroutine Flip_d(src, dst, n) bind(c, name="Flip_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1470,7 +1514,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! (re, im) to (im, -re).
         subroutine FlipConj_d(src, dst, n) bind(c, name="FlipConj_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1478,7 +1521,6 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = i src(i): (re, im) to (-im, re).
         subroutine MulI_d(src, dst, n) bind(c, name="MulI_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
@@ -1486,7 +1528,7 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! dst(i) = offset + (i - 1) step.
+        ! dst[i] = offset + i step, by parts.
         subroutine Rampc_d(dst, n, offset, step) bind(c, name="Rampc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(inout) :: dst(*)
@@ -1494,7 +1536,7 @@ module nxl
             complex(c_double_complex), intent(in) :: offset, step
         end subroutine
 
-        ! Appends src(i) to dst where mask(i) > 0; the result counts them.
+        ! Appends src[i] to dst where mask[i] is above 0.
         function PackByMask_d(n, src, dst, mask) bind(c, name="PackByMask_d")
             import :: c_double, c_int32_t
             integer(c_int32_t), value :: n
@@ -1504,7 +1546,6 @@ module nxl
             integer(c_int32_t) :: PackByMask_d
         end function
 
-        ! Appends src(i) to dst where mask(i) > 0; the result counts them.
         function PackByMaskc_d(n, src, dst, mask) bind(c, name="PackByMaskc_d")
             import :: c_double_complex, c_int32_t
             integer(c_int32_t), value :: n
@@ -1514,7 +1555,7 @@ module nxl
             integer(c_int32_t) :: PackByMaskc_d
         end function
 
-        ! dst(i) = a(i)**b(i) from the second element on.
+        ! dst[i] = a[i] to the power b[i] by the C library's cpow, from i = 1 on: dst[0] is left as it was.
         subroutine Powc_d(a, b, dst, n) bind(c, name="Powc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: a(*), b(*)
@@ -1522,223 +1563,218 @@ module nxl
             integer(c_int32_t), value :: n
         end subroutine
 
-        ! The double at p, into out.
+        ! Single values behind pointers, for languages that have none: a double into out or as the result, a complex
+        ! number, a 32-bit integer; then stored.
         subroutine GetValFromPtr_d(p, out) bind(c, name="GetValFromPtr_d")
             import :: c_double
             real(c_double), intent(in) :: p
             real(c_double), intent(out) :: out
         end subroutine
 
-        ! The double at p.
         function GetValFromPtrf_d(p) bind(c, name="GetValFromPtrf_d")
             import :: c_double
             real(c_double), intent(in) :: p
             real(c_double) :: GetValFromPtrf_d
         end function
 
-        ! The complex number at p, into out.
         subroutine GetValcFromPtr_d(p, out) bind(c, name="GetValcFromPtr_d")
             import :: c_double_complex
             complex(c_double_complex), intent(in) :: p
             complex(c_double_complex), intent(out) :: out
         end subroutine
 
-        ! The integer at p, into out.
         subroutine GetValIFromPtr(p, out) bind(c, name="GetValIFromPtr")
             import :: c_int32_t
             integer(c_int32_t), intent(in) :: p
             integer(c_int32_t), intent(out) :: out
         end subroutine
 
-        ! Stores a double at p.
         subroutine SetValToPtr_d(p, value) bind(c, name="SetValToPtr_d")
             import :: c_double
             real(c_double), intent(out) :: p
             real(c_double), value :: value
         end subroutine
 
-        ! Stores a complex number at p.
         subroutine SetValcToPtr_d(p, value) bind(c, name="SetValcToPtr_d")
             import :: c_double_complex
             complex(c_double_complex), intent(out) :: p
             complex(c_double_complex), intent(in) :: value
         end subroutine
 
-        ! Stores an integer at p.
         subroutine SetValIToPtr(p, value) bind(c, name="SetValIToPtr")
             import :: c_int32_t
             integer(c_int32_t), intent(out) :: p
             integer(c_int32_t), value :: value
         end subroutine
 
-        ! ---- Matrix primitives: row-major blocks, arguments by value, rows and columns counted from 0 ----
+        ! ---- Matrix primitives ----
 
-        ! Copies a block from one corner to another.
-        subroutine CopySubMatrix_d(src, dst, srcRow, srcCol, dstRow, dstCol, rows, cols, &
-            srcStride, dstStride) bind(c, name="CopySubMatrix_d")
+        ! Copies rows by cols elements: dst(dstRow + r, dstCol + c) = src(srcRow + r, srcCol + c).
+        subroutine CopySubMatrix_d(src, dst, srcRow, srcCol, dstRow, dstCol, rows, cols, srcStride, dstStride) bind(c, &
+            name="CopySubMatrix_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
             real(c_double), intent(inout) :: dst(*)
             integer(c_int32_t), value :: srcRow, srcCol, dstRow, dstCol, rows, cols, srcStride, dstStride
         end subroutine
 
-        ! Copies a block from one corner to another.
-        subroutine CopySubMatrixc_d(src, dst, srcRow, srcCol, dstRow, dstCol, rows, cols, &
-            srcStride, dstStride) bind(c, name="CopySubMatrixc_d")
+        subroutine CopySubMatrixc_d(src, dst, srcRow, srcCol, dstRow, dstCol, rows, cols, srcStride, dstStride) &
+            bind(c, name="CopySubMatrixc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
             complex(c_double_complex), intent(inout) :: dst(*)
             integer(c_int32_t), value :: srcRow, srcCol, dstRow, dstCol, rows, cols, srcStride, dstStride
         end subroutine
 
-        ! Copies a block from one row stride to another.
-        subroutine ResizeMatrix_d(src, dst, rows, cols, srcStride, &
-            dstStride) bind(c, name="ResizeMatrix_d")
+        ! Copies the rows by cols block that src and dst begin with, from one stride to another, in the same way.
+        subroutine ResizeMatrix_d(src, dst, rows, cols, srcStride, dstStride) bind(c, name="ResizeMatrix_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
             real(c_double), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride
         end subroutine
 
-        ! Copies a block from one row stride to another.
-        subroutine ResizeMatrixc_d(src, dst, rows, cols, srcStride, &
-            dstStride) bind(c, name="ResizeMatrixc_d")
+        subroutine ResizeMatrixc_d(src, dst, rows, cols, srcStride, dstStride) bind(c, name="ResizeMatrixc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
             complex(c_double_complex), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride
         end subroutine
 
-        ! dst(c, r) = src(r, c).
-        subroutine TransposeMatrix_d(src, dst, rows, cols, srcStride, &
-            dstStride) bind(c, name="TransposeMatrix_d")
+        ! dst(c, r) = src(r, c); Adjungate takes conj(src(r, c)).
+        subroutine TransposeMatrix_d(src, dst, rows, cols, srcStride, dstStride) bind(c, name="TransposeMatrix_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
             real(c_double), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride
         end subroutine
 
-        ! dst(c, r) = src(r, c).
-        subroutine TransposeMatrixc_d(src, dst, rows, cols, srcStride, &
-            dstStride) bind(c, name="TransposeMatrixc_d")
+        subroutine TransposeMatrixc_d(src, dst, rows, cols, srcStride, dstStride) bind(c, name="TransposeMatrixc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
             complex(c_double_complex), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride
         end subroutine
 
-        ! dst(c, r) = conj(src(r, c)).
-        subroutine AdjungateMatrixc_d(src, dst, rows, cols, srcStride, &
-            dstStride) bind(c, name="AdjungateMatrixc_d")
+        subroutine AdjungateMatrixc_d(src, dst, rows, cols, srcStride, dstStride) bind(c, name="AdjungateMatrixc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
             complex(c_double_complex), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride
         end subroutine
 
-        ! Transposes in place.
+        ! Transposes the n by n matrix a in place; Adjungate conjugates every element, the diagonal too.
         subroutine TransposeSquareMatrix_d(a, n, stride) bind(c, name="TransposeSquareMatrix_d")
             import :: c_double, c_int32_t
             real(c_double), intent(inout) :: a(*)
             integer(c_int32_t), value :: n, stride
         end subroutine
 
-        ! Transposes in place.
         subroutine TransposeSquareMatrixc_d(a, n, stride) bind(c, name="TransposeSquareMatrixc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(inout) :: a(*)
             integer(c_int32_t), value :: n, stride
         end subroutine
 
-        ! Transposes and conjugates in place.
         subroutine AdjungateSquareMatrixc_d(a, n, stride) bind(c, name="AdjungateSquareMatrixc_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(inout) :: a(*)
             integer(c_int32_t), value :: n, stride
         end subroutine
 
-        ! Copies the triangle below the diagonal, or with it.
-        subroutine LowerTriangle_d(src, dst, rows, cols, srcStride, dstStride, &
-            includeDiagonal) bind(c, name="LowerTriangle_d")
+        ! Copies the elements below the diagonal of a rows by cols matrix, or above it; with them the diagonal when
+        ! includeDiagonal is not 0.
+        subroutine LowerTriangle_d(src, dst, rows, cols, srcStride, dstStride, includeDiagonal) bind(c, &
+            name="LowerTriangle_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
             real(c_double), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride, includeDiagonal
         end subroutine
 
-        ! Copies the triangle below the diagonal, or with it.
-        subroutine LowerTrianglec_d(src, dst, rows, cols, srcStride, dstStride, &
-            includeDiagonal) bind(c, name="LowerTrianglec_d")
+        subroutine LowerTrianglec_d(src, dst, rows, cols, srcStride, dstStride, includeDiagonal) bind(c, &
+            name="LowerTrianglec_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
             complex(c_double_complex), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride, includeDiagonal
         end subroutine
 
-        ! Copies the triangle above the diagonal, or with it.
-        subroutine UpperTriangle_d(src, dst, rows, cols, srcStride, dstStride, &
-            includeDiagonal) bind(c, name="UpperTriangle_d")
+        subroutine UpperTriangle_d(src, dst, rows, cols, srcStride, dstStride, includeDiagonal) bind(c, &
+            name="UpperTriangle_d")
             import :: c_double, c_int32_t
             real(c_double), intent(in) :: src(*)
             real(c_double), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride, includeDiagonal
         end subroutine
 
-        ! Copies the triangle above the diagonal, or with it.
-        subroutine UpperTrianglec_d(src, dst, rows, cols, srcStride, dstStride, &
-            includeDiagonal) bind(c, name="UpperTrianglec_d")
+        subroutine UpperTrianglec_d(src, dst, rows, cols, srcStride, dstStride, includeDiagonal) bind(c, &
+            name="UpperTrianglec_d")
             import :: c_double_complex, c_int32_t
             complex(c_double_complex), intent(in) :: src(*)
             complex(c_double_complex), intent(inout) :: dst(*)
             integer(c_int32_t), value :: rows, cols, srcStride, dstStride, includeDiagonal
         end subroutine
 
-        ! Zeroes the triangle below the diagonal, or with it.
-        subroutine ZeroLowerTriangle_d(a, rows, cols, stride, &
-            zeroDiagonal) bind(c, name="ZeroLowerTriangle_d")
-            import :: c_double, c_int8_t, c_int32_t
+        ! Sets the elements below the diagonal of a rows by cols matrix, or above it, to 0; with them the diagonal when
+        ! zeroDiagonal, a byte, is not 0.
+        subroutine ZeroLowerTriangle_d(a, rows, cols, stride, zeroDiagonal) bind(c, name="ZeroLowerTriangle_d")
+            import :: c_double, c_int32_t, c_int8_t
             real(c_double), intent(inout) :: a(*)
             integer(c_int32_t), value :: rows, cols, stride
             integer(c_int8_t), value :: zeroDiagonal
         end subroutine
 
-        ! Zeroes the triangle below the diagonal, or with it.
-        subroutine ZeroLowerTrianglec_d(a, rows, cols, stride, &
-            zeroDiagonal) bind(c, name="ZeroLowerTrianglec_d")
-            import :: c_double_complex, c_int8_t, c_int32_t
+        subroutine ZeroLowerTrianglec_d(a, rows, cols, stride, zeroDiagonal) bind(c, name="ZeroLowerTrianglec_d")
+            import :: c_double_complex, c_int32_t, c_int8_t
             complex(c_double_complex), intent(inout) :: a(*)
             integer(c_int32_t), value :: rows, cols, stride
             integer(c_int8_t), value :: zeroDiagonal
         end subroutine
 
-        ! Zeroes the triangle above the diagonal, or with it.
-        subroutine ZeroUpperTriangle_d(a, rows, cols, stride, &
-            zeroDiagonal) bind(c, name="ZeroUpperTriangle_d")
-            import :: c_double, c_int8_t, c_int32_t
+        subroutine ZeroUpperTriangle_d(a, rows, cols, stride, zeroDiagonal) bind(c, name="ZeroUpperTriangle_d")
+            import :: c_double, c_int32_t, c_int8_t
             real(c_double), intent(inout) :: a(*)
             integer(c_int32_t), value :: rows, cols, stride
             integer(c_int8_t), value :: zeroDiagonal
         end subroutine
 
-        ! Zeroes the triangle above the diagonal, or with it.
-        subroutine ZeroUpperTrianglec_d(a, rows, cols, stride, &
-            zeroDiagonal) bind(c, name="ZeroUpperTrianglec_d")
-            import :: c_double_complex, c_int8_t, c_int32_t
+        subroutine ZeroUpperTrianglec_d(a, rows, cols, stride, zeroDiagonal) bind(c, name="ZeroUpperTrianglec_d")
+            import :: c_double_complex, c_int32_t, c_int8_t
             complex(c_double_complex), intent(inout) :: a(*)
             integer(c_int32_t), value :: rows, cols, stride
             integer(c_int8_t), value :: zeroDiagonal
         end subroutine
 
-        ! Rows row1 and row2 change places.
+        ! Rows row1 and row2 of a change places, in their first cols elements.
         subroutine RowExchange_d(a, row1, row2, cols, stride) bind(c, name="RowExchange_d")
             import :: c_double, c_int32_t
             real(c_double), intent(inout) :: a(*)
             integer(c_int32_t), value :: row1, row2, cols, stride
         end subroutine
 
-        ! ---- Pack and unpack: indices count from 0; real arrays by reference, complex ones with n by value ----
+        subroutine RowExchangec_d(a, row1, row2, cols, stride) bind(c, name="RowExchangec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(inout) :: a(*)
+            integer(c_int32_t), value :: row1, row2, cols, stride
+        end subroutine
 
-        ! y(i) = a(1 + (i - 1) incra).
+        ! Columns col1 and col2 of a change places, in their first `rows` elements.
+        subroutine ColExchange_d(a, col1, col2, rows, stride) bind(c, name="ColExchange_d")
+            import :: c_double, c_int32_t
+            real(c_double), intent(inout) :: a(*)
+            integer(c_int32_t), value :: col1, col2, rows, stride
+        end subroutine
+
+        subroutine ColExchangec_d(a, col1, col2, rows, stride) bind(c, name="ColExchangec_d")
+            import :: c_double_complex, c_int32_t
+            complex(c_double_complex), intent(inout) :: a(*)
+            integer(c_int32_t), value :: col1, col2, rows, stride
+        end subroutine
+
+        ! ---- Pack and unpack ----
+
+        ! y[i] = a[i incra] for i from 0 to n - 1; a negative increment runs backwards from a.
         subroutine vdpacki(n, a, incra, y) bind(c, name="vdpacki")
             import :: c_double, c_int32_t
             integer(c_int32_t), intent(in) :: n, incra
@@ -1746,47 +1782,6 @@ module nxl
             real(c_double), intent(inout) :: y(*)
         end subroutine
 
-        ! y(i) = a(1 + ia(i)).
-        subroutine vdpackv(n, a, ia, y) bind(c, name="vdpackv")
-            import :: c_double, c_int32_t
-            integer(c_int32_t), intent(in) :: n, ia(*)
-            real(c_double), intent(in) :: a(*)
-            real(c_double), intent(inout) :: y(*)
-        end subroutine
-
-        ! Appends a(i) to y where ma(i) > 0.
-        subroutine vdpackm(n, a, ma, y) bind(c, name="vdpackm")
-            import :: c_double, c_int32_t
-            integer(c_int32_t), intent(in) :: n, ma(*)
-            real(c_double), intent(in) :: a(*)
-            real(c_double), intent(inout) :: y(*)
-        end subroutine
-
-        ! y(1 + (i - 1) incry) = a(i).
-        subroutine vdunpacki(n, a, y, incry) bind(c, name="vdunpacki")
-            import :: c_double, c_int32_t
-            integer(c_int32_t), intent(in) :: n, incry
-            real(c_double), intent(in) :: a(*)
-            real(c_double), intent(inout) :: y(*)
-        end subroutine
-
-        ! y(1 + iy(i)) = a(i).
-        subroutine vdunpackv(n, a, y, iy) bind(c, name="vdunpackv")
-            import :: c_double, c_int32_t
-            integer(c_int32_t), intent(in) :: n, iy(*)
-            real(c_double), intent(in) :: a(*)
-            real(c_double), intent(inout) :: y(*)
-        end subroutine
-
-        ! The next element of a into y(i) where my(i) > 0.
-        subroutine vdunpackm(n, a, y, my) bind(c, name="vdunpackm")
-            import :: c_double, c_int32_t
-            integer(c_int32_t), intent(in) :: n, my(*)
-            real(c_double), intent(in) :: a(*)
-            real(c_double), intent(inout) :: y(*)
-        end subroutine
-
-        ! y(i) = a(1 + (i - 1) incra).
         subroutine vdpackic_d(n, a, incra, y) bind(c, name="vdpackic_d")
             import :: c_double_complex, c_int32_t
             integer(c_int32_t), value :: n, incra
@@ -1794,7 +1789,14 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! y(i) = a(1 + ia(i)).
+        ! y[i] = a[ia[i]].
+        subroutine vdpackv(n, a, ia, y) bind(c, name="vdpackv")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, ia(*)
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
         subroutine vdpackvc_d(n, a, ia, y) bind(c, name="vdpackvc_d")
             import :: c_double_complex, c_int32_t
             integer(c_int32_t), value :: n
@@ -1803,7 +1805,14 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! Appends a(i) to y where ma(i) > 0.
+        ! Appends a[i] to y where ma[i] is above 0.
+        subroutine vdpackm(n, a, ma, y) bind(c, name="vdpackm")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, ma(*)
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
         subroutine vdpackmc_d(n, a, ma, y) bind(c, name="vdpackmc_d")
             import :: c_double_complex, c_int32_t
             integer(c_int32_t), value :: n
@@ -1812,7 +1821,14 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! y(1 + (i - 1) incry) = a(i).
+        ! y[i incry] = a[i].
+        subroutine vdunpacki(n, a, y, incry) bind(c, name="vdunpacki")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, incry
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
         subroutine vdunpackic_d(n, a, y, incry) bind(c, name="vdunpackic_d")
             import :: c_double_complex, c_int32_t
             integer(c_int32_t), value :: n, incry
@@ -1820,7 +1836,14 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
         end subroutine
 
-        ! y(1 + iy(i)) = a(i).
+        ! y[iy[i]] = a[i]; of several values for one place the last stays.
+        subroutine vdunpackv(n, a, y, iy) bind(c, name="vdunpackv")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, iy(*)
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
         subroutine vdunpackvc_d(n, a, y, iy) bind(c, name="vdunpackvc_d")
             import :: c_double_complex, c_int32_t
             integer(c_int32_t), value :: n
@@ -1829,7 +1852,14 @@ module nxl
             integer(c_int32_t), intent(in) :: iy(*)
         end subroutine
 
-        ! The next element of a into y(i) where my(i) > 0.
+        ! The next element of a into y[i] where my[i] is above 0; other elements of y are not touched.
+        subroutine vdunpackm(n, a, y, my) bind(c, name="vdunpackm")
+            import :: c_double, c_int32_t
+            integer(c_int32_t), intent(in) :: n, my(*)
+            real(c_double), intent(in) :: a(*)
+            real(c_double), intent(inout) :: y(*)
+        end subroutine
+
         subroutine vdunpackmc_d(n, a, y, my) bind(c, name="vdunpackmc_d")
             import :: c_double_complex, c_int32_t
             integer(c_int32_t), value :: n
@@ -1837,30 +1867,10 @@ module nxl
             complex(c_double_complex), intent(inout) :: y(*)
             integer(c_int32_t), intent(in) :: my(*)
         end subroutine
-        ! Rows row1 and row2 change places.
-        subroutine RowExchangec_d(a, row1, row2, cols, stride) bind(c, name="RowExchangec_d")
-            import :: c_double_complex, c_int32_t
-            complex(c_double_complex), intent(inout) :: a(*)
-            integer(c_int32_t), value :: row1, row2, cols, stride
-        end subroutine
 
-        ! Columns col1 and col2 change places.
-        subroutine ColExchange_d(a, col1, col2, rows, stride) bind(c, name="ColExchange_d")
-            import :: c_double, c_int32_t
-            real(c_double), intent(inout) :: a(*)
-            integer(c_int32_t), value :: col1, col2, rows, stride
-        end subroutine
+        ! ---- Bessel and Airy functions ----
 
-        ! Columns col1 and col2 change places.
-        subroutine ColExchangec_d(a, col1, col2, rows, stride) bind(c, name="ColExchangec_d")
-            import :: c_double_complex, c_int32_t
-            complex(c_double_complex), intent(inout) :: a(*)
-            integer(c_int32_t), value :: col1, col2, rows, stride
-        end subroutine
-
-        ! ---- Bessel and Airy functions: orders fnu, fnu + 1, ..., fnu + n - 1; kode 2 scaled ----
-
-        ! Modified functions of the first kind I; kode 2: times exp(-|Re z|).
+        ! I, the modified function of the first kind.
         subroutine CBESI(z, fnu, kode, n, cy, nz, ierr) bind(c, name="CBESI")
             import :: c_float, c_float_complex, c_int
             complex(c_float_complex), intent(in) :: z
@@ -1870,7 +1880,7 @@ module nxl
             integer(c_int), intent(out) :: nz, ierr
         end subroutine
 
-        ! Functions of the first kind J; kode 2: times exp(-|Im z|).
+        ! J, the function of the first kind.
         subroutine CBESJ(z, fnu, kode, n, cy, nz, ierr) bind(c, name="CBESJ")
             import :: c_float, c_float_complex, c_int
             complex(c_float_complex), intent(in) :: z
@@ -1880,7 +1890,7 @@ module nxl
             integer(c_int), intent(out) :: nz, ierr
         end subroutine
 
-        ! Modified functions of the second kind K; kode 2: times exp(z).
+        ! K, the modified function of the second kind.
         subroutine CBESK(z, fnu, kode, n, cy, nz, ierr) bind(c, name="CBESK")
             import :: c_float, c_float_complex, c_int
             complex(c_float_complex), intent(in) :: z
@@ -1890,7 +1900,7 @@ module nxl
             integer(c_int), intent(out) :: nz, ierr
         end subroutine
 
-        ! Hankel functions of kind m; kode 2: times exp(-iz) for m = 1, exp(iz) for m = 2.
+        ! H1 = J + iY (m = 1) or H2 = J - iY (m = 2), the Hankel functions.
         subroutine CBESH(z, fnu, kode, m, n, cy, nz, ierr) bind(c, name="CBESH")
             import :: c_float, c_float_complex, c_int
             complex(c_float_complex), intent(in) :: z
@@ -1900,18 +1910,17 @@ module nxl
             integer(c_int), intent(out) :: nz, ierr
         end subroutine
 
-        ! Functions of the second kind Y; kode 2: times exp(-|Im z|). cwrk(n) goes unused.
+        ! Y, the function of the second kind.
         subroutine CBESY(z, fnu, kode, n, cy, nz, cwrk, ierr) bind(c, name="CBESY")
             import :: c_float, c_float_complex, c_int
             complex(c_float_complex), intent(in) :: z
             real(c_float), intent(in) :: fnu
             integer(c_int), intent(in) :: kode, n
-            complex(c_float_complex), intent(inout) :: cy(*)
-            complex(c_float_complex), intent(inout) :: cwrk(*)
+            complex(c_float_complex), intent(inout) :: cy(*), cwrk(*)
             integer(c_int), intent(out) :: nz, ierr
         end subroutine
 
-        ! Ai (id 0) or its derivative (id 1); kode 2: times exp(zeta), zeta = 2/3 z sqrt(z).
+        ! Ai(z) (id 0) or Ai'(z) (id 1).
         subroutine CAIRY(z, id, kode, ai, nz, ierr) bind(c, name="CAIRY")
             import :: c_float_complex, c_int
             complex(c_float_complex), intent(in) :: z
@@ -1920,7 +1929,7 @@ module nxl
             integer(c_int), intent(out) :: nz, ierr
         end subroutine
 
-        ! Bi (id 0) or its derivative (id 1); kode 2: times exp(-|Re zeta|).
+        ! Bi(z) (id 0) or Bi'(z) (id 1).
         subroutine CBIRY(z, id, kode, bi, ierr) bind(c, name="CBIRY")
             import :: c_float_complex, c_int
             complex(c_float_complex), intent(in) :: z
@@ -1931,29 +1940,30 @@ module nxl
 
         ! ---- Toeplitz systems and filter design ----
 
-        ! T x = b: a1(m) the first row of T, a2(m-1) its first column from the second element on; work c1, c2(m-1).
+        ! T x = b for a Toeplitz matrix of order m, neither symmetric nor Hermitian: T(i,j) = a1(j-i+1) for j >= i,
+        ! a2(i-j) for i > j.
         subroutine TSLD1(a1, a2, b, x, c1, c2, m) bind(c, name="TSLD1")
             import :: c_double, c_int
-            integer(c_int), intent(in) :: m
             real(c_double), intent(in) :: a1(*), a2(*), b(*)
             real(c_double), intent(inout) :: x(*), c1(*), c2(*)
+            integer(c_int), intent(in) :: m
         end subroutine
 
-        ! The same for complex T; nothing is conjugated.
         subroutine TSLZ1(a1, a2, b, x, c1, c2, m) bind(c, name="TSLZ1")
             import :: c_double_complex, c_int
-            integer(c_int), intent(in) :: m
             complex(c_double_complex), intent(in) :: a1(*), a2(*), b(*)
             complex(c_double_complex), intent(inout) :: x(*), c1(*), c2(*)
+            integer(c_int), intent(in) :: m
         end subroutine
 
-        ! Best weighted approximation of des(ngr) by sums of alpha(k+1) cos(2 pi k f) on a grid; the others: nfc + 2.
+        ! Best approximation by cosines on a grid, the heart of linear-phase filter design: the sum P(f) of alpha(k+1)
+        ! cos(2 pi k f), k = 0 to nfc - 1, with the least maximum of wt |des - P| over the grid.
         subroutine REMEZ(ngr, nfc, iext, ad, x, y, des, grid, wt, a, p, q, alpha) bind(c, name="REMEZ")
             import :: c_double, c_int
             integer(c_int), intent(in) :: ngr, nfc
             integer(c_int), intent(inout) :: iext(*)
-            real(c_double), intent(in) :: des(*), grid(*), wt(*)
             real(c_double), intent(inout) :: ad(*), x(*), y(*), a(*), p(*), q(*), alpha(*)
+            real(c_double), intent(in) :: des(*), grid(*), wt(*)
         end subroutine
 
     end interface

@@ -2,15 +2,12 @@
 // then on.
 #pragma once
 #include "service/cpu_class.hpp"
-#include "service/kernel_table.hpp"
+#include "service/kernels_of.hpp"
 #include <atomic>
 #include <type_traits>
 #include <utility>
 
 namespace nxl {
-
-/// The kernels of a class at the vector width of this process.
-const KernelTable& kernels_of(CpuClass cpu_class);
 
 /// The table that slots of this process bind from. Each table of kernels specialises it.
 template <class Table> const Table& bound_table();

@@ -1,5 +1,6 @@
 // From class and vector width to the kernel table. This file alone names every target.
-#include "service/kernel_slot.hpp"
+#include "service/kernels_of.hpp"
+#include "service/cpu_class.hpp"
 
 namespace nxl {
 

@@ -2,15 +2,12 @@
 // and beyond it the asymptotic expansions (DLMF 9.7.5, 9.7.6 and, around the negative axis, 9.2.14).
 #include "primitives/bessel/airy.hpp"
 #include "primitives/bessel/airy_table.hpp"
+#include "primitives/bessel/precision.hpp"
 #include <cmath>
-#include <limits>
 #include <numbers>
 
 namespace nxl::bessel {
-
 namespace {
-
-constexpr double eps = std::numeric_limits<double>::epsilon();
 
 // From this radius on |zeta| >= 18: the least term of the asymptotic series, exp(-2 |zeta|), is below the precision.
 constexpr double table_radius = 9.0;
@@ -33,8 +30,6 @@ consteval AsymptoticCoefficients make_asymptotic_coefficients() {
 }
 constexpr AsymptoticCoefficients coefficients = make_asymptotic_coefficients();
 
-double abs1(zcomplex z) { return std::fabs(z.real()) + std::fabs(z.imag()); }
-
 /// The series in 1/zeta with the signs of exp(-zeta), and with those of exp(zeta).
 struct AsymptoticSums {
     zcomplex falling_value, falling_derivative, rising_value, rising_derivative;
@@ -47,7 +42,7 @@ struct AsymptoticSums {
             const zcomplex term = coefficients.u[k] * power;
             u[k & 1] += term;
             v[k & 1] += coefficients.v[k] * power;
-            if (abs1(term) < eps / 8.0) break;
+            if (abs1(term) < epsilon / 8.0) break;
         }
         falling_value = u[0] - u[1], falling_derivative = v[0] - v[1];
         rising_value = u[0] + u[1], rising_derivative = v[0] + v[1];
@@ -82,7 +77,7 @@ AiryPair airy_near(zcomplex z, zcomplex zeta) {
     // Ai(node + h) = value + h sum b_k, Ai' = sum k b_k, from k (k - 1) b_k = node h^2 b_(k-2) + h^3 b_(k-3)
     zcomplex before3 = derivative, before2 = node * value * h / 2.0, before1 = (ratio2 * derivative + h2 * value) / 6.0;
     zcomplex sum = before3 + before2 + before1, derivative_sum = before3 + 2.0 * before2 + 3.0 * before1;
-    const double small = eps / 64.0 * (abs1(value) + abs1(derivative));
+    const double small = epsilon / 64.0 * (abs1(value) + abs1(derivative));
     for (int k = 4; abs1(before1) + abs1(before2) + abs1(before3) > small; ++k) {
         const zcomplex b = (ratio2 * before2 + ratio3 * before3) / (static_cast<double>(k) * (k - 1));
         sum += b;

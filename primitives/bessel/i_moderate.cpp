@@ -1,7 +1,8 @@
 // I of orders up to about 90 in the right half plane: power series, ratio of neighbours with the Wronskian, expansion
 // in 1/z. On the imaginary axis this is J, and results hold to the size of the two neighbours where one is near a zero.
+#include "primitives/bessel/i_moderate.hpp"
 #include "primitives/bessel/hankel_sums.hpp"
-#include "primitives/bessel/moderate.hpp"
+#include "primitives/bessel/k_moderate.hpp"
 #include "primitives/bessel/phase.hpp"
 #include "primitives/bessel/precision.hpp"
 #include "primitives/bessel/recurrences.hpp"

@@ -1,7 +1,7 @@
 // K of orders up to about 90 in the right half plane: two neighbouring orders within [-1/2, 3/2] by the region of z,
 // then the recurrence upwards, which is stable there.
+#include "primitives/bessel/k_moderate.hpp"
 #include "primitives/bessel/hankel_sums.hpp"
-#include "primitives/bessel/moderate.hpp"
 #include "primitives/bessel/precision.hpp"
 #include "primitives/bessel/recurrences.hpp"
 #include <cmath>

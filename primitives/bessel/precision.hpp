@@ -1,5 +1,8 @@
-// What the expansions take from the format of double: tolerances, and the radius where large arguments begin.
+// What the expansions take from the format of double: tolerances, the radius where large arguments begin, and a
+// size to hold against both.
 #pragma once
+#include "service/types.hpp"
+#include <cmath>
 #include <limits>
 #include <numbers>
 
@@ -18,5 +21,8 @@ inline constexpr double asymptotic_radius = 1.2 * decimal_digits + 3.0;
 
 /// exp(-negligible_exponent) does not change a double: 4 above -log(epsilon). 40.04.
 inline constexpr double negligible_exponent = decimal_digits * std::numbers::ln10 + 4.0;
+
+/// Between the modulus and 1.42 times that, without a root: for tests of size.
+inline double abs1(zcomplex a) { return std::fabs(a.real()) + std::fabs(a.imag()); }
 
 } // namespace nxl::bessel

@@ -2,7 +2,8 @@
 // above the square of the order belong to the expansion in 1/z whatever the order: its phases carry no error that grows
 // with z.
 #include "primitives/bessel/right_half_plane.hpp"
-#include "primitives/bessel/moderate.hpp"
+#include "primitives/bessel/i_moderate.hpp"
+#include "primitives/bessel/k_moderate.hpp"
 #include "primitives/bessel/uniform.hpp"
 
 namespace nxl::bessel {

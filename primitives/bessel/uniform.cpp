@@ -4,19 +4,15 @@
 #include "primitives/bessel/uniform.hpp"
 #include "primitives/bessel/airy.hpp"
 #include "primitives/bessel/phase.hpp"
+#include "primitives/bessel/precision.hpp"
 #include "primitives/bessel/uniform_coefficients.hpp"
 #include <cmath>
-#include <limits>
 #include <numbers>
 
 namespace nxl::bessel {
-
 namespace {
 
-constexpr double eps = std::numeric_limits<double>::epsilon();
 constexpr double pi = std::numbers::pi;
-
-double abs1(zcomplex z) { return std::fabs(z.real()) + std::fabs(z.imag()); }
 
 /// Horner's rule for real coefficients, the lowest first.
 template <int count> zcomplex polynomial(const double (&c)[count], zcomplex x) {
@@ -115,7 +111,7 @@ struct DebyeSums {
             term *= power;
             (k % 2 == 0 ? even : odd) += term;
             const double size = abs1(term); // one polynomial alone may vanish
-            if (size < eps / 8.0 && before < eps / 8.0) break;
+            if (size < epsilon / 8.0 && before < epsilon / 8.0) break;
             before = size;
         }
     }

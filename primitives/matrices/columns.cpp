@@ -1,5 +1,5 @@
 // Two columns change places.
-#include "primitives/matrices/blocks.hpp"
+#include "primitives/matrices/columns.hpp"
 
 namespace nxl {
 namespace {

@@ -1,4 +1,5 @@
 // Blocks copied between matrices, row by row.
+#include "primitives/matrices/copy.hpp"
 #include "primitives/matrices/rows.hpp"
 
 namespace nxl {

@@ -1,6 +1,6 @@
 // Parts of rows copied and zeroed.
 #pragma once
-#include "primitives/matrices/blocks.hpp"
+#include "service/types.hpp"
 #include <cstring>
 
 namespace nxl {

@@ -1,4 +1,5 @@
 // Triangles copied and zeroed, row by row.
+#include "primitives/matrices/triangles.hpp"
 #include "primitives/matrices/rows.hpp"
 #include <algorithm>
 

@@ -1,7 +1,9 @@
 // Entries of the matrix primitives: row-major blocks, arguments by value, sizes unsigned.
 #include "nxl.h"
-#include "primitives/matrices/blocks.hpp"
+#include "primitives/matrices/columns.hpp"
+#include "primitives/matrices/copy.hpp"
 #include "primitives/matrices/slots.hpp"
+#include "primitives/matrices/triangles.hpp"
 #include "service/export.hpp"
 
 using namespace nxl;

@@ -326,10 +326,6 @@ void NlsqLeg::update_radius(double trial_norm, double ratio, double actual, doub
     run_.radius = factor * std::min(run_.radius, run_.step_norm / 0.1);
 }
 
-void DMINTRPD_RCI_F_WITHOMP(NlsqRecord& run, double* fvec, const double* fjac, int& request, int threads) {
-    NlsqLeg(run, fvec, fjac, request, threads).resume();
-}
-
 } // namespace
 
 int nlsqp_init(void** handle, int n, int m, double* x, const double* eps, int iter1, int iter2, double rs) {
@@ -357,7 +353,7 @@ int nlsqp_init(void** handle, int n, int m, double* x, const double* eps, int it
 int nlsqp_solve(void** handle, double* fvec, const double* fjac, int& request) {
     auto* run = record_of<NlsqRecord>(handle);
     if (!run) return invalid_option;
-    DMINTRPD_RCI_F_WITHOMP(*run, fvec, fjac, request, max_threads(domain_all));
+    NlsqLeg(*run, fvec, fjac, request, max_threads(domain_all)).resume();
     if (run->stop_code > 0) request = -run->stop_code;
     return run->stop_code == invalid_run || run->stop_code == no_trial_step ? invalid_option : success;
 }

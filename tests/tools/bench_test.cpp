@@ -1,5 +1,5 @@
 // nxl-bench from outside: what it lists, refuses and writes, and that a library with wrong results gets no figure.
-#include "tests/examples/run_program.hpp"
+#include "tests/programs/run_program.hpp"
 
 namespace {
 
@@ -70,8 +70,8 @@ TEST_F(Bench, MistakesAreToldBeforeAnythingRuns) {
           Mistake{"krylov --threads 2", "--threads does not belong to family krylov", 2},
           Mistake{"level1 bandwidth --csv f.csv", "--csv does not belong to family bandwidth", 2},
           Mistake{"level1 --sizes 0", "--sizes", 2}, Mistake{"level1 --filter nothing", "no case of level1 matches", 2},
-          Mistake{"level1 --csv /nowhere/f.csv", "cannot write /nowhere/f.csv", 1},
-          Mistake{"level1 --plot /nowhere/f.svg", "cannot write /nowhere/f.svg", 1},
+          Mistake{"level1 --csv /nowhere/f.csv", "/nowhere/f.csv: No such file or directory", 1},
+          Mistake{"level1 --plot /nowhere/f.svg", "/nowhere/f.svg: No such file or directory", 1},
           Mistake{"level1 --plot f.pdf", "'f.pdf' ends neither in .svg nor in .png", 2},
           Mistake{"level1 --library /nowhere.so", "cannot load the library", 1},
           Mistake{"level1 --peer /nowhere.so", "cannot load the peer", 1}}) {

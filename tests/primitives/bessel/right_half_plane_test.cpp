@@ -1,6 +1,7 @@
 // I and K of moderate order in the right half plane: values in 50 digits, regions against each other where both hold,
 // the identities between neighbours, and the recurrences over many rescalings.
-#include "primitives/bessel/moderate.hpp"
+#include "primitives/bessel/i_moderate.hpp"
+#include "primitives/bessel/k_moderate.hpp"
 #include "primitives/bessel/phase.hpp"
 #include "primitives/bessel/precision.hpp"
 #include "primitives/bessel/recurrences.hpp"
