@@ -4,7 +4,9 @@
 #include "blas/kernel/default_em64t/level1/xf_l1_omp.hpp"
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
 #include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
-#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "blas/kernel/default_em64t/level3/rank_update_omp.hpp"
+#include "blas/kernel/default_em64t/level3/symm_omp.hpp"
+#include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
 #include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
 #include <type_traits>
