@@ -5,10 +5,6 @@
 
 namespace nxl {
 
-/// What a table holds where a class has no kernel: it does nothing and returns.
-using NoKernel = void (*)();
-void no_kernel();
-
 // Signatures that several kernels share; T is double or zcomplex.
 template <class T>
 using GemvKernel = void (*)(const char& trans, const i64& m, const i64& n, const T& alpha, const T* a, const i64& lda,
@@ -222,14 +218,6 @@ struct KernelTable {
     GemmCopyBKernel<zcomplex> xzgemm_copy_bn_htn;
     GemmCopyBKernel<zcomplex> xzgemm_copy_bt_htn;
     GemmCopyBKernel<zcomplex> xzgemm_copy_bc_htn;
-
-    // Places kept for the families to come. A kernel that arrives takes one place from its family's row here and gets a
-    // member of its own above.
-    NoKernel lapack[27];      // the other unblocked pieces of LAPACK, and inner blocks of level 3
-    NoKernel tuned_mc_mc3[1]; // SYRK piece of classes 2 and 3
 };
-
-inline constexpr int kernel_count = 138;
-static_assert(sizeof(KernelTable) == kernel_count * sizeof(NoKernel));
 
 } // namespace nxl

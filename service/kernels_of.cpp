@@ -36,6 +36,4 @@ const KernelTable& kernels_of(CpuClass cpu_class) {
     return *tables[static_cast<int>(cpu_class)];
 }
 
-void no_kernel() {}
-
 } // namespace nxl

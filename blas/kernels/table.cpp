@@ -12,7 +12,7 @@ template <bool Present, class... Args> consteval auto only(void (*kernel)(Args..
 }
 
 consteval KernelTable make_table() { // NOLINT(readability-function-size): it is a table
-    KernelTable table{
+    return {
         .dasum = dasum,
         .daxpy = daxpy,
         .dcopy = dcopy,
@@ -131,13 +131,7 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .xzgemm_copy_bn_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bn_htn),
         .xzgemm_copy_bt_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bt_htn),
         .xzgemm_copy_bc_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bc_htn),
-
-        .lapack = {},
-        .tuned_mc_mc3 = {},
     };
-    for (NoKernel& place : table.lapack) place = no_kernel;
-    for (NoKernel& place : table.tuned_mc_mc3) place = no_kernel;
-    return table;
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // BLAS level 3: entries.
 #include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
-#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "blas/kernel/default_em64t/level3/rank_update_omp.hpp"
+#include "blas/kernel/default_em64t/level3/symm_omp.hpp"
+#include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
 #include "nxl.h"
 #include "service/export.hpp"
 #include "service/interface/blas_checks.hpp"

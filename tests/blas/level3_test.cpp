@@ -1,6 +1,8 @@
 // Level 3 beside the general product through its drivers, against the reference BLAS with a bound for every element.
 // CTest runs this program once for each processor class and vector width.
-#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "blas/kernel/default_em64t/level3/rank_update_omp.hpp"
+#include "blas/kernel/default_em64t/level3/symm_omp.hpp"
+#include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
 #include "tests/support/blas_call.hpp"
 #include "tests/support/host_allocator.hpp"
 

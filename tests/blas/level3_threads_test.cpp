@@ -1,6 +1,8 @@
 // The drivers of level 3 beside the general product over threads: against plain loops, on sizes that fork and sizes
 // that do not. Numbers are integers, so that all but the solutions are exact.
-#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "blas/kernel/default_em64t/level3/rank_update_omp.hpp"
+#include "blas/kernel/default_em64t/level3/symm_omp.hpp"
+#include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
 #include "service/threads.hpp"
 #include "tests/support/integer_matrix.hpp"
 #include <gtest/gtest.h>

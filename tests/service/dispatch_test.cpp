@@ -64,13 +64,9 @@ TEST(KernelTables, EveryPlaceIsFilledAndEachClassHasItsOwn) {
     for (const CpuClass cpu_class : {CpuClass::def, CpuClass::p4n, CpuClass::mc, CpuClass::mc3}) {
         const KernelTable& table = kernels_of(cpu_class);
         tables.insert(&table);
-        void* places[kernel_count];
+        void* places[sizeof(KernelTable) / sizeof(void*)];
         std::memcpy(places, &table, sizeof places);
         for (const void* place : places) EXPECT_NE(place, nullptr);
-        for (const NoKernel place : table.lapack) {
-            EXPECT_EQ(place, &no_kernel);
-            place(); // does nothing, and returns
-        }
     }
     EXPECT_EQ(tables.size(), 4U);
 }

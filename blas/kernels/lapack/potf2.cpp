@@ -155,18 +155,11 @@ template <class T, bool Upper>
     __builtin_memcpy(corner.l, l, sizeof l);
 }
 
-/// to -= x conj(factor).
-[[gnu::always_inline]] inline void subtract(Vec<4>& to, Vec<4> x, double factor) { to -= splat<4>(factor) * x; }
-[[gnu::always_inline]] inline void subtract(Vec<4>& to, Vec<4> x, Complex factor) {
-    to -= splat<4>(factor.re) * x;
-    to -= alternate<4>(factor.im, -factor.im) * swap_parts<4>(x);
-}
-
 /// Solves for a panel's rows, b their share of the matrix less what the columns before take off.
 template <class T> [[gnu::always_inline]] inline void solve(const Corner<T>& corner, Block<T>& b) {
     for (int c = 0; c < kGroup<T>; ++c) {
         b.column[c] *= splat<4>(corner.inverse[c]);
-        for (int k = c + 1; k < kGroup<T>; ++k) subtract(b.column[k], b.column[c], corner.l[c][k]);
+        for (int k = c + 1; k < kGroup<T>; ++k) Factor<T, 4>(conj(corner.l[c][k])).take_from(b.column[k], b.column[c]);
     }
 }
 

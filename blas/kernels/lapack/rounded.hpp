@@ -2,28 +2,16 @@
 // taken off, terms go one after the other. What a matrix of integers cancels then stays an exact zero, which a fused
 // operation would turn into the rounding error of the product.
 #pragma once
-#include "blas/kernels/lapack/scalars.hpp"
+#include "blas/kernels/registers.hpp"
 
 namespace nxl::NXL_TARGET {
 
-/// A factor of many numbers.
-template <class T, int W> struct RoundedFactor;
-template <int W> struct RoundedFactor<double, W> {
-    Vec<W> value;
-
-    [[gnu::always_inline]] void set(double v) { value = splat<W>(v); }
-    [[gnu::always_inline]] Vec<W> times(Vec<W> x) const { return value * x; }
-};
-template <int W> struct RoundedFactor<Complex, W> {
-    Vec<W> re, im;
-
-    [[gnu::always_inline]] void set(Complex v) {
-        re = splat<W>(v.re);
-        im = alternate<W>(-v.im, v.im);
-    }
+/// A factor whose products are rounded part by part.
+template <class T, int W> struct RoundedFactor : Factor<T, W> {};
+template <int W> struct RoundedFactor<Complex, W> : Factor<Complex, W> {
     [[gnu::always_inline]] Vec<W> times(Vec<W> x) const {
 #pragma clang fp contract(off)
-        return re * x + im * swap_parts<W>(x);
+        return this->re * x + this->im * swap_parts<W>(x);
     }
 };
 

@@ -1,8 +1,7 @@
 // Products of pieces of a small matrix that stays in the first cache, read in place: eight doubles of rows, a few
 // columns, any number of steps. For the unblocked kernels that work a tile at a time.
 #pragma once
-#include "blas/kernels/lapack/scalars.hpp"
-#include "blas/kernels/level2/registers.hpp"
+#include "blas/kernels/registers.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace { // each source has its own: shared functions would be weak symbols

@@ -31,7 +31,7 @@ void gemv(char trans, i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, i6
     x += first_index(straight ? n : m, incx);
     y += first_index(straight ? m : n, incy);
     scale(straight ? m : n, beta, y, incy);
-    if (is_real(alpha, 0.0)) return;
+    if (is_zero(alpha)) return;
     if (straight) return plain(m, n, alpha, a, lda, x, incx, y, incy);
     if (is_letter(trans, 'C')) return transposed<true>(m, n, alpha, a, lda, x, incx, y, incy);
     transposed<false>(m, n, alpha, a, lda, x, incx, y, incy);

@@ -7,7 +7,7 @@ namespace {
 
 template <bool Conjugate, class T>
 void ger(i64 m, i64 n, T alpha, const T* x, i64 incx, const T* y, i64 incy, T* a, i64 lda) {
-    if (m < 1 || n < 1 || is_real(alpha, 0.0)) return;
+    if (m < 1 || n < 1 || is_zero(alpha)) return;
     const OuterProduct<T> product[] = {{alpha, x + first_index(m, incx), incx, y + first_index(n, incy), incy}};
     update_matrix<Conjugate>(m, n, product, a, lda);
 }

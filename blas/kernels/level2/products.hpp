@@ -1,13 +1,13 @@
 // Products with a rectangle of a matrix, a panel of columns at a time: y := y + alpha A x and y := y + alpha A^T x.
 // The vector along the rows is contiguous; see rows.hpp.
 #pragma once
-#include "blas/kernels/level2/registers.hpp"
+#include "blas/kernels/registers.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace { // each source has its own: shared functions would be weak symbols
 
 /// Columns in a panel, so that their coefficients fill half of the registers.
-template <class T> constexpr int kPanel = 8 / kParts<T>;
+template <class T> constexpr int kProductPanel = 8 / kParts<T>;
 
 /// Rows i .. count - 1, in doubles, of y := y + sum of C columns times their coefficients; what is left of a vector
 /// goes through ever narrower ones.
@@ -33,7 +33,7 @@ void add_panel(i64 m, T alpha, const T* a, i64 lda, const T* x, i64 incx, T* y) 
 }
 
 /// y := y + alpha A x; A m by n.
-template <class T, int C = kPanel<T>>
+template <class T, int C = kProductPanel<T>>
 [[gnu::always_inline]] inline void add_product(i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T* y) {
     i64 j = 0;
     for (; j + C <= n; j += C) add_panel<C>(m, alpha, a + j * lda, lda, x + j * incx, incx, y);
@@ -72,7 +72,7 @@ void multiply_panel(i64 m, T alpha, const T* a, i64 lda, const T* x, T* y, i64 i
 }
 
 /// y := y + alpha A^T x, or A^H with Conjugate; A m by n.
-template <bool Conjugate, class T, int C = kPanel<T>>
+template <bool Conjugate, class T, int C = kProductPanel<T>>
 [[gnu::always_inline]] inline void add_transposed_product(i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, T* y,
                                                           i64 incy) {
     i64 j = 0;

@@ -1,8 +1,8 @@
 // A := A + sum of P products alpha u v^T (v^H with Conjugate), P 1 or 2, on a rectangle or on one triangle of A.
 // Level 2's rank updates are these, with their vectors named.
 #pragma once
-#include "blas/kernels/level2/registers.hpp"
 #include "blas/kernels/level2/rows.hpp"
+#include "blas/kernels/registers.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace { // each source has its own: shared functions would be weak symbols

@@ -35,8 +35,8 @@ template <class T> void scatter(const T* block, T* origin, i64 inc, i64 count) {
 
 /// y := beta y; a zero beta clears y, whatever it holds.
 template <class T> void scale(i64 n, T beta, T* y, i64 inc) {
-    if (is_real(beta, 1.0)) return;
-    if (is_real(beta, 0.0))
+    if (is_one(beta)) return;
+    if (is_zero(beta))
         for (i64 i = 0; i < n; ++i) y[i * inc] = from_real<T>(0.0);
     else
         for (i64 i = 0; i < n; ++i) y[i * inc] = beta * y[i * inc];

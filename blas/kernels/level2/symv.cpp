@@ -56,7 +56,7 @@ void mirror_panel(i64 m, T alpha, const T* a, i64 lda, const Pair<T>& rows, cons
 }
 
 /// A rectangle m by n beside the diagonal, and its mirror image.
-template <class T, int C = kPanel<T>>
+template <class T, int C = kProductPanel<T>>
 [[gnu::always_inline]] inline void mirror_rectangle(i64 m, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& rows,
                                                     const Pair<T>& columns) {
     i64 j = 0;
@@ -67,7 +67,7 @@ template <class T, int C = kPanel<T>>
 /// A panel's own triangle of n columns: made whole first, since scalars summed in memory would wait for each other.
 template <bool Upper, class T>
 [[gnu::always_inline]] inline void mirror_triangle(i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
-    constexpr i64 P = kPanel<T>;
+    constexpr i64 P = kProductPanel<T>;
     T whole[P * P];
     for (i64 c = 0; c < n; ++c) {
         whole[c * (P + 1)] = diagonal<true>(a[c * (lda + 1)]);
@@ -82,7 +82,7 @@ template <bool Upper, class T>
 
 /// A block on the diagonal.
 template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
-    for_panels<kPanel<T>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
+    for_panels<kProductPanel<T>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
         if (upper) mirror_triangle<true>(count, alpha, a + j * (lda + 1), lda, v.at(j));
         else mirror_triangle<false>(count, alpha, a + j * (lda + 1), lda, v.at(j));
         const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;
@@ -114,7 +114,7 @@ void symv(char uplo, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, 
     x += first_index(n, incx);
     y += first_index(n, incy);
     scale(n, beta, y, incy);
-    if (is_real(alpha, 0.0)) return;
+    if (is_zero(alpha)) return;
     mirror_all(is_letter(uplo, 'U'), n, alpha, a, lda, x, incx, y, incy);
 }
 

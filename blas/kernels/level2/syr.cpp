@@ -6,7 +6,7 @@ namespace nxl::NXL_TARGET {
 namespace {
 
 template <bool Conjugate, class T> void syr(char uplo, i64 n, T alpha, const T* x, i64 incx, T* a, i64 lda) {
-    if (n < 1 || is_real(alpha, 0.0)) return;
+    if (n < 1 || is_zero(alpha)) return;
     x += first_index(n, incx);
     const OuterProduct<T> product[] = {{alpha, x, incx, x, incx}};
     update_triangle<Conjugate>(is_letter(uplo, 'U'), n, product, a, lda);

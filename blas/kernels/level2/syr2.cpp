@@ -8,7 +8,7 @@ namespace {
 
 template <bool Conjugate, class T>
 void syr2(char uplo, i64 n, T alpha, const T* x, i64 incx, const T* y, i64 incy, T* a, i64 lda) {
-    if (n < 1 || is_real(alpha, 0.0)) return;
+    if (n < 1 || is_zero(alpha)) return;
     x += first_index(n, incx);
     y += first_index(n, incy);
     const OuterProduct<T> products[] = {{alpha, x, incx, y, incy}, {conj_if<Conjugate>(alpha), y, incy, x, incx}};

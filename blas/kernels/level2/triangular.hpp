@@ -24,12 +24,12 @@ struct Form {
 
 /// A triangle on the diagonal: columns and rows start .. start + count - 1. Its column c has off-diagonal rows
 /// first_row(c) .. end_row(c) - 1.
-template <Form F, class T> struct Triangle {
+template <Form F, class T> struct StoredTriangle {
     const T* a;
     i64 lda;
     bool unit;
 
-    [[gnu::always_inline]] Triangle at(i64 start) const { return {a + start * (lda + 1), lda, unit}; }
+    [[gnu::always_inline]] StoredTriangle at(i64 start) const { return {a + start * (lda + 1), lda, unit}; }
     [[gnu::always_inline]] T element(i64 row, i64 column) const { return conj_if<F.conjugated>(a[row + column * lda]); }
     [[gnu::always_inline]] static i64 first_row(i64 column) { return F.upper ? 0 : column + 1; }
     [[gnu::always_inline]] static i64 end_row(i64 column, i64 count) { return F.upper ? column : count; }
@@ -55,7 +55,7 @@ template <Form F, class Rectangle, class OnDiagonal>
 
 /// A triangle of n columns against a contiguous x. Small: void(count, triangle, x) for one panel's triangle.
 template <Form F, class T, class Small>
-[[gnu::always_inline]] inline void apply_panels(i64 n, const Triangle<F, T>& triangle, T* x, const Small& small) {
+[[gnu::always_inline]] inline void apply_panels(i64 n, const StoredTriangle<F, T>& triangle, T* x, const Small& small) {
     constexpr i64 width = 8 / kParts<T>;
     for_blocks(n, width, F.forward(), [&](i64 j, i64 count) {
         const i64 row = F.upper ? 0 : j + count, rows = F.upper ? j : n - row;
@@ -82,7 +82,7 @@ template <Form F, class T>
 
 /// x := op(A) x or op(A)^-1 x, x n elements, the first at x[0].
 template <Form F, class T, class Small>
-void apply_triangle(i64 n, const Triangle<F, T>& triangle, T* x, i64 incx, const Small& small) {
+void apply_triangle(i64 n, const StoredTriangle<F, T>& triangle, T* x, i64 incx, const Small& small) {
     for_blocks(n, rows_at_once<T>(incx), F.forward(), [&](i64 j, i64 count) {
         T copy[kRowBlock<T>];
         T* block = gather(x + j * incx, incx, count, copy);

@@ -7,7 +7,7 @@ namespace {
 
 /// One column of the triangle, from x as it was before the column's turn.
 template <Form F, class T>
-[[gnu::always_inline]] inline void multiply_column(i64 count, i64 c, const Triangle<F, T>& triangle, T* x) {
+[[gnu::always_inline]] inline void multiply_column(i64 count, i64 c, const StoredTriangle<F, T>& triangle, T* x) {
     T own = triangle.unit ? x[c] : triangle.element(c, c) * x[c];
     for (i64 r = triangle.first_row(c); r < triangle.end_row(c, count); ++r) {
         if constexpr (F.transposed) own = own + triangle.element(r, c) * x[r];
@@ -18,7 +18,7 @@ template <Form F, class T>
 
 struct MultiplySmall {
     template <Form F, class T>
-    [[gnu::always_inline]] void operator()(i64 count, const Triangle<F, T>& triangle, T* x) const {
+    [[gnu::always_inline]] void operator()(i64 count, const StoredTriangle<F, T>& triangle, T* x) const {
         for (i64 k = 0; k < count; ++k) multiply_column(count, F.forward() ? k : count - 1 - k, triangle, x);
     }
 };
@@ -27,7 +27,7 @@ template <class T> void trmv(char uplo, char trans, char diag, i64 n, const T* a
     if (n < 1) return;
     x += first_index(n, incx);
     with_form<Task::product>(uplo, trans, [&]<Form F>() {
-        apply_triangle(n, Triangle<F, T>{a, lda, is_letter(diag, 'U')}, x, incx, MultiplySmall{});
+        apply_triangle(n, StoredTriangle<F, T>{a, lda, is_letter(diag, 'U')}, x, incx, MultiplySmall{});
     });
 }
 

@@ -7,7 +7,7 @@ namespace {
 
 /// The unknown of one column: by substitution of those known, or, not transposed, to be substituted in those to come.
 template <Form F, class T>
-[[gnu::always_inline]] inline void solve_column(i64 count, i64 c, const Triangle<F, T>& triangle, T* x) {
+[[gnu::always_inline]] inline void solve_column(i64 count, i64 c, const StoredTriangle<F, T>& triangle, T* x) {
     T own = x[c];
     if constexpr (F.transposed)
         for (i64 r = triangle.first_row(c); r < triangle.end_row(c, count); ++r)
@@ -21,7 +21,7 @@ template <Form F, class T>
 
 struct SolveSmall {
     template <Form F, class T>
-    [[gnu::always_inline]] void operator()(i64 count, const Triangle<F, T>& triangle, T* x) const {
+    [[gnu::always_inline]] void operator()(i64 count, const StoredTriangle<F, T>& triangle, T* x) const {
         for (i64 k = 0; k < count; ++k) solve_column(count, F.forward() ? k : count - 1 - k, triangle, x);
     }
 };
@@ -30,7 +30,7 @@ template <class T> void trsv(char uplo, char trans, char diag, i64 n, const T* a
     if (n < 1) return;
     x += first_index(n, incx);
     with_form<Task::solution>(uplo, trans, [&]<Form F>() {
-        apply_triangle(n, Triangle<F, T>{a, lda, is_letter(diag, 'U')}, x, incx, SolveSmall{});
+        apply_triangle(n, StoredTriangle<F, T>{a, lda, is_letter(diag, 'U')}, x, incx, SolveSmall{});
     });
 }
 

@@ -39,7 +39,7 @@ template <class T> struct ColumnsOfT {
     i64 column, step;
 
     explicit ColumnsOfT(const Source<T>& from)
-        : at(reinterpret_cast<const double*>(from.data)),
+        : at(parts(from.data)),
           column(from.along_r * kParts<T>),
           step(from.along_p * kParts<T>) {}
     [[gnu::always_inline]] Vec<kWidth> value(int c) const {
@@ -51,27 +51,27 @@ template <class T> struct ColumnsOfT {
     }
 };
 
-/// x / d for a vector of right-hand sides, d as its parts; complex by Smith's quotient, or where that would leave the
-/// range by the scaled one, number by number.
-template <class T> [[gnu::always_inline]] inline Vec<kWidth> quotient(Vec<kWidth> x, const double* d) {
+/// x / d for a vector of right-hand sides; complex by Smith's quotient, or where that would leave the range by the
+/// scaled one, number by number.
+template <class T> [[gnu::always_inline]] inline Vec<kWidth> quotient(Vec<kWidth> x, T d) {
     if constexpr (kParts<T> == 1) {
-        return x / splat<kWidth>(d[0]);
+        return x / splat<kWidth>(d);
     } else {
-        const double size = larger_part(number<T>(d)), most = __builtin_reduce_max(__builtin_elementwise_abs(x));
+        const double size = larger_part(d), most = __builtin_reduce_max(__builtin_elementwise_abs(x));
         if (!(size >= 0x1p-1000 && size <= 0x1p1000 && most <= 0x1p1000)) [[unlikely]] {
             for (int lane = 0; lane < kWidth; lane += 2) {
-                const Complex one = Complex{x[lane], x[lane + 1]} / number<T>(d);
+                const Complex one = Complex{x[lane], x[lane + 1]} / d;
                 x[lane] = one.re, x[lane + 1] = one.im;
             }
             return x;
         }
-        if (__builtin_fabs(d[0]) >= __builtin_fabs(d[1])) {
-            const double ratio = d[1] / d[0];
-            return (x + alternate<kWidth>(ratio, -ratio) * swap_parts<kWidth>(x)) / splat<kWidth>(d[0] + d[1] * ratio);
+        if (__builtin_fabs(d.re) >= __builtin_fabs(d.im)) {
+            const double ratio = d.im / d.re;
+            return (x + alternate<kWidth>(ratio, -ratio) * swap_parts<kWidth>(x)) / splat<kWidth>(d.re + d.im * ratio);
         }
-        const double ratio = d[0] / d[1];
+        const double ratio = d.re / d.im;
         return (x * splat<kWidth>(ratio) + alternate<kWidth>(1.0, -1.0) * swap_parts<kWidth>(x)) /
-               splat<kWidth>(d[1] + d[0] * ratio);
+               splat<kWidth>(d.im + d.re * ratio);
     }
 }
 
@@ -98,15 +98,14 @@ template <class T, int Panels, int Columns> struct Group {
     template <bool Forward> [[gnu::always_inline]] inline void solve(const Substitution<T>& s, i64 j) {
         for (int step = 0; step < size; ++step) {
             const int c = Forward ? step : size - 1 - step;
-            double element[2];
             if (!s.unit) {
-                read_element(s.t, j + c, j + c, element);
-                for (int v = 0; v < vectors; ++v) of[v][c] = quotient<T>(of[v][c], element);
+                const T pivot = read_element(s.t, j + c, j + c);
+                for (int v = 0; v < vectors; ++v) of[v][c] = quotient<T>(of[v][c], pivot);
             }
             for (int later = step + 1; later < size; ++later) {
                 const int to = Forward ? later : size - 1 - later;
-                read_element(s.t, j + to, j + c, element);
-                for (int v = 0; v < vectors; ++v) subtract_product(of[v][to], element, of[v][c]);
+                const Factor<T, kWidth> element(read_element(s.t, j + to, j + c));
+                for (int v = 0; v < vectors; ++v) element.take_from(of[v][to], of[v][c]);
             }
         }
     }
@@ -114,12 +113,6 @@ template <class T, int Panels, int Columns> struct Group {
     [[gnu::always_inline]] inline void finish(const Substitution<T>& s, i64 j) const {
         for (int c = 0; c < size; ++c)
             for (int v = 0; v < vectors; ++v) store<kWidth>(place(s, j, v, c), of[v][c]);
-    }
-
-  private:
-    [[gnu::always_inline]] static void subtract_product(Vec<kWidth>& sum, const double* factor, Vec<kWidth> x) {
-        sum -= splat<kWidth>(factor[0]) * x;
-        if constexpr (kParts<T> == 2) sum -= alternate<kWidth>(-factor[1], factor[1]) * swap_parts<kWidth>(x);
     }
 };
 

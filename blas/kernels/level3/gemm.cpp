@@ -1,5 +1,5 @@
 // The whole product on one thread: each class has its own rule of what is packed and how the problem is cut.
-#include "blas/kernel/default_em64t/level3/gemm_processor.hpp"
+#include "blas/gemm_processor.hpp"
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level3/gemm_forms.hpp"
 #include "blas/kernels/level3/packing_tile.hpp"
@@ -94,9 +94,9 @@ template <class T> void gemm(const GeneralProduct<T>& g) {
 }
 
 template Plan plan_for<double>(i64, i64, i64);
-template Plan plan_for<zcomplex>(i64, i64, i64);
+template Plan plan_for<Complex>(i64, i64, i64);
 template void gemm(const GeneralProduct<double>&);
-template void gemm(const GeneralProduct<zcomplex>&);
+template void gemm(const GeneralProduct<Complex>&);
 
 void xdgemm(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k, const double& alpha,
             const double* a, const i64& lda, const double* b, const i64& ldb, const double& beta, double* c,

@@ -11,8 +11,8 @@ template <class T> Plan plan_for(i64 m, i64 n, i64 k);
 template <class T> void gemm(const GeneralProduct<T>& product);
 
 extern template Plan plan_for<double>(i64, i64, i64);
-extern template Plan plan_for<zcomplex>(i64, i64, i64);
+extern template Plan plan_for<Complex>(i64, i64, i64);
 extern template void gemm(const GeneralProduct<double>&);
-extern template void gemm(const GeneralProduct<zcomplex>&);
+extern template void gemm(const GeneralProduct<Complex>&);
 
 } // namespace nxl::NXL_TARGET

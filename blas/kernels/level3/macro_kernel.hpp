@@ -43,7 +43,7 @@ template <class T> struct ColumnsInPlace {
     static i64 steps(i64 k) { return k; }
 
     [[gnu::always_inline]] PlacedB<T> operator()(i64 c) const {
-        return {reinterpret_cast<const double*>(from.data + c * from.along_r), from.along_r * kParts<T>};
+        return {parts(from.data + c * from.along_r), from.along_r * kParts<T>};
     }
 };
 
@@ -54,9 +54,7 @@ template <class T> struct RowsInPlace {
 
     static i64 steps(i64 k) { return k; }
 
-    [[gnu::always_inline]] PackedB operator()(i64 c) const {
-        return {reinterpret_cast<const double*>(from.data + c), from.along_p * kParts<T>};
-    }
+    [[gnu::always_inline]] PackedB operator()(i64 c) const { return {parts(from.data + c), from.along_p * kParts<T>}; }
 };
 
 /// Where in C, in rows and columns, and how many of them.

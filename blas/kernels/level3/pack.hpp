@@ -29,7 +29,7 @@ template <class T> struct PlainCopy {
 };
 template <class T> struct Scaled {
     Factor<T, 4> factor;
-    [[gnu::always_inline]] Vec<4> operator()(Vec<4> v) const { return factor(v); }
+    [[gnu::always_inline]] Vec<4> operator()(Vec<4> v) const { return factor.times(v); }
 };
 template <class Then> struct Conjugated {
     Then then;
@@ -51,7 +51,7 @@ template <class T, class Pack> [[gnu::always_inline]] inline void with_change(bo
 template <class T, int Panels, class Change>
 [[gnu::always_inline]] inline void pack_neighbours(const Source<T>& from, i64 k, double* to, i64 stride, i64 step,
                                                    Change change) {
-    const double* in = reinterpret_cast<const double*>(from.data);
+    const double* in = parts(from.data);
     const i64 next = from.along_p * kParts<T>;
     for (i64 p = 0; p < k; ++p, in += next, to += step) {
         __builtin_prefetch(in + 2 * Panels * kPanel); // rows of the panels to come
@@ -76,7 +76,7 @@ template <class T, int Panels, class Change>
 template <class T, class Change>
 [[gnu::always_inline]] inline void pack_distant(const Source<T>& from, i64 k, double* to, i64 step, Change change) {
     const double* in[4];
-    for (int r = 0; r < kPanelRows<T>; ++r) in[r] = reinterpret_cast<const double*>(from.data + r * from.along_r);
+    for (int r = 0; r < kPanelRows<T>; ++r) in[r] = parts(from.data + r * from.along_r);
     i64 p = 0;
     if constexpr (kParts<T> == 1) {
         for (; p + 4 <= k; p += 4, to += 4 * step) {

@@ -28,12 +28,18 @@ GeneralProduct<T> general_product(char transa, char transb, i64 m, i64 n, i64 k,
                                   const T* b, i64 ldb, const T& beta, T* c, i64 ldc) {
     return {source_of_a(transa, a, lda), source_of_b(transb, b, ldb), m, n, k, alpha, {c, ldc, beta, before_of(beta)}};
 }
+inline GeneralProduct<Complex> general_product(char transa, char transb, i64 m, i64 n, i64 k, const zcomplex& alpha,
+                                               const zcomplex* a, i64 lda, const zcomplex* b, i64 ldb,
+                                               const zcomplex& beta, zcomplex* c, i64 ldc) {
+    return general_product(transa, transb, m, n, k, scalar(alpha), scalars(a), lda, scalars(b), ldb, scalar(beta),
+                           scalars(c), ldc);
+}
 
 /// C := beta C.
 template <class T> void scale_result(i64 m, i64 n, const Result<T>& to) {
     if (to.before == Before::keep) return;
     for (i64 j = 0; j < n; ++j) {
-        double* column = reinterpret_cast<double*>(to.c + j * to.ldc);
+        double* column = parts(to.c + j * to.ldc);
         const double zero[2] = {0.0, 0.0};
         i64 i = 0;
         if (to.before == Before::drop) {
@@ -41,7 +47,7 @@ template <class T> void scale_result(i64 m, i64 n, const Result<T>& to) {
         } else if (!to.hermitian) {
             const Factor<T, 4> beta(to.beta);
             for (; i + kPanelRows<T> <= m; i += kPanelRows<T>)
-                store<4>(column + i * kParts<T>, beta(load<4>(column + i * kParts<T>)));
+                store<4>(column + i * kParts<T>, beta.times(load<4>(column + i * kParts<T>)));
         }
         for (; i < m; ++i) store_element<T>(column + i * kParts<T>, zero, to);
     }

@@ -31,29 +31,9 @@ template <class T> struct Result {
     }
 };
 
-[[gnu::always_inline]] inline bool is_zero(double v) { return v == 0.0; }
-[[gnu::always_inline]] inline bool is_zero(const zcomplex& v) { return parts(&v)[0] == 0.0 && parts(&v)[1] == 0.0; }
-[[gnu::always_inline]] inline bool is_one(double v) { return v == 1.0; }
-[[gnu::always_inline]] inline bool is_one(const zcomplex& v) { return parts(&v)[0] == 1.0 && parts(&v)[1] == 0.0; }
-
 template <class T> [[gnu::always_inline]] inline Before before_of(const T& beta) {
     return is_zero(beta) ? Before::drop : is_one(beta) ? Before::keep : Before::scale;
 }
-
-/// factor * v, for a vector of real numbers or of complex ones.
-template <class T, int W> struct Factor;
-template <int W> struct Factor<double, W> {
-    Vec<W> real;
-    explicit Factor(const double& f) : real(splat<W>(f)) {}
-    [[gnu::always_inline]] Vec<W> operator()(Vec<W> v) const { return real * v; }
-};
-template <int W> struct Factor<zcomplex, W> {
-    Vec<W> real, imaginary;
-    explicit Factor(const zcomplex& f)
-        : real(splat<W>(parts(&f)[0])),
-          imaginary(alternate<W>(-parts(&f)[1], parts(&f)[1])) {}
-    [[gnu::always_inline]] Vec<W> operator()(Vec<W> v) const { return real * v + imaginary * swap_parts<W>(v); }
-};
 
 /// Vector v of column `column` of a tile, as numbers of type T.
 template <class T, class Tile>
@@ -71,7 +51,7 @@ template <class T, class Tile>
 [[gnu::always_inline]] inline void store_tile(const Tile& sums, const Result<T>& to, T* c) {
     const auto each = [&](auto&& write) {
         for (int column = 0; column < Tile::columns / kParts<T>; ++column) {
-            double* out = reinterpret_cast<double*>(c + column * to.ldc);
+            double* out = parts(c + column * to.ldc);
             for (int v = 0; v < Tile::vectors; ++v) write(out + v * kWidth, tile_values<T>(sums, v, column, to.b_sign));
         }
     };
@@ -80,17 +60,17 @@ template <class T, class Tile>
     } else if (to.before == Before::drop) {
         each([](double* out, Vec<kWidth> value) { store<kWidth>(out, value); });
     } else if (to.hermitian) { // part by part: an infinite one does not touch the other
-        const Factor<double, kWidth> beta(*reinterpret_cast<const double*>(&to.beta));
-        each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta(load<kWidth>(out)) + add); });
+        const Factor<double, kWidth> beta(real_part(to.beta));
+        each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta.times(load<kWidth>(out)) + add); });
     } else {
         const Factor<T, kWidth> beta(to.beta);
-        each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta(load<kWidth>(out)) + add); });
+        each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta.times(load<kWidth>(out)) + add); });
     }
 }
 
 /// One number of C, given as its parts.
 template <class T> void store_element(double* out, const double* value, const Result<T>& to) {
-    const double* const beta = reinterpret_cast<const double*>(&to.beta);
+    const double* const beta = parts(&to.beta);
     double old[2] = {0.0, 0.0};
     if (to.before != Before::drop) __builtin_memcpy(old, out, sizeof(T));
     if (to.before == Before::scale) {
@@ -115,7 +95,7 @@ template <class T>
     for (i64 column = j; column < j + columns; ++column, values += height)
         for (i64 row = i; row < i + rows; ++row) {
             if (!to.has(row, column)) continue;
-            double* out = reinterpret_cast<double*>(to.c + row + column * to.ldc);
+            double* out = parts(to.c + row + column * to.ldc);
             store_element(out, values + (row - i) * kParts<T>, to);
             if (to.hermitian && row == column) out[1] = 0.0;
         }

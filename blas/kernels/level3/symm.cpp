@@ -47,12 +47,8 @@ template <class T> struct Mirrored {
     T element(i64 r, i64 p) const {
         const bool direct = lower ? r >= p : r <= p;
         T value = direct ? data[r + p * ld] : data[p + r * ld];
-        if constexpr (kParts<T> == 2) {
-            double* const imaginary = parts(&value) + 1;
-            if (hermitian && r == p) *imaginary = 0.0;
-            if (direct ? conjugate : conjugate != hermitian) *imaginary = -*imaginary;
-        }
-        return value;
+        if (hermitian && r == p) value = diagonal<true>(value);
+        return (direct ? conjugate : conjugate != hermitian) ? conj(value) : value;
     }
 };
 
@@ -103,12 +99,12 @@ void dsymm(const char& side, const char& uplo, const i64& m, const i64& n, const
 
 void zsymm(const char& side, const char& uplo, const i64& m, const i64& n, const zcomplex& alpha, const zcomplex* a,
            const i64& lda, const zcomplex* b, const i64& ldb, const zcomplex& beta, zcomplex* c, const i64& ldc) {
-    symm(false, side, uplo, m, n, alpha, a, lda, b, ldb, beta, c, ldc);
+    symm(false, side, uplo, m, n, scalar(alpha), scalars(a), lda, scalars(b), ldb, scalar(beta), scalars(c), ldc);
 }
 
 void zhemm(const char& side, const char& uplo, const i64& m, const i64& n, const zcomplex& alpha, const zcomplex* a,
            const i64& lda, const zcomplex* b, const i64& ldb, const zcomplex& beta, zcomplex* c, const i64& ldc) {
-    symm(true, side, uplo, m, n, alpha, a, lda, b, ldb, beta, c, ldc);
+    symm(true, side, uplo, m, n, scalar(alpha), scalars(a), lda, scalars(b), ldb, scalar(beta), scalars(c), ldc);
 }
 
 } // namespace nxl::NXL_TARGET

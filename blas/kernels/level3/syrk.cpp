@@ -37,7 +37,7 @@ template <class T> bool only_scales_triangle(i64 n, i64 k, bool alpha_is_zero, c
         const i64 first = to.only == Triangle::lower ? j : 0, last = to.only == Triangle::lower ? n : j + 1;
         T* const column = to.c + j * to.ldc;
         scale_result<T>(last - first, 1, {column + first, to.ldc, to.beta, to.before, Triangle::none, to.hermitian});
-        if (to.hermitian) reinterpret_cast<double*>(column + j)[1] = 0.0;
+        if (to.hermitian) column[j] = diagonal<true>(column[j]);
     }
     return true;
 }
@@ -57,19 +57,9 @@ void syr2k(bool hermitian, char uplo, char trans, i64 n, i64 k, const T& alpha, 
     Result<T> to = triangle_of(uplo, hermitian, c, ldc, beta);
     if (only_scales_triangle(n, k, is_zero(alpha), to)) return;
     const Factors<T> factors(hermitian, trans);
-    T other = alpha;
-    if constexpr (kParts<T> == 2)
-        if (hermitian) parts(&other)[1] = -parts(&other)[1];
     factors.multiply(n, k, alpha, a, lda, b, ldb, to);
     to.before = Before::keep;
-    factors.multiply(n, k, other, b, ldb, a, lda, to);
-}
-
-zcomplex as_complex(double value) {
-    zcomplex z;
-    parts(&z)[0] = value;
-    parts(&z)[1] = 0.0;
-    return z;
+    factors.multiply(n, k, hermitian ? conj(alpha) : alpha, b, ldb, a, lda, to);
 }
 
 } // namespace
@@ -81,12 +71,13 @@ void dsyrk(const char& uplo, const char& trans, const i64& n, const i64& k, cons
 
 void zsyrk(const char& uplo, const char& trans, const i64& n, const i64& k, const zcomplex& alpha, const zcomplex* a,
            const i64& lda, const zcomplex& beta, zcomplex* c, const i64& ldc) {
-    syrk(false, uplo, trans, n, k, alpha, a, lda, beta, c, ldc);
+    syrk(false, uplo, trans, n, k, scalar(alpha), scalars(a), lda, scalar(beta), scalars(c), ldc);
 }
 
 void zherk(const char& uplo, const char& trans, const i64& n, const i64& k, const double& alpha, const zcomplex* a,
            const i64& lda, const double& beta, zcomplex* c, const i64& ldc) {
-    syrk(true, uplo, trans, n, k, as_complex(alpha), a, lda, as_complex(beta), c, ldc);
+    syrk(true, uplo, trans, n, k, from_real<Complex>(alpha), scalars(a), lda, from_real<Complex>(beta), scalars(c),
+         ldc);
 }
 
 void dsyr2k(const char& uplo, const char& trans, const i64& n, const i64& k, const double& alpha, const double* a,
@@ -96,12 +87,13 @@ void dsyr2k(const char& uplo, const char& trans, const i64& n, const i64& k, con
 
 void zsyr2k(const char& uplo, const char& trans, const i64& n, const i64& k, const zcomplex& alpha, const zcomplex* a,
             const i64& lda, const zcomplex* b, const i64& ldb, const zcomplex& beta, zcomplex* c, const i64& ldc) {
-    syr2k(false, uplo, trans, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    syr2k(false, uplo, trans, n, k, scalar(alpha), scalars(a), lda, scalars(b), ldb, scalar(beta), scalars(c), ldc);
 }
 
 void zher2k(const char& uplo, const char& trans, const i64& n, const i64& k, const zcomplex& alpha, const zcomplex* a,
             const i64& lda, const zcomplex* b, const i64& ldb, const double& beta, zcomplex* c, const i64& ldc) {
-    syr2k(true, uplo, trans, n, k, alpha, a, lda, b, ldb, as_complex(beta), c, ldc);
+    syr2k(true, uplo, trans, n, k, scalar(alpha), scalars(a), lda, scalars(b), ldb, from_real<Complex>(beta),
+          scalars(c), ldc);
 }
 
 } // namespace nxl::NXL_TARGET

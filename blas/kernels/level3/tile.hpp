@@ -1,7 +1,7 @@
 // Register tiles of the matrix product: the innermost loops over k. Complex numbers are pairs of doubles here: a panel
 // of two complex rows is one of four doubles, and each part of a complex B counts as a column of its own.
 #pragma once
-#include "blas/kernels/scalar.hpp"
+#include "blas/kernels/registers.hpp"
 
 namespace nxl::NXL_TARGET {
 

@@ -44,64 +44,36 @@ template <class T> bool is_trivial(i64 m, i64 n, const T& alpha, T* b, i64 ldb) 
     return true;
 }
 
-/// T as kernels compute with it.
-template <class T> struct NumberOf {
-    using type = double;
-};
-template <> struct NumberOf<zcomplex> {
-    using type = Complex;
-};
-
-/// A number given as its parts.
-template <class T> [[gnu::always_inline]] inline auto number(const double* from) {
-    typename NumberOf<T>::type value;
-    __builtin_memcpy(&value, from, sizeof value);
-    return value;
+/// sum + a b, a product at a time, so that each can be fused.
+[[gnu::always_inline]] inline double plus_product(double sum, double a, double b) { return sum + a * b; }
+[[gnu::always_inline]] inline Complex plus_product(Complex sum, Complex a, Complex b) {
+    sum.re += a.re * b.re;
+    sum.re -= a.im * b.im;
+    sum.im += a.re * b.im + a.im * b.re;
+    return sum;
 }
-
-/// sum += a b, all given as their parts.
-template <class T> [[gnu::always_inline]] inline void add_product(double* sum, const double* a, const double* b) {
-    sum[0] += a[0] * b[0];
-    if constexpr (kParts<T> == 2) {
-        sum[0] -= a[1] * b[1];
-        sum[1] += a[0] * b[1] + a[1] * b[0];
-    }
-}
-
-alignas(16) constexpr double kOne[2] = {1.0, 0.0}, kMinusOne[2] = {-1.0, 0.0}; // real or complex
 
 /// What all of t but its diagonal is multiplied with: -1 for a solver, so that everywhere products are added.
+template <class T> constexpr T kMinusOne = from_real<T>(-1.0);
 template <class T> [[gnu::always_inline]] inline const T* factor_of_t(bool solver) {
-    return solver ? reinterpret_cast<const T*>(kMinusOne) : nullptr;
+    return solver ? &kMinusOne<T> : nullptr;
 }
 
-/// Element (j, p) of t as its parts, conjugated where the problem says so.
-template <class T> [[gnu::always_inline]] inline void read_element(const Source<T>& t, i64 j, i64 p, double* to) {
-    __builtin_memcpy(to, t.from(j, p).data, sizeof(T));
-    if constexpr (kParts<T> == 2)
-        if (t.conjugate) to[1] = -to[1];
+/// Element (j, p) of t, conjugated where the problem says so.
+template <class T> [[gnu::always_inline]] inline T read_element(const Source<T>& t, i64 j, i64 p) {
+    const T value = *t.from(j, p).data;
+    return t.conjugate ? conj(value) : value;
 }
 
-/// The diagonal element (j, j) as its parts, or its reciprocal.
-template <class T>
-[[gnu::always_inline]] inline void read_diagonal(const TriangularProblem<T>& problem, i64 j, bool inverted,
-                                                 double* to) {
-    to[0] = 1.0;
-    if constexpr (kParts<T> == 2) to[1] = 0.0;
-    if (problem.unit) return;
-    read_element(problem.t, j, j, to);
-    if (!inverted) return;
-    const auto inverse = reciprocal(number<T>(to));
-    __builtin_memcpy(to, &inverse, sizeof inverse);
+/// The diagonal element (j, j).
+template <class T> [[gnu::always_inline]] inline T read_diagonal(const TriangularProblem<T>& problem, i64 j) {
+    return problem.unit ? from_real<T>(1.0) : read_element(problem.t, j, j);
 }
 
 /// Whether the diagonal elements of entries first .. first + length - 1 have reciprocals to multiply with.
 template <class T> bool has_reciprocals(const TriangularProblem<T>& problem, i64 first, i64 length) {
-    double diagonal[2];
-    for (i64 j = first; j < first + length; ++j) {
-        read_diagonal(problem, j, false, diagonal);
-        if (!has_reciprocal(number<T>(diagonal))) return false;
-    }
+    for (i64 j = first; j < first + length; ++j)
+        if (!has_reciprocal(read_diagonal(problem, j))) return false;
     return true;
 }
 
@@ -121,13 +93,13 @@ template <class T>
 void pack_corner(const TriangularProblem<T>& problem, i64 j, i64 size, bool solver, double* to) {
     for (i64 p = 0; p < kGroup<T>; ++p)
         for (i64 c = 0; c < kGroup<T>; ++c) {
-            double* const out = to + p * kPanel + c * kParts<T>;
-            for (int part = 0; part < kParts<T>; ++part) out[part] = p == c && part == 0 ? 1.0 : 0.0;
-            if (p >= size || c >= size || (p != c && (p < c) != problem.forward)) continue;
-            if (p == c) read_diagonal(problem, j + c, solver, out);
-            else read_element(problem.t, j + c, j + p, out);
-            for (int part = 0; part < kParts<T>; ++part)
-                if (solver && p != c) out[part] = -out[part];
+            T value = from_real<T>(p == c ? 1.0 : 0.0);
+            const bool exists = p < size && c < size, stored = p == c ? !problem.unit : (p < c) == problem.forward;
+            if (exists && stored) {
+                value = read_element(problem.t, j + c, j + p);
+                if (solver) value = p == c ? reciprocal(value) : -value;
+            }
+            *scalars<T>(to + p * kPanel + c * kParts<T>) = value;
         }
 }
 

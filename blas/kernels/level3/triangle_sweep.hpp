@@ -80,13 +80,11 @@ void plain_rhs(const TriangularProblem<T>& problem, const T& alpha, i64 r, i64 f
     const i64 end = first + length;
     for (i64 done = 0; done < length; ++done) {
         const i64 j = ascending ? first + done : end - 1 - done;
-        double sum[2] = {0.0, 0.0}, factor[2];
-        for (i64 p = problem.forward ? first : j + 1; p < (problem.forward ? j : end); ++p) {
-            read_element(problem.t, j, p, factor);
-            add_product<T>(sum, parts(problem.at(r, p)), factor);
-        }
-        read_diagonal(problem, j, false, factor);
-        Work::entry(alpha, sum, factor, parts(problem.at(r, j)));
+        T sum = from_real<T>(0.0);
+        for (i64 p = problem.forward ? first : j + 1; p < (problem.forward ? j : end); ++p)
+            sum = plus_product(sum, *problem.at(r, p), read_element(problem.t, j, p));
+        T& entry = *problem.at(r, j);
+        entry = Work::entry(alpha, sum, read_diagonal(problem, j), entry);
     }
 }
 
@@ -109,7 +107,7 @@ void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep& st
     const bool scaled = (step.opens || !Work::inverts) && !is_one(problem.alpha);
     const T* const alpha = scaled ? &problem.alpha : nullptr;
     if (Work::inverts && !has_reciprocals(problem, step.first, step.length)) {
-        const T& by = scaled ? problem.alpha : *reinterpret_cast<const T*>(kOne);
+        const T by = scaled ? problem.alpha : from_real<T>(1.0);
         return finish_by_division<T, Work>(problem, step, r, count, by, buffers);
     }
     for (i64 done = 0; done < count; done += together) {

@@ -82,39 +82,26 @@ struct Solve {
         for (int step = 0; step < group; ++step) {
             const int c = Forward ? step : group - 1 - step;
             const auto inverse = element<T>(corner, c, c);
-            for (int v = 0; v < x.vectors; ++v) x.of[v][c] = inverse(x.of[v][c]);
+            for (int v = 0; v < x.vectors; ++v) x.of[v][c] = inverse.times(x.of[v][c]);
             for (int later = step + 1; later < group; ++later) {
                 const int to = Forward ? later : group - 1 - later;
                 const auto factor = element<T>(corner, c, to);
-                for (int v = 0; v < x.vectors; ++v) add(x.of[v][to], factor, x.of[v][c]);
+                for (int v = 0; v < x.vectors; ++v) factor.add_to(x.of[v][to], x.of[v][c]);
             }
         }
         x.store_panels(panels, stride);
         return x;
     }
 
-    /// One entry on its own: b at `entry`, the sum of x t and the diagonal become x.
-    template <class T> static void entry(const T& alpha, const double* sum, const double* diagonal, double* entry) {
-        double rest[2] = {-sum[0], -sum[1]};
-        add_product<T>(rest, parts(&alpha), entry);
-        const auto x = number<T>(rest) / number<T>(diagonal);
-        __builtin_memcpy(entry, &x, sizeof x);
+    /// One entry on its own: x, of its b, the sum of x t over the other entries, and the diagonal.
+    template <class T> static T entry(T alpha, T sum, T diagonal, T b) {
+        return plus_product(-sum, alpha, b) / diagonal;
     }
 
   private:
     template <class T> [[gnu::always_inline]] static inline Factor<T, kWidth> element(const double* corner, int p,
                                                                                       int c) {
-        return Factor<T, kWidth>(*reinterpret_cast<const T*>(corner + p * kPanel + c * kParts<T>));
-    }
-    /// sum += factor x: in expressions that become fused operations.
-    [[gnu::always_inline]] static inline void add(Vec<kWidth>& sum, const Factor<double, kWidth>& factor,
-                                                  Vec<kWidth> x) {
-        sum += factor.real * x;
-    }
-    [[gnu::always_inline]] static inline void add(Vec<kWidth>& sum, const Factor<zcomplex, kWidth>& factor,
-                                                  Vec<kWidth> x) {
-        sum += factor.real * x;
-        sum += factor.imaginary * swap_parts<kWidth>(x);
+        return Factor<T, kWidth>(*scalars<T>(corner + p * kPanel + c * kParts<T>));
     }
 };
 
@@ -143,12 +130,9 @@ struct Multiply {
         return result;
     }
 
-    /// One entry on its own: x at `entry` becomes alpha times x t, of which the diagonal's share is missing in the sum.
-    template <class T> static void entry(const T& alpha, double* sum, const double* diagonal, double* entry) {
-        double result[2] = {0.0, 0.0};
-        add_product<T>(sum, entry, diagonal);
-        add_product<T>(result, parts(&alpha), sum);
-        __builtin_memcpy(entry, result, sizeof(T));
+    /// One entry on its own: alpha times x t, of which the diagonal's share is missing in the sum.
+    template <class T> static T entry(T alpha, T sum, T diagonal, T x) {
+        return plus_product(from_real<T>(0.0), alpha, plus_product(sum, x, diagonal));
     }
 };
 

@@ -21,7 +21,7 @@ void dtrmm(const char& side, const char& uplo, const char& transa, const char& d
 
 void ztrmm(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m, const i64& n,
            const zcomplex& alpha, const zcomplex* a, const i64& lda, zcomplex* b, const i64& ldb) {
-    trmm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+    trmm(side, uplo, transa, diag, m, n, scalar(alpha), scalars(a), lda, scalars(b), ldb);
 }
 
 } // namespace nxl::NXL_TARGET

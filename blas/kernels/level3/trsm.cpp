@@ -9,8 +9,8 @@ namespace {
 void solve_vector(char uplo, char trans, char diag, i64 n, const double* a, i64 lda, double* x, i64 incx) {
     dtrsv(uplo, trans, diag, n, a, lda, x, incx);
 }
-void solve_vector(char uplo, char trans, char diag, i64 n, const zcomplex* a, i64 lda, zcomplex* x, i64 incx) {
-    ztrsv(uplo, trans, diag, n, a, lda, x, incx);
+void solve_vector(char uplo, char trans, char diag, i64 n, const Complex* a, i64 lda, Complex* x, i64 incx) {
+    ztrsv(uplo, trans, diag, n, numbers(a), lda, numbers(x), incx);
 }
 
 /// One right-hand side is a vector. On the right, a row x of B solves x op(A) = alpha b, or op(A)^T x^T = alpha b^T.
@@ -42,7 +42,7 @@ void dtrsm(const char& side, const char& uplo, const char& transa, const char& d
 
 void ztrsm(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m, const i64& n,
            const zcomplex& alpha, const zcomplex* a, const i64& lda, zcomplex* b, const i64& ldb) {
-    trsm(side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+    trsm(side, uplo, transa, diag, m, n, scalar(alpha), scalars(a), lda, scalars(b), ldb);
 }
 
 } // namespace nxl::NXL_TARGET

@@ -1,21 +1,22 @@
 // The sparse level 1 kernels: a compressed vector x with one-based indices against a dense vector y.
 // A repeated index counts each time it stands; indices are not checked.
 #include "blas/kernels/kernels.hpp"
+#include "blas/kernels/scalar.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
 
 template <class T> void gather(i64 nz, const T* y, T* x, const i64* indx) {
-    constexpr int K = sizeof(T) / sizeof(double);
-    const double* from = reinterpret_cast<const double*>(y) - K; // indices count from 1
-    double* to = reinterpret_cast<double*>(x);
+    constexpr int K = kParts<T>;
+    const double* from = parts(y) - K; // indices count from 1
+    double* to = parts(x);
     for (i64 i = 0; i < nz; ++i) store<K>(to + i * K, load<K>(from + indx[i] * K));
 }
 
 template <class T> void scatter(i64 nz, const T* x, const i64* indx, T* y) {
-    constexpr int K = sizeof(T) / sizeof(double);
-    const double* from = reinterpret_cast<const double*>(x);
-    double* to = reinterpret_cast<double*>(y) - K;
+    constexpr int K = kParts<T>;
+    const double* from = parts(x);
+    double* to = parts(y) - K;
     for (i64 i = 0; i < nz; ++i) store<K>(to + indx[i] * K, load<K>(from + i * K));
 }
 
@@ -69,8 +70,10 @@ void zdotui(zcomplex& result, const i64& nz, const zcomplex* x, const i64* indx,
 }
 
 void dgthr(const i64& nz, const double* y, double* x, const i64* indx) { gather(nz, y, x, indx); }
-void zgthr(const i64& nz, const zcomplex* y, zcomplex* x, const i64* indx) { gather(nz, y, x, indx); }
+void zgthr(const i64& nz, const zcomplex* y, zcomplex* x, const i64* indx) { gather(nz, scalars(y), scalars(x), indx); }
 void dsctr(const i64& nz, const double* x, const i64* indx, double* y) { scatter(nz, x, indx, y); }
-void zsctr(const i64& nz, const zcomplex* x, const i64* indx, zcomplex* y) { scatter(nz, x, indx, y); }
+void zsctr(const i64& nz, const zcomplex* x, const i64* indx, zcomplex* y) {
+    scatter(nz, scalars(x), indx, scalars(y));
+}
 
 } // namespace nxl::NXL_TARGET

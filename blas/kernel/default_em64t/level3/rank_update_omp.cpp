@@ -1,7 +1,7 @@
 // Drivers of the symmetric and Hermitian updates of rank k and 2k. The triangle of C is cut into strips of equal area;
 // each is a rectangle, which a matrix product updates, and a triangle on the diagonal for the serial kernel.
-#include "blas/kernel/default_em64t/level3/gemm_strategies.hpp"
-#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
+#include "blas/kernel/default_em64t/level3/rank_update_omp.hpp"
+#include "blas/kernel/default_em64t/level3/gemm_call.hpp"
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include "service/parallel.hpp"
 #include "service/threads.hpp"

@@ -1,6 +1,5 @@
 // Drivers of the triangular solution and the triangular product with many vectors: gates, then one region per call.
 #include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
-#include "blas/kernel/default_em64t/level3/level3_omp.hpp"
 #include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
 #include "service/threads.hpp"

@@ -1,10 +1,19 @@
-// Decisions of the drivers with a triangular operand. Only the other matrix is cut: into columns when the triangle
+// Drivers with a triangular operand, and their decisions. Only the other matrix is cut: into columns when the triangle
 // stands on the left, into rows when it stands on the right, so that every thread runs the serial kernel.
 #pragma once
 #include "blas/kernel/default_em64t/level3/slice.hpp"
-#include "service/types.hpp"
+#include "service/kernel_table.hpp"
 
 namespace nxl {
+
+/// B := alpha op(A) B or alpha op(A)^-1 B, or the same from the right; A is a triangle.
+template <class T, auto Kernel>
+void triangular_driver(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m,
+                       const i64& n, const T& alpha, const T* a, const i64& lda, T* b, const i64& ldb);
+inline constexpr auto nxl_blas_dtrmm = triangular_driver<double, &KernelTable::dtrmm>;
+inline constexpr auto nxl_blas_ztrmm = triangular_driver<zcomplex, &KernelTable::ztrmm>;
+inline constexpr auto nxl_blas_dtrsm = triangular_driver<double, &KernelTable::dtrsm>;
+inline constexpr auto nxl_blas_ztrsm = triangular_driver<zcomplex, &KernelTable::ztrsm>;
 
 /// One solution or product: B is m by n, the triangle of order m (left) or n (right).
 struct TriangularShape {

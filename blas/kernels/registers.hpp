@@ -51,21 +51,37 @@ template <int W> struct Operand<Complex, W> {
     [[gnu::always_inline]] explicit Operand(const double* p) : v(load<W>(p)), swapped(swap_parts<W>(v)) {}
 };
 
-/// A factor of operands.
+/// A factor of many numbers. Sums take its products in two steps for complex numbers, so that both can be fused.
 template <class T, int W> struct Factor;
 template <int W> struct Factor<double, W> {
     Vec<W> value;
+    Factor() = default;
+    [[gnu::always_inline]] explicit Factor(double v) { set(v); }
     [[gnu::always_inline]] void set(double v) { value = splat<W>(v); }
+    [[gnu::always_inline]] Vec<W> times(Vec<W> x) const { return value * x; }
     [[gnu::always_inline]] Vec<W> added_to(Vec<W> sum, const Operand<double, W>& x) const { return sum + value * x.v; }
+    [[gnu::always_inline]] void add_to(Vec<W>& sum, Vec<W> x) const { sum += value * x; }
+    [[gnu::always_inline]] void take_from(Vec<W>& sum, Vec<W> x) const { sum -= value * x; }
 };
 template <int W> struct Factor<Complex, W> {
     Vec<W> re, im;
+    Factor() = default;
+    [[gnu::always_inline]] explicit Factor(Complex v) { set(v); }
     [[gnu::always_inline]] void set(Complex v) {
         re = splat<W>(v.re);
         im = alternate<W>(-v.im, v.im);
     }
+    [[gnu::always_inline]] Vec<W> times(Vec<W> x) const { return re * x + im * swap_parts<W>(x); }
     [[gnu::always_inline]] Vec<W> added_to(Vec<W> sum, const Operand<Complex, W>& x) const {
         return sum + re * x.v + im * x.swapped;
+    }
+    [[gnu::always_inline]] void add_to(Vec<W>& sum, Vec<W> x) const {
+        sum += re * x;
+        sum += im * swap_parts<W>(x);
+    }
+    [[gnu::always_inline]] void take_from(Vec<W>& sum, Vec<W> x) const {
+        sum -= re * x;
+        sum -= im * swap_parts<W>(x);
     }
 };
 

@@ -1,5 +1,5 @@
 // SSE4.1 and the caches, from CPUID leaves 1 and 4.
-#include "blas/kernel/default_em64t/level3/gemm_processor.hpp"
+#include "blas/gemm_processor.hpp"
 #include "service/spin_lock.hpp"
 #include <algorithm>
 #include <atomic>
