@@ -1049,8 +1049,10 @@ module nxl
             character(kind=c_char), intent(in) :: norm, uplo, diag
             integer(c_int), intent(in) :: n, lda
             real(c_double), intent(in) :: a(lda, *)
-            real(c_double), intent(inout) :: rcond(*), work(*)
-            integer(c_int), intent(out) :: iwork, info
+            real(c_double), intent(out) :: rcond
+            real(c_double), intent(inout) :: work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
         end subroutine
 
         subroutine ztrcon(norm, uplo, diag, n, a, lda, rcond, work, rwork, info) bind(c, name="ztrcon")
@@ -1058,8 +1060,9 @@ module nxl
             character(kind=c_char), intent(in) :: norm, uplo, diag
             integer(c_int), intent(in) :: n, lda
             complex(c_double_complex), intent(in) :: a(lda, *)
-            real(c_double), intent(inout) :: rcond(*), rwork(*)
+            real(c_double), intent(out) :: rcond
             complex(c_double_complex), intent(inout) :: work(*)
+            real(c_double), intent(inout) :: rwork(*)
             integer(c_int), intent(out) :: info
         end subroutine
 
@@ -1071,7 +1074,8 @@ module nxl
             integer(c_int), intent(in) :: n, nrhs, lda, ldb, ldx
             real(c_double), intent(in) :: a(lda, *), b(ldb, *), x(ldx, *)
             real(c_double), intent(inout) :: ferr(*), berr(*), work(*)
-            integer(c_int), intent(out) :: iwork, info
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
         end subroutine
 
         subroutine ztrrfs(uplo, trans, diag, n, nrhs, a, lda, b, ldb, x, ldx, ferr, berr, work, rwork, info) bind(c, &
@@ -1092,9 +1096,9 @@ module nxl
         ! cancel.
         subroutine ZLAEV2(a, b, c, rt1, rt2, cs1, sn1) bind(c, name="ZLAEV2")
             import :: c_double, c_double_complex
-            complex(c_double_complex), intent(in) :: a(*), b(*), c(*)
-            real(c_double), intent(inout) :: rt1(*), rt2(*), cs1(*)
-            complex(c_double_complex), intent(inout) :: sn1(*)
+            complex(c_double_complex), intent(in) :: a, b, c
+            real(c_double), intent(out) :: rt1, rt2, cs1
+            complex(c_double_complex), intent(out) :: sn1
         end subroutine
 
         ! ---- Sparse BLAS level 1 ----
