@@ -62,13 +62,22 @@ TEST_P(Level3, EdgesOfBlocks) { // in one dimension, and a few in both
         ASSERT_TRUE(GetParam().check(randomised(sized(pick(generator, letters), size, size + 5), generator)));
 }
 
-TEST_P(Level3, EveryFormOverThreads) {
+TEST_P(Level3, EveryFormOverThreads) { // sizes that fork and that do not, also over more threads than rows or columns
     Generator generator(3);
     for (const BlasCall& letters : letters_of(GetParam()))
-        for (const auto& [first, second] : {std::pair(101, 37), std::pair(37, 130)}) {
+        for (const auto& [first, second] : {std::pair(101, 37), std::pair(37, 130), std::pair(17, 1), std::pair(40, 0)}) {
             BlasCall call = randomised(sized(letters, first, second), generator);
+            if (second > 1) call.alpha = {0.7, -0.3};
+            call.threads = {1, 2, 3, 4, 7, 100};
+            ASSERT_TRUE(GetParam().check(call));
+        }
+    for (const auto& [first, second] : {std::pair(301, 61), std::pair(30, 3000), std::pair(450, 3), std::pair(3, 450),
+                                        std::pair(520, 21), std::pair(21, 520), std::pair(150, 131)})
+        for (const bool plain : {true, false}) {
+            const auto letters = letters_of(GetParam());
+            BlasCall call = randomised(sized(plain ? letters.front() : letters.back(), first, second), generator);
             call.alpha = {0.7, -0.3};
-            call.threads = {1, 2, 3, 4, 7};
+            call.threads = {2, 3, 8};
             ASSERT_TRUE(GetParam().check(call));
         }
 }

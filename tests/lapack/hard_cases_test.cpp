@@ -2,7 +2,7 @@
 // published routines find them to fail, and entries near the ends of the range. CTest runs this program for each
 // processor class and vector width.
 #include "nxl.h"
-#include "tests/support/integer_matrix.hpp"
+#include "tests/support/scalars.hpp"
 #include "tests/support/lu_call.hpp"
 #include "tests/support/reference_blas.hpp"
 
@@ -35,7 +35,7 @@ template <> struct Routines<zcomplex> {
 template <class T> class HardCases : public ::testing::Test {
   protected:
     using R = Routines<T>;
-    std::mt19937 random_{7};
+    Generator random_{7};
 
     T integer(int largest) { return random_integer<T>(random_, largest); }
     int below(int end) { return static_cast<int>(random_() % static_cast<unsigned>(end)); }
@@ -114,7 +114,7 @@ template <class T> struct Problem {
     LapackMatrix<T> a, x, b;
 
     Problem(int n, int nrhs, char part, T diagonal) : a(n, n, 1), x(n, nrhs, 2), b(n, nrhs, 2) {
-        std::mt19937 random(11);
+        Generator random(11);
         for (int j = 0; j < n; ++j)
             for (int i = 0; i < n; ++i) {
                 const bool inside = part == 'F' || (part == 'U' ? i < j : i > j);

@@ -4,6 +4,7 @@
 #include "nxl.h"
 #include "tests/support/guarded_matrix.hpp"
 #include "tests/support/reference_blas.hpp"
+#include "tests/support/scalars.hpp"
 #include <array>
 #include <cmath>
 #include <csignal>
@@ -13,9 +14,6 @@
 #include <string>
 
 namespace nxl_test {
-
-using zcomplex = std::complex<double>;
-using Generator = std::mt19937_64;
 
 /// Routines with the same arguments. In all of them c is what is written; trm and trv read and write c.
 enum class Family { gemm, symm, syrk, syr2k, trm, gemv, ger, symv, syr, syr2, trv };
@@ -157,14 +155,6 @@ template <class T> struct Arguments {
 template <class T> T scalar_of(zcomplex value, bool real) {
     if constexpr (std::is_same_v<T, double>) return value.real();
     else return real ? value.real() : value;
-}
-
-/// Parts in [-1, 1); the library's own distributions take a logarithm for every number.
-template <class T> T random_value(Generator& generator) {
-    const auto uniform = [&] { return static_cast<double>(static_cast<std::int64_t>(generator())) * 0x1p-63; };
-    const double real = uniform();
-    if constexpr (std::is_same_v<T, double>) return real;
-    else return {real, uniform()};
 }
 
 /// An element of a triangle that can be solved with: the diagonal well away from 0, the rest small beside it. With

@@ -15,7 +15,7 @@ ANGLES = [0.4, math.pi / 3, 1.5, 2 * math.pi / 3 - 1e-3, 2 * math.pi / 3 + 1e-3,
 ZEROS = [-2.338107410459767, -1.0187929716474711, -9.02265085334098, -11.475056633480245, -104.04979104]
 
 points = [0j] + [complex(x, 0) for r in RADII for x in (r, -r)] + [complex(x, 0) for x in ZEROS]
-points += [complex(r * math.cos(a), r * math.sin(a)) for r in RADII for a in ANGLES]
+points += [complex(r * math.cos(a), r * math.sin(a)) for k, r in enumerate(RADII) for a in ANGLES[k % 2::2]]
 # exactly on axes and half-way between four points of the lattice
 points += [1j, -7j, 1e6 + 0j, complex(3.5, 2.5), complex(-3.5, 0.5), complex(-4.0, -1e-300)]
 

@@ -173,8 +173,8 @@ def bessel_rows():
         radii = [r for r in (1e-30, 1e-3, 0.6, 1.99, 2.01, 5, 11.5, 12.5, 17, 40, 300, 2.5e3, 5e4, 4e6)
                  if nu < 2000 or r > 1e4] + [nu * f for f in (0.1, 0.5, 0.95, 1, 1.05, 1.5, 4) if nu >= 10]
         for index, radius in enumerate(r for r in radii if r <= 4194304):
-            for repeat in range(4):
-                count += 1
+            for repeat, step in ((0, 1), (3, 3)):  # both KODEs, functions and angles far apart
+                count += step
                 name = NAMES[(count + index) % 6]
                 turn = TURNS[(7 * count + index + 5 * repeat) % len(TURNS)]
                 if nu >= 1e5 and 0.9 < radius / nu < 1.1 and repeat > 0:

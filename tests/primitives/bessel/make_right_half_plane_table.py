@@ -40,8 +40,7 @@ def rows():
     angles = itertools.cycle(ANGLES)
     for nu in ORDERS:
         for radius in radii(nu):
-            for angle in (next(angles), next(angles)):
-                yield nu, argument(radius, angle)
+            yield nu, argument(radius, next(angles))
     for nu, count in ((0.0, 1), (0.0, 7), (1.0, 2), (1 / 3, 5), (10.0, 3), (64.2, 4), (85.0, 20)):
         yield nu, complex(0.0, float(besseljzero(nu, count)))  # I is near a zero
 

@@ -94,7 +94,7 @@ def printed(pair):
     return [float(part) if abs(part) > mpf(10) ** -25 else 0.0 for part in (rest.real, rest.imag)] + [scale]
 
 
-ORDERS = [86.0, 86.5, 100.3, 1e3, 1e5, 4e6]
+ORDERS = [86.0, 100.3, 1e3, 4e6]
 ZERO_OF_U2 = math.sqrt(770 / (462 - math.sqrt(462**2 - 4 * 385 * 81)) - 1)  # one term of Debye's sums vanishes
 REAL = [0.01, 0.66274, 1.0, 30.0, ZERO_OF_U2]
 # beside the axes, on both sides of where the phase is turned, and in the middle
