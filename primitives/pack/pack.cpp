@@ -1,7 +1,7 @@
 // The tables of the pack family: plain loops for classes 0 and 1, unrolled by four from class 2 on.
 // Packing by a mask is the vector primitive.
+#include "primitives/pack/pack.hpp"
 #include "primitives/pack/pack_loops.hpp"
-#include "primitives/pack/slots.hpp"
 #include "primitives/vectors/slots.hpp"
 
 namespace nxl {

@@ -1,8 +1,8 @@
 // Entries of the pack family: real arrays with everything by reference, complex arrays with lengths and increments by
 // value.
+#include "primitives/pack/pack.hpp"
 #include "nxl.h"
 #include "primitives/pack/pack_loops.hpp"
-#include "primitives/pack/slots.hpp"
 #include "primitives/vectors/slots.hpp"
 #include "service/export.hpp"
 
