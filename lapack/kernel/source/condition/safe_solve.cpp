@@ -12,6 +12,9 @@ namespace {
 /// What is larger than `huge` may not be multiplied, what is smaller than `tiny` not divided by, without a look.
 constexpr double tiny = safe_minimum / (2.0 * unit_roundoff), huge = 1.0 / tiny;
 
+const double* as_doubles(const double* x) { return x; }
+const double* as_doubles(const zcomplex* x) { return reinterpret_cast<const double*>(x); }
+
 } // namespace
 
 template <class T>
@@ -32,11 +35,13 @@ SafeTriangle<T>::SafeTriangle(char uplo, char diag, const Matrix<const T>& a, do
 
 /// Scales the sums by as much as keeps them, and what is done with them, within the range.
 template <class T> void SafeTriangle<T>::fit_sums() {
+    constexpr i64 parts = sizeof(T) / sizeof(double); // one by one: the abs1 of a complex number may not fit either
     double largest = 0.0;
-    for (i64 j = 0; j < a_.rows; ++j) largest = std::max(largest, largest_abs1(stored(j), a_.at(first_row(j), j)));
+    for (i64 j = 0; j < a_.rows; ++j)
+        largest = std::max(largest, largest_abs1(parts * stored(j), as_doubles(a_.at(first_row(j), j))));
     finite_ = largest <= std::numeric_limits<double>::max();
     if (!finite_) return;
-    scale_ = 0.5 / (tiny * largest) / static_cast<double>(a_.rows);
+    scale_ = 0.5 / (tiny * largest) / static_cast<double>(parts * a_.rows);
     for (i64 j = 0; j < a_.rows; ++j) {
         const T* const off = a_.at(first_row(j), j);
         double sum = 0.0;
