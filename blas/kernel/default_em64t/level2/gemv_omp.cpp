@@ -10,7 +10,7 @@ namespace {
 constexpr i64 smallest_side = 64; // with both sides below it a call stays on its thread
 constexpr i64 row_unit = 8;       // rows of a block come in whole unrolled rounds of the kernels
 
-bool is_plain(char trans) { return trans == 'N' || trans == 'n'; }
+bool is_plain(char trans) { return trans == 'N'; }
 
 GemvPlan plan_split(GemvSplit split, const WorkLimit& limit, i64 block, i64 other) {
     const i64 least = block < limit.short_below ? limit.of_short : limit.otherwise;

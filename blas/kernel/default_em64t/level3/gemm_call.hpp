@@ -21,9 +21,9 @@ template <> struct GemmSlots<zcomplex> {
     static constexpr auto& blocks_htn = slot<&KernelTable::xzgemm_blocks_htn>;
 };
 
-constexpr bool is_not_transposed(char trans) { return trans == 'N' || trans == 'n'; }
+constexpr bool is_not_transposed(char trans) { return trans == 'N'; }
 /// Of a complex operand that is transposed at all; any other letter conjugates too.
-constexpr bool is_transposed_plainly(char trans) { return trans == 'T' || trans == 't'; }
+constexpr bool is_transposed_plainly(char trans) { return trans == 'T'; }
 
 /// C := alpha op(A) op(B) + beta C, with the arguments of the driver. Any letter but N counts as transposed.
 template <class T> struct GemmCall {

@@ -3,6 +3,7 @@
 #include "blas/kernel/default_em64t/level3/rank_update_omp.hpp"
 #include "blas/kernel/default_em64t/level3/gemm_call.hpp"
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
+#include "service/matrix.hpp"
 #include "service/parallel.hpp"
 #include "service/threads.hpp"
 #include <type_traits>
@@ -13,47 +14,36 @@ namespace {
 double conjugate(double value) { return value; }
 zcomplex conjugate(zcomplex value) { return std::conj(value); }
 
-/// C, of which one triangle is updated.
-template <class T> struct Triangle {
-    char uplo;
-    i64 n;
-    T* c;
-    i64 ldc;
-
-    bool lower() const { return uplo == 'L' || uplo == 'l'; }
-    T* at(i64 row, i64 column) const { return c + row + column * ldc; }
-};
-
 /// op(A) or op(B), n by k: untransposed, or the transposed or conjugated form of what is stored.
-template <class T> struct Factor {
+template <class T> struct StoredFactor {
     char trans;
     i64 k;
     const T* data;
     i64 ld;
 
-    bool stored_plainly() const { return trans == 'N' || trans == 'n'; }
+    bool stored_plainly() const { return trans == 'N'; }
     const T* row(i64 i) const { return stored_plainly() ? data + i : data + i * ld; }
 };
 
 /// C := alpha op(X) op(Y)' + beta C on the strip's rectangle; `adjoint`, T or C, is what the prime stands for.
 template <class T>
-void update_rectangle(const Triangle<T>& c, const TriangleStrip& strip, char adjoint, T alpha, const Factor<T>& x,
-                      const Factor<T>& y, T beta) {
+void update_rectangle(const Matrix<T>& c, const TriangleStrip& strip, char adjoint, T alpha, const StoredFactor<T>& x,
+                      const StoredFactor<T>& y, T beta) {
     if (strip.rows.count < 1 || strip.columns.count < 1) return;
     const char transx = x.stored_plainly() ? 'N' : adjoint, transy = x.stored_plainly() ? adjoint : 'N';
     GemmSlots<T>::serial(transx, transy, strip.rows.count, strip.columns.count, x.k, alpha, x.row(strip.rows.start),
                          x.ld, y.row(strip.columns.start), y.ld, beta, c.at(strip.rows.start, strip.columns.start),
-                         c.ldc);
+                         c.ld);
 }
 
-/// Runs body(strip) over the strips of the triangle; false, and nothing done, where threads do not pay.
-template <class T, class Body> bool over_strips(const Triangle<T>& c, double flops, const Body& body) {
+/// Runs body(strip) over the strips of a triangle of order n; false, and nothing done, where threads do not pay.
+template <class Body> bool over_strips(char uplo, i64 n, double flops, const Body& body) {
     if (threads_for_work(flops, 2) < 2) return false;
     const int threads = threads_for_work(flops, max_threads(domain_blas));
-    const int strips = strips_for(c.n, threads);
+    const int strips = strips_for(n, threads);
     if (threads < 2 || strips < 2) return false;
     parallel_blocks(std::min(threads, strips), strips,
-                    [&, strips](int index) { body(triangle_strip(c.lower(), c.n, index, strips)); });
+                    [&, strips](int index) { body(triangle_strip(uplo == 'L', n, index, strips)); });
     return true;
 }
 
@@ -65,14 +55,14 @@ template <class T, class Scalar> constexpr char adjoint_letter = std::is_same_v<
 template <class T, class Scalar, auto Kernel>
 void syrk_driver(const char& uplo, const char& trans, const i64& n, const i64& k, const Scalar& alpha, const T* a,
                  const i64& lda, const Scalar& beta, T* c, const i64& ldc) {
-    const Triangle<T> result{uplo, n, c, ldc};
-    const Factor<T> factor{trans, k, a, lda};
+    const Matrix<T> result{c, n, n, ldc};
+    const StoredFactor<T> factor{trans, k, a, lda};
     const auto update_diagonal = [&](Slice part) {
         slot<Kernel>(uplo, trans, part.count, k, alpha, factor.row(part.start), lda, beta,
                      result.at(part.start, part.start), ldc);
     };
     const double flops = alpha == Scalar{} ? 0.0 : 0.5 * flops_of<T>(n, n, k);
-    const bool done = over_strips(result, flops, [&](const TriangleStrip& strip) {
+    const bool done = over_strips(uplo, n, flops, [&](const TriangleStrip& strip) {
         update_rectangle(result, strip, adjoint_letter<T, Scalar>, T{alpha}, factor, factor, T{beta});
         update_diagonal(strip.diagonal);
     });
@@ -88,15 +78,15 @@ template <class T, class Beta, auto Kernel>
 void syr2k_driver(const char& uplo, const char& trans, const i64& n, const i64& k, const T& alpha, const T* a,
                   const i64& lda, const T* b, const i64& ldb, const Beta& beta, T* c, const i64& ldc) {
     constexpr char adjoint = adjoint_letter<T, Beta>;
-    const Triangle<T> result{uplo, n, c, ldc};
-    const Factor<T> x{trans, k, a, lda}, y{trans, k, b, ldb};
+    const Matrix<T> result{c, n, n, ldc};
+    const StoredFactor<T> x{trans, k, a, lda}, y{trans, k, b, ldb};
     const auto update_diagonal = [&](Slice part) {
         slot<Kernel>(uplo, trans, part.count, k, alpha, x.row(part.start), lda, y.row(part.start), ldb, beta,
                      result.at(part.start, part.start), ldc);
     };
     const T other_alpha = adjoint == 'C' ? conjugate(alpha) : alpha;
     const double flops = alpha == T{} ? 0.0 : flops_of<T>(n, n, k);
-    const bool done = over_strips(result, flops, [&](const TriangleStrip& strip) {
+    const bool done = over_strips(uplo, n, flops, [&](const TriangleStrip& strip) {
         update_rectangle(result, strip, adjoint, alpha, x, y, T{beta});
         update_rectangle(result, strip, adjoint, other_alpha, y, x, T{1.0});
         update_diagonal(strip.diagonal);

@@ -22,7 +22,7 @@ template <class T> struct SymmCall {
     T* c;
     i64 ldc;
 
-    bool left() const { return side == 'L' || side == 'l'; }
+    bool left() const { return side == 'L'; }
     i64 free_length() const { return left() ? n : m; }
     double flops() const { return flops_of<T>(m, n, left() ? m : n); }
 

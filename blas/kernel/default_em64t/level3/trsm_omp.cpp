@@ -49,7 +49,7 @@ template <class T> struct TriangularCall {
     T* b;
     i64 ldb;
 
-    TriangularShape shape() const { return {side == 'L' || side == 'l', m, n}; }
+    TriangularShape shape() const { return {side == 'L', m, n}; }
 };
 
 template <class T, class Kernel> void run_blocks(const TriangularCall<T>& p, int threads, i64 q, Kernel& kernel) {
