@@ -10,6 +10,16 @@
 namespace nxl {
 namespace {
 
+// A lower triangle in 4 strips, of 10, 11, 7 and 8 elements here:
+//
+//     0
+//     0 0                Areas are as equal as whole rows allow, so that the first strips are mostly diagonal, the
+//     0 0 0              last ones mostly rectangle. The rectangle is a plain product, at full speed; the piece on the
+//     0 0 0 0            diagonal goes to the serial kernel, which computes half of its diagonal tiles in vain.
+//     1 1 1 1 1
+//     1 1 1 1 1 1        There are two strips for each thread, one of either kind. Strips write disjoint parts of C;
+//     2 2 2 2 2 2 2      each packs the rows of A and B that it needs.
+//     3 3 3 3 3 3 3 3
 double conjugate(double value) { return value; }
 zcomplex conjugate(zcomplex value) { return std::conj(value); }
 
@@ -46,6 +56,7 @@ void update_rectangle(const Triangle<T>& c, const TriangleStrip& strip, char adj
                          c.ldc);
 }
 
+/// Two threads are asked about first, since max_threads costs more than that.
 /// Runs body(strip) over the strips of the triangle; false, and nothing done, where threads do not pay.
 template <class T, class Body> bool over_strips(const Triangle<T>& c, double flops, const Body& body) {
     if (threads_for_work(flops, 2) < 2) return false;
