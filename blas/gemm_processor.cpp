@@ -14,13 +14,16 @@ constexpr unsigned most_subleaves = 32;
 constexpr std::int32_t most_caches = 4;
 constexpr std::int32_t small_second_cache = 3 * 1024 * 1024;
 
+// What tests pretend; the processor's word otherwise.
 constinit std::atomic<Pretended> pretended_sse41{Pretended::of_processor};
 constinit std::atomic<Pretended> pretended_family_16{Pretended::of_processor};
 constinit std::atomic<const GemmCacheSizes*> pretended_caches{nullptr};
 
+// What has been found. Threads that race find the same.
 constexpr int unknown = -1;
 constinit std::atomic<int> family_16{unknown};
 
+// The record of caches is larger than an atomic store: the lock lets one thread fill it, and `probed` tells when.
 constinit SpinLock probe_lock;
 constinit std::atomic<bool> probed{false};
 constinit GemmCacheSizes caches_found{};
@@ -49,6 +52,7 @@ std::int32_t bytes_of(const CpuidRegisters& entry) {
 
 } // namespace
 
+/// Leaf 1 alone, whatever the vendor.
 bool nxl_has_sse41() {
     const Pretended pretended = pretended_sse41.load(std::memory_order_relaxed);
     if (pretended != Pretended::of_processor) return pretended == Pretended::present;
@@ -77,6 +81,7 @@ bool nxl_amd_family_16() {
     return found;
 }
 
+/// Entries end with a type of none, or of zeros altogether; the bound is for a processor that never ends them.
 GemmCacheSizes gemm_cache_sizes_from(CpuidReader cpuid) {
     GemmCacheSizes caches{};
     for (unsigned subleaf = 0; subleaf < most_subleaves && caches.count < most_caches; ++subleaf) {

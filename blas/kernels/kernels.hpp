@@ -4,12 +4,15 @@
 
 namespace nxl::NXL_TARGET {
 
+// A function declared by the type of its member, so that a signature is written once: in the table. A definition that
+// differs is another function, and the link then lacks this one.
 template <class Pointer> struct Pointee;
 template <class Fn> struct Pointee<Fn*> {
     using type = Fn;
 };
 template <class Pointer> using Kernel = typename Pointee<Pointer>::type;
 
+// Level 1, real.
 Kernel<decltype(KernelTable::dasum)> dasum;
 Kernel<decltype(KernelTable::daxpy)> daxpy;
 Kernel<decltype(KernelTable::dcopy)> dcopy;
@@ -24,6 +27,7 @@ Kernel<decltype(KernelTable::dswap)> dswap;
 Kernel<decltype(KernelTable::idamax)> idamax;
 Kernel<decltype(KernelTable::idamin)> idamin;
 
+// Level 1, complex.
 Kernel<decltype(KernelTable::dzasum)> dzasum;
 Kernel<decltype(KernelTable::dznrm2)> dznrm2;
 Kernel<decltype(KernelTable::izamax)> izamax;
@@ -39,6 +43,7 @@ Kernel<decltype(KernelTable::zrotg)> zrotg;
 Kernel<decltype(KernelTable::zscal)> zscal;
 Kernel<decltype(KernelTable::zswap)> zswap;
 
+// Sparse level 1.
 Kernel<decltype(KernelTable::daxpyi)> daxpyi;
 Kernel<decltype(KernelTable::ddoti)> ddoti;
 Kernel<decltype(KernelTable::dgthr)> dgthr;
@@ -49,6 +54,7 @@ Kernel<decltype(KernelTable::zdotui)> zdotui;
 Kernel<decltype(KernelTable::zgthr)> zgthr;
 Kernel<decltype(KernelTable::zsctr)> zsctr;
 
+// Level 2.
 Kernel<decltype(KernelTable::dgemv)> dgemv;
 Kernel<decltype(KernelTable::dger)> dger;
 Kernel<decltype(KernelTable::dsymv)> dsymv;
@@ -66,6 +72,7 @@ Kernel<decltype(KernelTable::zsyr)> zsyr;
 Kernel<decltype(KernelTable::ztrmv)> ztrmv;
 Kernel<decltype(KernelTable::ztrsv)> ztrsv;
 
+// Level 3: whole problems on one thread.
 Kernel<decltype(KernelTable::xdgemm)> xdgemm;
 Kernel<decltype(KernelTable::xzgemm)> xzgemm;
 Kernel<decltype(KernelTable::dsymm)> dsymm;
@@ -82,6 +89,7 @@ Kernel<decltype(KernelTable::ztrmm)> ztrmm;
 Kernel<decltype(KernelTable::dtrsm)> dtrsm;
 Kernel<decltype(KernelTable::ztrsm)> ztrsm;
 
+// LAPACK: unblocked pieces.
 Kernel<decltype(KernelTable::dgetrf_leaf)> dgetrf_leaf;
 Kernel<decltype(KernelTable::zgetrf_leaf)> zgetrf_leaf;
 Kernel<decltype(KernelTable::dgetrf_update)> dgetrf_update;
@@ -94,9 +102,11 @@ Kernel<decltype(KernelTable::dtrti2)> dtrti2;
 Kernel<decltype(KernelTable::ztrti2)> ztrti2;
 Kernel<decltype(KernelTable::dlauu2)> dlauu2;
 Kernel<decltype(KernelTable::zlauu2)> zlauu2;
+// Pieces of the matrix product, of all classes.
 Kernel<decltype(KernelTable::xdgemm_copy_at)> xdgemm_copy_at;
 Kernel<decltype(KernelTable::xzgemm_copy_at)> xzgemm_copy_at;
 
+// Pieces of classes 2 and 3.
 Kernel<decltype(KernelTable::xdgemm_beta)> xdgemm_beta;
 Kernel<decltype(KernelTable::xzgemm_beta)> xzgemm_beta;
 Kernel<decltype(KernelTable::xdgemm_tile)> xdgemm_tile;
@@ -108,6 +118,7 @@ Kernel<decltype(KernelTable::xzgemm_copy_bn)> xzgemm_copy_bn;
 Kernel<decltype(KernelTable::xzgemm_copy_bt)> xzgemm_copy_bt;
 Kernel<decltype(KernelTable::xzgemm_copy_bc)> xzgemm_copy_bc;
 
+// Pieces of class 2 alone.
 Kernel<decltype(KernelTable::xdgemm_blocks_mc)> xdgemm_blocks_mc;
 Kernel<decltype(KernelTable::xdgemm_copy_bn_mc)> xdgemm_copy_bn_mc;
 Kernel<decltype(KernelTable::xdgemm_copy_bt_mc)> xdgemm_copy_bt_mc;

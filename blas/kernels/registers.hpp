@@ -5,6 +5,18 @@
 
 namespace nxl::NXL_TARGET {
 
+// (a + b i)(c + d i) in registers that hold (re, im) pairs:
+//
+//     straight    a c, a d         one factor's real part times the other number as it is
+//     crossed     b d, b c         its imaginary part times the number with its parts exchanged,
+//     product     straight + (-1, 1) crossed
+//
+// Done as it is written, each product has a shuffle of its own. Where there can be fewer, by what is reused:
+//
+//     Combination     many vectors v, one sum        two sums, as v comes; the exchange once, in total()
+//     Operand         one vector, many columns       exchanged when it is loaded, once for all columns
+//     InnerProduct    many columns, one Operand      as above; signs once, in total()
+//     Factor          one number, many vectors       sign in the factor; v is exchanged in each product
 /// sum := sum + coefficient times v, with the exchange put off until the sum is taken: for many v and one sum.
 template <class T, int W> struct Coefficient;
 template <class T, int W> struct Combination;

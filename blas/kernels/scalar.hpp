@@ -52,6 +52,7 @@ template <class T> [[gnu::always_inline]] inline bool has_reciprocal(T x) {
     const double size = abs1(x);
     return size >= 0x1p-1022 && size <= 0x1p1021; // NaN has none
 }
+/// By Smith's quotient where complex: no square leaves the range.
 [[gnu::always_inline]] inline double reciprocal(double v) { return 1.0 / v; }
 [[gnu::always_inline]] inline Complex reciprocal(Complex v) { return smith_quotient({1.0, 0.0}, v); }
 

@@ -8,10 +8,28 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// A narrow panel, 8 real columns, in Crout's order. Step j passes down the rows once:
+//
+//     columns  0 .. j - 1    j    j + 1
+//                  U         u      u
+//                  L         s      x       s: scaled by the reciprocal of the pivot, and L's from now on
+//                  L         s      x       x: takes off columns 0 .. j times their multipliers, the u above it,
+//                  L         s      x          and shows its largest element on the way
+//
+// So a step writes two columns and finds the next pivot with them. Right-looking elimination would write all columns
+// that follow, in each step. Wider panels are halved until they are narrow:
+//
+//     left | right     1  factor left                          4  factor that
+//                      2  interchanges and L^-1 on right       5  its interchanges on left
+//                      3  product with what is below
+//
+// Step 3 has most of the work. Small matrices round each product by itself, as the published routine does
+// (rounded.hpp).
 /// Columns of a narrow panel: the multipliers of a pass fill half of the registers.
 template <class T> constexpr int kNarrow = 8 / kParts<T>;
 
-/// Columns whose triangle is solved, and whose product is taken, without packing.
+/// Columns whose triangle is solved, and whose product is taken, without packing: a product of so few steps of k packs
+/// an element for as few multiply-adds.
 constexpr i64 kFew = 8;
 /// Rows between two looks at the largest magnitude: its value is found on the way, its place only where it won.
 constexpr i64 kRowsAtOnce = 64;
@@ -178,6 +196,7 @@ template <bool Rounded, class T> i64 factor_narrow(i64 m, i64 n, T* a, i64 lda, 
     return singular;
 }
 
+/// Interchanges first .. end - 1 on n columns, a column at a time: that is how they stand in memory.
 template <class T> void swap_rows(i64 n, T* a, i64 lda, i64 first, i64 end, const i64* ipiv) {
     for (i64 j = 0; j < n; ++j, a += lda)
         for (i64 i = first; i < end; ++i)
@@ -236,6 +255,7 @@ template <class T, int C, int W>
     }
     if constexpr (W > kParts<T>) subtract_rows<T, C, W / 2>(i, count, l, stride, x, y);
 }
+/// Any k columns, as many at a time as have registers for their factors, in ascending order: roundings depend on it.
 template <class T, int C = kNarrow<T>>
 [[gnu::always_inline]] inline void subtract_columns(i64 m, i64 k, const T* l, i64 lda, const T* x, T* y) {
     i64 p = 0;
@@ -282,6 +302,7 @@ template <bool Rounded, class T> i64 factor(i64 m, i64 n, T* a, i64 lda, i64* ip
     return singular;
 }
 
+/// Up to lu_rounded_order in both directions all products are rounded: there it has no price.
 template <class T> void leaf(i64 m, i64 n, T* a, i64 lda, i64* ipiv, i64& info) {
     constexpr i64 small = lu_rounded_order<T>;
     if (m < 1 || n < 1) info = 0;

@@ -5,6 +5,16 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// U U^H by block columns of 8 real numbers, from the left. J stands for the rows and for the columns of one block:
+//
+//          J
+//     . .  x  u u      tile x, rows I above J:    u of rows I times the conjugate transpose of p, columns from J on
+//       .  x  u u      panel p, rows J:           copied, with zeros left of the diagonal
+//          p  p p      tile on the diagonal:      p times its own conjugate transpose
+//             . .
+//               .      Column block J alone is written. Later ones read only what stands right of it.
+//
+// The sums of a tile stay in registers; the triangle, 16 KiB of real numbers at order 64, in the first cache.
 constexpr i64 kLargest = 64; // order of a triangle
 
 /// Rows first .. first + size - 1 of U, or of L^H, from the diagonal on: kTile rows, zeros left of the diagonal and

@@ -8,6 +8,18 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// L is computed a group of columns at a time, 4 real or 2 complex ones, and kept twice: in the caller's triangle and,
+// for the products to come, packed by rows:
+//
+//     l                        group j of panel i:   a_ij - sum over k < j of l_ik l_jk^H, then solved with corner l_jj
+//     l l
+//     l l [c]                  [c] corner: 4 by 4, factored element by element
+//     l l [x]                  [x] tiles below it: up to three panels at once, 12 sums in registers
+//     l l [x]
+//     panels are rows; each has room for its groups up to the corner, panel i for i + 1 of them
+//
+// One packed copy serves as both operands: rows i from the left, rows j from the right. That is why panels and groups
+// have the same width. The tile is the one of the matrix product; level 3 kernels join blocks of order 128.
 /// Columns in a group, and rows in a panel.
 template <class T> constexpr int kGroup = kPanelRows<T>;
 
@@ -38,7 +50,7 @@ template <class T> struct PackedFactor {
     }
 };
 
-/// A panel's rows of a group of columns.
+/// A panel's rows of a group of columns, one register per column at 256 bits, two at 128.
 template <class T> struct Block {
     Vec<4> column[kGroup<T>];
 };
@@ -82,7 +94,7 @@ template <class T, bool Upper>
     return block;
 }
 
-/// The first columns, of the rows that exist.
+/// The first columns, of the rows that exist: those behind a pivot that is not positive stay as they were.
 template <class T, bool Upper>
 [[gnu::noinline]] void store_edge(const TriangleView<T, Upper>& view, i64 i, i64 j, i64 columns,
                                   const Block<T>& block) {
@@ -155,7 +167,8 @@ template <class T, bool Upper>
     __builtin_memcpy(corner.l, l, sizeof l);
 }
 
-/// Solves for a panel's rows, b their share of the matrix less what the columns before take off.
+/// Solves for a panel's rows, b their share of the matrix less what the columns before take off. A column after
+/// the other, all rows of the panel at once, with the reciprocals that the corner has found.
 template <class T> [[gnu::always_inline]] inline void solve(const Corner<T>& corner, Block<T>& b) {
     for (int c = 0; c < kGroup<T>; ++c) {
         b.column[c] *= splat<4>(corner.inverse[c]);
@@ -218,7 +231,9 @@ template <int Panels, class T, bool Upper>
     }
 }
 
-/// A triangle whose packed factor fits `buffer`.
+/// A triangle whose packed factor fits `buffer`. Left-looking: group j is finished, in all rows, before group j + 1
+/// begins, so that all that has been done so far is read, and only one group written. Panels go by threes, as in the
+/// macro kernel.
 template <class T, bool Upper>
 i64 factor_packed(const TriangleView<T, Upper>& view, double* buffer) {
     const PackedFactor<T> l{buffer};

@@ -28,7 +28,7 @@ template <class T> struct TileFactors {
     i64 step, column;
 };
 
-/// C columns of to := to + rows factors.
+/// C columns of to := to + rows factors. At 256 bits two vectors of rows, four columns: 8 sums of real numbers.
 template <bool Conjugate, int C, class T>
 void add_tile_columns(i64 steps, const TileRows<T>& rows, const TileFactors<T>& factors, T* to) {
     constexpr int vectors = 8 / kWidth;

@@ -5,6 +5,15 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// The inverse X of an upper triangle, by block columns of 8 real numbers from the left:
+//
+//     X X | a        each tile above the diagonal becomes  - X a D
+//       X | a            X: inverse of the blocks before, done     a: what stands above the diagonal
+//     ----+---           D: inverse of the block on the diagonal, of this block column
+//         | D
+//
+// Tiles go from the top: tile r reads a from its own rows on downward, which are still to come. Each is a product in
+// registers; nothing is allocated and no other kernel called.
 /// A triangle in place. What is outside it, and a unit diagonal, is neither read nor written.
 template <bool Upper, class T> struct Triangle {
     T* a;

@@ -15,7 +15,8 @@ template <int W> double asum_unit(i64 count, const double* x) {
     return total;
 }
 
-/// Elements are K doubles. An increment of 0 counts the first element n times, a negative one walks from the far end.
+/// Elements are K doubles, and all parts count alike, so that a contiguous complex vector is a real one of twice the
+/// length. An increment of 0 counts the first element n times, a negative one walks from the far end.
 template <int K> double asum(i64 n, const double* x, i64 incx) {
     if (n < 1) return 0.0;
     if (incx == 1 || incx == -1) return asum_unit<kWidth>(n * K, x);

@@ -4,6 +4,8 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+/// No sum waits for another one here: four vectors to a round save branches only. What is left goes by single vectors,
+/// then by elements; nothing beyond n is touched.
 template <int W> void axpy_unit(i64 n, double alpha, const double* x, double* y) {
     const Vec<W> a = splat<W>(alpha);
     i64 i = 0;
@@ -13,12 +15,13 @@ template <int W> void axpy_unit(i64 n, double alpha, const double* x, double* y)
     for (; i < n; ++i) y[i] += alpha * x[i];
 }
 
+/// In order, for elements of y may coincide when incy is 0.
 void axpy_strided(i64 n, double alpha, const double* x, i64 incx, double* y, i64 incy) {
     i64 ix = first_index(n, incx), iy = first_index(n, incy);
     for (i64 i = 0; i < n; ++i, ix += incx, iy += incy) y[iy] += alpha * x[ix];
 }
 
-/// (re, im) += (ar, ar) (xr, xi) + (-ai, ai) (xi, xr).
+/// (re, im) += (ar, ar) (xr, xi) + (-ai, ai) (xi, xr): one exchange of parts, and the sign stands in the factor.
 template <int W> [[gnu::always_inline]] inline void zaxpy_step(Vec<W> ar, Vec<W> ai, const double* x, double* y) {
     const Vec<W> v = load<W>(x);
     store<W>(y, load<W>(y) + ar * v + ai * swap_parts<W>(v));

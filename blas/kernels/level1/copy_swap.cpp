@@ -7,6 +7,7 @@ namespace {
 /// Doubles from which a copy bypasses the cache: y would not stay there anyway, and its lines need not be read first.
 constexpr i64 streaming_count = i64{1} << 22; // 32 MiB
 
+/// Needs p at a multiple of the vector's size.
 template <int W> [[gnu::always_inline]] inline void stream(double* p, Vec<W> v) {
     __builtin_nontemporal_store(v, reinterpret_cast<Vec<W>*>(p));
 }
@@ -26,6 +27,7 @@ template <int W> i64 copy_streaming(i64 count, const double* x, double* y) {
     return i;
 }
 
+/// Four loads, then four stores: the compiler, which does not know that x and y are apart, would take turns.
 template <int W> void copy_unit(i64 count, const double* x, double* y) {
     i64 i = 0;
     const bool on_doubles = reinterpret_cast<std::uintptr_t>(y) % sizeof(double) == 0;
@@ -48,6 +50,7 @@ template <int W> [[gnu::always_inline]] inline void swap_step(double* x, double*
     store<W>(y, v);
 }
 
+/// Both vectors are read, so that all lines are in the cache anyway and stores past it would gain nothing.
 template <int W> void swap_unit(i64 count, double* x, double* y) {
     i64 i = 0;
     for (; i + 4 * W <= count; i += 4 * W)
@@ -62,6 +65,7 @@ bool copies_as_run(i64 incx, i64 incy, bool real) {
     return incx == 1 && incy == 1;
 }
 
+/// Strided elements go one at a time, each with all its parts in one load and one store.
 template <int K> void copy(i64 n, const double* x, i64 incx, double* y, i64 incy) {
     if (n < 1) return;
     if (copies_as_run(incx, incy, K == 1)) return copy_unit<kWidth>(n * K, x, y);

@@ -4,6 +4,15 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// A single sum would wait for each addition, some 4 cycles, before it takes the next. Two loads in a cycle bring one
+// pair of vectors, so that four chains keep up with the loads:
+//
+//     sum[0]   x0 y0    x4 y4  ...        v = vector i of x and of y
+//     sum[1]   x1 y1    x5 y5
+//     sum[2]   x2 y2    x6 y6             at the end (sum[0] + sum[1]) + (sum[2] + sum[3]), lanes in ascending order,
+//     sum[3]   x3 y3    x7 y7             then the elements of the tail
+//
+// The order depends on n and the width alone, never on where x and y stand.
 template <int W> double dot_unit(i64 n, const double* x, const double* y) {
     Vec<W> sum[4] = {}; // four chains hide the latency of the add
     i64 i = 0;
@@ -28,6 +37,11 @@ double dot_strided(i64 n, const double* x, i64 incx, const double* y, i64 incy) 
     return even + odd;
 }
 
+/// dotc and dotu differ only in signs, which are left to the end: with x = a + b i and y = c + d i,
+///
+///     straight    a c, b d      re = a c -+ b d
+///     crossed     a d, b c      im = a d +- b c       upper sign: dotu, lower: dotc
+///
 /// The two sums that every complex product needs, lane by lane: x times y, and x times y with its parts exchanged.
 template <int W> struct ComplexSums {
     Vec<W> straight{}, crossed{};
@@ -39,6 +53,7 @@ template <int W> struct ComplexSums {
     }
 };
 
+/// A sum of vectors, taken apart into what stands in even and in odd lanes.
 struct Parts {
     double even = 0.0, odd = 0.0;
 

@@ -5,8 +5,14 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// drotg: c and s with   [ c  s] [a]   [r]        zrotg: c real,   [    c     s] [a]   [r]
+//                       [-s  c] [b] = [0],                        [-conj(s)  c] [b] = [0].
+//
+// drotmg keeps scale factors d1 and d2 apart, so that two entries of H are 1 or -1 and the rotation of a pair takes two
+// products in place of four. H (x1, y1) has a second component of zero.
 double modulus(double re, double im) { return __builtin_sqrt(re * re + im * im); }
 
+// Bounds within which drotmg keeps d1 and d2: beyond them, products of many rotations would leave the range.
 constexpr double gam = 4096.0;
 constexpr double gam_squared = 16777216.0;
 constexpr double reciprocal_gam_squared = 5.960464477539e-08; // a rounded literal, not 2^-24: results depend on it
@@ -31,6 +37,7 @@ struct ModifiedGivens {
     }
 };
 
+/// A zero or an infinite d never gets into the bounds; without this test rescale() would not end.
 bool needs_rescaling(double d) {
     const double size = __builtin_fabs(d);
     return d != 0.0 && __builtin_isfinite(d) && (size <= reciprocal_gam_squared || size >= gam_squared);
@@ -51,6 +58,8 @@ void rescale(ModifiedGivens& h, double& d, double& a, double& b, double* x) {
 
 } // namespace
 
+/// b becomes z, from which c and s can be recovered: s where that is the smaller one, else 1 / c, or 1 when c is 0.
+/// Division by the sum of the magnitudes keeps the squares in range.
 void drotg(double& a, double& b, double& c, double& s) {
     const double abs_a = __builtin_fabs(a), abs_b = __builtin_fabs(b);
     const double roe = abs_a <= abs_b ? b : a;
@@ -71,6 +80,7 @@ void drotg(double& a, double& b, double& c, double& s) {
     b = z;
 }
 
+/// r has the argument of a. When a is 0, b is taken as it stands, with c = 0 and s = 1.
 void zrotg(zcomplex& a, const zcomplex& b, double& c, zcomplex& s) {
     double* ca = parts(&a);
     const double ar = ca[0], ai = ca[1], br = parts(&b)[0], bi = parts(&b)[1];
@@ -95,6 +105,8 @@ void zrotg(zcomplex& a, const zcomplex& b, double& c, zcomplex& s) {
     ca[1] = alpha_im * norm;
 }
 
+/// With |q1| > |q2| the diagonal of H is 1, implied by flag 0; else x and y change places, and the other diagonal is
+/// implied, by flag 1. Where no rotation exists all becomes zero.
 void drotmg(double& d1, double& d2, double& x1, const double& y1, double* param) {
     const double p1 = d1 * x1, p2 = d2 * y1;
     if (!(d1 < 0.0) && p2 == 0.0) {

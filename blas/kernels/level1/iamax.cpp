@@ -4,6 +4,9 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// Keeping positions beside magnitudes in vectors costs more than the comparison. So a block of 2048 elements, 16 KiB of
+// real ones, is asked for its best magnitude alone; only when that beats the best so far is the block searched, while
+// it is still in the first cache. In a random vector few blocks win.
 enum class Extreme { largest, smallest };
 
 /// Elements between two looks at the position: the magnitude is found for a block first, its place only when it won.
@@ -31,6 +34,7 @@ template <Extreme E> bool beats(double candidate, double best) {
     return E == Extreme::largest ? candidate > best : candidate < best;
 }
 
+/// The same for each lane.
 template <Extreme E, int W> [[gnu::always_inline]] inline Vec<W> better(Vec<W> candidate, Vec<W> best) {
     if constexpr (E == Extreme::largest) return candidate > best ? candidate : best;
     else return candidate < best ? candidate : best;
@@ -51,7 +55,8 @@ template <Extreme E, int K, int W> double best_of_block(double best, i64 n, cons
     return best;
 }
 
-/// Index of the first of contiguous elements with this magnitude; there is one.
+/// Index of the first of contiguous elements with this magnitude; there is one. Four vectors are compared to a branch;
+/// the element is then looked for one by one.
 template <int K, int W> i64 find_magnitude(double wanted, i64 n, const double* x) {
     const Vec<W> target = splat<W>(wanted);
     i64 i = 0;
@@ -64,6 +69,7 @@ template <int K, int W> i64 find_magnitude(double wanted, i64 n, const double* x
     return i;
 }
 
+/// Blocks in ascending order, and a later one has to be better: so the first of equals wins.
 template <Extreme E, int K> i64 position_unit(i64 n, const double* x) {
     double best = magnitude<K>(x);
     if (best != best) return 1; // nothing beats a NaN in first place

@@ -28,6 +28,7 @@ struct ScaledSum {
     }
 };
 
+/// Four chains hide the latency of the add, as in ddot.
 template <int W> double sum_of_squares_unit(i64 count, const double* x) {
     Vec<W> sum[4] = {};
     i64 i = 0;
@@ -51,6 +52,8 @@ template <int K> double sum_of_squares(i64 n, const double* x, i64 step) {
     return total;
 }
 
+/// A block's sum tells by itself whether its elements were in range: overflow makes it infinite or NaN, and too small a
+/// sum may have lost squares. So ordinary blocks never pay for the scaling; one of zeros does.
 template <int K> double nrm2(i64 n, const double* x, i64 incx) {
     const i64 step = incx < 0 ? -incx : incx;
     double safe_sum = 0.0;

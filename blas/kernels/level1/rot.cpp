@@ -15,6 +15,7 @@ template <int W> [[gnu::always_inline]] inline void apply(const Matrix2& h, doub
     store<W>(y, splat<W>(h.h21) * u + splat<W>(h.h22) * v);
 }
 
+/// Two vectors of x and two of y per round: all four entries of H, spread over registers, stay there.
 template <int W> void apply_unit(const Matrix2& matrix, i64 count, double* x, double* y) {
     const Matrix2 h = matrix; // by value, so that stores to x and y cannot change it
     i64 i = 0;
@@ -34,6 +35,7 @@ template <int K> void apply_all(const Matrix2& matrix, i64 n, double* x, i64 inc
 }
 
 /// x := c x + s y, y := c y - conj(s) x for W/2 complex elements.
+/// The products with s and conj(s) share the vectors of its parts, with the sign in those of the imaginary one.
 template <int W> [[gnu::always_inline]] inline void zrot_step(double c, double sr, double si, double* x, double* y) {
     const Vec<W> u = load<W>(x), v = load<W>(y), cosine = splat<W>(c), re = splat<W>(sr), im = alternate<W>(-si, si);
     store<W>(x, cosine * u + (re * v + im * swap_parts<W>(v)));
@@ -50,6 +52,7 @@ Matrix2 modified_givens(const double* param) {
 
 } // namespace
 
+// Plane rotations are H with h11 = h22 = c and h12 = -h21 = s; a complex vector under a real rotation is two real ones.
 void drot(const i64& n, double* x, const i64& incx, double* y, const i64& incy, const double& c, const double& s) {
     apply_all<1>({c, -s, s, c}, n, x, incx, y, incy);
 }

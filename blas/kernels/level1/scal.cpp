@@ -4,6 +4,7 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+/// Each element is loaded, multiplied and stored once; four vectors to a round save branches.
 template <int W> void scal_unit(i64 count, double alpha, double* x) {
     const Vec<W> a = splat<W>(alpha);
     i64 i = 0;
@@ -27,6 +28,8 @@ template <int W> [[gnu::always_inline]] inline void zscal_step(Vec<W> ar, Vec<W>
     store<W>(x, ar * v + ai * swap_parts<W>(v));
 }
 
+/// The two factors are spread over registers once, the imaginary one with alternating sign, so that a vector takes one
+/// exchange and no change of sign.
 template <int W> void zscal_unit(i64 n, double ar, double ai, double* x) {
     const Vec<W> wide_re = splat<W>(ar), wide_im = alternate<W>(-ai, ai);
     const i64 count = 2 * n;
@@ -40,6 +43,7 @@ template <int W> void zscal_unit(i64 n, double ar, double ai, double* x) {
 
 } // namespace
 
+// A factor of 1 changes nothing but signalling NaNs. Classes differ in whether they skip it.
 void dscal(const i64& n, const double& alpha, double* x, const i64& incx) {
     if (kClass != CpuClass::def && alpha == 1.0) return;
     scal<1>(n, alpha, x, incx);

@@ -6,6 +6,14 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// A is read once, from memory as a rule, and that takes the time. Blocks of rows keep the contiguous vector, y or, for
+// a transposed A, x, in cache while all columns of the block pass, 8 real columns at a time:
+//
+//     A  | 8 cols | 8 cols | ... |     block of rows: 16384 doubles of y, or 1024 where it has to be gathered
+//        +--------+--------+-----+
+//        |  1     |  2     |     |     within a panel each element of y is loaded and stored once for 8 columns
+//        +--------+--------+-----+
+//
 template <class T> void plain(i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T* y, i64 incy) {
     for_blocks(m, rows_at_once<T>(incy), true, [&](i64 i, i64 rows) {
         T copy[kRowBlock<T>];
@@ -15,6 +23,7 @@ template <class T> void plain(i64 m, i64 n, T alpha, const T* a, i64 lda, const 
     });
 }
 
+/// Each block of rows adds its share to all of y, so that y is read as often as there are blocks.
 template <bool Conjugate, class T>
 void transposed(i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T* y, i64 incy) {
     for_blocks(m, rows_at_once<T>(incx), true, [&](i64 i, i64 rows) {

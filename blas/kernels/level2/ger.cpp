@@ -5,6 +5,9 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+/// A is read and written once. x is kept in cache a block of rows at a time, and a panel of columns takes each vector
+/// of it from a register; y is needed one element per column. rank_update.hpp has the loops: this is the case of one
+/// product and no triangle.
 template <bool Conjugate, class T>
 void ger(i64 m, i64 n, T alpha, const T* x, i64 incx, const T* y, i64 incy, T* a, i64 lda) {
     if (m < 1 || n < 1 || is_zero(alpha)) return;

@@ -6,7 +6,13 @@
 namespace nxl::NXL_TARGET {
 namespace { // each source has its own: shared functions would be weak symbols
 
-/// Columns in a panel, so that their coefficients fill half of the registers.
+/// Columns in a panel, so that their coefficients fill half of the registers:
+///
+///     y    one vector, in a register       y += c0 a0 + c1 a1 + ... + c7 a7, then the next vector
+///     c    8 registers, all rows long      the transposed product has 8 sums there, and x in place of y
+///     A    8 columns, read side by side
+///
+/// Without panels, y would be loaded and stored for each column, as often as A is.
 template <class T> constexpr int kProductPanel = 8 / kParts<T>;
 
 /// Rows i .. count - 1, in doubles, of y := y + sum of C columns times their coefficients; what is left of a vector

@@ -7,6 +7,12 @@
 namespace nxl::NXL_TARGET {
 namespace { // each source has its own: shared functions would be weak symbols
 
+// A goes through the registers once: A is loaded, takes all P products, and is stored. u is a vector in a register that
+// all columns of a panel use; v gives one factor per column and product, 8 registers of them for a panel.
+//
+// A triangle, by blocks of rows of u:  D           D: the block on the diagonal, by panels, each of which has a small
+//                                      R D         triangle of its own and a rectangle beside it
+//                                      R R D       R: the rest of its rows, as in a full matrix
 /// alpha u v^T: u runs along the rows and v along the columns; their first elements stand at u[0] and v[0].
 template <class T> struct OuterProduct {
     T alpha;

@@ -7,6 +7,17 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// Half of the matrix is stored, and it is read once: an element a(i, j) beside the diagonal adds to y(i), times x(j),
+// and its conjugate adds to y(j), times x(i). While a panel of columns passes,
+//
+//     once per column    the coefficient alpha x(j), and a sum for y(j)
+//     in cache           x(i) and y(i) of the block of rows, loaded once per panel
+//
+//     T               T: a panel's own triangle, written out as a square and multiplied plainly
+//     R T             R: rectangle beside it, at work in both directions
+//     R R T
+//
+// So the memory delivers half of what gemv needs for a matrix of that order.
 /// A block of x and the block of y with the same elements, both contiguous.
 template <class T> struct Pair {
     const T* x;
@@ -80,7 +91,7 @@ template <bool Upper, class T>
     add_product(n, n, alpha, whole, P, v.x, 1, v.y);
 }
 
-/// A block on the diagonal.
+/// A block on the diagonal: panels, each a triangle and a rectangle, all with vectors that are contiguous.
 template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
     for_panels<kProductPanel<T>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
         if (upper) mirror_triangle<true>(count, alpha, a + j * (lda + 1), lda, v.at(j));
@@ -90,6 +101,8 @@ template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64
     });
 }
 
+/// The whole matrix: blocks of columns, in each the block on the diagonal and then the rectangle beside it by blocks of
+/// rows. Only two blocks of x and y are in use at a time, gathered where the vectors are strided.
 template <class T>
 void mirror_all(bool upper, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T* y, i64 incy) {
     for_blocks(n, rows_at_once<T>(incx, incy), true, [&](i64 j, i64 width) {

@@ -5,6 +5,8 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+/// One product with u = v = x: x is both the vector in registers and, an element per column, the factors. Imaginary
+/// parts that stand on the diagonal of a Hermitian A are dropped on the way.
 template <bool Conjugate, class T> void syr(char uplo, i64 n, T alpha, const T* x, i64 incx, T* a, i64 lda) {
     if (n < 1 || is_zero(alpha)) return;
     x += first_index(n, incx);

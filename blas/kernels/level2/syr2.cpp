@@ -6,6 +6,7 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+/// Two products in one pass: reading and writing A is what takes the time, and so it is done once.
 template <bool Conjugate, class T>
 void syr2(char uplo, i64 n, T alpha, const T* x, i64 incx, const T* y, i64 incy, T* a, i64 lda) {
     if (n < 1 || is_zero(alpha)) return;

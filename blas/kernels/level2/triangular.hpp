@@ -8,6 +8,15 @@
 namespace nxl::NXL_TARGET {
 namespace { // each source has its own: shared functions would be weak symbols
 
+// An upper triangle, not transposed, by panels of 8 real columns; T is a panel's triangle, R the rectangle above it:
+//
+//     T R R R        product     1  x_rows += R x_panel for the panel's rectangle, 2  x_panel := T x_panel;
+//       T R R                    first panel first, so that x_panel is still what it was
+//         T R        solution    1  x_panel := T^-1 x_panel, 2  x_rows -= R x_panel;
+//           T                    last panel first
+//
+// Transposed forms take what R gives to x_panel in place of giving; Form knows both orders. Blocks of columns, 16384
+// doubles of x, do the same once more around the panels, so that x stays in the second cache.
 enum class Task { product, solution };
 
 /// Which triangle is stored and what is done with it.

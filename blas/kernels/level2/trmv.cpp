@@ -5,7 +5,8 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
-/// One column of the triangle, from x as it was before the column's turn.
+/// One column of the triangle, from x as it was before the column's turn. Transposed, the column is an inner product
+/// that gives x[c]; else its entries times x[c] are added to the x beside it, and x[c] takes the diagonal's share last.
 template <Form F, class T>
 [[gnu::always_inline]] inline void multiply_column(i64 count, i64 c, const StoredTriangle<F, T>& triangle, T* x) {
     T own = triangle.unit ? x[c] : triangle.element(c, c) * x[c];
@@ -16,6 +17,8 @@ template <Form F, class T>
     x[c] = own;
 }
 
+/// A panel's triangle of at most 8 real columns, which the compiler unrolls when it is whole. Columns go in the order
+/// in which each finds the entries that it reads as they were: Form::forward has it.
 struct MultiplySmall {
     template <Form F, class T>
     [[gnu::always_inline]] void operator()(i64 count, const StoredTriangle<F, T>& triangle, T* x) const {

@@ -6,6 +6,8 @@ namespace nxl::NXL_TARGET {
 namespace {
 
 /// The unknown of one column: by substitution of those known, or, not transposed, to be substituted in those to come.
+/// It is divided by the diagonal, not multiplied with a reciprocal: a quotient has one rounding less, and there is one
+/// for each column only.
 template <Form F, class T>
 [[gnu::always_inline]] inline void solve_column(i64 count, i64 c, const StoredTriangle<F, T>& triangle, T* x) {
     T own = x[c];
@@ -19,6 +21,8 @@ template <Form F, class T>
             x[r] = x[r] - triangle.element(r, c) * own;
 }
 
+/// A panel's triangle of at most 8 real columns. This chain of divisions and products is what a solution waits for: it
+/// cannot be spread over a vector, so that panels are kept small and all else is left to their rectangles.
 struct SolveSmall {
     template <Form F, class T>
     [[gnu::always_inline]] void operator()(i64 count, const StoredTriangle<F, T>& triangle, T* x) const {

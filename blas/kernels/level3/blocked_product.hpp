@@ -6,6 +6,17 @@
 
 namespace nxl::NXL_TARGET {
 
+// Each loop keeps one operand in one level of the memory while the others pass by (Goto and van de Geijn, Anatomy of
+// High-Performance Matrix Multiplication, ACM TOMS 34, 2008):
+//
+//     for nb columns of C                                   columns of B and C
+//         for kb steps of k              pack B, kb by nb       third cache, or memory
+//             for mb rows of C           pack A, mb by kb       second cache
+//                 macro_kernel.hpp       columns of B, panels of A    first cache
+//                     tile.hpp           sums                         registers
+//
+// B is packed once, A anew for each nb columns, so that one element is packed for m multiply-adds, or for nb. Where B
+// is small it stays in place, and the tile reads it there.
 /// How a product is cut.
 struct Plan {
     GemmBlocks blocks;
@@ -49,7 +60,8 @@ struct Stretch {
     i64 first, length;
 };
 
-/// The stretches of k one after the other; body(stretch).
+/// The stretches of k one after the other; body(stretch). Classes 0 and 1 begin with the last, short one: the order of
+/// their sums is fixed, and results depend on it.
 template <class Body> [[gnu::always_inline]] inline void for_each_stretch(i64 k, const Plan& plan, const Body& body) {
     const i64 kb = plan.blocks.kb;
     if (!plan.last_stretch_first) {

@@ -5,6 +5,19 @@
 
 namespace nxl::NXL_TARGET {
 
+// With few right-hand sides each element of t meets only a few multiply-adds: reading t is what takes the time. So t is
+// not copied. The problem is halved again and again, down to triangles of 32 that are solved by groups in registers:
+//
+//     +-----+                 1  solve the first half
+//     |\  1 |                 2  take what it gives off the second half: the rectangle, by the loop of the product
+//     | \   |                 3  solve the second half
+//     +-----+-----+
+//     |     |\    |           All right-hand sides, in panels, go through each step together: an element of t is
+//     |  2  | \ 3 |           spread over a register once and meets all of them.
+//     +-----+-----+
+//
+// Across stand the entries that are known, down those that are solved for. Rectangles are as large as the halves, so
+// that t is read in long runs.
 /// Right-hand sides of a problem up to which packing t costs more than it gives.
 constexpr i64 kFewRhs = 8;
 
@@ -75,7 +88,7 @@ template <class T> [[gnu::always_inline]] inline Vec<kWidth> quotient(Vec<kWidth
     }
 }
 
-/// A group of entries of all right-hand sides.
+/// A group of entries of all right-hand sides: started from the panels, less what is known; solved; put back.
 template <class T, int Panels, int Columns> struct Group {
     static constexpr int size = Columns / kParts<T>, per_panel = kPanel / kWidth, vectors = Panels * per_panel;
     Vec<kWidth> of[vectors][size];

@@ -7,12 +7,19 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// What decides, by class:
+//
+//     0, 1    B is packed when m + n + k > 384, or when it is transposed and the registers are narrow
+//     2, 3    B is packed when its panel exceeds 2 MiB, or 256 KiB on class 3; else it is read where it is
+//
+// A is packed always, if only two panels of it at a time, as plain_gemm does. Transposition of A decides nothing but
+// how packing reads. Wide registers leave B in place as well where C is thin: see adapt_to_thin.
 /// Bytes of the B panel that a whole block of k would have.
 template <class T> i64 panel_bytes(i64 n, i64 k, i64 most_columns) {
     return least(k, 256) * least(n, most_columns) * i64{sizeof(T)};
 }
 
-/// Up to this many doubles a block of A stands on the stack.
+/// Up to this many doubles a block of A stands on the stack: 32 KiB, a product of order 64.
 constexpr i64 small_block = 4096;
 
 /// A product whose A fits one small block, against B in place: nothing is allocated.
@@ -43,7 +50,8 @@ template <class T> void classic_gemm(const GeneralProduct<T>& g, LeastSizes leas
     packed_form(g, plan, unit);
 }
 
-/// The form of classes 2 and 3: B is packed from a size on.
+/// The form of classes 2 and 3: B is packed from a size on. Rows beyond a multiple of `unit`, the height of the
+/// register tile, go to plain_gemm.
 template <class T> void large_or_small_form(const GeneralProduct<T>& g, bool large, LeastSizes large_least,
                                             LeastSizes small_least, i64 unit) {
     if (below(g, large ? large_least : small_least)) return plain_gemm(g);
@@ -54,6 +62,8 @@ template <class T> void large_or_small_form(const GeneralProduct<T>& g, bool lar
 
 } // namespace
 
+/// The blocks of each class are gemm_blocks.hpp's. Those of complex products have as many bytes and so half of the
+/// rows; class 2 has rules of its own for them.
 template <class T> Plan plan_for(i64 m, i64 n, i64 k) {
     constexpr i64 numbers = kParts<T>;
     if constexpr (kClass == CpuClass::def) return {gemm_blocks_def(m, n, k, numbers), true, true};
@@ -71,6 +81,8 @@ template <class T> Plan plan_for(i64 m, i64 n, i64 k) {
     return {gemm_blocks_mc(n, k), true, false};
 }
 
+/// The rule of the class: from which size on a product is packed at all, from which panel on B is, and of how many rows
+/// the tile is a multiple.
 template <class T> void gemm(const GeneralProduct<T>& g) {
     constexpr bool complex = kParts<T> == 2;
     constexpr LeastSizes three{3, 3, 3};

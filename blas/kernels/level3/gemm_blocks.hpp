@@ -5,6 +5,8 @@
 
 namespace nxl {
 
+/// A block of A is mb by kb, a panel of B kb by nb. What bounds them: the panels of A and the columns of B that a tile
+/// reads, kb steps long, shall stay in the first cache; a block of A in the second; a panel of B in the third.
 struct GemmBlocks {
     i64 mb, nb, kb;
 };

@@ -4,6 +4,12 @@
 
 namespace nxl::NXL_TARGET {
 
+// Three ways to form a product, and what each keeps for reuse:
+//
+//     plain_gemm        two panels of A on the stack, B in place       too small or too thin for anything else
+//     packed_form       a block of A, B packed or in place             general operands; without memory, plain_gemm
+//     packed_product    a block of A and a panel of B, always packed   operands that only packing can read: mirrored
+//                                                                      triangles; and rank updates
 /// Sizes below which a form does not pack.
 struct LeastSizes {
     i64 m, n, k;

@@ -6,12 +6,28 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// The threaded drivers decide who packs what; the pieces do it. By their names:
+//
+//     beta        C := beta C, before the threads share C
+//     tile        one thread's tile of C: packs A by itself, reads B in place
+//     tile_pb     the same against a panel of B that some thread has packed
+//     tile_pab    against a block of A, alpha included, and a panel of B, both packed
+//     blocks      the lengths by which a driver has to cut, so that its panels fit
+//     copy_an     pack rows of op(A): A as it stands; copy_at: A is transposed; copy_ac: and conjugated
+//     copy_bn     pack columns of op(B), likewise; no scale, for alpha goes with A
+//
+// The ending _htn is for processors of class 2 with SSE4.1, _mc for those without. Where both do the same they still
+// are two kernels: a driver names the set that it works with. A tile below the least sizes ignores what has been
+// packed, and reads A and B themselves.
 template <class T> constexpr LeastSizes least_tile = kParts<T> == 2            ? LeastSizes{3, 3, 3}
                                                      : kClass == CpuClass::mc3 ? LeastSizes{2, 8, 4}
                                                                                : LeastSizes{2, 2, 2};
 template <class T> constexpr LeastSizes least_tile_htn = kParts<T> == 2 ? LeastSizes{3, 3, 3} : LeastSizes{4, 4, 4};
+/// Rows that the packed form takes are a multiple of this, the height of the tile: 2 on class 3, 4 on class 2. Complex
+/// products and wide registers fill up the last panel in place of that.
 template <class T> constexpr i64 row_unit = kParts<T> == 2 || kWidth == 4 ? 1 : kClass == CpuClass::mc3 ? 2 : 4;
 
+// The block rules, told apart by a number of the scalar's type.
 GemmBlocks tile_blocks(double, i64, i64 n, i64 k) {
     return kClass == CpuClass::mc3 ? gemm_blocks_mc3(n, k) : gemm_blocks_mc(n, k);
 }
@@ -33,19 +49,23 @@ void give(const GemmBlocks& blocks, i64& mb, i64& nb, i64& kb) {
     kb = blocks.kb;
 }
 
-/// The small form: A is packed, B stays in place.
+/// The small form: A is packed, B stays in place. A grid of threads uses it, where all cells of one column would pack
+/// the same B.
 template <class T> void gemm_tile(const GeneralProduct<T>& g, const GemmBlocks& blocks, LeastSizes least_sizes) {
     if (only_scales(g)) return;
     if (below(g, least_sizes)) return plain_gemm(g);
     packed_form(g, {blocks, false, false}, row_unit<T>);
 }
 
-/// The macro kernel on operands that are packed already, k being one stretch.
+/// The macro kernel on operands that are packed already, k being one stretch. Drivers count strides in numbers, the
+/// macro kernel in doubles.
 template <class T> void multiply_packed(const BlockA& a, const T* packed_b, i64 b_stride, i64 n, double* strip,
                                         const Result<T>& to, i64 i) {
     multiply_block<T>(a, PanelB<T>{parts(packed_b), b_stride * kParts<T>, n}, strip, to, i, 0);
 }
 
+/// A is packed a block at a time and multiplied with the whole panel of B. The caller's k is one stretch already: it is
+/// the length that B has been packed with.
 template <class T>
 void gemm_tile_pb(const GeneralProduct<T>& g, const T* packed_b, i64 ldbuf, const GemmBlocks& blocks,
                   LeastSizes least_sizes) {
@@ -63,6 +83,8 @@ void gemm_tile_pb(const GeneralProduct<T>& g, const T* packed_b, i64 ldbuf, cons
     if (main_rows < g.m) plain_gemm(g.below(main_rows));
 }
 
+/// Nothing is allocated: only narrow registers need a strip, and it stands on the stack, for the 256 steps of k that
+/// the block rules never exceed.
 template <class T>
 void gemm_tile_pab(const GeneralProduct<T>& g, const T* packed_a, i64 a_stride, const T* packed_b, i64 b_stride) {
     if (only_scales(g)) return;
@@ -75,6 +97,7 @@ void gemm_tile_pab(const GeneralProduct<T>& g, const T* packed_a, i64 a_stride, 
     if (main_rows < g.m) plain_gemm(g.below(main_rows));
 }
 
+// The copies. Rows of A and columns of B are the same to packing: what counts is which way they are contiguous.
 template <class T> Source<T> source_of_rows(const T* a, i64 lda) { return {a, 1, lda, false}; }
 template <class T> Source<T> source_of_columns(const T* a, i64 lda, bool conjugate = false) {
     return {a, lda, 1, conjugate};
@@ -89,6 +112,7 @@ template <class T> void copy_b(const Source<T>& from, i64 k, i64 columns, T* buf
 
 } // namespace
 
+// Real pieces.
 void xdgemm_beta(const i64& m, const i64& n, const double& beta, double* c, const i64& ldc) {
     scale_result<double>(m, n, {c, ldc, beta, before_of(beta)});
 }
@@ -129,6 +153,7 @@ void xdgemm_tile_pab(const char& transa, const char& transb, const i64& m, const
                   packed_b, b_stride);
 }
 
+// Complex pieces.
 void xzgemm_beta(const i64& m, const i64& n, const zcomplex& beta, zcomplex* c, const i64& ldc) {
     scale_result<Complex>(m, n, {scalars(c), ldc, scalar(beta), before_of(scalar(beta))});
 }
@@ -169,6 +194,7 @@ void xzgemm_tile_pab(const char& transa, const char& transb, const i64& m, const
                   a_stride, scalars(packed_b), b_stride);
 }
 
+// Block lengths. gemm_blocks.hpp has the rules.
 void xdgemm_blocks_mc(const i64&, const i64& n, const i64& k, i64& mb, i64& nb, i64& kb) {
     give(gemm_blocks_mc(n, k), mb, nb, kb);
 }
@@ -182,6 +208,7 @@ void xzgemm_blocks_htn(const i64& m, const i64& n, const i64& k, i64& mb, i64& n
     give(zgemm_blocks_htn(m, n, k), mb, nb, kb);
 }
 
+// Packing of A, multiplied by alpha on the way.
 void xdgemm_copy_an(const i64& rows, const i64& k, const double* a, const i64& lda, double* buffer, const i64& stride,
                     const double& alpha) {
     copy_a(source_of_rows(a, lda), rows, k, buffer, stride, alpha);
@@ -203,6 +230,7 @@ void xzgemm_copy_ac(const i64& rows, const i64& k, const zcomplex* a, const i64&
     copy_a(source_of_columns(scalars(a), lda, true), rows, k, scalars(buffer), stride, scalar(alpha));
 }
 
+// Packing of B.
 void xdgemm_copy_bn_mc(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
                        const i64& stride) {
     copy_b(source_of_columns(b, ldb), k, columns, buffer, stride);

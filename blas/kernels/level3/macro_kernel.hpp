@@ -4,6 +4,19 @@
 
 namespace nxl::NXL_TARGET {
 
+// The block of A is in the second cache. What stays in the first one differs by width.
+//
+//     256 bits: a chunk of 32 columns, three panels of A at a time     128 bits: 4 columns, copied into the strip
+//
+//                 B  | 4 | 4 | ... | 4 |                                    strip  | 4 |
+//             A    +---+---+-   -+---+                                A    +---+
+//     3 panels ->  |tile tile  .. tile|  next three panels            4 rows ->  |tile|  down all of A,
+//                  +---+---+-   -+---+   down to the end of A,                   |tile|  then the next strip
+//                  |tile tile  .. tile|  then the next chunk                     |tile|
+//
+// On the left three panels are reused for all columns of the chunk, and the chunk for all of A. On the right the strip,
+// 64 bytes per step of k, is reused for all of A. Each element of A leaves the second cache once per chunk or strip.
+// Class 3 at 128 bits needs no strip for a packed B: its tile takes 8 columns of the panels as they are.
 /// A block of A in panels, alpha included.
 struct BlockA {
     const double* panels;
@@ -62,7 +75,8 @@ struct Place {
     i64 i, rows, j, columns;
 };
 
-/// A tile of C: sums(), a Tile, is asked for when something of it is to be written.
+/// A tile of C: multiply() gives its sums, a Tile, and is asked only when something of it is to be written. The lines
+/// of C are fetched first, so that they arrive while the sums are formed.
 template <class T, class Tile, class Multiply>
 [[gnu::always_inline]] inline void tile(const Place& at, const Result<T>& to, const Multiply& multiply) {
     if (to.outside(at.i, at.rows, at.j, at.columns)) return;
@@ -137,7 +151,8 @@ template <class T, int Panels, class ColumnsB>
     });
 }
 
-/// Real columns of B that stay in the first cache, with three panels of A, while all of A comes by from the second.
+/// Real columns of B that all of A passes by, three panels at a time. With 128 steps of k, as on class 0, they are 32
+/// KiB and the panels 12: about a first cache.
 constexpr i64 chunk_columns = 32;
 
 /// Three panels at a time, but four that are left two by two: a single panel has too few sums to hide the latency of

@@ -4,6 +4,16 @@
 
 namespace nxl::NXL_TARGET {
 
+// A panel holds 4 rows of A, or 4 columns of B, interleaved along k: element (r, p) stands at 4 p + r.
+//
+//     a00 a01 a02 ...
+//     a10 a11 a12 ...    ->   a00 a10 a20 a30 | a01 a11 a21 a31 | a02 a12 a22 a32 | ... | 0 0 0 0
+//     a20 a21 a22 ...         step 0            step 1            step 2                  up to a multiple of 4 steps
+//     a30 a31 a32 ...
+//
+// A tile then reads at unit stride, one line of the cache for two steps, whatever the leading dimension is, and needs
+// few entries of the TLB. The zeros let it run whole rounds of its unrolled loop. A complex panel has 2 rows, re im re
+// im: the same 4 doubles. Alpha is multiplied in here, on A alone, so that no tile has to.
 /// A matrix as packing sees it: element (r, p), with r a row of A or a column of B, and p a step of k.
 template <class T> struct Source {
     const T* data;
@@ -47,6 +57,8 @@ template <class T, class Pack> [[gnu::always_inline]] inline void with_change(bo
     pack(PlainCopy<T>{});
 }
 
+// Which way is contiguous decides how to read: along the rows, a step of k is a vector load; along k, four rows are
+// read as vectors and turned in registers. Either way memory is read as it lies.
 /// `Panels` full panels whose rows are neighbours in memory.
 template <class T, int Panels, class Change>
 [[gnu::always_inline]] inline void pack_neighbours(const Source<T>& from, i64 k, double* to, i64 stride, i64 step,
@@ -159,11 +171,13 @@ template <class T> void pack_a(const Source<T>& from, i64 rows, i64 k, double* t
     for (i64 row = 0; row < rows; row += kPanelRows<T>, to += stride) pad_panel<T>(to, k, kPanel);
 }
 
-/// Columns in a panel of B: as the panels of A are high, but 4 complex ones on class 3.
+/// Columns in a panel of B: as the panels of A are high, but 4 complex ones on class 3, whose tile takes 8 real
+/// columns.
 template <class T> constexpr int kPanelColumns = kParts<T> == 2 && kClass != CpuClass::mc3 ? 2 : 4;
 
 /// The panels of B one after the other, in the parts that a register tile reads: pack_part(column, columns, to, step)
-/// fills one, `step` doubles per step of k. Columns beyond the last full panel stand in a narrower one.
+/// fills one, `step` doubles per step of k. Columns beyond the last full panel stand in a narrower one: unlike rows of
+/// A they are not filled up with zeros, for a tile of fewer columns costs less than one that adds zeros.
 template <class T, class PackPart>
 [[gnu::always_inline]] inline void for_each_part(i64 k, i64 columns, double* to, i64 stride,
                                                  const PackPart& pack_part) {

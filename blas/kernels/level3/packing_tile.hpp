@@ -5,6 +5,14 @@
 
 namespace nxl::NXL_TARGET {
 
+// In a product of order 50 a pass that does nothing but pack A is a share of the time that shows. Here the tile that
+// needs a column of A anyway stores it, scaled, into the panel:
+//
+//     columns of B      0 .. 3        4 .. n - 1
+//     rows of A      load, scale,     load from the panel
+//                    store, use
+//
+// From the second group of columns on, all is as in the macro kernel.
 template <class T> constexpr bool packs_on_the_way = kWidth == 4 && kParts<T> == 1;
 
 /// The sums of `Panels` panels, with A scaled by alpha and stored as panels on the way.

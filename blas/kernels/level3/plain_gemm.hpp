@@ -5,7 +5,8 @@
 
 namespace nxl::NXL_TARGET {
 
-/// What a routine over general operands is called with, transposition letters resolved.
+/// What a routine over general operands is called with, transposition letters resolved: Source reads rows of op(A) and
+/// columns of op(B) wherever they lie.
 template <class T> struct GeneralProduct {
     Source<T> a, b;
     i64 m, n, k;
@@ -35,7 +36,8 @@ inline GeneralProduct<Complex> general_product(char transa, char transb, i64 m, 
                            scalars(c), ldc);
 }
 
-/// C := beta C.
+/// C := beta C, by vectors but for the last rows of a column. A Hermitian C goes element by element: its beta is real,
+/// and an infinite part must not touch the other one.
 template <class T> void scale_result(i64 m, i64 n, const Result<T>& to) {
     if (to.before == Before::keep) return;
     for (i64 j = 0; j < n; ++j) {
@@ -53,6 +55,9 @@ template <class T> void scale_result(i64 m, i64 n, const Result<T>& to) {
     }
 }
 
+/// Two panels of A with 256 steps of k are 16 KiB on the stack, and go by all of B before the next two are packed. No
+/// block is kept in the second cache: what comes here is too small for that to pay. Each stretch of k is added to C, as
+/// the blocked product does it.
 template <class T> void plain_gemm(const GeneralProduct<T>& g) {
     constexpr i64 rows_at_once = 2 * kPanelRows<T>, kb = 256;
     alignas(64) double panels[2 * kPanel * kb];

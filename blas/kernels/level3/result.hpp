@@ -9,6 +9,13 @@ enum class Before { keep, drop, scale };
 
 enum class Triangle { none, lower, upper };
 
+// How tiles meet the triangle of a rank update, here a lower one:
+//
+//     d .          inside   x   stored as whole vectors
+//     x d .        crossing d   all of it is computed, and stored element by element where has() says so
+//     x x d .      outside  .   not even computed
+//
+// So a rank update costs half of a product, but for the tiles on the diagonal.
 template <class T> struct Result {
     T* c;
     i64 ldc;
@@ -46,6 +53,7 @@ template <class T, class Tile>
     }
 }
 
+/// C is read and written once per stretch of k: beta is applied with the first one, and the others find Before::keep.
 /// A tile that lies inside C altogether.
 template <class T, class Tile>
 [[gnu::always_inline]] inline void store_tile(const Tile& sums, const Result<T>& to, T* c) {

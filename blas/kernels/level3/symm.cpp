@@ -7,7 +7,15 @@ namespace nxl::NXL_TARGET {
 namespace {
 
 /// A whole matrix (r, p) of which one triangle is stored. Of a Hermitian one, imaginary parts on the diagonal are not
-/// looked at.
+/// looked at. A panel, 4 rows of a matrix stored lower, has up to three pieces along k:
+///
+///       p               r      r + 4            p + k
+///       +---------------+-------+----------------+
+///       | stored rows   | cross | columns of the |      left of the diagonal it is read where it stands, right of it
+///       | as they stand | ing   | rows below     |      by its mirror image; the crossing goes through a small square
+///       +---------------+-------+----------------+
+///
+/// The product itself never knows: it meets panels like any others.
 template <class T> struct Mirrored {
     const T* data;
     i64 ld;

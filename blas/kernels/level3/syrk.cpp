@@ -5,7 +5,15 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
-/// The factors of an update: op(X) times the transpose of op(Y), conjugated when Hermitian.
+// C, n by n, takes op(X) op(Y)'. Loops, packing and tiles are those of the product with m = n; Result tells each tile
+// which side of the diagonal it is on, and a tile outside the triangle is skipped before its sums are formed. Blocks of
+// A outside are not even packed. What is computed in vain are the halves of the tiles on the diagonal.
+/// The factors of an update: op(X) times the transpose of op(Y), conjugated when Hermitian. As letters of a product:
+///
+///     trans = N          X Y'      rows N, columns T or C
+///     trans = T or C     X' Y      rows T or C, columns N
+///
+/// Packing conjugates, so that the tiles know nothing of it.
 template <class T> struct Factors {
     char of_rows, of_columns; // letters of op for the rows of X and the columns of Y
 
@@ -50,6 +58,7 @@ void syrk(bool hermitian, char uplo, char trans, i64 n, i64 k, const T& alpha, c
     Factors<T>(hermitian, trans).multiply(n, k, alpha, a, lda, a, lda, to);
 }
 
+/// Two products, one after the other, beta with the first.
 /// alpha X Y' + alpha' Y X': the second product has the conjugate of alpha when the update is Hermitian.
 template <class T>
 void syr2k(bool hermitian, char uplo, char trans, i64 n, i64 k, const T& alpha, const T* a, i64 lda, const T* b,

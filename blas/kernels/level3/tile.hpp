@@ -5,6 +5,19 @@
 
 namespace nxl::NXL_TARGET {
 
+// A tile takes one step of k at a time: a column of A, in vectors, times a few numbers of B, each spread over a vector.
+// Every sum of the tile stays in a register from the first step to the last. With 256 bits, 12 rows by 4 columns:
+//
+//                      b0         b1         b2         b3        <- one at a time, in all lanes of a register
+//     a0  .. a3     of[0][0]   of[0][1]   of[0][2]   of[0][3]
+//     a4  .. a7     of[1][0]   of[1][1]   of[1][2]   of[1][3]     12 sums, 3 vectors of A and 1 of B: 16 registers
+//     a8  .. a11    of[2][0]   of[2][1]   of[2][2]   of[2][3]
+//
+// A processor that starts two multiply-adds in a cycle, each of which takes 4 or 5, needs 8 to 10 sums to stay busy.
+// With 128 bits the tile is 4 rows by 4 columns: 2 vectors of A, 8 sums.
+//
+// A complex product needs the parts of A exchanged. That is put off: column 2 c collects A re(b), column 2 c + 1
+// collects A im(b), and result.hpp exchanges parts once per tile in place of once per step.
 constexpr int kPanel = 4; // doubles of a panel per step of k: 4 real rows, or 2 complex ones
 
 template <class T> constexpr int kPanelRows = kPanel / kParts<T>; // rows of A, or columns of B, in a panel
@@ -72,6 +85,10 @@ template <int Panels, int Columns> struct Sums {
 
 /// The sums of a pair of rows against 8 real columns, two in a register: beside the products of like halves stand those
 /// of crossed ones, which makes broadcasts of B needless. 128-bit registers only.
+///
+///                   b(2 q)         b(2 q + 1)         rows (a0, a1) times (b, b') fill the main diagonal,
+///         a0     straight[0]       crossed[1]         rows (a1, a0) times (b, b') the other one;
+///         a1      crossed[0]      straight[1]         at() puts the halves in order when C is written.
 struct CrossedSums {
     static constexpr int vectors = 1;
     static constexpr int height = 2;

@@ -5,6 +5,13 @@
 
 namespace nxl::NXL_TARGET {
 
+// How the forms become one. A right-hand side is a row vector b of as many entries as t has columns:
+//
+//     on the right    X op(A) = alpha B       rows of B        t = op(A)
+//     on the left     op(A) X = alpha B       columns of B     t = op(A)^T
+//
+// t is then upper or lower, by columns or by rows in memory, conjugated or not: Source and two flags say all of it, and
+// no loop below asks for a letter. An upper t goes forward: entry j of x t depends on entries up to j of x.
 template <class T> struct TriangularProblem {
     Source<T> t;  ///< element (j, p): column j, row p of t; what is outside the triangle is not read
     bool forward; ///< t is upper: entry j of x t takes entries up to j of x
@@ -80,6 +87,17 @@ template <class T> bool has_reciprocals(const TriangularProblem<T>& problem, i64
 /// Columns of t that a tile takes at once, and their corner on the diagonal: so many steps.
 template <class T> constexpr i64 kGroup = kPanelRows<T>;
 
+/// A group of columns of an upper t, 4 real ones, from entry j on:
+///
+///     step 0 .. j - 1      the columns above the diagonal, times entries of x that are known
+///     step j               d t t t     the corner: d is the diagonal, or its reciprocal
+///          j + 1           . d t t
+///          j + 2           . . d t     . are zeros in place of the other triangle
+///          j + 3           . . . d
+///
+/// Of a lower t the corner comes first and the columns below it follow. Each step stands at its own number in the
+/// group, so that a tile finds it at the place where the panels of right-hand sides have the same entry.
+///
 /// A diagonal block of t, from entry `first` on, packed for the tiles: groups of columns `stride` doubles apart, of
 /// which only what belongs to the triangle is filled. For a solver all but the diagonal is negated, and the diagonal
 /// inverted. Columns beyond the last stand as those of the unit matrix.

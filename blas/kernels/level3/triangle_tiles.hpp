@@ -5,6 +5,20 @@
 
 namespace nxl::NXL_TARGET {
 
+// A tile is a group of 4 real entries, or 2 complex ones, of up to 12 real right-hand sides. It is the tile of the
+// matrix product, with a triangle behind:
+//
+//     panels of right-hand sides                       packed group of t
+//     | x x x x x x x x | b b b b | . . . |            steps 0 .. j - 1, then the corner
+//       known             group j   not yet
+//
+//     1. sums := b, for a solver; 0, for a product        12 registers
+//     2. sums += x t over the known entries               the loop of the product
+//     3. the corner: 4 entries solved by substitution, or multiplied, in registers
+//     4. stored in B, and by a solver in the panels too
+//
+// A solver packs t negated, so that step 2 adds as in the product, and the diagonal inverted, so that step 3 does not
+// wait for divisions. Going backward, the known entries are those behind the group.
 /// Packed right-hand sides, kPanelRows in a panel, and where in B their results go: right-hand side `r` and the ones
 /// after it, entries from `p` on.
 template <class T> struct PackedRhs {
@@ -58,7 +72,8 @@ template <class T>
                              panels + row / height * panel_doubles + c * kPanel + row % height * kParts<T>, sizeof(T));
 }
 
-/// Solves for a group of entries; t comes negated, the inverses of its diagonal do not.
+/// Solves for a group of entries; t comes negated, the inverses of its diagonal do not. The panels take what is solved:
+/// they are the known entries of all later groups, and an operand of the product that follows the block.
 struct Solve {
     static constexpr bool inverts = true;
 
@@ -105,7 +120,8 @@ struct Solve {
     }
 };
 
-/// Multiplies a group of entries; the panels keep the factors.
+/// Multiplies a group of entries; the panels keep the factors, which later groups need as they were. So the order of
+/// the groups does not matter, and results go to B alone.
 struct Multiply {
     static constexpr bool inverts = false;
 
@@ -160,7 +176,8 @@ template <class T, class Work, bool Forward, int Panels>
     place_edge(edge, problem, rhs.r + row, rows, rhs.p + j, size);
 }
 
-/// One group of columns for all panels.
+/// One group of columns for all panels: the group, 6 KiB at most, stays in the first cache while the panels pass. Four
+/// panels that are left go two by two, for a single one has too few sums.
 template <class T, class Work, bool Forward>
 [[gnu::noinline]] void group_column(const TriangularProblem<T>& problem, const PackedTriangle& triangle,
                                     const PackedRhs<T>& rhs, i64 j) {

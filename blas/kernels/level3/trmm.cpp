@@ -5,6 +5,8 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+/// The sixteen forms are one problem, b := alpha b t, by blocks on the diagonal of t. There is no special road for few
+/// columns.
 template <class T>
 void trmm(char side, char uplo, char trans, char diag, i64 m, i64 n, const T& alpha, const T* a, i64 lda, T* b,
           i64 ldb) {

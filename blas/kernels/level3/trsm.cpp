@@ -22,6 +22,13 @@ void solve_single(bool left, char uplo, char trans, char diag, i64 order, const 
     solve_vector(uplo, is_letter(trans, 'N') ? 'T' : 'N', diag, order, a, lda, b, ldb);
 }
 
+/// Three roads, by the number of right-hand sides:
+///
+///     1           trsv's substitution; not for a conjugated t on the right, a form that trsv does not have
+///     up to 8     few_rhs.hpp: t is read in place, once for all of them
+///     more        triangle_sweep.hpp: t is packed, and most of the work is a matrix product
+///
+/// The first two divide by the diagonal, the third multiplies with its reciprocals where it has them.
 template <class T>
 void trsm(char side, char uplo, char trans, char diag, i64 m, i64 n, const T& alpha, const T* a, i64 lda, T* b,
           i64 ldb) {

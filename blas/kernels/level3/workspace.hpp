@@ -8,6 +8,11 @@ namespace nxl::NXL_TARGET {
 
 /// A and B stand on pages of their own. The strip, 64 bytes per step of k, stands 256 bytes past a multiple of 128, so
 /// that it does not share cache sets with the starts of A and B.
+///
+///     raw     page                          128                            page
+///     |.......| A block, mb kb elements |...|.256.| strip, 64 kb |.512 or more.| B panel, nb kb elements |
+///
+/// Without a block of A (mb = 0) the strip comes first; without a panel of B (nb = 0) nothing follows it.
 class GemmBuffers {
     char* const raw_;
     const GemmPlan plan_;

@@ -6,6 +6,8 @@
 namespace nxl::NXL_TARGET {
 namespace {
 
+// These loops go one element after the other: addresses come out of indx, so that there is nothing to load as a vector
+// but the parts of a complex number. Updates have to stay in order, for an index may be repeated.
 template <class T> void gather(i64 nz, const T* y, T* x, const i64* indx) {
     constexpr int K = kParts<T>;
     const double* from = parts(y) - K; // indices count from 1
@@ -20,6 +22,7 @@ template <class T> void scatter(i64 nz, const T* x, const i64* indx, T* y) {
     for (i64 i = 0; i < nz; ++i) store<K>(to + indx[i] * K, load<K>(from + i * K));
 }
 
+/// By scalars: each product takes its two parts of y from a place of its own.
 template <bool ConjX> void zdoti(zcomplex& result, i64 nz, const double* x, const i64* indx, const double* y) {
     double re = 0.0, im = 0.0;
     for (i64 i = 0; i < nz; ++i) {

@@ -9,6 +9,12 @@
 namespace nxl {
 namespace {
 
+// A vector is cut into as many blocks as there are threads, of equal length but for the last, which takes the rest too:
+//
+//     n = 5003, 4 threads     | 1248 | 1248 | 1248 | 1259 |
+//
+// Each block is a call of the serial kernel. daxpy writes disjoint parts of y. ddot fills a slot per block, and the
+// slots are added in order: the sum depends on the number of threads that was decided, not on who was early.
 /// Apart from the short call, which shall pay for nothing but the test of its length.
 [[gnu::noinline]] int decide_threads(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
     if (!may_fork(gates, n, incx, incy, nxl_cpu_class())) return 1;
@@ -31,6 +37,7 @@ double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* 
     return sum;
 }
 
+/// Up to 128 slots stand on the stack; more threads than that are rare enough to allocate.
 [[gnu::noinline]] double ddot_over_threads(int threads, i64 n, const double* x, i64 incx, const double* y, i64 incy) {
     constexpr int local_slots = 128;
     if (threads <= local_slots) {
@@ -53,6 +60,7 @@ double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* 
 
 } // namespace
 
+/// With an increment of 0 all blocks of y would be the same element.
 bool may_fork(const Level1Gates& gates, i64 n, i64 incx, i64 incy, CpuClass cpu_class) {
     if (n <= gates.serial_up_to) return false;
     if (incx == 0 || incy == 0) return false;
@@ -67,6 +75,8 @@ int threads_for(const Level1Gates& gates, i64 n, int offered, bool dynamic) {
     return threads;
 }
 
+/// Blocks of whole rounds leave the tail to the last one. A block that gets nothing starts at the last element, where a
+/// pointer may be formed.
 VectorBlock vector_block(i64 n, i64 index, i64 count) {
     const i64 length = n / count / 8 * 8; // whole unrolled rounds of the kernels
     const i64 start = std::min(index * length, n - 1);
@@ -86,6 +96,7 @@ double nxl_blas_ddot(const i64& n, const double* x, const i64& incx, const doubl
     return ddot_over_threads(threads, n, x, incx, y, incy);
 }
 
+// The complex ones never fork, on any class.
 void nxl_blas_zaxpy(const i64& n, const zcomplex& alpha, const zcomplex* x, const i64& incx, zcomplex* y,
                     const i64& incy) {
     slot<&KernelTable::zaxpy>(n, alpha, x, incx, y, incy);

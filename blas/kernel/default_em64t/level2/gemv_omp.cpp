@@ -12,6 +12,13 @@ constexpr i64 row_unit = 8;       // rows of a block come in whole unrolled roun
 
 bool is_plain(char trans) { return trans == 'N'; }
 
+// A is cut along the side that y runs along, so that each thread has a part of y for itself and nothing is added up:
+//
+//     y := A x        y0  [ A0 ]          y := A^T x       y0  y1  y2        A0 is block 0 of all m rows or n columns;
+//                     y1  [ A1 ] x                       [ A0 | A1 | A2 ]    the last block takes the rest too
+//                     y2  [ A2 ]                           x, all of it
+//
+// Either way A is read once in all.
 GemvPlan plan_split(GemvSplit split, const WorkLimit& limit, i64 block, i64 other) {
     const i64 least = block < limit.short_below ? limit.of_short : limit.otherwise;
     return block * other < least ? GemvPlan{GemvSplit::none, 0} : GemvPlan{split, block};
@@ -37,6 +44,7 @@ template <class T> struct Gemv {
 
     void serial() const { kernel(trans, m, n, alpha, a, lda, x, incx, beta, y, incy); }
 
+    /// With a negative incy the part of y that belongs to a block lies towards the other end: block_base finds it.
     void over_rows(const GemvPlan& plan, int threads) const {
         parallel_blocks(threads, threads, [&](int index) {
             const VectorBlock rows = gemv_block(plan, m, index, threads);

@@ -25,7 +25,10 @@ constexpr bool is_not_transposed(char trans) { return trans == 'N'; }
 /// Of a complex operand that is transposed at all; any other letter conjugates too.
 constexpr bool is_transposed_plainly(char trans) { return trans == 'T'; }
 
-/// C := alpha op(A) op(B) + beta C, with the arguments of the driver. Any letter but N counts as transposed.
+/// C := alpha op(A) op(B) + beta C, with the arguments of the driver. Any letter but N counts as transposed. Pieces are
+/// asked for by rows and columns of op(A), op(B) and C, so that no strategy has to ask which way an operand lies:
+///
+///     op(A) row, depth      op(B) depth, column      C row, column
 template <class T> struct GemmCall {
     char transa, transb;
     i64 m, n, k;
@@ -63,6 +66,7 @@ template <class T> struct GemmCall {
     template <class Kernel> void run(Kernel& kernel) const {
         kernel(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
     }
+    /// On this thread, by the slot that also serves calls too small to think about.
     void run_serial() const { run(GemmSlots<T>::serial); }
 };
 

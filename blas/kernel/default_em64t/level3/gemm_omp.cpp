@@ -8,7 +8,8 @@
 namespace nxl {
 namespace {
 
-/// C := beta C over threads, in slices of columns.
+/// C := beta C over threads, in slices of columns, which are stretches of memory. It is a pass of its own: strategies
+/// that cut k add to C in each stretch, and only the first would have to know beta.
 template <class T> void apply_beta(int threads, const GemmCall<T>& call) {
     const i64 chunk = call.n / threads;
     parallel_blocks(threads, threads, [&call, threads, chunk](int index) {
@@ -17,7 +18,8 @@ template <class T> void apply_beta(int threads, const GemmCall<T>& call) {
     });
 }
 
-/// Cuts the longer side of C, each slice a product of its own with the caller's beta.
+/// Cuts the longer side of C, each slice a product of its own with the caller's beta. Slices share nothing: the operand
+/// that is not cut is packed by every thread.
 template <class T> void split_1d(i64 nt, const GemmCall<T>& call) {
     const bool by_rows = call.n < call.m;
     const i64 length = by_rows ? call.m : call.n;
@@ -56,6 +58,8 @@ void run_strategy(CpuClass cpu_class, i64 nt, const GemmCall<zcomplex>& call) {
     }
 }
 
+/// Classes 2 and 3 weigh the work, then apply beta once for all, since several passes over k may follow. Classes 0 and
+/// 1 fork whenever they may: their slices are whole products, which apply beta themselves.
 template <class T> void gemm_over_threads(int threads, GemmCall<T> call) {
     const CpuClass cpu_class = nxl_cpu_class();
     if (cpu_class == CpuClass::mc || cpu_class == CpuClass::mc3) {
@@ -72,6 +76,7 @@ template <class T> void gemm_over_threads(int threads, GemmCall<T> call) {
 void nxl_blas_dgemm_1d(i64 nt, const GemmCall<double>& call) { split_1d(nt, call); }
 void nxl_blas_zgemm_1d(i64 nt, const GemmCall<zcomplex>& call) { split_1d(nt, call); }
 
+/// In the order of what the tests cost: sizes first, then the number of threads, then the class.
 template <class T>
 void gemm_driver(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k, const T& alpha,
                  const T* a, const i64& lda, const T* b, const i64& ldb, const T& beta, T* c, const i64& ldc) {

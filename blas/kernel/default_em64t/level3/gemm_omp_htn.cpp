@@ -7,6 +7,16 @@
 namespace nxl {
 namespace {
 
+//              all of op(B), by slices of 8 columns
+//            +---+---+---+---+---+---+
+//     slab 0 | 0   1   2 | 0   1   2 |       the numbers tell in which order each thread visits the slices of a group:
+//     slab 1 | 2   0   1 | 2   0   1 |       at one time no two threads read the same columns of B
+//     slab 2 | 1   2   0 | 1   2   0 |
+//            +---+---+---+---+---+---+
+//              group       group
+//
+// A thread packs a block of its slab of A, mb by kb, for its second cache; then slice after slice of B, 8 columns by
+// kb, at most 16 KiB of real numbers, for its first one; and multiplies the two with no copy left to make.
 constexpr i64 depth_unit = 4; // k is padded to a multiple of it
 
 /// Where real and complex part: rows of a slab are multiples of row_unit, `panel` rows or columns make a packed panel.
@@ -99,6 +109,7 @@ template <class T> class SlabProduct {
                                call_.c_at(block.rows.start, column), call_.ldc);
     }
 
+    /// All of C's columns for one block of A: groups in rotation, then what is left of n, in order.
     void walk_columns(const PackedBlock& block) const {
         for (i64 group = 0; group < plan_.nmain; group += htn_slice_columns * plan_.threads)
             for (i64 step = 0; step < plan_.threads; ++step)
@@ -113,6 +124,7 @@ template <class T> class SlabProduct {
           index_(index),
           rows_(slabs.rows(index)),
           last_(slabs.is_last(index)),
+          // The last slab may take a block and a rest at once: less than two blocks (see slab_block_rows).
           a_buffer_(last_ ? 2 * plan.mb * plan.kb + pack_spare<T> : plan.mb * plan.kb),
           b_buffer_(htn_slice_columns * plan.kb) {}
 

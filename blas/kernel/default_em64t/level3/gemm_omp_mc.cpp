@@ -24,6 +24,13 @@ struct HtnPairs {
     static constexpr i64 row_unit = 2, column_unit = 2, depth_unit = 4, panel = 2;
 };
 
+// Without SSE4.1 a long and thin product goes by row slabs against one panel of B, which all threads pack together:
+//
+//     region 1    panel of B, kb by nb:  | thread 0 | thread 1 | thread 2 |       each packs a share of the columns
+//     region 2    C:  slab 0 = A0 panel;  slab 1 = A1 panel;  slab 2 = A2 panel   each multiplies its own rows
+//
+// The end of a region waits for all: after the first the panel is complete, after the second it may be overwritten. B
+// is packed once in all, and every thread reads all of it from the cache that they share.
 constexpr i64 panel = 4;       // columns of B in a packed panel
 constexpr i64 depth_unit = 4;  // k is padded to a multiple of it
 constexpr i64 row_block = 512; // rows of A that a tile takes at a time
@@ -81,6 +88,7 @@ class SharedPanel {
 
 } // namespace
 
+/// With SSE4.1 the grid follows the shape of C; without, it has two rows always.
 void dgemm_2D(i64 nt, const GemmCall<double>& call) {
     const i64 threads = even_threads(nt);
     if (nxl_has_sse41()) {

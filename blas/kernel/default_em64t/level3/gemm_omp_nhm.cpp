@@ -5,6 +5,7 @@
 namespace nxl {
 namespace {
 
+/// Columns of a pair are multiples of 4: a packed panel has 4 complex columns on this class, 8 real ones for its tile.
 struct NhmPairs {
     static constexpr auto& blocks = slot<&KernelTable::xzgemm_blocks>;
     static constexpr auto& copy_bn = slot<&KernelTable::xzgemm_copy_bn>;
@@ -16,6 +17,7 @@ struct NhmPairs {
 
 } // namespace
 
+/// Cells are a multiple of the tile's 2 rows high and of a packed panel's 4 columns wide.
 void dgemm_2D_nhm(i64 nt, const GemmCall<double>& call) {
     const i64 threads = even_threads(nt);
     const GemmGrid grid(call.shape(), threads, grid_rows(call.shape(), threads), 2, 4);

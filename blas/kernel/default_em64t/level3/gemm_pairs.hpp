@@ -7,6 +7,16 @@
 
 namespace nxl {
 
+///              pair 0      pair 1                 pair 0      pair 1
+///            +---------+---------+              +---------+---------+
+///     C      | th. 0   | th. 2   |       B      | packed  | packed  |     one stretch of columns at a time
+///            +---------+---------+              | by 0    | by 2    |
+///            | th. 1   | th. 3   |              +---------+---------+
+///            +---------+---------+
+///
+/// Two threads per panel halve the packing of B; more would leave them waiting for one. A is packed by each thread for
+/// itself, within tile_pb.
+///
 /// `Form` names the kernels of a class (blocks, copy_bn, copy_bt, copy_bc, tile_pb), what rows and columns of a thread
 /// are multiples of (row_unit, column_unit), what k is padded to (depth_unit), and the columns of a panel (panel).
 template <class Form> class ZgemmInPairs {

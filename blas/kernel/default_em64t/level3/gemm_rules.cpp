@@ -31,6 +31,8 @@ struct CopyThresholds {
 constexpr CopyThresholds dgemm_copy{1000, 150, 1000, 7000, 3000, 1200, 1200, 128};
 constexpr CopyThresholds zgemm_copy{400, 200, 400, 7000, 3000, 600, 600, 128};
 
+/// Each thread packs all of B for itself. That pays when C has so many rows that each copy is used often, and columns
+/// or depth enough.
 bool private_copies_pay(const CopyThresholds& t, const GemmShape& s) {
     if (s.m < t.rows) return false;
     if (s.k >= t.deep_k && s.n >= t.deep_columns) return true;
@@ -78,6 +80,7 @@ GemmStrategy zgemm_strategy(const GemmShape& shape, CpuClass cpu_class, bool sse
     return sse41 && private_copies_pay(zgemm_copy, shape) ? GemmStrategy::private_copies : GemmStrategy::grid;
 }
 
+/// Cells that are nearer to squares read less of A and B for what they compute.
 i64 grid_rows(const GemmShape& shape, i64 threads) {
     if (shape.m > shape.n * threads) return threads;
     return threads * shape.m < shape.n ? 1 : 2;
@@ -116,11 +119,13 @@ GemmSlabs::GemmSlabs(i64 rows, i64 threads, i64 row_unit)
       count(even_threads(threads)),
       rchunk(round_down(rows / threads, row_unit)) {}
 
+/// A short rest is not left to a block of its own, which would pack all of B once more for a few rows.
 i64 slab_block_rows(i64 slab_rows, i64 from, i64 block, bool last_slab) {
     const i64 rest = slab_rows - from;
     return last_slab && rest < 2 * block ? rest : std::min(block, rest);
 }
 
+/// Rows by which a block of A fills a share of the second cache: fewer when the steps of k are as many as a block has.
 i64 dgemm_htn_block_rows(const GemmShape& shape, const GemmCacheSizes& caches) {
     if (second_cache_is_small(caches)) return 448;
     if (shape.m <= 7000) return 1024;

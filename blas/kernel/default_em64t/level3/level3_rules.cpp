@@ -7,6 +7,7 @@ namespace {
 
 constexpr i64 strip_unit = 8; // rows of the tallest register tile
 
+/// Of a triangle the share above row b is (b / n)^2, so that equal areas end at square roots.
 i64 strip_border(i64 n, i64 index, i64 strips) {
     if (index == strips) return n;
     const double share = static_cast<double>(index) / static_cast<double>(strips);
@@ -14,6 +15,7 @@ i64 strip_border(i64 n, i64 index, i64 strips) {
     return std::min(round_down(border + strip_unit / 2, strip_unit), n);
 }
 
+/// Each border is rounded for itself, so that what rounding takes off does not add up in the last slice.
 i64 slice_border(i64 length, i64 unit, i64 index, i64 parts) {
     return index == parts ? length : round_down(length * index / parts, unit);
 }

@@ -11,6 +11,16 @@
 namespace nxl {
 namespace {
 
+// A lower triangle in 4 strips, of 10, 11, 7 and 8 elements here:
+//
+//     0
+//     0 0                Areas are as equal as whole rows allow, so that the first strips are mostly diagonal, the
+//     0 0 0              last ones mostly rectangle. The rectangle is a plain product, at full speed; the piece on the
+//     0 0 0 0            diagonal goes to the serial kernel, which computes half of its diagonal tiles in vain.
+//     1 1 1 1 1
+//     1 1 1 1 1 1        There are two strips for each thread, one of either kind. Strips write disjoint parts of C;
+//     2 2 2 2 2 2 2      each packs the rows of A and B that it needs.
+//     3 3 3 3 3 3 3 3
 double conjugate(double value) { return value; }
 zcomplex conjugate(zcomplex value) { return std::conj(value); }
 
@@ -36,7 +46,8 @@ void update_rectangle(const Matrix<T>& c, const TriangleStrip& strip, char adjoi
                          c.ld);
 }
 
-/// Runs body(strip) over the strips of a triangle of order n; false, and nothing done, where threads do not pay.
+/// Runs body(strip) over the strips of a triangle of order n; false, and nothing done, where threads do not pay. Two
+/// threads are asked about first, since max_threads costs more than that.
 template <class Body> bool over_strips(char uplo, i64 n, double flops, const Body& body) {
     if (threads_for_work(flops, 2) < 2) return false;
     const int threads = threads_for_work(flops, max_threads(domain_blas));

@@ -8,6 +8,13 @@
 namespace nxl {
 namespace {
 
+// The symmetric matrix takes part in all of C, and the other side is free:
+//
+//     side = L    C = A B     columns of B and C are cut: C | C | C = A ( B | B | B )
+//     side = R    C = B A     rows are cut
+//
+// Every thread mirrors and packs all of the symmetric matrix for itself. That costs 1 / (columns of its slice) of its
+// arithmetic, and saves waiting.
 constexpr i64 slice_unit = 4; // columns of a packed panel
 
 template <class T> struct SymmCall {

@@ -8,6 +8,13 @@
 namespace nxl {
 namespace {
 
+// Right-hand sides do not depend on each other, so that they are what is cut:
+//
+//     side = L    op(A) X = B     | X | X | X |    columns, q to a block, the last one with all that remain
+//     side = R    X op(A) = B     rows likewise
+//
+// No thread waits for another. The price is that each reads the whole triangle, and packs it: the gates weigh that, as
+// work for the triangle, against the work of a block.
 constexpr i64 never = std::numeric_limits<i64>::max();
 constexpr i64 always = -1;
 
@@ -52,6 +59,7 @@ template <class T> struct TriangularCall {
     TriangularShape shape() const { return {side == 'L', m, n}; }
 };
 
+/// One region. With q = 0 all blocks but the last are empty, and the kernel returns at once.
 template <class T, class Kernel> void run_blocks(const TriangularCall<T>& p, int threads, i64 q, Kernel& kernel) {
     const TriangularShape shape = p.shape();
     parallel_blocks(threads, threads, [&, threads, q](int index) {
