@@ -136,7 +136,8 @@ template <class T> struct Product {
                    c = nxl_test::random_values<T>(shape.m * shape.n, 3);
 
     GemmCall<T> call(T alpha, T beta) {
-        return {'N', 'T', shape.m, shape.n, shape.k, alpha, a.data(), shape.m, b.data(), shape.n, beta, c.data(), shape.m};
+        return {'N',     'T',      shape.m, shape.n, shape.k,  alpha,  a.data(),
+                shape.m, b.data(), shape.n, beta,    c.data(), shape.m};
     }
 };
 

@@ -65,7 +65,8 @@ TEST_P(Level3, EdgesOfBlocks) { // in one dimension, and a few in both
 TEST_P(Level3, EveryFormOverThreads) { // sizes that fork and that do not, also over more threads than rows or columns
     Generator generator(3);
     for (const BlasCall& letters : letters_of(GetParam()))
-        for (const auto& [first, second] : {std::pair(101, 37), std::pair(37, 130), std::pair(17, 1), std::pair(40, 0)}) {
+        for (const auto& [first, second] :
+             {std::pair(101, 37), std::pair(37, 130), std::pair(17, 1), std::pair(40, 0)}) {
             BlasCall call = randomised(sized(letters, first, second), generator);
             if (second > 1) call.alpha = {0.7, -0.3};
             call.threads = {1, 2, 3, 4, 7, 100};

@@ -226,52 +226,6 @@ TEST(CholeskyOfSmall, UnblockedExport) {
     }
 }
 
-struct BadCall {
-    char uplo;
-    int n, nrhs, lda, ldb, info;
-};
-
-template <class F> void expect_refused(F call, const char* name, const BadCall& bad) {
-    int info = 77;
-    const std::string text = printed_by([&] { call(bad, &info); });
-    EXPECT_EQ(info, bad.info) << name;
-    const std::string report =
-        "\nNXL ERROR: Parameter " + std::to_string(-bad.info) + " was incorrect on entry to " + name;
-    EXPECT_EQ("\n" + text, bad.info == 0 ? "\n" : report + "\n") << name;
-}
-
-TEST(CholeskyArguments, TheFirstBadOneIsReported) {
-    double d = 2.0; // neither read nor written: there is no column, or there is a report
-    zcomplex z = 2.0;
-    const auto factors = [&](auto* routine, auto* a) {
-        return [=](const BadCall& c, int* info) { routine(&c.uplo, &c.n, a, &c.lda, info, 1); };
-    };
-    const auto solves = [&](auto* routine, auto* a) {
-        return [=](const BadCall& c, int* info) { routine(&c.uplo, &c.n, &c.nrhs, a, &c.lda, a, &c.ldb, info, 1); };
-    };
-    for (const BadCall& bad : {BadCall{'X', -1, 0, 0, 0, -1},
-                               {'U', -1, 0, 0, 0, -2},
-                               {'l', 3, 0, 2, 3, -4},
-                               {'L', 0, 0, 0, 1, -4},
-                               {'u', 0, 0, 1, 1, 0}}) {
-        expect_refused(factors(dpotrf, &d), "DPOTRF", bad);
-        expect_refused(factors(DPOTRF, &d), "DPOTRF", bad);
-        expect_refused(factors(zpotrf, &z), "ZPOTRF", bad);
-        expect_refused(factors(ZPOTF2, &z), "ZPOTF2", bad);
-    }
-    for (const BadCall& bad : {BadCall{'X', -1, -1, 0, 0, -1},
-                               {'U', -1, -1, 0, 0, -2},
-                               {'l', 3, -1, 2, 2, -3},
-                               {'L', 3, 1, 2, 2, -5},
-                               {'u', 3, 1, 3, 2, -7},
-                               {'U', 0, 5, 1, 0, -7},
-                               {'U', 0, 5, 1, 1, 0}}) {
-        expect_refused(solves(dpotrs, &d), "DPOTRS", bad);
-        expect_refused(solves(zpotrs, &z), "ZPOTRS", bad);
-    }
-    EXPECT_TRUE(d == 2.0 && z == 2.0);
-}
-
 } // namespace
 
 // The host's own, in place of the library's.

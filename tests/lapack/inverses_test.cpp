@@ -8,7 +8,6 @@
 #include "tests/support/host_allocator.hpp"
 #include "tests/support/reference_blas.hpp"
 #include <array>
-#include <functional>
 #include <limits>
 #include <numeric>
 
@@ -338,52 +337,6 @@ TYPED_TEST(Inverses, SingularMatricesAreLeftAsTheyAre) {
         expect_singular([&](int* info) { R::getri(&n, a.data(), &n, pivots.data(), work.data(), &n, info); });
         EXPECT_TRUE(a.untouched() && b.untouched()) << uplo;
     }
-}
-
-/// A bad call's name, position, and the call, which gets where to put info.
-struct BadCall {
-    const char* suffix;
-    int position;
-    std::function<void(int* info)> call;
-};
-
-TYPED_TEST(Inverses, FirstBadArgumentIsReported) {
-    using R = Routines<TypeParam>;
-    std::array<TypeParam, 4> a = {7.0, 7.0, 7.0, 7.0}, b = a, work = a;
-    const std::array<int, 2> p = {1, 2};
-    const int n = 2, low = -1, one = 1;
-    TypeParam *const x = a.data(), *const y = b.data(), *const w = work.data();
-    const int* const pivots = p.data();
-    const BadCall calls[] = {
-        {"GETRS", 1, [&](int* i) { R::getrs("X", &low, &low, x, &one, pivots, y, &one, i, 1); }},
-        {"GETRS", 2, [&](int* i) { R::getrs("n", &low, &low, x, &one, pivots, y, &one, i, 1); }},
-        {"GETRS", 3, [&](int* i) { R::getrs("T", &n, &low, x, &one, pivots, y, &one, i, 1); }},
-        {"GETRS", 5, [&](int* i) { R::getrs("C", &n, &n, x, &one, pivots, y, &one, i, 1); }},
-        {"GETRS", 8, [&](int* i) { R::getrs("N", &n, &n, x, &n, pivots, y, &one, i, 1); }},
-        {"GETRI", 1, [&](int* i) { R::getri(&low, x, &one, pivots, w, &one, i); }},
-        {"GETRI", 3, [&](int* i) { R::getri(&n, x, &one, pivots, w, &one, i); }},
-        {"GETRI", 6, [&](int* i) { R::getri(&n, x, &n, pivots, w, &one, i); }},
-        {"POTRI", 1, [&](int* i) { R::potri("X", &low, x, &one, i, 1); }},
-        {"POTRI", 2, [&](int* i) { R::potri("u", &low, x, &one, i, 1); }},
-        {"POTRI", 4, [&](int* i) { R::potri("L", &n, x, &one, i, 1); }},
-        {"TRTRI", 1, [&](int* i) { R::trtri("X", "X", &low, x, &one, i, 1, 1); }},
-        {"TRTRI", 2, [&](int* i) { R::trtri("u", "X", &low, x, &one, i, 1, 1); }},
-        {"TRTRI", 3, [&](int* i) { R::trtri("L", "u", &low, x, &one, i, 1, 1); }},
-        {"TRTRI", 5, [&](int* i) { R::trtri("L", "N", &n, x, &one, i, 1, 1); }},
-        {"TRTRS", 1, [&](int* i) { R::trtrs("X", "X", "X", &low, &low, x, &one, y, &one, i, 1, 1, 1); }},
-        {"TRTRS", 2, [&](int* i) { R::trtrs("l", "X", "X", &low, &low, x, &one, y, &one, i, 1, 1, 1); }},
-        {"TRTRS", 3, [&](int* i) { R::trtrs("U", "c", "X", &low, &low, x, &one, y, &one, i, 1, 1, 1); }},
-        {"TRTRS", 4, [&](int* i) { R::trtrs("U", "T", "U", &low, &low, x, &one, y, &one, i, 1, 1, 1); }},
-        {"TRTRS", 5, [&](int* i) { R::trtrs("U", "N", "N", &n, &low, x, &one, y, &one, i, 1, 1, 1); }},
-        {"TRTRS", 7, [&](int* i) { R::trtrs("U", "N", "N", &n, &n, x, &one, y, &one, i, 1, 1, 1); }},
-        {"TRTRS", 9, [&](int* i) { R::trtrs("U", "N", "N", &n, &n, x, &n, y, &one, i, 1, 1, 1); }}};
-    for (const BadCall& bad : calls) {
-        int info = -99;
-        EXPECT_EQ(printed_by([&] { bad.call(&info); }), this->refusal(bad.suffix, bad.position));
-        EXPECT_EQ(info, -bad.position) << bad.suffix;
-    }
-    EXPECT_EQ(a, (std::array<TypeParam, 4>{7.0, 7.0, 7.0, 7.0}));
-    EXPECT_EQ(b, a);
 }
 
 /// With the k-th allocation failing for every k, a result is right, or the pivots' copy failed and nothing happened.

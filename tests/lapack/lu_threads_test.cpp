@@ -177,30 +177,4 @@ TYPED_TEST(GetrfThreads, AWideMatrixThatNeedsNoBlocksIsReportedOnce) {
     }
 }
 
-struct BadCall {
-    int m, n, lda, position;
-};
-
-TYPED_TEST(GetrfThreads, TheFirstBadArgumentIsReported) {
-    const std::string name = std::is_same_v<TypeParam, double> ? "DGETRF" : "ZGETRF";
-    const int least = std::numeric_limits<int>::min();
-    for (const auto [m, n, lda, position] : {BadCall{-1, -1, 0, 1},
-                                             {least, 4, 4, 1},
-                                             {4, -1, 0, 2},
-                                             {4, least, 4, 2},
-                                             {4, 4, 3, 4},
-                                             {0, 4, 0, 4},
-                                             {4, 4, least, 4}}) {
-        auto a = matrix_of<TypeParam>(MatrixKind::random, 4, 4, 0);
-        const auto before = a.elements;
-        int pivots[4] = {9, 9, 9, 9}, info = 0;
-        const std::string text = printed_by([&] { getrf(&m, &n, a.data(), &lda, pivots, &info); });
-        EXPECT_EQ(info, -position);
-        EXPECT_EQ(text,
-                  "NXL ERROR: Parameter " + std::to_string(position) + " was incorrect on entry to " + name + "\n");
-        EXPECT_EQ(a.elements, before);
-        EXPECT_EQ(std::count(pivots, pivots + 4, 9), 4);
-    }
-}
-
 } // namespace

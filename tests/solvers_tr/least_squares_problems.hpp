@@ -22,17 +22,24 @@ struct Problem {
 
     int n() const { return static_cast<int>(start.size()); }
 
+    Vector values(const Vector& x) const {
+        Vector f(static_cast<std::size_t>(m));
+        value(x.data(), f.data());
+        return f;
+    }
     /// J, column-major, m by n.
-    void jacobian(const double* x, double* fjac) const {
+    Vector derivatives(const Vector& x) const {
         constexpr double h = 1e-150;
-        std::vector<Complex> point(x, x + n()), f(static_cast<std::size_t>(m));
+        Vector fjac;
+        std::vector<Complex> point(x.begin(), x.end()), f(static_cast<std::size_t>(m));
         for (Complex& component : point) {
             const double kept = component.real();
             component = {kept, h};
             complex_value(point.data(), f.data());
             component = kept;
-            for (const Complex& value_i : f) *fjac++ = value_i.imag() / h;
+            for (const Complex& value_i : f) fjac.push_back(value_i.imag() / h);
         }
+        return fjac;
     }
 };
 

@@ -1,77 +1,13 @@
-// Nonlinear least squares: published problems, the protocol, every way a run ends, handles and their memory.
-#include "nxl.h"
-#include "tests/solvers_tr/least_squares_problems.hpp"
-#include "tests/support/host_allocator.hpp"
-#include <algorithm>
-#include <cstdint>
-#include <gtest/gtest.h>
-#include <limits>
+// Nonlinear least squares: published problems, the protocol, every way a run ends, handles and their memory; and what
+// both solvers have in common.
+#include "tests/solvers_tr/least_squares_fit.hpp"
 #include <thread>
 
 namespace {
 
-using nxl_test::allocations, nxl_test::fail_allocation, nxl_test::live_blocks;
-using nxl_test::Problem, nxl_test::problem, nxl_test::Vector;
+using namespace nxl_test;
 
-constexpr int success = 1501, invalid = 1502, no_memory = 1503;
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
-double norm(const Vector& f) {
-    double sum = 0.0;
-    for (double value : f) sum += value * value;
-    return std::sqrt(sum);
-}
-
-/// One run, leg by leg. The handle lives as long as this does.
-struct Fit {
-    Problem p;
-    int n = p.n(), m = p.m, iter1 = 1000, iter2 = 100;
-    double rs = 100.0;
-    Vector eps = Vector(6, 1e-12);
-    Vector x = p.start, f = Vector(static_cast<std::size_t>(m)), fjac = Vector(static_cast<std::size_t>(m * n));
-    void* handle = nullptr;
-    int request = 0, iterations = -1, code = 99;
-    double first_norm = -1.0, last_norm = -1.0;
-    std::vector<int> requests;  // the answers so far
-    std::vector<Vector> points; // of residuals
-
-    explicit Fit(Problem of) : p(std::move(of)) {}
-    Fit(const Fit&) = delete;
-    Fit& operator=(const Fit&) = delete;
-    ~Fit() {
-        if (handle) dtrnlsp_delete(&handle);
-    }
-
-    int start() { return dtrnlsp_init(&handle, &n, &m, x.data(), eps.data(), &iter1, &iter2, &rs); }
-
-    /// One call, and the caller's part after it.
-    int leg() {
-        const int status = dtrnlsp_solve(&handle, f.data(), fjac.data(), &request);
-        requests.push_back(request);
-        if (request == 1) {
-            points.push_back(x);
-            p.value(x.data(), f.data());
-        }
-        if (request == 2) p.jacobian(x.data(), fjac.data());
-        EXPECT_EQ(dtrnlsp_get(&handle, &iterations, &code, &first_norm, &last_norm), success);
-        return status;
-    }
-
-    Fit& to_the_end() {
-        if (!handle) EXPECT_EQ(start(), success);
-        int legs = 0;
-        do EXPECT_EQ(leg(), success);
-        while (request >= 0 && ++legs < 100000);
-        EXPECT_EQ(request, -code);
-        return *this;
-    }
-
-    long asked(int what) const { return std::count(requests.begin(), requests.end(), what); }
-};
-
-Problem rosenbrock() { return nxl_test::problems_of_two_unknowns()[0]; }
-Problem bard() { return nxl_test::problems_of_three_unknowns()[1]; }
-Problem watson() { return nxl_test::larger_fits()[3]; }
 
 class Problems : public ::testing::TestWithParam<Problem> {};
 
@@ -84,17 +20,7 @@ TEST_P(Problems, PublishedMinimumIsReached) {
     EXPECT_TRUE(std::any_of(run.p.minima.begin(), run.p.minima.end(), [&](double minimum) {
         return minimum == 0.0 ? reached <= 1e-20 : std::fabs(reached - minimum) <= 1e-6 * minimum;
     })) << reached;
-    Vector f(run.f.size());
-    run.p.value(run.x.data(), f.data()); // x and fvec of the accepted point, at the end too
-    EXPECT_NEAR(norm(f), run.last_norm, 1e-12 * (1.0 + run.last_norm));
-    if (run.last_norm < 1e-9) return;
-    run.p.jacobian(run.x.data(), run.fjac.data());
-    for (int j = 0; j < run.n; ++j) { // the residual is orthogonal to the columns of J
-        const Vector column(run.fjac.begin() + j * run.m, run.fjac.begin() + (j + 1) * run.m);
-        double product = 0.0;
-        for (std::size_t i = 0; i < f.size(); ++i) product += column[i] * f[i];
-        EXPECT_LE(std::fabs(product), 3e-6 * norm(column) * norm(f)) << j;
-    }
+    EXPECT_LE(run.first_order_error(), 3e-6);
 }
 
 const auto name_of = [](const auto& info) { return info.param.name; };
@@ -102,16 +28,8 @@ INSTANTIATE_TEST_SUITE_P(, Problems, ::testing::ValuesIn(nxl_test::all_problems(
 
 /// The method for one unknown, where the shift has a closed form: checks every trial point of a run, counts rejections.
 int follow_scalar_run(const Fit& run) {
-    const auto slope_at = [&](double x) {
-        double j = 0.0;
-        run.p.jacobian(&x, &j);
-        return j;
-    };
-    const auto value_at = [&](double x) {
-        double f = 0.0;
-        run.p.value(&x, &f);
-        return f;
-    };
+    const auto slope_at = [&](double x) { return run.p.derivatives({x})[0]; };
+    const auto value_at = [&](double x) { return run.p.values({x})[0]; };
     double x = run.p.start[0], radius = 0.0;
     int rejections = 0;
     for (std::size_t trial = 1; trial < run.points.size(); ++trial) {
@@ -156,38 +74,6 @@ TEST(Trnlsp, ScalarRunsFollowTheMethod) { // catches a sign or a factor in the r
                 rejections += follow_scalar_run(run);
             }
     EXPECT_GE(rejections, 5);
-}
-
-TEST(Trnlsp, RejectedStepKeepsThePointAndItsJacobian) {
-    Fit run(rosenbrock());
-    ASSERT_EQ(run.start(), success);
-    Vector x = run.x, f = run.f;
-    long rejected = 0;
-    int before = 0;
-    while (run.request >= 0) {
-        const bool judged = run.request == 1 && run.points.size() > 1;
-        run.leg();
-        if (judged) {
-            ASSERT_EQ(run.request, 0);
-            if (run.iterations > before) {
-                EXPECT_EQ(run.x, run.points.back());
-                EXPECT_LT(norm(run.f), norm(f));
-            } else {
-                ++rejected;
-                EXPECT_EQ(run.x, x);
-                EXPECT_EQ(run.f, f);
-                run.leg();
-                EXPECT_EQ(run.request, 1); // a new trial point, no Jacobian
-                continue;
-            }
-            before = run.iterations;
-        }
-        if (run.request == 2) x = run.x, f = run.f;
-    }
-    EXPECT_GE(rejected, 1);
-    EXPECT_EQ(run.asked(2), run.iterations);
-    EXPECT_EQ(run.asked(1), 1 + run.iterations + rejected);
-    EXPECT_DOUBLE_EQ(run.first_norm, norm({-4.4, 2.2}));
 }
 
 TEST(Trnlsp, StopCodesOfTheFirstPass) {
@@ -235,14 +121,7 @@ TEST(Trnlsp, OneColumnThatIsNotZeroGoesOn) { // catches a stop at the first smal
     EXPECT_NEAR(run.x[1], 5.0, 1e-10);
 }
 
-TEST(Trnlsp, IterationLimitAndTolerancesReadAtEachUse) {
-    Fit limited(rosenbrock());
-    limited.iter1 = 3;
-    limited.to_the_end();
-    EXPECT_EQ(limited.code, 1);
-    EXPECT_EQ(limited.iterations, 3);
-    EXPECT_DOUBLE_EQ(limited.last_norm, norm(limited.f));
-
+TEST(Trnlsp, TolerancesAreReadAtEachUse) {
     Fit run(rosenbrock());
     run.eps[0] = 1e9; // looked at after the first pass alone
     ASSERT_EQ(run.start(), success);
@@ -260,21 +139,6 @@ TEST(Trnlsp, IterationLimitAndTolerancesReadAtEachUse) {
     EXPECT_EQ(run.to_the_end().code, 3);
 }
 
-TEST(Trnlsp, CallerStopsAndGoesOn) {
-    for (int stop : {-1, -2}) {
-        Fit run(rosenbrock());
-        ASSERT_EQ(run.start(), success);
-        while (run.iterations < 2) run.leg();
-        run.request = stop;
-        EXPECT_EQ(run.leg(), success);
-        EXPECT_EQ(run.request, 0);
-        EXPECT_EQ(run.code, stop);
-        EXPECT_EQ(run.iterations, 2);
-        EXPECT_EQ(run.last_norm, 0.0);
-        EXPECT_EQ(run.to_the_end().code, 3);
-    }
-}
-
 TEST(Trnlsp, FirstRadiusGoesByRs) {
     Fit hundred(rosenbrock()), zero(rosenbrock()), small(rosenbrock());
     zero.rs = 0.0;
@@ -283,79 +147,10 @@ TEST(Trnlsp, FirstRadiusGoesByRs) {
     small.to_the_end();
     const Vector step{small.points[1][0] + 1.2, small.points[1][1] - 1.0};
     EXPECT_NEAR(norm(step), 0.01 * norm({std::hypot(24.0, 1.0) * 1.2, 10.0}), 1e-12);
-    Fit at_zero(watson()); // x = 0: the radius is rs itself
+    Fit at_zero(named("Watson")); // x = 0: the radius is rs itself
     at_zero.rs = 0.25;
     at_zero.to_the_end();
     EXPECT_NEAR(norm(at_zero.points[1]), 0.25, 1e-12);
-}
-
-TEST(Trnlsp, BadArgumentsAreRefused) {
-    const long taken = allocations();
-    const auto status_after = [](auto change) {
-        Fit run(rosenbrock());
-        change(run);
-        const int status = run.start();
-        EXPECT_EQ(run.handle, nullptr);
-        return status;
-    };
-    EXPECT_EQ(status_after([](Fit& r) { r.n = 0; }), invalid);
-    EXPECT_EQ(status_after([](Fit& r) { r.n = r.m = 0; }), invalid);
-    EXPECT_EQ(status_after([](Fit& r) { r.m = 1; }), invalid);
-    EXPECT_EQ(status_after([](Fit& r) { r.iter1 = 0; }), invalid);
-    EXPECT_EQ(status_after([](Fit& r) { r.iter2 = 0; }), invalid);
-    for (double rs : {-0.5, 100.5, nan}) EXPECT_EQ(status_after([=](Fit& r) { r.rs = rs; }), invalid);
-    for (std::size_t i = 0; i < 6; ++i)
-        for (double value : {0.0, -1.0, nan}) EXPECT_EQ(status_after([=](Fit& r) { r.eps[i] = value; }), invalid);
-    EXPECT_EQ(allocations(), taken);
-    Fit run(rosenbrock());
-    EXPECT_EQ(dtrnlsp_solve(&run.handle, run.f.data(), run.fjac.data(), &run.request), invalid);
-    EXPECT_EQ(dtrnlsp_get(&run.handle, &run.iterations, &run.code, &run.first_norm, &run.last_norm), invalid);
-    EXPECT_EQ(dtrnlsp_delete(&run.handle), invalid);
-    EXPECT_EQ(dtrnlsp_delete(nullptr), invalid);
-}
-
-TEST(Trnlsp, FailedAllocationsLeaveNothingBehind) {
-    const long before = live_blocks();
-    int status = no_memory;
-    for (long k = 1; k <= 50 && status == no_memory; ++k) {
-        Fit run(rosenbrock());
-        fail_allocation(k);
-        status = run.start();
-        fail_allocation(0);
-        if (status != no_memory) break;
-        EXPECT_EQ(live_blocks(), before) << k;
-        EXPECT_EQ(run.handle, nullptr);
-    }
-    EXPECT_EQ(status, success);
-    EXPECT_EQ(live_blocks(), before);
-    Fit huge(rosenbrock()); // n * n doubles that no 64-bit number of bytes can count
-    huge.n = huge.m = std::numeric_limits<int>::max();
-    EXPECT_EQ(huge.start(), no_memory);
-    EXPECT_EQ(live_blocks(), before);
-}
-
-TEST(Trnlsp, HandlesAreIndependentAndChangeThreads) {
-    Fit alone(rosenbrock()), other_alone(bard());
-    alone.to_the_end();
-    other_alone.to_the_end();
-    const long before = live_blocks();
-    {
-        Fit first(rosenbrock()), second(bard());
-        ASSERT_EQ(first.start(), success);
-        std::thread([&] { ASSERT_EQ(second.start(), success); }).join();
-        while (first.request >= 0 || second.request >= 0) {
-            if (first.request >= 0) std::thread([&] { first.leg(); }).join();
-            if (second.request >= 0) second.leg();
-        }
-        EXPECT_EQ(first.points, alone.points);
-        EXPECT_EQ(second.points, other_alone.points);
-        std::thread([&] {
-            EXPECT_EQ(dtrnlsp_delete(&first.handle), success);
-            first.handle = nullptr;
-        }).join();
-    }
-    NXL_FreeBuffers();
-    EXPECT_LE(live_blocks(), before);
 }
 
 TEST(Trnlsp, ThreadsMakeNoDifferenceButRounding) { // of a size at which products and column loops fork
@@ -373,6 +168,147 @@ TEST(Trnlsp, ThreadsMakeNoDifferenceButRounding) { // of a size at which product
         found.push_back(run.x);
     }
     for (std::size_t j = 0; j < 100; ++j) EXPECT_NEAR(found[0][j], found[1][j], 1e-5) << j;
+}
+
+class EitherSolver : public ::testing::TestWithParam<bool> {
+  protected:
+    const bool bounded_ = GetParam();
+    Fit fit(const Problem& of = rosenbrock()) const { return Fit::by(bounded_, of); }
+};
+INSTANTIATE_TEST_SUITE_P(, EitherSolver, ::testing::Bool(),
+                         [](const auto& info) { return info.param ? "bounded" : "free"; });
+
+TEST_P(EitherSolver, RejectedStepKeepsThePointAndItsJacobian) {
+    Fit run = fit();
+    ASSERT_EQ(run.start(), success);
+    Vector x = run.x, f = run.f;
+    long rejected = 0;
+    int before = 0;
+    while (run.request >= 0) {
+        const bool judged = run.request == 1 && run.points.size() > 1;
+        run.leg();
+        if (judged) {
+            ASSERT_EQ(run.request, 0);
+            if (run.iterations > before) {
+                EXPECT_EQ(run.x, run.points.back());
+                EXPECT_LT(norm(run.f), norm(f));
+            } else {
+                ++rejected;
+                EXPECT_EQ(run.x, x);
+                EXPECT_EQ(run.f, f);
+                run.leg();
+                EXPECT_EQ(run.request, 1); // a new trial point, no Jacobian
+                continue;
+            }
+            before = run.iterations;
+        }
+        if (run.request == 2) x = run.x, f = run.f;
+    }
+    EXPECT_GE(rejected, 1);
+    EXPECT_EQ(run.asked(2), run.iterations);
+    EXPECT_EQ(run.asked(1), 1 + run.iterations + rejected);
+    EXPECT_DOUBLE_EQ(run.first_norm, norm({-4.4, 2.2}));
+}
+
+TEST_P(EitherSolver, IterationLimit) {
+    Fit limited = fit();
+    limited.iter1 = 3;
+    limited.to_the_end();
+    EXPECT_EQ(limited.code, 1);
+    EXPECT_EQ(limited.iterations, 3);
+}
+
+TEST_P(EitherSolver, CallerStopsAndGoesOn) { // between trials and in the middle of one
+    for (const int reason : {-1, -2})
+        for (const bool in_trial : {false, true}) {
+            if (in_trial && !bounded_) continue; // a trial point is the caller's affair there
+            Fit run = fit();
+            ASSERT_EQ(run.start(), success);
+            while (run.iterations < 2 || run.request != (in_trial ? 1 : 0)) run.leg();
+            run.request = reason;
+            EXPECT_EQ(run.leg(), 0);
+            EXPECT_EQ(run.status, success);
+            EXPECT_EQ(run.code, reason);
+            EXPECT_EQ(run.iterations, 2);
+            EXPECT_DOUBLE_EQ(run.last_norm, bounded_ ? norm(run.p.values(run.x)) : 0.0); // of the best point so far
+            EXPECT_EQ(run.f, run.p.values(run.x));
+            EXPECT_EQ(run.to_the_end().code, 3);
+        }
+}
+
+TEST_P(EitherSolver, BadArgumentsAreRefused) {
+    const auto expect_refused = [this](const auto& spoil) {
+        Fit run = fit();
+        spoil(run);
+        void* const before = run.handle = &run; // stays as it is
+        const long taken = allocations();
+        EXPECT_EQ(run.start(), invalid);
+        EXPECT_EQ(allocations(), taken);
+        EXPECT_EQ(std::exchange(run.handle, nullptr), before);
+        EXPECT_EQ(run.x, run.p.start);
+    };
+    for (const int n : {0, -1}) expect_refused([=](Fit& r) { r.n = r.m = n; });
+    expect_refused([](Fit& r) { r.n = 0; });
+    expect_refused([](Fit& r) { r.m = 1; });
+    expect_refused([](Fit& r) { r.iter1 = 0; });
+    expect_refused([](Fit& r) { r.iter2 = 0; });
+    for (const double rs : {-0.5, 100.5, nan}) expect_refused([=](Fit& r) { r.rs = rs; });
+    for (std::size_t i = 0; i < 6; ++i)
+        for (const double value : {0.0, -1.0, nan}) expect_refused([=](Fit& r) { r.eps[i] = value; });
+    void* nothing = nullptr;
+    for (void** none : {static_cast<void**>(nullptr), &nothing}) {
+        Fit run = fit();
+        EXPECT_EQ(run.solve(none), invalid);
+        EXPECT_EQ(run.get(none), invalid);
+        EXPECT_EQ(run.end(none), invalid);
+        EXPECT_EQ(run.iterations, -1);
+    }
+}
+
+TEST_P(EitherSolver, FailedAllocationsLeaveNothingBehind) {
+    const long before = live_blocks();
+    int failures = 0;
+    for (int status = no_memory; status == no_memory && failures < 50;) {
+        Fit run = fit();
+        fail_allocation(failures + 1);
+        status = run.start();
+        fail_allocation(0);
+        if (status != no_memory) continue;
+        ++failures;
+        EXPECT_EQ(live_blocks(), before) << failures;
+        EXPECT_EQ(run.handle, nullptr);
+    }
+    EXPECT_EQ(failures, bounded_ ? 8 : 9); // a record and its arrays
+    EXPECT_EQ(live_blocks(), before);
+    if (bounded_) return;
+    Fit huge = fit(); // n * n doubles that no 64-bit number of bytes can count
+    huge.n = huge.m = std::numeric_limits<int>::max();
+    EXPECT_EQ(huge.start(), no_memory);
+    EXPECT_EQ(live_blocks(), before);
+}
+
+TEST_P(EitherSolver, HandlesAreIndependentAndChangeThreads) {
+    Fit alone = fit(), other_alone = fit(named("Bard"));
+    alone.to_the_end();
+    other_alone.to_the_end();
+    const long before = live_blocks();
+    {
+        Fit first = fit(), second = fit(named("Bard"));
+        ASSERT_EQ(first.start(), success);
+        std::thread([&] { ASSERT_EQ(second.start(), success); }).join();
+        while (first.request >= 0 || second.request >= 0) {
+            if (first.request >= 0) std::thread([&] { first.leg(); }).join();
+            if (second.request >= 0) second.leg();
+        }
+        EXPECT_EQ(first.points, alone.points);
+        EXPECT_EQ(second.points, other_alone.points);
+        std::thread([&] {
+            EXPECT_EQ(first.end(&first.handle), success);
+            first.handle = nullptr;
+        }).join();
+    }
+    NXL_FreeBuffers();
+    EXPECT_LE(live_blocks(), before);
 }
 
 } // namespace

@@ -45,7 +45,9 @@ template <class T> std::vector<T> random_values(std::int64_t count, unsigned lon
 
 /// Integers in -largest .. largest, in both parts of a complex number.
 template <class T> T random_integer(Generator& generator, int largest) {
-    const auto part = [&] { return static_cast<double>(generator() % static_cast<unsigned>(2 * largest + 1)) - largest; };
+    const auto part = [&] {
+        return static_cast<double>(generator() % static_cast<unsigned>(2 * largest + 1)) - largest;
+    };
     const double real = part();
     return scalar<T>(real, is_complex<T> ? part() : 0.0);
 }
