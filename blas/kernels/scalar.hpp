@@ -56,11 +56,6 @@ template <class T> [[gnu::always_inline]] inline bool has_reciprocal(T x) {
 [[gnu::always_inline]] inline double reciprocal(double v) { return 1.0 / v; }
 [[gnu::always_inline]] inline Complex reciprocal(Complex v) { return smith_quotient({1.0, 0.0}, v); }
 
-/// Compares an option letter in either case; `upper` is a capital.
-[[gnu::always_inline]] inline bool is_letter(char option, char upper) {
-    return option == upper || option == upper - 'A' + 'a';
-}
-
 [[gnu::always_inline]] inline i64 smaller(i64 a, i64 b) { return a < b ? a : b; }
 
 } // namespace nxl::NXL_TARGET

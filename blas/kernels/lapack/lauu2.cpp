@@ -71,7 +71,7 @@ template <bool Upper, class T> void lauu2(i64 n, T* a, i64 lda) {
 }
 
 template <class T> void multiply_triangle(char uplo, i64 n, T* a, i64 lda) {
-    if (is_letter(uplo, 'U')) lauu2<true>(n, a, lda);
+    if (uplo == 'U') lauu2<true>(n, a, lda);
     else lauu2<false>(n, a, lda);
 }
 

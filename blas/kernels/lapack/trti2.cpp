@@ -113,8 +113,8 @@ template <bool Upper, class T> void invert(i64 n, const Triangle<Upper, T>& tria
 }
 
 template <class T> void invert_triangle(char uplo, char diag, i64 n, T* a, i64 lda) {
-    const bool unit = is_letter(diag, 'U');
-    if (is_letter(uplo, 'U')) invert(n, Triangle<true, T>{a, lda, unit});
+    const bool unit = diag == 'U';
+    if (uplo == 'U') invert(n, Triangle<true, T>{a, lda, unit});
     else invert(n, Triangle<false, T>{a, lda, unit});
 }
 

@@ -36,13 +36,13 @@ void transposed(i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx
 template <class T>
 void gemv(char trans, i64 m, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T beta, T* y, i64 incy) {
     if (m < 1 || n < 1) return;
-    const bool straight = is_letter(trans, 'N');
+    const bool straight = trans == 'N';
     x += first_index(straight ? n : m, incx);
     y += first_index(straight ? m : n, incy);
     scale(straight ? m : n, beta, y, incy);
     if (is_zero(alpha)) return;
     if (straight) return plain(m, n, alpha, a, lda, x, incx, y, incy);
-    if (is_letter(trans, 'C')) return transposed<true>(m, n, alpha, a, lda, x, incx, y, incy);
+    if (trans == 'C') return transposed<true>(m, n, alpha, a, lda, x, incx, y, incy);
     transposed<false>(m, n, alpha, a, lda, x, incx, y, incy);
 }
 

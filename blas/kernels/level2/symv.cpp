@@ -128,7 +128,7 @@ void symv(char uplo, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, 
     y += first_index(n, incy);
     scale(n, beta, y, incy);
     if (is_zero(alpha)) return;
-    mirror_all(is_letter(uplo, 'U'), n, alpha, a, lda, x, incx, y, incy);
+    mirror_all(uplo == 'U', n, alpha, a, lda, x, incx, y, incy);
 }
 
 } // namespace

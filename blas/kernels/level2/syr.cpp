@@ -11,7 +11,7 @@ template <bool Conjugate, class T> void syr(char uplo, i64 n, T alpha, const T* 
     if (n < 1 || is_zero(alpha)) return;
     x += first_index(n, incx);
     const OuterProduct<T> product[] = {{alpha, x, incx, x, incx}};
-    update_triangle<Conjugate>(is_letter(uplo, 'U'), n, product, a, lda);
+    update_triangle<Conjugate>(uplo == 'U', n, product, a, lda);
 }
 
 } // namespace
@@ -23,7 +23,7 @@ void dsyr(const char& uplo, const i64& n, const double& alpha, const double* x, 
 
 void zsyr(const char& uplo, const i64& n, const zcomplex& alpha, const zcomplex* x, const i64& incx, zcomplex* a,
           const i64& lda) {
-    const bool no_letter = !is_letter(uplo, 'U') && !is_letter(uplo, 'L');
+    const bool no_letter = uplo != 'U' && uplo != 'L';
     if (no_letter || incx == 0 || lda < n) return; // its entry checks nothing
     syr<false>(uplo, n, scalar(alpha), scalars(x), incx, scalars(a), lda);
 }

@@ -13,7 +13,7 @@ void syr2(char uplo, i64 n, T alpha, const T* x, i64 incx, const T* y, i64 incy,
     x += first_index(n, incx);
     y += first_index(n, incy);
     const OuterProduct<T> products[] = {{alpha, x, incx, y, incy}, {conj_if<Conjugate>(alpha), y, incy, x, incx}};
-    update_triangle<Conjugate>(is_letter(uplo, 'U'), n, products, a, lda);
+    update_triangle<Conjugate>(uplo == 'U', n, products, a, lda);
 }
 
 } // namespace

@@ -109,13 +109,13 @@ void apply_triangle(i64 n, const StoredTriangle<F, T>& triangle, T* x, i64 incx,
 /// Options from letters to a form known to the compiler. Apply: void(form as a constant).
 template <Task task, bool upper, class Apply>
 [[gnu::always_inline]] inline void with_operation(char trans, const Apply& apply) {
-    if (is_letter(trans, 'N')) apply.template operator()<Form{task, upper, false, false}>();
-    else if (is_letter(trans, 'C')) apply.template operator()<Form{task, upper, true, true}>();
+    if (trans == 'N') apply.template operator()<Form{task, upper, false, false}>();
+    else if (trans == 'C') apply.template operator()<Form{task, upper, true, true}>();
     else apply.template operator()<Form{task, upper, true, false}>();
 }
 template <Task task, class Apply>
 [[gnu::always_inline]] inline void with_form(char uplo, char trans, const Apply& apply) {
-    if (is_letter(uplo, 'U')) with_operation<task, true>(trans, apply);
+    if (uplo == 'U') with_operation<task, true>(trans, apply);
     else with_operation<task, false>(trans, apply);
 }
 

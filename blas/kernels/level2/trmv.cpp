@@ -30,7 +30,7 @@ template <class T> void trmv(char uplo, char trans, char diag, i64 n, const T* a
     if (n < 1) return;
     x += first_index(n, incx);
     with_form<Task::product>(uplo, trans, [&]<Form F>() {
-        apply_triangle(n, StoredTriangle<F, T>{a, lda, is_letter(diag, 'U')}, x, incx, MultiplySmall{});
+        apply_triangle(n, StoredTriangle<F, T>{a, lda, diag == 'U'}, x, incx, MultiplySmall{});
     });
 }
 

@@ -25,12 +25,12 @@ template <class T> struct Source {
 
 /// op(A) by rows and op(B) by columns. Any letter but N and T conjugates.
 template <class T> Source<T> source_of_a(char trans, const T* a, i64 lda) {
-    if (is_letter(trans, 'N')) return {a, 1, lda, false};
-    return {a, lda, 1, kParts<T> == 2 && !is_letter(trans, 'T')};
+    if (trans == 'N') return {a, 1, lda, false};
+    return {a, lda, 1, kParts<T> == 2 && trans != 'T'};
 }
 template <class T> Source<T> source_of_b(char trans, const T* b, i64 ldb) {
-    if (is_letter(trans, 'N')) return {b, ldb, 1, false};
-    return {b, 1, ldb, kParts<T> == 2 && !is_letter(trans, 'T')};
+    if (trans == 'N') return {b, ldb, 1, false};
+    return {b, 1, ldb, kParts<T> == 2 && trans != 'T'};
 }
 
 /// What happens to a number on its way into a panel.

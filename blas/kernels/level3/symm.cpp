@@ -88,8 +88,8 @@ void symm(bool hermitian, char side, char uplo, i64 m, i64 n, const T& alpha, co
     if (m < 1 || n < 1) return;
     const Result<T> to{c, ldc, beta, before_of(beta)};
     if (is_zero(alpha)) return scale_result(m, n, to);
-    const bool lower = is_letter(uplo, 'L');
-    if (is_letter(side, 'L')) {
+    const bool lower = uplo == 'L';
+    if (side == 'L') {
         packed_product(MirroredA<T>{{a, lda, lower, hermitian, false}, alpha}, GeneralB<T>{source_of_b('N', b, ldb)}, m,
                        n, m, to);
     } else { // element (c, p) of the columns is A(p, c)

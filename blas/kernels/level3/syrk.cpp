@@ -18,12 +18,12 @@ template <class T> struct Factors {
     char of_rows, of_columns; // letters of op for the rows of X and the columns of Y
 
     Factors(bool hermitian, char trans)
-        : of_rows(is_letter(trans, 'N') ? 'N'
-                  : hermitian           ? 'C'
-                                        : 'T'),
-          of_columns(!is_letter(trans, 'N') ? 'N'
-                     : hermitian            ? 'C'
-                                            : 'T') {}
+        : of_rows(trans == 'N' ? 'N'
+                  : hermitian  ? 'C'
+                               : 'T'),
+          of_columns(trans != 'N' ? 'N'
+                     : hermitian  ? 'C'
+                                  : 'T') {}
 
     void multiply(i64 n, i64 k, const T& alpha, const T* x, i64 ldx, const T* y, i64 ldy, const Result<T>& to) const {
         packed_product(GeneralA<T>{source_of_a(of_rows, x, ldx), alpha}, GeneralB<T>{source_of_b(of_columns, y, ldy)},
@@ -33,7 +33,7 @@ template <class T> struct Factors {
 
 /// The triangle of an update, beta given as a number of C's type.
 template <class T> Result<T> triangle_of(char uplo, bool hermitian, T* c, i64 ldc, const T& beta) {
-    const Triangle only = is_letter(uplo, 'L') ? Triangle::lower : Triangle::upper;
+    const Triangle only = uplo == 'L' ? Triangle::lower : Triangle::upper;
     return {c, ldc, beta, before_of(beta), only, hermitian};
 }
 

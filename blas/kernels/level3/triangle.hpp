@@ -30,11 +30,11 @@ template <class T> struct TriangularProblem {
 template <class T>
 TriangularProblem<T> triangular_problem(char side, char uplo, char trans, char diag, i64 m, i64 n, const T& alpha,
                                         const T* a, i64 lda, T* b, i64 ldb) {
-    const bool left = is_letter(side, 'L'), upper = is_letter(uplo, 'U');
-    const bool upper_op = upper == is_letter(trans, 'N'); // op(A) is upper; on the left, t is its transpose
+    const bool left = side == 'L', upper = uplo == 'U';
+    const bool upper_op = upper == (trans == 'N'); // op(A) is upper; on the left, t is its transpose
     return {left ? source_of_a(trans, a, lda) : source_of_b(trans, a, lda),
             left != upper_op,
-            is_letter(diag, 'U'),
+            diag == 'U',
             left,
             left ? m : n,
             left ? n : m,

@@ -19,7 +19,7 @@ void solve_single(bool left, char uplo, char trans, char diag, i64 order, const 
                   i64 ldb) {
     scale_result(left ? order : 1, left ? 1 : order, Result<T>{b, ldb, alpha, before_of(alpha)});
     if (left) return solve_vector(uplo, trans, diag, order, a, lda, b, 1);
-    solve_vector(uplo, is_letter(trans, 'N') ? 'T' : 'N', diag, order, a, lda, b, ldb);
+    solve_vector(uplo, trans == 'N' ? 'T' : 'N', diag, order, a, lda, b, ldb);
 }
 
 /// Three roads, by the number of right-hand sides:

@@ -1,5 +1,16 @@
 // Drivers of the symmetric and Hermitian updates of rank k and 2k. The triangle of C is cut into strips of equal area;
 // each is a rectangle, which a matrix product updates, and a triangle on the diagonal for the serial kernel.
+//
+// A lower triangle in 4 strips, of 10, 11, 7 and 8 elements here:
+//
+//     0
+//     0 0                Areas are as equal as whole rows allow, so that the first strips are mostly diagonal, the
+//     0 0 0              last ones mostly rectangle. The rectangle is a plain product, at full speed; the piece on the
+//     0 0 0 0            diagonal goes to the serial kernel, which computes half of its diagonal tiles in vain.
+//     1 1 1 1 1
+//     1 1 1 1 1 1        There are two strips for each thread, one of either kind. Strips write disjoint parts of C;
+//     2 2 2 2 2 2 2      each packs the rows of A and B that it needs.
+//     3 3 3 3 3 3 3 3
 #include "blas/kernel/default_em64t/level3/rank_update_omp.hpp"
 #include "blas/kernel/default_em64t/level3/gemm_call.hpp"
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
@@ -11,16 +22,6 @@
 namespace nxl {
 namespace {
 
-// A lower triangle in 4 strips, of 10, 11, 7 and 8 elements here:
-//
-//     0
-//     0 0                Areas are as equal as whole rows allow, so that the first strips are mostly diagonal, the
-//     0 0 0              last ones mostly rectangle. The rectangle is a plain product, at full speed; the piece on the
-//     0 0 0 0            diagonal goes to the serial kernel, which computes half of its diagonal tiles in vain.
-//     1 1 1 1 1
-//     1 1 1 1 1 1        There are two strips for each thread, one of either kind. Strips write disjoint parts of C;
-//     2 2 2 2 2 2 2      each packs the rows of A and B that it needs.
-//     3 3 3 3 3 3 3 3
 double conjugate(double value) { return value; }
 zcomplex conjugate(zcomplex value) { return std::conj(value); }
 
