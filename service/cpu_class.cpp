@@ -96,6 +96,8 @@ int nxl_pack_cpu_class() {
 WidthChoice vector_width_choice() {
     const char* text = environment("NXL_VECTOR_BITS");
     if (text && std::strcmp(text, "128") == 0) return {128, WidthReason::environment};
+    const CpuClass taken = nxl_cpu_class();
+    if (taken == CpuClass::p4n || taken == CpuClass::mc) return {128, WidthReason::class_is_narrow};
     if (!has_avx2_and_fma()) return {128, WidthReason::processor_lacks_fma};
     if (!system_saves_wide_registers()) return {128, WidthReason::system_does_not_save};
     return {256, WidthReason::processor_has_fma};

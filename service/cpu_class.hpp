@@ -29,10 +29,11 @@ CpuClass class_of(const CpuFeatures& features);
 int pack_class_of(const CpuFeatures& features);
 
 /// Bits of a vector register that kernels are bound for: 256 where the processor has AVX2 and FMA and the system saves
-/// their registers, else 128. NXL_VECTOR_BITS=128 asks for the narrow ones. Fixed at the first call.
+/// their registers, else 128. NXL_VECTOR_BITS=128 asks for the narrow ones; classes 1 and 2, whose processors have no
+/// others, get them even where the class was forced. Fixed at the first call.
 int nxl_vector_bits();
 
-enum class WidthReason { environment, processor_has_fma, processor_lacks_fma, system_does_not_save };
+enum class WidthReason { environment, class_is_narrow, processor_has_fma, processor_lacks_fma, system_does_not_save };
 
 /// The same, found anew, and what decided it.
 struct WidthChoice {

@@ -11,15 +11,11 @@ namespace def_fma { extern const KernelTable kernel_table; }
 namespace def     { extern const KernelTable kernel_table; }
 namespace p4n     { extern const KernelTable kernel_table; }
 namespace mc      { extern const KernelTable kernel_table; }
-namespace p4n_fma { extern const KernelTable kernel_table; }
-namespace mc_fma  { extern const KernelTable kernel_table; }
 namespace mc3_fma { extern const KernelTable kernel_table; }
 #else // one class at each width stands for all
 namespace def     = mc3;
 namespace p4n     = mc3;
 namespace mc      = mc3;
-namespace p4n_fma = def_fma;
-namespace mc_fma  = def_fma;
 namespace mc3_fma = def_fma;
 #endif
 // clang-format on
@@ -27,8 +23,8 @@ namespace mc3_fma = def_fma;
 namespace {
 constexpr const KernelTable* tables_128[cpu_class_count] = {&def::kernel_table, &p4n::kernel_table, &mc::kernel_table,
                                                             &mc3::kernel_table};
-constexpr const KernelTable* tables_256[cpu_class_count] = {&def_fma::kernel_table, &p4n_fma::kernel_table,
-                                                            &mc_fma::kernel_table, &mc3_fma::kernel_table};
+constexpr const KernelTable* tables_256[cpu_class_count] = {&def_fma::kernel_table, &p4n::kernel_table,
+                                                            &mc::kernel_table, &mc3_fma::kernel_table};
 } // namespace
 
 const KernelTable& kernels_of(CpuClass cpu_class) {

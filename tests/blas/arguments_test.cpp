@@ -104,7 +104,13 @@ const std::vector<ArgumentFamily> families = {
     {{{"DTRTRS", run<dtrtrs>}, {"ZTRTRS", run<ztrtrs>}},
      "UL NTC UN",
      {{"U N N 3 2 * 3 * 3 ! 1 1 1", "1=X 2=X 3=X 4=-1 5=-1 7=2 9=2"},
-      {"L C U 0 2 * 1 * 1 ! 1 1 1", "1=X 2=X 3=X 4=-1 5=-1 7=0 9=0"}}},
+      {"L C U 0 2 * 1 * 1 ! 1 1 1", "1=X 2=X 3=X 4=-1 5=-1 7=0 9=0"}}},    {{{"DTRCON", run<dtrcon>}, {"ZTRCON", run<ztrcon>}},
+     "OI UL UN",
+     {{"O U N 3 * 3 * ~ # ! 1 1 1", "1=F 2=X 3=X 4=-1 6=2"}, {"I L U 0 * 1 * ~ # ! 1 1 1", "1=M 2=X 3=X 4=-1 6=0"}}},
+    {{{"DTRRFS", run<dtrrfs>}, {"ZTRRFS", run<ztrrfs>}},
+     "UL NTC UN",
+     {{"U N N 3 2 * 3 * 3 * 3 * * ~ # ! 1 1 1", "1=X 2=X 3=X 4=-1 5=-1 7=2 9=2 11=2"},
+      {"L T U 0 1 * 1 * 1 * 1 * * ~ # ! 1 1 1", "1=X 2=X 3=X 4=-1 5=-1 7=0 9=0 11=0"}}},
 };
 
 const ArgumentFaults faults({[](const std::function<void()>& body) { return printed_by(body); },

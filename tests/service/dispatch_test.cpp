@@ -95,7 +95,13 @@ TEST(VectorWidth, NarrowOnRequestElseWhatTheProcessorHas) {
     const char* setting = std::getenv("NXL_VECTOR_BITS");
     const bool wide = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
     const bool narrow_asked = setting && std::strcmp(setting, "128") == 0;
-    EXPECT_EQ(nxl_vector_bits(), wide && !narrow_asked ? 256 : 128);
+    for (const char* narrow : {"1", "2"}) {
+        class_with(narrow);
+        EXPECT_EQ(vector_width_choice().bits, 128) << narrow;
+    }
+    class_with("3");
+    EXPECT_EQ(vector_width_choice().bits, wide && !narrow_asked ? 256 : 128);
+    class_with(nullptr);
 }
 
 } // namespace

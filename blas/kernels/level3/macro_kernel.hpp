@@ -96,7 +96,7 @@ template <class T, class Tile, class Multiply>
 }
 
 /// Steps of k for which class 1 has a kernel without a loop: a whole block.
-constexpr i64 unrolled_k = kClass == CpuClass::p4n && kWidth == 2 ? 112 : 0;
+constexpr i64 unrolled_k = kClass == CpuClass::p4n ? 112 : 0;
 
 /// The tile that starts at a panel of A; block A belongs to row i of C.
 template <class T, int Panels, int Columns, class B>
