@@ -1,7 +1,7 @@
 // The Cholesky family through its exports: factors and solutions on every strategy, failures, progress, bad arguments.
-#include "nxl.h"
 #include "tests/support/captured.hpp"
 #include "tests/support/host_allocator.hpp"
+#include "tests/support/lapack.hpp"
 #include "tests/support/positive_definite.hpp"
 #include <atomic>
 #include <mutex>
@@ -10,12 +10,7 @@
 
 namespace {
 
-using nxl_test::Flush;
-using nxl_test::GuardedMatrix;
-using nxl_test::PositiveDefinite;
-using nxl_test::printed_by;
-using nxl_test::Spectrum;
-using zcomplex = std::complex<double>;
+using namespace nxl_test;
 
 constexpr double tolerance = 4.0; // of residuals in units of n eps
 
@@ -42,21 +37,9 @@ template <class Body> std::vector<Progress::Report> reports_of(std::size_t stop_
     return progress.reports;
 }
 
-template <class T> struct Routines;
-template <> struct Routines<double> {
-    static constexpr auto potrf = dpotrf;
-    static constexpr auto potrs = dpotrs;
-    static constexpr const char* name = "DPOTRF";
-};
-template <> struct Routines<zcomplex> {
-    static constexpr auto potrf = zpotrf;
-    static constexpr auto potrs = zpotrs;
-    static constexpr const char* name = "ZPOTRF";
-};
-
 template <class T> int factor(char uplo, int n, T* a, int lda) {
     int info = 77;
-    Routines<T>::potrf(&uplo, &n, a, &lda, &info, 1);
+    Lapack<T>::potrf(&uplo, &n, a, &lda, &info, 1);
     return info;
 }
 
@@ -74,7 +57,6 @@ template <class T> class Cholesky : public ::testing::Test {
   protected:
     void SetUp() override { NXL_Set_Dynamic(0); }
 };
-using Scalars = ::testing::Types<double, zcomplex>;
 TYPED_TEST_SUITE(Cholesky, Scalars);
 
 // Either side of every block size's step, and of the crossover; tables of one, two and many tiles.
@@ -125,12 +107,12 @@ TYPED_TEST(Cholesky, SolutionsBelongToTheMatrix) {
                 ASSERT_EQ(factor(uplo, n, factors.data(), n + 2), 0);
                 for (const int nrhs : {0, 1, 5, 40}) {
                     const int lda = n + 2, ldb = n + 1;
-                    const std::vector<T> values = nxl_test::random_numbers<T>(n * nrhs + 1, 4);
+                    const std::vector<T> values = random_values<T>(n * nrhs + 1, 4);
                     const GuardedMatrix<T> b({n, nrhs, ldb}, Flush::end, [&](int i, int j) {
                         return values[static_cast<std::size_t>(i + std::int64_t{j} * n)];
                     });
                     int info = 77;
-                    Routines<T>::potrs(&uplo, &n, &nrhs, factors.data(), &lda, b.data(), &ldb, &info, 1);
+                    Lapack<T>::potrs(&uplo, &n, &nrhs, factors.data(), &lda, b.data(), &ldb, &info, 1);
                     EXPECT_EQ(info, 0);
                     for (int j = 0; j < nrhs; ++j)
                         EXPECT_LE(a.residual(b.data() + std::int64_t{j} * ldb, values.data() + std::int64_t{j} * n),
@@ -157,7 +139,7 @@ TYPED_TEST(Cholesky, ProgressGoesByColumnsAndCanStopTheRun) {
             ASSERT_GT(all.size(), 3U);
             EXPECT_EQ(all.back().column, n);
             for (std::size_t i = 0; i < all.size(); ++i) {
-                EXPECT_EQ(all[i].name, Routines<TypeParam>::name);
+                EXPECT_EQ(all[i].name, routine_name<TypeParam>("POTRF"));
                 EXPECT_TRUE(all[i].thread >= 0 && all[i].thread < threads);
                 EXPECT_GT(all[i].column, i == 0 ? 0 : all[i - 1].column);
             }
@@ -188,9 +170,9 @@ TYPED_TEST(Cholesky, WithoutMemoryForItsTableTheRunIsSerial) {
     bool became_serial = false;
     for (long k = 1; k <= 3; ++k) {
         NXL_FreeBuffers();
-        nxl_test::fail_allocation(k);
+        fail_allocation(k);
         became_serial |= reports_of(0, [&] { expect_factored(a, 'L', 4); }) == serial;
-        nxl_test::fail_allocation(0);
+        fail_allocation(0);
     }
     EXPECT_TRUE(became_serial);
 }

@@ -2,49 +2,18 @@
 // this program for each processor class and vector width.
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/cholesky/lauum.hpp"
-#include "nxl.h"
 #include "tests/support/captured.hpp"
 #include "tests/support/guarded_matrix.hpp"
 #include "tests/support/host_allocator.hpp"
-#include "tests/support/reference_blas.hpp"
+#include "tests/support/lapack.hpp"
 #include <array>
-#include <limits>
 #include <numeric>
 
 namespace nxl {
 namespace {
 
-using nxl_test::Diagonal;
-using nxl_test::Flush;
-using nxl_test::GuardedMatrix;
-using nxl_test::MatrixShape;
-using nxl_test::Part;
-using nxl_test::printed_by;
-
-template <class T> struct Routines;
-template <> struct Routines<double> {
-    static constexpr char letter = 'D';
-    static constexpr auto getrs = dgetrs;
-    static constexpr auto getri = dgetri;
-    static constexpr auto potri = dpotri;
-    static constexpr auto trtri = dtrtri;
-    static constexpr auto trtrs = dtrtrs;
-    static constexpr auto lauum = nxl_lapack_dlauum;
-    static constexpr const char* factorisation = "dgetrf_";
-};
-template <> struct Routines<zcomplex> {
-    static constexpr char letter = 'Z';
-    static constexpr auto getrs = zgetrs;
-    static constexpr auto getri = zgetri;
-    static constexpr auto potri = zpotri;
-    static constexpr auto trtri = ztrtri;
-    static constexpr auto trtrs = ztrtrs;
-    static constexpr auto lauum = nxl_lapack_zlauum;
-    static constexpr const char* factorisation = "zgetrf_";
-};
-
-double conjugated(double v) { return v; }
-zcomplex conjugated(zcomplex v) { return std::conj(v); }
+using namespace nxl_test;
+using zcomplex = std::complex<double>;
 
 /// A dense matrix of the test's own, without slack.
 template <class T> struct Dense {
@@ -76,7 +45,7 @@ template <class T> Dense<T> residual(char trans, const Dense<T>& a, char transb,
 /// |residual| / (n |A| |X| eps).
 template <class T> double scaled(const Dense<T>& r, const Dense<T>& a, const Dense<T>& x) {
     if (r.norm() == 0.0) return 0.0;
-    return r.norm() / (a.rows * a.norm() * x.norm() * std::numeric_limits<double>::epsilon());
+    return r.norm() / (a.rows * a.norm() * x.norm() * eps);
 }
 constexpr double bound = 8.0; // of scaled(): the methods promise a small constant
 
@@ -88,25 +57,19 @@ template <class T> Dense<T> identity(int n) {
 
 template <class T> class Inverses : public ::testing::Test {
   protected:
-    using R = Routines<T>;
-    std::mt19937_64 generator{5};
+    using R = Lapack<T>;
+    Generator generator{5};
 
     void SetUp() override {
         NXL_Set_Dynamic(0);
         NXL_Set_Num_Threads(1);
     }
-    static std::string named(const char* suffix) { return R::letter + std::string(suffix); }
     static std::string refusal(const char* suffix, int position) {
-        return "NXL ERROR: Parameter " + std::to_string(position) + " was incorrect on entry to " + named(suffix) +
-               "\n";
+        return "NXL ERROR: Parameter " + std::to_string(position) + " was incorrect on entry to " +
+               routine_name<T>(suffix) + "\n";
     }
 
-    T value() {
-        std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-        const double real = uniform(generator);
-        if constexpr (std::is_same_v<T, double>) return real;
-        else return {real, uniform(generator)};
-    }
+    T value() { return random_value<T>(generator); }
     GuardedMatrix<T> general(int rows, int cols, int slack) {
         return {{rows, cols, std::max(rows, 1) + slack}, Flush::end, [this](int, int) { return value(); }};
     }
@@ -137,7 +100,7 @@ template <class T> class Inverses : public ::testing::Test {
         Dense<T> result = seen(shape, data);
         for (int j = 0; j < shape.cols; ++j)
             for (int i = 0; i < shape.rows; ++i)
-                if (!shape.has(i, j)) result.at(i, j) = conjugated(result.at(j, i));
+                if (!shape.has(i, j)) result.at(i, j) = conjugate(result.at(j, i));
         return result;
     }
 
@@ -155,8 +118,7 @@ template <class T> class Inverses : public ::testing::Test {
         std::vector<int> pivots(static_cast<std::size_t>(n));
         const int ld = std::max(n, 1);
         int info = -99;
-        nxl_test::reference<void(const int*, const int*, T*, const int*, int*, int*)>(R::factorisation)(
-            &n, &n, lu.values.data(), &ld, pivots.data(), &info);
+        reference_lu<T>()(&n, &n, lu.values.data(), &ld, pivots.data(), &info);
         EXPECT_EQ(info, 0);
         return {a, GuardedMatrix<T>(shape, Flush::end, [&](int i, int j) { return lu.at(i, j); }), pivots, shape};
     }
@@ -181,7 +143,6 @@ template <class T> class Inverses : public ::testing::Test {
         EXPECT_TRUE(lu.factors.rest_untouched());
     }
 };
-using Scalars = ::testing::Types<double, zcomplex>;
 TYPED_TEST_SUITE(Inverses, Scalars);
 
 /// Around tiles, the unblocked order, wide blocks.
@@ -209,7 +170,7 @@ TYPED_TEST(Inverses, OfTriangles) {
                 const auto a = this->triangle(shape);
                 const Dense<TypeParam> before = this->seen(shape, a.data());
                 int info = -99;
-                Routines<TypeParam>::trtri(&uplo, &diag, &n, a.data(), &shape.ld, &info, 1, 1);
+                Lapack<TypeParam>::trtri(&uplo, &diag, &n, a.data(), &shape.ld, &info, 1, 1);
                 ASSERT_EQ(info, 0);
                 const Dense<TypeParam> x = this->seen(shape, a.data());
                 EXPECT_LE(scaled(residual('N', x, 'N', before, identity<TypeParam>(n)), before, x), bound)
@@ -226,7 +187,7 @@ TYPED_TEST(Inverses, ProductsWithTheAdjoint) {
             const Dense<TypeParam> factor = this->seen(shape, a.data());
             const i64 n64 = n, lda64 = shape.ld;
             i64 info = -99;
-            Routines<TypeParam>::lauum(uplo, n64, a.data(), lda64, info, 1);
+            lauum<TypeParam>(uplo, n64, a.data(), lda64, info, 1);
             ASSERT_EQ(info, 0);
             const Dense<TypeParam> product = this->whole(shape, a.data());
             const auto wrong =
@@ -247,7 +208,7 @@ TYPED_TEST(Inverses, FromCholeskyFactors) {
             const Dense<TypeParam> before =
                 uplo == 'u' ? residual('C', factor, 'N', factor, zero) : residual('N', factor, 'C', factor, zero);
             int info = -99;
-            Routines<TypeParam>::potri(&uplo, &n, a.data(), &shape.ld, &info, 1);
+            Lapack<TypeParam>::potri(&uplo, &n, a.data(), &shape.ld, &info, 1);
             ASSERT_EQ(info, 0);
             const Dense<TypeParam> x = this->whole(shape, a.data());
             EXPECT_LE(scaled(residual('N', x, 'N', before, identity<TypeParam>(n)), before, x), bound) << uplo;
@@ -284,8 +245,8 @@ TYPED_TEST(Inverses, SolutionsFromLuFactors) {
                 const auto b = this->general(n, nrhs, 1);
                 const Dense<TypeParam> right = this->seen(shape, b.data());
                 int info = -99;
-                Routines<TypeParam>::getrs(&trans, &n, &nrhs, lu.factors.data(), &lu.shape.ld, lu.pivots.data(),
-                                           b.data(), &shape.ld, &info, 1);
+                Lapack<TypeParam>::getrs(&trans, &n, &nrhs, lu.factors.data(), &lu.shape.ld, lu.pivots.data(), b.data(),
+                                         &shape.ld, &info, 1);
                 ASSERT_EQ(info, 0);
                 const Dense<TypeParam> x = this->seen(shape, b.data());
                 EXPECT_LE(scaled(residual(trans, lu.a, 'N', x, right), lu.a, x), bound) << trans << n << ' ' << nrhs;
@@ -304,8 +265,8 @@ TYPED_TEST(Inverses, SolutionsOfTriangularSystems) {
                     const auto a = this->triangle(shape), b = this->general(n, nrhs, 1);
                     const Dense<TypeParam> matrix = this->seen(shape, a.data()), right = this->seen(sides, b.data());
                     int info = -99;
-                    Routines<TypeParam>::trtrs(&uplo, &trans, &diag, &n, &nrhs, a.data(), &shape.ld, b.data(),
-                                               &sides.ld, &info, 1, 1, 1);
+                    Lapack<TypeParam>::trtrs(&uplo, &trans, &diag, &n, &nrhs, a.data(), &shape.ld, b.data(), &sides.ld,
+                                             &info, 1, 1, 1);
                     ASSERT_EQ(info, 0);
                     const Dense<TypeParam> x = this->seen(sides, b.data());
                     EXPECT_LE(scaled(residual(trans, matrix, 'N', x, right), matrix, x), bound)
@@ -315,7 +276,7 @@ TYPED_TEST(Inverses, SolutionsOfTriangularSystems) {
 }
 
 TYPED_TEST(Inverses, SingularMatricesAreLeftAsTheyAre) {
-    using R = Routines<TypeParam>;
+    using R = Lapack<TypeParam>;
     const int n = 70, one = 1;
     std::vector<int> pivots(70);
     std::iota(pivots.begin(), pivots.end(), 1);
@@ -349,19 +310,20 @@ TYPED_TEST(Inverses, EveryAllocationMayFail) {
         const Dense<TypeParam> right = this->seen({n, nrhs, n}, b.data());
         for (const bool inverse : {false, true}) {
             NXL_FreeBuffers();
-            nxl_test::fail_allocation(failing);
+            fail_allocation(failing);
             int info = -99;
             const std::string printed = printed_by([&] {
                 if (inverse) info = this->getri_info(lu, work.data(), 40 * n);
                 else
-                    Routines<TypeParam>::getrs("N", &n, &nrhs, lu.factors.data(), &n, lu.pivots.data(), b.data(), &n,
-                                               &info, 1);
+                    Lapack<TypeParam>::getrs("N", &n, &nrhs, lu.factors.data(), &n, lu.pivots.data(), b.data(), &n,
+                                             &info, 1);
             });
-            nxl_test::fail_allocation(0);
+            fail_allocation(0);
             EXPECT_EQ(info, printed.empty() ? 0 : -1000);
             if (!printed.empty()) {
                 ++reports;
-                EXPECT_NE(printed.find(this->named(inverse ? "GETRI" : "GETRS")), std::string::npos) << printed;
+                EXPECT_NE(printed.find(routine_name<TypeParam>(inverse ? "GETRI" : "GETRS")), std::string::npos)
+                    << printed;
                 EXPECT_TRUE(lu.factors.untouched() && (inverse || b.untouched()));
             } else if (inverse) {
                 EXPECT_LE(this->inverse_error(lu), bound) << failing;

@@ -4,36 +4,21 @@
 #include "service/memory.hpp"
 #include "tests/support/guarded_matrix.hpp"
 #include "tests/support/host_allocator.hpp"
-#include <algorithm>
-#include <cmath>
-#include <gtest/gtest.h>
-#include <limits>
+#include "tests/support/scalars.hpp"
 
 namespace nxl {
 namespace {
 
-using nxl_test::Diagonal;
-using nxl_test::Flush;
-using nxl_test::GuardedMatrix;
-using nxl_test::MatrixShape;
-using nxl_test::Part;
+using namespace nxl_test;
 
-using Scalars = ::testing::Types<double, zcomplex>;
-constexpr double eps = std::numeric_limits<double>::epsilon();
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-template <class T> constexpr bool is_complex = sizeof(T) != sizeof(double);
-
-double conjugate(double v) { return v; }
-zcomplex conjugate(zcomplex v) { return std::conj(v); }
-double abs1(double v) { return std::abs(v); }
-double abs1(zcomplex v) { return std::abs(v.real()) + std::abs(v.imag()); }
 
 /// A matrix of the test's own: plain loops, no slack.
 template <class T> struct Dense {
     int rows, cols;
     std::vector<T> data;
 
+    Dense(int m, int n, std::vector<T> values) : rows(m), cols(n), data(std::move(values)) {}
     Dense(int m, int n) : rows(m), cols(n), data(static_cast<std::size_t>(m) * static_cast<std::size_t>(n)) {}
     T& operator()(int i, int j) { return data[static_cast<std::size_t>(i + std::int64_t{j} * rows)]; }
     T operator()(int i, int j) const { return data[static_cast<std::size_t>(i + std::int64_t{j} * rows)]; }
@@ -44,18 +29,8 @@ template <class T> struct Dense {
     }
 };
 
-template <class T> T random_value(std::mt19937_64& random) {
-    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-    const double re = uniform(random);
-    if constexpr (is_complex<T>) return {re, uniform(random)};
-    else return re;
-}
-
 template <class T> Dense<T> random_matrix(int m, int n, unsigned seed) {
-    std::mt19937_64 random(seed);
-    Dense<T> a(m, n);
-    for (T& v : a.data) v = random_value<T>(random);
-    return a;
+    return {m, n, random_values<T>(std::int64_t{m} * n, seed)};
 }
 
 // ---------------------------------------------------------------------------------------------------------------- LU
@@ -364,9 +339,9 @@ TYPED_TEST(Potf2, LargeAndSmallNumbersTakeTheSameSteps) {
 TYPED_TEST(Potf2, WithoutMemory) {
     for (const long failing : {1, 2}) { // the thread's record, its first block
         free_buffers();
-        nxl_test::fail_allocation(failing);
+        fail_allocation(failing);
         check_order<TypeParam>(100);
-        nxl_test::fail_allocation(0);
+        fail_allocation(0);
     }
 }
 

@@ -1,9 +1,7 @@
 // The LU factorisation as callers see it, on every processor class: factors, pivots and info; and the routines that
 // interchange rows and conjugate.
 #include "nxl.h"
-#include "tests/support/lapack_matrices.hpp"
-#include "tests/support/lu_call.hpp"
-#include "tests/support/reference_blas.hpp"
+#include "tests/support/lapack.hpp"
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <numeric>
@@ -13,7 +11,6 @@ namespace {
 using namespace nxl_test;
 
 template <class T> class Getrf : public ::testing::Test {};
-using Scalars = ::testing::Types<double, zcomplex>;
 TYPED_TEST_SUITE(Getrf, Scalars);
 
 struct Shape {
@@ -43,8 +40,7 @@ TYPED_TEST(Getrf, FactorsAreThoseOfTheMatrix) {
 }
 
 TYPED_TEST(Getrf, PivotsAreTheReferences) {
-    using Oracle = void(const int*, const int*, TypeParam*, const int*, int*, int*);
-    auto* const oracle = reference<Oracle>(std::is_same_v<TypeParam, double> ? "dgetrf_" : "zgetrf_");
+    auto* const oracle = reference_lu<TypeParam>();
     for (const auto [m, n] : shapes) {
         const auto a = matrix_of<TypeParam>(MatrixKind::random, m, n, 1, 17);
         auto copy = a;
@@ -83,7 +79,7 @@ TYPED_TEST(Getrf, NothingIsDoneWithoutElements) {
     for (const auto [m, n] : {Shape{0, 0}, Shape{0, 5}, Shape{5, 0}}) {
         LapackMatrix<TypeParam> a(5, 5, 0);
         int info = 7, pivot = 99;
-        getrf(&m, &n, a.data(), &a.lda, &pivot, &info);
+        Lapack<TypeParam>::getrf(&m, &n, a.data(), &a.lda, &pivot, &info);
         EXPECT_EQ(info, 0);
         EXPECT_EQ(pivot, 99);
     }

@@ -3,8 +3,7 @@
 #include "nxl.h"
 #include "tests/support/captured.hpp"
 #include "tests/support/host_allocator.hpp"
-#include "tests/support/lapack_matrices.hpp"
-#include "tests/support/lu_call.hpp"
+#include "tests/support/lapack.hpp"
 #include <atomic>
 #include <gtest/gtest.h>
 #include <mutex>
@@ -66,7 +65,6 @@ template <class T> void expect_factored(MatrixKind kind, int m, int n, int threa
 }
 
 template <class T> class GetrfThreads : public ::testing::Test {};
-using Scalars = ::testing::Types<double, zcomplex>;
 TYPED_TEST_SUITE(GetrfThreads, Scalars);
 
 TYPED_TEST(GetrfThreads, EveryTeamFinishesTheMatrix) {
@@ -110,7 +108,7 @@ TYPED_TEST(GetrfThreads, WithoutMemoryForThePivotsNothingIsDone) {
     const std::string text = printed_by([&] { lu = factored(a); });
     EXPECT_EQ(lu.info, -1000);
     EXPECT_EQ(lu.factors.elements, a.elements);
-    EXPECT_NE(text.find(std::is_same_v<TypeParam, double> ? "DGETRF" : "ZGETRF"), std::string::npos) << text;
+    EXPECT_NE(text.find(routine_name<TypeParam>("GETRF")), std::string::npos) << text;
 }
 
 TYPED_TEST(GetrfThreads, CallsSideBySideAndInsideARegion) {
@@ -136,7 +134,7 @@ TYPED_TEST(GetrfThreads, CallsSideBySideAndInsideARegion) {
 }
 
 TYPED_TEST(GetrfThreads, TheHostFollowsAndStops) {
-    const std::set<std::string> name = {std::is_same_v<TypeParam, double> ? "DGETRF" : "ZGETRF"};
+    const std::set<std::string> name = {routine_name<TypeParam>("GETRF")};
     const auto a = matrix_of<TypeParam>(MatrixKind::random, 600, 600);
     for (const int threads : {1, 2, 4})
         for (const bool queue : {true, false}) {

@@ -1,16 +1,10 @@
 // General matrices for tests of factorisations, with NaN between the columns, and the error of P A = L U.
 #pragma once
+#include "tests/support/scalars.hpp"
 #include <algorithm>
-#include <cmath>
-#include <complex>
 #include <cstring>
-#include <limits>
-#include <random>
-#include <vector>
 
 namespace nxl_test {
-
-using zcomplex = std::complex<double>;
 
 /// rows by cols elements; the array ends with the last of them.
 template <class T> struct LapackMatrix {
@@ -48,15 +42,8 @@ template <class T> struct LapackMatrix {
 enum class MatrixKind { random, graded, near_singular, hilbert };
 
 template <class T> LapackMatrix<T> matrix_of(MatrixKind kind, int rows, int cols, int slack = 3, unsigned seed = 1) {
-    std::mt19937_64 generator(seed);
-    const auto random = [&generator]() -> T {
-        const auto part = [&generator] {
-            return static_cast<double>(static_cast<std::int64_t>(generator())) * 0x1p-63;
-        };
-        const double real = part();
-        if constexpr (sizeof(T) == sizeof(double)) return real;
-        else return {real, part()};
-    };
+    Generator generator(seed);
+    const auto random = [&] { return random_value<T>(generator); };
     const auto value = [&](int i, int j) -> T {
         switch (kind) {
         case MatrixKind::graded: return random() * std::pow(10.0, 6.0 * (std::sin(1.3 * i) + std::sin(2.1 * j)));
@@ -71,12 +58,9 @@ template <class T> LapackMatrix<T> matrix_of(MatrixKind kind, int rows, int cols
     return result;
 }
 
-inline double magnitude(double x) { return std::fabs(x); }
-inline double magnitude(zcomplex x) { return std::fabs(x.real()) + std::fabs(x.imag()); }
-
 /// y := L (U x) or, with `moduli`, |L| (|U| |x|), from the factors of an m by n matrix.
 template <class T> std::vector<T> times_factors(const LapackMatrix<T>& lu, const std::vector<T>& x, bool moduli) {
-    const auto entry = [&](int i, int j) -> T { return moduli ? T{magnitude(lu.at(i, j))} : lu.at(i, j); };
+    const auto entry = [&](int i, int j) -> T { return moduli ? T{abs1(lu.at(i, j))} : lu.at(i, j); };
     const auto rows = static_cast<std::size_t>(lu.rows);
     const int steps = std::min(lu.rows, lu.cols);
     std::vector<T> ux(rows), y(rows);
@@ -96,7 +80,7 @@ template <class T> std::vector<T> times_factors(const LapackMatrix<T>& lu, const
 /// Algorithms, 2nd ed., theorem 9.3). A single wrong element of A, L, U or P makes it huge.
 template <class T> double lu_error(const LapackMatrix<T>& a, const LapackMatrix<T>& lu, const std::vector<int>& ipiv) {
     const auto rows = static_cast<std::size_t>(a.rows), cols = static_cast<std::size_t>(a.cols);
-    std::mt19937_64 generator(5);
+    Generator generator(5);
     std::vector<T> x(cols), ax(rows);
     for (T& value : x) value = generator() % 2 == 0 ? 1.0 : -1.0;
     for (int j = 0; j < a.cols; ++j)
@@ -107,8 +91,8 @@ template <class T> double lu_error(const LapackMatrix<T>& a, const LapackMatrix<
     const std::vector<T> bound = times_factors(lu, std::vector<T>(cols, T{1.0}), true);
     double worst = 0.0;
     for (std::size_t i = 0; i < rows; ++i) {
-        const double error = magnitude(ax[i] - product[i]);
-        const double unit = a.cols * std::numeric_limits<double>::epsilon() * std::abs(bound[i]);
+        const double error = abs1(ax[i] - product[i]);
+        const double unit = a.cols * eps * std::abs(bound[i]);
         if (!(error <= worst * unit)) worst = error / unit; // NaN goes through and stays
     }
     return worst;

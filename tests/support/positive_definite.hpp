@@ -1,34 +1,13 @@
 // Positive definite matrices, symmetric or Hermitian, and how well a factor or a solution belongs to one.
 #pragma once
 #include "tests/support/guarded_matrix.hpp"
-#include <cmath>
-#include <limits>
+#include "tests/support/scalars.hpp"
 
 namespace nxl_test {
 
 /// How a matrix is made: random; the same with rows and columns scaled over ten decimal orders; of rank 1 but for a
 /// small multiple of I; 1/(i+j+1) with such a multiple.
 enum class Spectrum { random, graded, nearly_singular, hilbert };
-
-/// Parts in [-1, 1).
-template <class T> T random_number(std::mt19937_64& generator) {
-    const auto uniform = [&] { return static_cast<double>(static_cast<std::int64_t>(generator())) * 0x1p-63; };
-    const double real = uniform();
-    if constexpr (std::is_same_v<T, double>) return real;
-    else return {real, uniform()};
-}
-
-template <class T> T conjugated(T value) {
-    if constexpr (std::is_same_v<T, double>) return value;
-    else return std::conj(value);
-}
-
-template <class T> std::vector<T> random_numbers(int count, unsigned seed) {
-    std::mt19937_64 generator(seed);
-    std::vector<T> values(static_cast<std::size_t>(count));
-    for (T& value : values) value = random_number<T>(generator);
-    return values;
-}
 
 template <class T> class PositiveDefinite {
     int n_;
@@ -38,11 +17,11 @@ template <class T> class PositiveDefinite {
     PositiveDefinite(int n, Spectrum spectrum, unsigned seed)
         : n_(n),
           values_(static_cast<std::size_t>(n) * static_cast<std::size_t>(n)) {
-        std::mt19937_64 generator(seed);
-        const std::vector<T> v = random_numbers<T>(n, seed + 1);
+        Generator generator(seed);
+        const std::vector<T> v = random_values<T>(n, seed + 1);
         const auto element = [&](int i, int j) -> T {
-            const T outer = v[static_cast<std::size_t>(i)] * conjugated(v[static_cast<std::size_t>(j)]);
-            const T plain = i == j ? T(n + 1.0) : random_number<T>(generator);
+            const T outer = v[static_cast<std::size_t>(i)] * conjugate(v[static_cast<std::size_t>(j)]);
+            const T plain = i == j ? T(n + 1.0) : random_value<T>(generator);
             switch (spectrum) {
             case Spectrum::random: return plain;
             case Spectrum::graded: return plain * std::pow(10.0, 5.0 * std::sin(i) + 5.0 * std::sin(j));
@@ -55,7 +34,7 @@ template <class T> class PositiveDefinite {
             for (int i = j; i < n; ++i) {
                 const T value = i == j ? T(std::real(element(i, i))) : element(i, j);
                 at(i, j) = value;
-                at(j, i) = conjugated(value);
+                at(j, i) = conjugate(value);
             }
     }
 
@@ -82,20 +61,20 @@ template <class T> class PositiveDefinite {
             const double error = std::abs(ax[static_cast<std::size_t>(i)] - y[i]) / std::sqrt(std::real(at(i, i)));
             if (!(error <= worst)) worst = error; // a NaN stays
         }
-        return worst == 0.0 ? 0.0 : worst / (size * n_ * std::numeric_limits<double>::epsilon());
+        return worst == 0.0 ? 0.0 : worst / (size * n_ * eps);
     }
 
     /// The residual of the factor L, or U = L^H, on a vector that gives all columns the same weight.
     double factor_residual(char uplo, const T* factor, int lda) const {
         const bool upper = uplo == 'U' || uplo == 'u';
         const auto l = [&](int i, int j) {
-            return upper ? conjugated(factor[j + std::int64_t{i} * lda]) : factor[i + std::int64_t{j} * lda];
+            return upper ? conjugate(factor[j + std::int64_t{i} * lda]) : factor[i + std::int64_t{j} * lda];
         };
-        std::vector<T> x = random_numbers<T>(n_, 99), z(x.size()), y(x.size());
+        std::vector<T> x = random_values<T>(n_, 99), z(x.size()), y(x.size());
         T *const px = x.data(), *const pz = z.data(), *const py = y.data();
         for (int i = 0; i < n_; ++i) px[i] /= std::sqrt(std::real(at(i, i)));
         for (int j = 0; j < n_; ++j)
-            for (int i = j; i < n_; ++i) pz[j] += conjugated(l(i, j)) * px[i];
+            for (int i = j; i < n_; ++i) pz[j] += conjugate(l(i, j)) * px[i];
         for (int j = 0; j < n_; ++j)
             for (int i = j; i < n_; ++i) py[i] += l(i, j) * pz[j];
         return residual(px, py);

@@ -168,25 +168,26 @@ TURNS = [0, 2, 1, -1, 0.4, 1.3, -0.6, -1.7, 1.0001, 0.003, 1.998, -0.9, 0.97, -1
 
 def bessel_rows():
     """Radii at the regions' borders and at fractions of the order, angles and functions in rotation."""
-    count = 0
+    group = 0
     for nu in [0, single(1 / 3), 0.5, 1, single(2.7), 10, 40, 85, 85.5, 86, 87, 150, 2047, 1e4, 1e6]:
         radii = [r for r in (1e-30, 1e-3, 0.6, 1.99, 2.01, 5, 11.5, 12.5, 17, 40, 300, 2.5e3, 5e4, 4e6)
                  if nu < 2000 or r > 1e4] + [nu * f for f in (0.1, 0.5, 0.95, 1, 1.05, 1.5, 4) if nu >= 10]
         for index, radius in enumerate(r for r in radii if r <= 4194304):
-            for repeat, step in ((0, 1), (3, 3)):  # both KODEs, functions and angles far apart
-                count += step
-                name = NAMES[(count + index) % 6]
-                turn = TURNS[(7 * count + index + 5 * repeat) % len(TURNS)]
-                if nu >= 1e5 and 0.9 < radius / nu < 1.1 and repeat > 0:
-                    continue  # a million steps each
-                z = point(radius, turn)
-                value = reference(name, nu, z)
-                if in_range(value):
-                    emit(name, nu, z, 1 + count % 2, value)
-                else:
-                    scaled = in_range(value * mp.exp(scaling(name, z)))
-                    if scaled or count % 4 == 0:
-                        emit(name, nu, z, 2 if scaled and count % 5 else 1, value)
+            repeat = 0 if group % 2 == 0 else 3  # changes the KODE, and moves the angle on
+            count = 4 * group + repeat + 1
+            group += 1
+            name = NAMES[(count + index) % 6]
+            turn = TURNS[(7 * count + index + 5 * repeat) % len(TURNS)]
+            if nu >= 1e5 and 0.9 < radius / nu < 1.1 and repeat > 0:
+                continue  # a million steps each
+            z = point(radius, turn)
+            value = reference(name, nu, z)
+            if in_range(value):
+                emit(name, nu, z, 1 + count % 2, value)
+            else:
+                scaled = in_range(value * mp.exp(scaling(name, z)))
+                if scaled or count % 4 == 0:
+                    emit(name, nu, z, 2 if scaled and count % 5 else 1, value)
 
 
 def rows_next_to_zeros():
@@ -200,9 +201,11 @@ def airy_rows():
     third = mpf(2) / 3
     turns = [0, 2, third, 2 * third, -third, -2 * third, 1, 0.3, -1.7, 1.95, 0.7, -0.01]
     count = 0
-    for radius in (1e-30, 1e-3, 0.7, 0.99, 1.01, 1.5, 3, 4.5, 6, 9, 14, 30, 100, 161, 1000, 2.6e4):
-        for turn in turns:
+    for row, radius in enumerate((1e-30, 1e-3, 0.7, 0.99, 1.01, 1.5, 3, 4.5, 6, 9, 14, 30, 100, 161, 1000, 2.6e4)):
+        for column, turn in enumerate(turns):
             count += 1
+            if (row + column // 4) % 2:
+                continue  # half of the angles, in turn
             name = ["Ai", "Bi'", "Bi", "Ai'"][count % 4 if (count // 12) % 2 else (count + 1) % 4]
             z = point(radius, turn)
             value = reference(name, 0, z)
