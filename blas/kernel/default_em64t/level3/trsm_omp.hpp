@@ -1,7 +1,7 @@
 // Decisions of the drivers with a triangular operand. Only the other matrix is cut: into columns when the triangle
 // stands on the left, into rows when it stands on the right, so that every thread runs the serial kernel.
 #pragma once
-#include "blas/kernel/default_em64t/level3/slice.hpp"
+#include "service/slice.hpp"
 #include "service/types.hpp"
 
 namespace nxl {
