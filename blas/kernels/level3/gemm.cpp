@@ -1,5 +1,5 @@
 // The whole product on one thread: each class has its own rule of what is packed and how the problem is cut.
-#include "blas/kernel/default_em64t/level3/gemm_processor.hpp"
+#include "blas/gemm_processor.hpp"
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level3/gemm_forms.hpp"
 #include "blas/kernels/level3/packing_tile.hpp"

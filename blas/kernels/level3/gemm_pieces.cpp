@@ -1,5 +1,5 @@
 // Pieces of the matrix product that the threaded strategies of classes 2 and 3 put together.
-#include "blas/kernel/default_em64t/level3/gemm_processor.hpp"
+#include "blas/gemm_processor.hpp"
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level3/gemm_forms.hpp"
 

@@ -1,6 +1,6 @@
 // The decisions of the threaded matrix product, as pure functions of its sizes, the threads and the processor.
 #pragma once
-#include "blas/kernel/default_em64t/level3/gemm_processor.hpp"
+#include "blas/gemm_processor.hpp"
 #include "service/slice.hpp"
 #include "service/types.hpp"
 
