@@ -93,7 +93,7 @@ void dgemm_2D(i64 nt, const GemmCall<double>& call) {
 void dgemm_1D_with_copy(i64 nt, const GemmCall<double>& call) {
     const GemmBlocks blocks = blocks_by(slot<&KernelTable::xdgemm_blocks_mc>, call.shape());
     const i64 nb = std::min(blocks.nb, call.n);
-    const PackBuffer<double> buffer(blocks.kb * nb);
+    const PageBuffer<double> buffer(blocks.kb * nb + pack_spare<double>);
     if (!buffer.data()) return call.run_serial();
     for (i64 depth = 0; depth < call.k; depth += blocks.kb)
         for (i64 column = 0; column < call.n; column += nb) {
