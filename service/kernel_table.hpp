@@ -204,24 +204,19 @@ struct KernelTable {
 
     // Class 2 alone.
     GemmBlocksKernel xdgemm_blocks_mc;
-    GemmCopyBKernel<double> xdgemm_copy_bn_mc;
-    GemmCopyBKernel<double> xdgemm_copy_bt_mc;
     GemmKernel<double> xdgemm_tile_htn;
     GemmTilePbKernel<double> xdgemm_tile_pb_htn;
     GemmTilePabKernel<double> xdgemm_tile_pab;
     GemmBlocksKernel xdgemm_blocks_htn;
     GemmCopyAKernel<double> xdgemm_copy_an;
-    GemmCopyBKernel<double> xdgemm_copy_bn_htn;
-    GemmCopyBKernel<double> xdgemm_copy_bt_htn;
+    GemmCopyBKernel<double> xdgemm_copy_bn;
+    GemmCopyBKernel<double> xdgemm_copy_bt;
     GemmKernel<zcomplex> xzgemm_tile_htn;
     GemmTilePbKernel<zcomplex> xzgemm_tile_pb_htn;
     GemmTilePabKernel<zcomplex> xzgemm_tile_pab;
     GemmBlocksKernel xzgemm_blocks_htn;
     GemmCopyAKernel<zcomplex> xzgemm_copy_an;
     GemmCopyAKernel<zcomplex> xzgemm_copy_ac;
-    GemmCopyBKernel<zcomplex> xzgemm_copy_bn_htn;
-    GemmCopyBKernel<zcomplex> xzgemm_copy_bt_htn;
-    GemmCopyBKernel<zcomplex> xzgemm_copy_bc_htn;
 
     // Places kept for the families to come. A kernel that arrives takes one place from its family's row here and gets a
     // member of its own above.
@@ -229,7 +224,7 @@ struct KernelTable {
     NoKernel tuned_mc_mc3[1]; // SYRK piece of classes 2 and 3
 };
 
-inline constexpr int kernel_count = 138;
+inline constexpr int kernel_count = 133;
 static_assert(sizeof(KernelTable) == kernel_count * sizeof(NoKernel));
 
 } // namespace nxl

@@ -204,20 +204,12 @@ void xzgemm_copy_ac(const i64& rows, const i64& k, const zcomplex* a, const i64&
     copy_a(source_of_columns(a, lda, true), rows, k, buffer, stride, alpha);
 }
 
-void xdgemm_copy_bn_mc(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
-                       const i64& stride) {
+void xdgemm_copy_bn(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
+                    const i64& stride) {
     copy_b(source_of_columns(b, ldb), k, columns, buffer, stride);
 }
-void xdgemm_copy_bt_mc(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
-                       const i64& stride) {
-    copy_b(source_of_rows(b, ldb), k, columns, buffer, stride);
-}
-void xdgemm_copy_bn_htn(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
-                        const i64& stride) {
-    copy_b(source_of_columns(b, ldb), k, columns, buffer, stride);
-}
-void xdgemm_copy_bt_htn(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
-                        const i64& stride) {
+void xdgemm_copy_bt(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
+                    const i64& stride) {
     copy_b(source_of_rows(b, ldb), k, columns, buffer, stride);
 }
 void xzgemm_copy_bn(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
@@ -230,18 +222,6 @@ void xzgemm_copy_bt(const i64& k, const i64& columns, const zcomplex* b, const i
 }
 void xzgemm_copy_bc(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
                     const i64& stride) {
-    copy_b(Source<zcomplex>{b, 1, ldb, true}, k, columns, buffer, stride);
-}
-void xzgemm_copy_bn_htn(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
-                        const i64& stride) {
-    copy_b(source_of_columns(b, ldb), k, columns, buffer, stride);
-}
-void xzgemm_copy_bt_htn(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
-                        const i64& stride) {
-    copy_b(source_of_rows(b, ldb), k, columns, buffer, stride);
-}
-void xzgemm_copy_bc_htn(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
-                        const i64& stride) {
     copy_b(Source<zcomplex>{b, 1, ldb, true}, k, columns, buffer, stride);
 }
 

@@ -46,15 +46,15 @@ void pack_a(const PackTask<zcomplex>& t, zcomplex alpha) {
 }
 
 void pack_b(const PackTask<double>& t) {
-    if (is_not_transposed(t.trans)) slot<&KernelTable::xdgemm_copy_bn_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
-    else slot<&KernelTable::xdgemm_copy_bt_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    if (is_not_transposed(t.trans)) slot<&KernelTable::xdgemm_copy_bn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    else slot<&KernelTable::xdgemm_copy_bt>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
 }
 
 void pack_b(const PackTask<zcomplex>& t) {
-    if (is_not_transposed(t.trans)) slot<&KernelTable::xzgemm_copy_bn_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    if (is_not_transposed(t.trans)) slot<&KernelTable::xzgemm_copy_bn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
     else if (is_transposed_plainly(t.trans))
-        slot<&KernelTable::xzgemm_copy_bt_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
-    else slot<&KernelTable::xzgemm_copy_bc_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+        slot<&KernelTable::xzgemm_copy_bt>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    else slot<&KernelTable::xzgemm_copy_bc>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
 }
 
 /// The lengths that all slabs share, settled before the region.

@@ -17,9 +17,9 @@ struct McPairs {
 
 struct HtnPairs {
     static constexpr auto& blocks = slot<&KernelTable::xzgemm_blocks_htn>;
-    static constexpr auto& copy_bn = slot<&KernelTable::xzgemm_copy_bn_htn>;
-    static constexpr auto& copy_bt = slot<&KernelTable::xzgemm_copy_bt_htn>;
-    static constexpr auto& copy_bc = slot<&KernelTable::xzgemm_copy_bc_htn>;
+    static constexpr auto& copy_bn = slot<&KernelTable::xzgemm_copy_bn>;
+    static constexpr auto& copy_bt = slot<&KernelTable::xzgemm_copy_bt>;
+    static constexpr auto& copy_bc = slot<&KernelTable::xzgemm_copy_bc>;
     static constexpr auto& tile_pb = slot<&KernelTable::xzgemm_tile_pb_htn>;
     static constexpr i64 row_unit = 2, column_unit = 2, depth_unit = 4, panel = 2;
 };
@@ -44,8 +44,8 @@ class SharedPanel {
         const double* b = call_.b_at(depth_.start, columns_.start + own.start);
         double* stretch = buffer_ + index * kpad_ * share;
         if (is_not_transposed(call_.transb))
-            slot<&KernelTable::xdgemm_copy_bn_mc>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
-        else slot<&KernelTable::xdgemm_copy_bt_mc>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
+            slot<&KernelTable::xdgemm_copy_bn>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
+        else slot<&KernelTable::xdgemm_copy_bt>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
     }
 
     void multiply_rows(Slice rows) const {
