@@ -1,5 +1,6 @@
 // SSE4.1 and the caches, from CPUID leaves 1 and 4.
 #include "blas/gemm_processor.hpp"
+#include "blas/gemm_processor_seams.hpp"
 #include "service/spin_lock.hpp"
 #include <algorithm>
 #include <atomic>
@@ -28,13 +29,6 @@ constinit SpinLock probe_lock;
 constinit std::atomic<bool> probed{false};
 constinit GemmCacheSizes caches_found{};
 
-/// Zeros for a leaf above the processor's highest one.
-CpuidRegisters cpuid_of_processor(unsigned leaf, unsigned subleaf) {
-    CpuidRegisters r{};
-    __get_cpuid_count(leaf, subleaf, &r.eax, &r.ebx, &r.ecx, &r.edx);
-    return r;
-}
-
 enum class CacheType : unsigned { none = 0, data = 1, instruction = 2, unified = 3 };
 
 CacheType type_of(const CpuidRegisters& entry) { return static_cast<CacheType>(entry.eax & 0x1F); }
@@ -56,9 +50,7 @@ std::int32_t bytes_of(const CpuidRegisters& entry) {
 bool nxl_has_sse41() {
     const Pretended pretended = pretended_sse41.load(std::memory_order_relaxed);
     if (pretended != Pretended::of_processor) return pretended == Pretended::present;
-    unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
-    __cpuid(1, eax, ebx, ecx, edx);
-    return (ecx & bit_SSE4_1) != 0;
+    return (read_cpuid(1).ecx & bit_SSE4_1) != 0;
 }
 
 bool amd_family_16_from(CpuidReader cpuid) {
@@ -76,7 +68,7 @@ bool nxl_amd_family_16() {
     const int known = family_16.load(std::memory_order_relaxed);
     if (known != unknown) [[likely]]
         return known != 0;
-    const bool found = amd_family_16_from(cpuid_of_processor);
+    const bool found = amd_family_16_from(read_cpuid);
     family_16.store(found, std::memory_order_relaxed);
     return found;
 }
@@ -100,7 +92,7 @@ const GemmCacheSizes& nxl_gemm_cache_sizes() {
     if (const GemmCacheSizes* pretended = pretended_caches.load(std::memory_order_acquire)) return *pretended;
     if (!probed.load(std::memory_order_acquire)) [[unlikely]] {
         const SpinGuard held(probe_lock);
-        if (!probed.load(std::memory_order_relaxed)) caches_found = gemm_cache_sizes_from(cpuid_of_processor);
+        if (!probed.load(std::memory_order_relaxed)) caches_found = gemm_cache_sizes_from(read_cpuid);
         probed.store(true, std::memory_order_release);
     }
     return caches_found;

@@ -25,22 +25,4 @@ const GemmCacheSizes& nxl_gemm_cache_sizes();
 /// The second cache is known to hold at most 3 MiB, so that blocks of A have to be small.
 bool second_cache_is_small(const GemmCacheSizes& caches);
 
-struct CpuidRegisters {
-    unsigned eax, ebx, ecx, edx;
-};
-using CpuidReader = CpuidRegisters (*)(unsigned leaf, unsigned subleaf);
-
-/// What nxl_gemm_cache_sizes finds on a processor that answers as `cpuid` does: the data and unified caches of leaf 4.
-GemmCacheSizes gemm_cache_sizes_from(CpuidReader cpuid);
-
-/// What nxl_amd_family_16 finds on such a processor.
-bool amd_family_16_from(CpuidReader cpuid);
-
-/// For tests: what the three questions above answer in place of the processor, in the whole process.
-enum class Pretended : int { of_processor, absent, present };
-void pretend_sse41(Pretended answer);
-void pretend_amd_family_16(Pretended answer);
-/// Null gives the processor back its word; else *caches has to live on.
-void pretend_cache_sizes(const GemmCacheSizes* caches);
-
 } // namespace nxl

@@ -1,5 +1,6 @@
 // Finds the host's allocator when the library is loaded, so that no block is ever taken from one and given to another.
 #include "service/allocator_hooks.hpp"
+#include "service/memory_seams.hpp"
 #include <cstdlib>
 #include <dlfcn.h>
 

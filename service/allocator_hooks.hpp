@@ -15,8 +15,4 @@ struct AllocatorHooks {
 /// Set when the library is loaded and the same from then on.
 extern constinit AllocatorHooks allocator;
 
-/// The hooks that `look_up` finds. It gives the address of the named variable, which holds a function pointer, or null:
-/// i_malloc_dll, i_calloc_dll, i_realloc_dll, i_free_dll. Unless it gives all four, the C runtime's functions.
-AllocatorHooks find_allocator_hooks(void* (*look_up)(const char* name));
-
 } // namespace nxl

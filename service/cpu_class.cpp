@@ -1,5 +1,7 @@
 // The processor class and the vector width: CPUID, with an environment override for each, cached.
 #include "service/cpu_class.hpp"
+#include "service/cpu_class_seams.hpp"
+#include "service/cpuid.hpp"
 #include "service/environment.hpp"
 #include <atomic>
 #include <cpuid.h>
@@ -15,15 +17,6 @@ constinit std::atomic<int> cached_bits{0};
 
 constexpr int no_override = -666;
 
-struct Cpuid {
-    unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
-
-    explicit Cpuid(unsigned leaf, unsigned subleaf = 0) {
-        // A leaf above the processor's highest one leaves all registers 0.
-        __get_cpuid_count(leaf, subleaf, &eax, &ebx, &ecx, &edx);
-    }
-};
-
 int class_override() {
     const char* text = environment("NXL_DEBUG_CPU_TYPE");
     if (!text) return no_override;
@@ -33,15 +26,15 @@ int class_override() {
 }
 
 bool vendor_is_intel() {
-    const Cpuid id(0);
+    const CpuidRegisters id = read_cpuid(0);
     return id.ebx == 0x756E6547 && id.edx == 0x49656E69 && id.ecx == 0x6C65746E; // "Genu" "ineI" "ntel"
 }
 
-CpuFeatures this_processor() { return {vendor_is_intel(), Cpuid(1).ecx}; }
+CpuFeatures this_processor() { return {vendor_is_intel(), read_cpuid(1).ecx}; }
 
 /// The operating system saves the upper halves of the 256-bit registers: XCR0 bits 1 and 2.
 bool system_saves_wide_registers() {
-    if (!(Cpuid(1).ecx & bit_OSXSAVE)) return false;
+    if (!(read_cpuid(1).ecx & bit_OSXSAVE)) return false;
     unsigned low = 0, high = 0;
     __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
     return (low & 6) == 6;
@@ -49,7 +42,7 @@ bool system_saves_wide_registers() {
 
 bool has_avx2_and_fma() {
     const unsigned needed = bit_AVX | bit_FMA;
-    return (Cpuid(1).ecx & needed) == needed && (Cpuid(7).ebx & bit_AVX2) != 0;
+    return (read_cpuid(1).ecx & needed) == needed && (read_cpuid(7).ebx & bit_AVX2) != 0;
 }
 
 } // namespace

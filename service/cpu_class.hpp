@@ -7,10 +7,7 @@ namespace nxl {
 /// The processor class, found at the first call and fixed from then on. NXL_DEBUG_CPU_TYPE (0 to 3) overrides it.
 CpuClass nxl_cpu_class();
 
-/// Finds the class anew from the environment and CPUID and stores it for nxl_cpu_class.
-CpuClass nxl_cpu_class_detect();
-
-/// The class as CPUID gives it, and the one that nxl_cpu_class_detect takes.
+/// The class as CPUID gives it, and the one that nxl_cpu_class takes.
 struct ClassChoice {
     CpuClass detected, taken;
     bool overridden; ///< NXL_DEBUG_CPU_TYPE holds a class
@@ -19,14 +16,6 @@ ClassChoice cpu_class_choice();
 
 /// The class of the pack and unpack family, 0 to 4, found at the first call. NXL_DEBUG_CPU_TYPE does not touch it.
 int nxl_pack_cpu_class();
-
-/// What detection looks at.
-struct CpuFeatures {
-    bool intel;    ///< the vendor string is "GenuineIntel"
-    unsigned ecx1; ///< ECX of CPUID leaf 1
-};
-CpuClass class_of(const CpuFeatures& features);
-int pack_class_of(const CpuFeatures& features);
 
 /// Bits of a vector register that kernels are bound for: 256 where the processor has AVX2 and FMA and the system saves
 /// their registers, else 128. NXL_VECTOR_BITS=128 asks for the narrow ones; classes 1 and 2, whose processors have no

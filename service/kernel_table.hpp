@@ -200,24 +200,19 @@ struct KernelTable {
 
     // Class 2 alone.
     GemmBlocksKernel xdgemm_blocks_mc;
-    GemmCopyBKernel<double> xdgemm_copy_bn_mc;
-    GemmCopyBKernel<double> xdgemm_copy_bt_mc;
     GemmKernel<double> xdgemm_tile_htn;
     GemmTilePbKernel<double> xdgemm_tile_pb_htn;
     GemmTilePabKernel<double> xdgemm_tile_pab;
     GemmBlocksKernel xdgemm_blocks_htn;
     GemmCopyAKernel<double> xdgemm_copy_an;
-    GemmCopyBKernel<double> xdgemm_copy_bn_htn;
-    GemmCopyBKernel<double> xdgemm_copy_bt_htn;
+    GemmCopyBKernel<double> xdgemm_copy_bn;
+    GemmCopyBKernel<double> xdgemm_copy_bt;
     GemmKernel<zcomplex> xzgemm_tile_htn;
     GemmTilePbKernel<zcomplex> xzgemm_tile_pb_htn;
     GemmTilePabKernel<zcomplex> xzgemm_tile_pab;
     GemmBlocksKernel xzgemm_blocks_htn;
     GemmCopyAKernel<zcomplex> xzgemm_copy_an;
     GemmCopyAKernel<zcomplex> xzgemm_copy_ac;
-    GemmCopyBKernel<zcomplex> xzgemm_copy_bn_htn;
-    GemmCopyBKernel<zcomplex> xzgemm_copy_bt_htn;
-    GemmCopyBKernel<zcomplex> xzgemm_copy_bc_htn;
 };
 
 } // namespace nxl

@@ -2,6 +2,7 @@
 // allocator. The slots inside a record are thread_buffers.hpp's.
 #include "service/memory.hpp"
 #include "service/allocator_hooks.hpp"
+#include "service/memory_seams.hpp"
 #include "service/spin_lock.hpp"
 #include "service/thread_buffers.hpp"
 #include <bit>

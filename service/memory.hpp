@@ -20,9 +20,4 @@ void free_buffers();
 /// Whether the environment turns the cache off, whatever its variables hold, "0" too. Read once, at the first request.
 inline bool cache_turned_off() { return environment("NXL_DISABLE_FAST_MM") || environment("NXL_MM_DISABLE"); }
 
-struct ThreadBufferRecord;
-
-/// What the calling thread has cached; null when it has nothing.
-const ThreadBufferRecord* thread_buffers();
-
 } // namespace nxl

@@ -120,23 +120,18 @@ Kernel<decltype(KernelTable::xzgemm_copy_bc)> xzgemm_copy_bc;
 
 // Pieces of class 2 alone.
 Kernel<decltype(KernelTable::xdgemm_blocks_mc)> xdgemm_blocks_mc;
-Kernel<decltype(KernelTable::xdgemm_copy_bn_mc)> xdgemm_copy_bn_mc;
-Kernel<decltype(KernelTable::xdgemm_copy_bt_mc)> xdgemm_copy_bt_mc;
 Kernel<decltype(KernelTable::xdgemm_tile_htn)> xdgemm_tile_htn;
 Kernel<decltype(KernelTable::xdgemm_tile_pb_htn)> xdgemm_tile_pb_htn;
 Kernel<decltype(KernelTable::xdgemm_tile_pab)> xdgemm_tile_pab;
 Kernel<decltype(KernelTable::xdgemm_blocks_htn)> xdgemm_blocks_htn;
 Kernel<decltype(KernelTable::xdgemm_copy_an)> xdgemm_copy_an;
-Kernel<decltype(KernelTable::xdgemm_copy_bn_htn)> xdgemm_copy_bn_htn;
-Kernel<decltype(KernelTable::xdgemm_copy_bt_htn)> xdgemm_copy_bt_htn;
+Kernel<decltype(KernelTable::xdgemm_copy_bn)> xdgemm_copy_bn;
+Kernel<decltype(KernelTable::xdgemm_copy_bt)> xdgemm_copy_bt;
 Kernel<decltype(KernelTable::xzgemm_tile_htn)> xzgemm_tile_htn;
 Kernel<decltype(KernelTable::xzgemm_tile_pb_htn)> xzgemm_tile_pb_htn;
 Kernel<decltype(KernelTable::xzgemm_tile_pab)> xzgemm_tile_pab;
 Kernel<decltype(KernelTable::xzgemm_blocks_htn)> xzgemm_blocks_htn;
 Kernel<decltype(KernelTable::xzgemm_copy_an)> xzgemm_copy_an;
 Kernel<decltype(KernelTable::xzgemm_copy_ac)> xzgemm_copy_ac;
-Kernel<decltype(KernelTable::xzgemm_copy_bn_htn)> xzgemm_copy_bn_htn;
-Kernel<decltype(KernelTable::xzgemm_copy_bt_htn)> xzgemm_copy_bt_htn;
-Kernel<decltype(KernelTable::xzgemm_copy_bc_htn)> xzgemm_copy_bc_htn;
 
 } // namespace nxl::NXL_TARGET

@@ -113,24 +113,19 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .xzgemm_copy_bc = only<kClass >= CpuClass::mc>(xzgemm_copy_bc),
 
         .xdgemm_blocks_mc = only < kClass == CpuClass::mc > (xdgemm_blocks_mc),
-        .xdgemm_copy_bn_mc = only < kClass == CpuClass::mc > (xdgemm_copy_bn_mc),
-        .xdgemm_copy_bt_mc = only < kClass == CpuClass::mc > (xdgemm_copy_bt_mc),
         .xdgemm_tile_htn = only < kClass == CpuClass::mc > (xdgemm_tile_htn),
         .xdgemm_tile_pb_htn = only < kClass == CpuClass::mc > (xdgemm_tile_pb_htn),
         .xdgemm_tile_pab = only < kClass == CpuClass::mc > (xdgemm_tile_pab),
         .xdgemm_blocks_htn = only < kClass == CpuClass::mc > (xdgemm_blocks_htn),
         .xdgemm_copy_an = only < kClass == CpuClass::mc > (xdgemm_copy_an),
-        .xdgemm_copy_bn_htn = only < kClass == CpuClass::mc > (xdgemm_copy_bn_htn),
-        .xdgemm_copy_bt_htn = only < kClass == CpuClass::mc > (xdgemm_copy_bt_htn),
+        .xdgemm_copy_bn = only < kClass == CpuClass::mc > (xdgemm_copy_bn),
+        .xdgemm_copy_bt = only < kClass == CpuClass::mc > (xdgemm_copy_bt),
         .xzgemm_tile_htn = only < kClass == CpuClass::mc > (xzgemm_tile_htn),
         .xzgemm_tile_pb_htn = only < kClass == CpuClass::mc > (xzgemm_tile_pb_htn),
         .xzgemm_tile_pab = only < kClass == CpuClass::mc > (xzgemm_tile_pab),
         .xzgemm_blocks_htn = only < kClass == CpuClass::mc > (xzgemm_blocks_htn),
         .xzgemm_copy_an = only < kClass == CpuClass::mc > (xzgemm_copy_an),
         .xzgemm_copy_ac = only < kClass == CpuClass::mc > (xzgemm_copy_ac),
-        .xzgemm_copy_bn_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bn_htn),
-        .xzgemm_copy_bt_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bt_htn),
-        .xzgemm_copy_bc_htn = only < kClass == CpuClass::mc > (xzgemm_copy_bc_htn),
     };
 }
 

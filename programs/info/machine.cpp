@@ -1,8 +1,9 @@
 #include "machine.hpp"
 
+#include "service/cpuid.hpp"
+
 #include <algorithm>
 #include <cctype>
-#include <cpuid.h>
 #include <cstdlib>
 #include <fstream>
 #include <unistd.h>
@@ -20,18 +21,19 @@ std::string text_of(const unsigned* registers, std::size_t count) {
 }
 
 std::string vendor() {
-    unsigned highest = 0, name[3] = {};
-    return __get_cpuid(0, &highest, &name[0], &name[2], &name[1]) ? text_of(name, 3) : "";
+    const nxl::CpuidRegisters name = nxl::read_cpuid(0);
+    const unsigned words[] = {name.ebx, name.edx, name.ecx};
+    return text_of(words, 3);
 }
 
 /// The brand string, blanks around it removed. Virtual machines may have none.
 std::string brand() {
-    unsigned words[12] = {};
-    for (unsigned part = 0; part < 3; ++part) {
-        unsigned* w = words + 4 * part;
-        if (!__get_cpuid(0x80000002U + part, w, w + 1, w + 2, w + 3)) return "unknown processor";
+    std::string text;
+    for (unsigned leaf = 0x80000002U; leaf <= 0x80000004U; ++leaf) {
+        const nxl::CpuidRegisters part = nxl::read_cpuid(leaf);
+        const unsigned words[] = {part.eax, part.ebx, part.ecx, part.edx};
+        text += text_of(words, 4);
     }
-    const std::string text = text_of(words, 12);
     const auto first = text.find_first_not_of(' ');
     if (first == std::string::npos) return "unknown processor";
     return text.substr(first, text.find_last_not_of(' ') - first + 1);

@@ -3,6 +3,7 @@
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/triangular/trtrs.hpp"
 #include "service/parallel.hpp"
+#include "service/slice.hpp"
 #include <cmath>
 
 namespace nxl::tr {
@@ -15,7 +16,8 @@ constexpr i64 cost_of_diagonal = 64;  // elements streamed in the time of one fa
 template <class Body> void for_each_column(i64 n, i64 cost, int threads, const Body& body) {
     const int blocks = n * cost < fork_pays_from ? 1 : static_cast<int>(std::min(n, i64{threads}));
     const auto run = [&](i64 block) {
-        for (i64 j = n * block / blocks; j < n * (block + 1) / blocks; ++j) body(j);
+        const Slice own = balanced_slice(n, 1, block, blocks);
+        for (i64 j = own.start; j < own.end(); ++j) body(j);
     };
     if (blocks < 2) return run(0);
     parallel_blocks(threads, blocks, run);

@@ -1,5 +1,5 @@
 // How the matrix product on one thread is cut: block lengths of every class, and the memory it packs into.
-#include "blas/gemm_processor.hpp"
+#include "blas/gemm_processor_seams.hpp"
 #include "blas/kernels/level3/gemm_blocks.hpp"
 #include "service/kernel_slot.hpp"
 #include "tests/support/blas_call.hpp"

@@ -1,5 +1,6 @@
 // The decisions of the level 3 drivers as pure functions: gates on both sides of every threshold, the choice of
 // strategy, and that every way of cutting C covers it exactly once.
+#include "blas/gemm_processor_seams.hpp"
 #include "blas/kernel/default_em64t/level3/gemm_rules.hpp"
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include "blas/kernel/default_em64t/level3/trsm_omp.hpp"

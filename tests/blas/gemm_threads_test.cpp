@@ -1,5 +1,6 @@
 // The threaded matrix product: every strategy of the class at hand, and the drivers around them, against the reference
 // BLAS with a bound for every element.
+#include "blas/gemm_processor_seams.hpp"
 #include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
 #include "blas/kernel/default_em64t/level3/gemm_strategies.hpp"
 #include "service/cpu_class.hpp"

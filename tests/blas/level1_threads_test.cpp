@@ -58,11 +58,11 @@ TEST(Level1Blocks, CoverTheVectorOnceInWholeUnrolls) {
         for (const i64 count : {2, 3, 7, 64, 500, 9000}) {
             i64 next = 0;
             for (i64 i = 0; i < count; ++i) {
-                const VectorBlock block = vector_block(n, i, count);
+                const Slice block = vector_block(n, i, count);
                 EXPECT_LT(block.start, n); // a pointer that may be formed
-                if (i + 1 < count) EXPECT_EQ(block.length % 8, 0);
-                if (block.length > 0) EXPECT_EQ(block.start, next) << "block " << i << " of " << count;
-                next += block.length;
+                if (i + 1 < count) EXPECT_EQ(block.count % 8, 0);
+                if (block.count > 0) EXPECT_EQ(block.start, next) << "block " << i << " of " << count;
+                next += block.count;
             }
             EXPECT_EQ(next, n);
         }
@@ -82,8 +82,8 @@ class Level1Threads : public ::testing::Test {
         NXL_Set_Num_Threads(1);
         double sum = 0.0;
         for (int i = 0; i < threads; ++i) {
-            const VectorBlock block = vector_block(n, i, threads);
-            const int length = static_cast<int>(block.length);
+            const Slice block = vector_block(n, i, threads);
+            const int length = static_cast<int>(block.count);
             sum +=
                 ddot(&length, block_base(x.data(), n, incx, block), &incx, block_base(y.data(), n, incy, block), &incy);
         }

@@ -1,4 +1,5 @@
 // Processor class, vector width, kernel tables and slots.
+#include "service/cpu_class_seams.hpp"
 #include "service/kernel_slot.hpp"
 #include <cpuid.h>
 #include <cstdlib>

@@ -1,9 +1,8 @@
 // The memory service over an allocator that counts and fails on demand: slot rules, release, threads that come and go,
 // exhaustion. Every test ends with all blocks back at the allocator.
 #include "nxl.h"
-#include "service/allocator_hooks.hpp"
+#include "service/memory_seams.hpp"
 #include "service/scratch.hpp"
-#include "service/thread_buffers.hpp"
 #include "tests/support/child.hpp"
 #include "tests/support/host_allocator.hpp"
 #include <atomic>

@@ -231,20 +231,12 @@ void xzgemm_copy_ac(const i64& rows, const i64& k, const zcomplex* a, const i64&
 }
 
 // Packing of B.
-void xdgemm_copy_bn_mc(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
-                       const i64& stride) {
+void xdgemm_copy_bn(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
+                    const i64& stride) {
     copy_b(source_of_columns(b, ldb), k, columns, buffer, stride);
 }
-void xdgemm_copy_bt_mc(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
-                       const i64& stride) {
-    copy_b(source_of_rows(b, ldb), k, columns, buffer, stride);
-}
-void xdgemm_copy_bn_htn(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
-                        const i64& stride) {
-    copy_b(source_of_columns(b, ldb), k, columns, buffer, stride);
-}
-void xdgemm_copy_bt_htn(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
-                        const i64& stride) {
+void xdgemm_copy_bt(const i64& k, const i64& columns, const double* b, const i64& ldb, double* buffer,
+                    const i64& stride) {
     copy_b(source_of_rows(b, ldb), k, columns, buffer, stride);
 }
 void xzgemm_copy_bn(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
@@ -257,18 +249,6 @@ void xzgemm_copy_bt(const i64& k, const i64& columns, const zcomplex* b, const i
 }
 void xzgemm_copy_bc(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
                     const i64& stride) {
-    copy_b(Source<Complex>{scalars(b), 1, ldb, true}, k, columns, scalars(buffer), stride);
-}
-void xzgemm_copy_bn_htn(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
-                        const i64& stride) {
-    copy_b(source_of_columns(scalars(b), ldb), k, columns, scalars(buffer), stride);
-}
-void xzgemm_copy_bt_htn(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
-                        const i64& stride) {
-    copy_b(source_of_rows(scalars(b), ldb), k, columns, scalars(buffer), stride);
-}
-void xzgemm_copy_bc_htn(const i64& k, const i64& columns, const zcomplex* b, const i64& ldb, zcomplex* buffer,
-                        const i64& stride) {
     copy_b(Source<Complex>{scalars(b), 1, ldb, true}, k, columns, scalars(buffer), stride);
 }
 

@@ -2,6 +2,7 @@
 // what its unknowns give to all entries that depend on them.
 #pragma once
 #include "blas/kernels/level3/triangle_tiles.hpp"
+#include "service/page_buffer.hpp"
 
 namespace nxl::NXL_TARGET {
 
@@ -44,11 +45,10 @@ template <class T> struct PanelsAsB {
 /// Where a problem keeps its packed operands: one allocation, each part on pages of its own. At full lengths and for
 /// real numbers D takes 288 KiB, a piece of R as much, and the panels of 4992 right-hand sides 7.3 MiB.
 template <class T> class TriangleBuffers {
-    static constexpr i64 page = 4096;
     const i64 triangle_bytes_, piece_bytes_, strip_bytes_, panel_bytes_;
-    char* const raw_;
+    const PageBuffer<char> memory_;
 
-    static constexpr i64 pages(i64 doubles) { return up_to(doubles * i64{sizeof(double)}, page); }
+    static constexpr i64 pages(i64 doubles) { return up_to(doubles * i64{sizeof(double)}, page_bytes); }
 
   public:
     /// `order`: of a diagonal block; `piece` columns of t; `count` right-hand sides.
@@ -57,23 +57,16 @@ template <class T> class TriangleBuffers {
           piece_bytes_(pages(up_to(order, 4) * up_to(piece, 4) * kParts<T>)),
           strip_bytes_(pages(StripB::step * up_to(order, 4))),
           panel_bytes_(pages(up_to(order, 4) * up_to(count, 4) * kParts<T>)),
-          raw_(static_cast<char*>(
-              nxl_buffer_alloc(triangle_bytes_ + piece_bytes_ + strip_bytes_ + panel_bytes_ + page, 128))) {}
-    ~TriangleBuffers() { nxl_buffer_free(raw_); }
-    TriangleBuffers(const TriangleBuffers&) = delete;
-    TriangleBuffers& operator=(const TriangleBuffers&) = delete;
+          memory_(triangle_bytes_ + piece_bytes_ + strip_bytes_ + panel_bytes_ + page_bytes) {}
 
-    bool there() const { return raw_ != nullptr; }
+    bool there() const { return memory_.raw() != nullptr; }
     double* triangle() const { return place(0); }
     double* piece() const { return place(triangle_bytes_); }
     double* strip() const { return place(triangle_bytes_ + piece_bytes_); }
     double* panels() const { return place(triangle_bytes_ + piece_bytes_ + strip_bytes_); }
 
   private:
-    double* place(i64 offset) const {
-        const i64 address = static_cast<i64>(reinterpret_cast<unsigned long>(raw_));
-        return reinterpret_cast<double*>(raw_ + (up_to(address, page) - address) + offset);
-    }
+    double* place(i64 offset) const { return reinterpret_cast<double*>(memory_.data() + offset); }
 };
 
 /// A diagonal block on its way through the right-hand sides.

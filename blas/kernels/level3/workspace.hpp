@@ -2,7 +2,7 @@
 #pragma once
 #include "blas/kernels/level3/gemm_blocks.hpp"
 #include "blas/kernels/target.hpp"
-#include "service/memory.hpp"
+#include "service/page_buffer.hpp"
 
 namespace nxl::NXL_TARGET {
 
@@ -14,33 +14,23 @@ namespace nxl::NXL_TARGET {
 ///
 /// Without a block of A (mb = 0) the strip comes first; without a panel of B (nb = 0) nothing follows it.
 class GemmBuffers {
-    char* const raw_;
     const GemmPlan plan_;
-
-    static char* up_to_multiple(char* p, unsigned long unit) {
-        const auto address = reinterpret_cast<unsigned long>(p);
-        return p + (unit - address % unit) % unit;
-    }
+    const PageBuffer<char> memory_;
 
   public:
-    GemmBuffers(i64 mb, i64 nb, i64 kb, i64 element)
-        : raw_(static_cast<char*>(nxl_buffer_alloc(gemm_plan(mb, nb, kb, element).bytes, 128))),
-          plan_(gemm_plan(mb, nb, kb, element)) {}
-    ~GemmBuffers() { nxl_buffer_free(raw_); }
-    GemmBuffers(const GemmBuffers&) = delete;
-    GemmBuffers& operator=(const GemmBuffers&) = delete;
+    GemmBuffers(i64 mb, i64 nb, i64 kb, i64 element) : plan_(gemm_plan(mb, nb, kb, element)), memory_(plan_.bytes) {}
 
-    bool there() const { return raw_ != nullptr; }
-    double* a() const { return reinterpret_cast<double*>(up_to_multiple(raw_, 4096)); }
+    bool there() const { return memory_.raw() != nullptr; }
+    double* a() const { return reinterpret_cast<double*>(memory_.data()); }
     double* strip() const { return reinterpret_cast<double*>(strip_place()); }
     double* b() const {
-        return reinterpret_cast<double*>(up_to_multiple(strip_place() - 256 + plan_.strip_bytes + 768, 4096));
+        return reinterpret_cast<double*>(moved_up(strip_place() - 256 + plan_.strip_bytes + 768, page_bytes));
     }
 
   private:
     char* strip_place() const {
-        char* const before = plan_.has_a ? up_to_multiple(raw_, 4096) + plan_.a_bytes : raw_;
-        return up_to_multiple(before, 128) + 256;
+        char* const before = plan_.has_a ? memory_.data() + plan_.a_bytes : memory_.raw();
+        return moved_up(before, 128) + 256;
     }
 };
 

@@ -4,7 +4,6 @@
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
 #include "service/threads.hpp"
-#include <algorithm>
 
 namespace nxl {
 namespace {
@@ -28,8 +27,8 @@ int threads_of_call(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
 /// Fills one slot per block; the slots are added in ascending order, so that the result does not depend on scheduling.
 double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* y, i64 incy, double* partial) {
     parallel_blocks(threads, threads, [=](int index) {
-        const VectorBlock block = vector_block(n, index, threads);
-        partial[index] = slot<&KernelTable::ddot>(block.length, block_base(x, n, incx, block), incx,
+        const Slice block = vector_block(n, index, threads);
+        partial[index] = slot<&KernelTable::ddot>(block.count, block_base(x, n, incx, block), incx,
                                                   block_base(y, n, incy, block), incy);
     });
     double sum = 0.0;
@@ -52,8 +51,8 @@ double ddot_blocks(int threads, i64 n, const double* x, i64 incx, const double* 
 [[gnu::noinline]] void daxpy_over_threads(int threads, i64 n, double alpha, const double* x, i64 incx, double* y,
                                           i64 incy) {
     parallel_blocks(threads, threads, [=](int index) {
-        const VectorBlock block = vector_block(n, index, threads);
-        slot<&KernelTable::daxpy>(block.length, alpha, block_base(x, n, incx, block), incx,
+        const Slice block = vector_block(n, index, threads);
+        slot<&KernelTable::daxpy>(block.count, alpha, block_base(x, n, incx, block), incx,
                                   block_base(y, n, incy, block), incy);
     });
 }
@@ -73,15 +72,6 @@ int threads_for(const Level1Gates& gates, i64 n, int offered, bool dynamic) {
     if (threads > 2 && n < gates.two_below) threads = 2;
     if (threads > 4 && n < gates.four_below) threads = 4;
     return threads;
-}
-
-/// Blocks of whole rounds leave the tail to the last one. A block that gets nothing starts at the last element, where a
-/// pointer may be formed.
-VectorBlock vector_block(i64 n, i64 index, i64 count) {
-    const i64 length = n / count / 8 * 8; // whole unrolled rounds of the kernels
-    const i64 start = std::min(index * length, n - 1);
-    const bool last = index == count - 1;
-    return {start, last ? std::max(n - index * length, i64{0}) : length};
 }
 
 void nxl_blas_daxpy(const i64& n, const double& alpha, const double* x, const i64& incx, double* y, const i64& incy) {

@@ -1,5 +1,6 @@
 // Drivers of level 1: all that decides about threads, and how a vector is cut into blocks.
 #pragma once
+#include "service/slice.hpp"
 #include "service/types.hpp"
 
 namespace nxl {
@@ -27,20 +28,17 @@ bool may_fork(const Level1Gates& gates, i64 n, i64 incx, i64 incy, CpuClass cpu_
 /// serial.
 int threads_for(const Level1Gates& gates, i64 n, int offered, bool dynamic);
 
-/// Elements start .. start + length - 1 of a vector.
-struct VectorBlock {
-    i64 start;
-    i64 length;
-};
-
-/// Block `index` of `count`: n / count elements rounded down to a multiple of 8; the last block takes the rest.
-VectorBlock vector_block(i64 n, i64 index, i64 count);
+/// Block `index` of `count` of a vector: n / count elements rounded down to whole unrolled rounds of the kernels, 8;
+/// the last block takes the rest.
+constexpr Slice vector_block(i64 n, i64 index, i64 count) {
+    return slice_of(n, round_down(n / count, 8), index, count);
+}
 
 /// Where a kernel finds its block of a vector that starts at `base`: for a negative increment the kernel itself moves
 /// to the far end of its block, so that element k keeps its place at (k + 1 - n) inc from the base.
-template <class T> T* block_base(T* base, i64 n, i64 inc, const VectorBlock& block) {
+template <class T> T* block_base(T* base, i64 n, i64 inc, const Slice& block) {
     const i64 offset = block.start * inc;
-    return base + (inc < 0 ? offset + (block.length - n) * inc : offset);
+    return base + (inc < 0 ? offset + (block.count - n) * inc : offset);
 }
 
 } // namespace nxl

@@ -47,16 +47,15 @@ template <class T> struct Gemv {
     /// With a negative incy the part of y that belongs to a block lies towards the other end: block_base finds it.
     void over_rows(const GemvPlan& plan, int threads) const {
         parallel_blocks(threads, threads, [&](int index) {
-            const VectorBlock rows = gemv_block(plan, m, index, threads);
-            kernel(trans, rows.length, n, alpha, a + rows.start, lda, x, incx, beta, block_base(y, m, incy, rows),
-                   incy);
+            const Slice rows = slice_of(m, plan.block, index, threads);
+            kernel(trans, rows.count, n, alpha, a + rows.start, lda, x, incx, beta, block_base(y, m, incy, rows), incy);
         });
     }
 
     void over_columns(const GemvPlan& plan, int threads) const {
         parallel_blocks(threads, threads, [&](int index) {
-            const VectorBlock columns = gemv_block(plan, n, index, threads);
-            kernel(trans, m, columns.length, alpha, a + columns.start * lda, lda, x, incx, beta,
+            const Slice columns = slice_of(n, plan.block, index, threads);
+            kernel(trans, m, columns.count, alpha, a + columns.start * lda, lda, x, incx, beta,
                    block_base(y, n, incy, columns), incy);
         });
     }
@@ -81,13 +80,8 @@ GemvPlan plan_gemv(const GemvLimits& limits, char trans, i64 m, i64 n, CpuClass 
     if (m < smallest_side && n < smallest_side) return serial;
     if (cpu_class != CpuClass::mc && cpu_class != CpuClass::mc3) return serial;
     if (threads < 2) return serial;
-    if (is_plain(trans)) return plan_split(GemvSplit::rows, limits.rows, m / threads / row_unit * row_unit, n);
+    if (is_plain(trans)) return plan_split(GemvSplit::rows, limits.rows, round_down(m / threads, row_unit), n);
     return plan_split(GemvSplit::columns, limits.columns, n / threads, m);
-}
-
-VectorBlock gemv_block(const GemvPlan& plan, i64 total, i64 index, i64 count) {
-    const i64 start = index * plan.block;
-    return {start, index == count - 1 ? total - start : plan.block};
 }
 
 template <class T>

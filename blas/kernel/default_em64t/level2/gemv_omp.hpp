@@ -33,7 +33,4 @@ struct GemvPlan {
 /// The plan of a call with m, n >= 1 on up to `threads` threads.
 GemvPlan plan_gemv(const GemvLimits& limits, char trans, i64 m, i64 n, CpuClass cpu_class, int threads);
 
-/// Block `index` of `count`: its part of the `total` rows or columns that are split.
-VectorBlock gemv_block(const GemvPlan& plan, i64 total, i64 index, i64 count);
-
 } // namespace nxl

@@ -56,17 +56,15 @@ void pack_a(const PackTask<zcomplex>& t, zcomplex alpha) {
 }
 
 void pack_b(const PackTask<double>& t) {
-    if (is_not_transposed(t.trans))
-        slot<&KernelTable::xdgemm_copy_bn_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
-    else slot<&KernelTable::xdgemm_copy_bt_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    if (is_not_transposed(t.trans)) slot<&KernelTable::xdgemm_copy_bn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    else slot<&KernelTable::xdgemm_copy_bt>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
 }
 
 void pack_b(const PackTask<zcomplex>& t) {
-    if (is_not_transposed(t.trans))
-        slot<&KernelTable::xzgemm_copy_bn_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    if (is_not_transposed(t.trans)) slot<&KernelTable::xzgemm_copy_bn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
     else if (is_transposed_plainly(t.trans))
-        slot<&KernelTable::xzgemm_copy_bt_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
-    else slot<&KernelTable::xzgemm_copy_bc_htn>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+        slot<&KernelTable::xzgemm_copy_bt>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
+    else slot<&KernelTable::xzgemm_copy_bc>(t.depth, t.length, t.from, t.ld, t.to, t.stride);
 }
 
 /// The lengths that all slabs share, settled before the region.
@@ -83,7 +81,7 @@ template <class T> class SlabProduct {
     const i64 index_;
     const Slice rows_;
     const bool last_;
-    const PackBuffer<T> a_buffer_, b_buffer_;
+    const PageBuffer<T> a_buffer_, b_buffer_;
 
     /// Rows of the slab and steps of k that the A buffer holds.
     struct PackedBlock {
@@ -125,8 +123,8 @@ template <class T> class SlabProduct {
           rows_(slabs.rows(index)),
           last_(slabs.is_last(index)),
           // The last slab may take a block and a rest at once: less than two blocks (see slab_block_rows).
-          a_buffer_(last_ ? 2 * plan.mb * plan.kb + pack_spare<T> : plan.mb * plan.kb),
-          b_buffer_(htn_slice_columns * plan.kb) {}
+          a_buffer_((last_ ? 2 : 1) * (plan.mb * plan.kb + pack_spare<T>)),
+          b_buffer_(htn_slice_columns * plan.kb + pack_spare<T>) {}
 
     void run() const {
         if (!a_buffer_.data() || !b_buffer_.data()) return call_.cell(rows_, {0, call_.n}).run_serial();

@@ -17,9 +17,9 @@ struct McPairs {
 
 struct HtnPairs {
     static constexpr auto& blocks = slot<&KernelTable::xzgemm_blocks_htn>;
-    static constexpr auto& copy_bn = slot<&KernelTable::xzgemm_copy_bn_htn>;
-    static constexpr auto& copy_bt = slot<&KernelTable::xzgemm_copy_bt_htn>;
-    static constexpr auto& copy_bc = slot<&KernelTable::xzgemm_copy_bc_htn>;
+    static constexpr auto& copy_bn = slot<&KernelTable::xzgemm_copy_bn>;
+    static constexpr auto& copy_bt = slot<&KernelTable::xzgemm_copy_bt>;
+    static constexpr auto& copy_bc = slot<&KernelTable::xzgemm_copy_bc>;
     static constexpr auto& tile_pb = slot<&KernelTable::xzgemm_tile_pb_htn>;
     static constexpr i64 row_unit = 2, column_unit = 2, depth_unit = 4, panel = 2;
 };
@@ -51,8 +51,8 @@ class SharedPanel {
         const double* b = call_.b_at(depth_.start, columns_.start + own.start);
         double* stretch = buffer_ + index * kpad_ * share;
         if (is_not_transposed(call_.transb))
-            slot<&KernelTable::xdgemm_copy_bn_mc>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
-        else slot<&KernelTable::xdgemm_copy_bt_mc>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
+            slot<&KernelTable::xdgemm_copy_bn>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
+        else slot<&KernelTable::xdgemm_copy_bt>(depth_.count, own.count, b, call_.ldb, stretch, ldbuf_);
     }
 
     void multiply_rows(Slice rows) const {
@@ -101,7 +101,7 @@ void dgemm_2D(i64 nt, const GemmCall<double>& call) {
 void dgemm_1D_with_copy(i64 nt, const GemmCall<double>& call) {
     const GemmBlocks blocks = blocks_by(slot<&KernelTable::xdgemm_blocks_mc>, call.shape());
     const i64 nb = std::min(blocks.nb, call.n);
-    const PackBuffer<double> buffer(blocks.kb * nb);
+    const PageBuffer<double> buffer(blocks.kb * nb + pack_spare<double>);
     if (!buffer.data()) return call.run_serial();
     for (i64 depth = 0; depth < call.k; depth += blocks.kb)
         for (i64 column = 0; column < call.n; column += nb) {

@@ -33,7 +33,7 @@ template <class Form> class ZgemmInPairs {
     const GemmBlocks blocks_;
     const i64 nb_;
     const i64 stretch_; // elements of a packed panel
-    const PackBuffer<zcomplex> buffer_;
+    const PageBuffer<zcomplex> buffer_;
 
     int threads() const { return static_cast<int>(2 * pairs_.pairs); }
     zcomplex* panel(i64 pair) const { return buffer_.data() + pair * stretch_; }
@@ -75,7 +75,7 @@ template <class Form> class ZgemmInPairs {
           blocks_(blocks_by(Form::blocks, call.shape())),
           nb_(std::min(blocks_.nb, pairs_.last_width)),
           stretch_(round_up(blocks_.kb, Form::depth_unit) * nb_ + pack_spare<zcomplex>),
-          buffer_(threads() * stretch_) {}
+          buffer_(threads() * stretch_ + pack_spare<zcomplex>) {}
 
     void run() const {
         if (!buffer_.data()) return call_.run_serial();

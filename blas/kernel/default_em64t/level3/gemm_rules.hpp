@@ -1,7 +1,7 @@
 // The decisions of the threaded matrix product, as pure functions of its sizes, the threads and the processor.
 #pragma once
 #include "blas/gemm_processor.hpp"
-#include "blas/kernel/default_em64t/level3/slice.hpp"
+#include "service/slice.hpp"
 #include "service/types.hpp"
 
 namespace nxl {

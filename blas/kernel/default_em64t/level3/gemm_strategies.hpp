@@ -2,7 +2,7 @@
 // that they pack into.
 #pragma once
 #include "blas/kernel/default_em64t/level3/gemm_call.hpp"
-#include "service/scratch.hpp"
+#include "service/page_buffer.hpp"
 
 namespace nxl {
 
@@ -10,21 +10,6 @@ namespace nxl {
 /// read past the end.
 inline constexpr i64 pack_spare_bytes = 8704;
 template <class T> inline constexpr i64 pack_spare = pack_spare_bytes / i64{sizeof(T)};
-
-/// Packing memory of `elements` elements that starts on a page, so that panels keep their place in the cache sets.
-template <class T> class PackBuffer {
-    Scratch<T> raw_;
-
-  public:
-    explicit PackBuffer(i64 elements) : raw_(elements + pack_spare<T>) {}
-
-    /// Null when there was no memory.
-    T* data() const {
-        constexpr std::uintptr_t page = 4096; // a whole number of elements
-        const auto behind = reinterpret_cast<std::uintptr_t>(raw_.data()) % page;
-        return behind == 0 ? raw_.data() : raw_.data() + (page - behind) / sizeof(T);
-    }
-};
 
 // The strategies. `nt` is the number of threads offered; all but the first expect that C has been multiplied by beta
 // and that the call's beta is 1. They change neither the call nor what it points to, but for C.

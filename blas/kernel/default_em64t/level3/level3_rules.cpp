@@ -15,20 +15,10 @@ i64 strip_border(i64 n, i64 index, i64 strips) {
     return std::min(round_down(border + strip_unit / 2, strip_unit), n);
 }
 
-/// Each border is rounded for itself, so that what rounding takes off does not add up in the last slice.
-i64 slice_border(i64 length, i64 unit, i64 index, i64 parts) {
-    return index == parts ? length : round_down(length * index / parts, unit);
-}
-
 } // namespace
 
 int threads_for_work(double flops, int offered) {
     return static_cast<int>(std::min(flops / flops_per_thread, static_cast<double>(offered)));
-}
-
-Slice balanced_slice(i64 length, i64 unit, i64 index, i64 parts) {
-    const i64 from = slice_border(length, unit, index, parts);
-    return {from, slice_border(length, unit, index + 1, parts) - from};
 }
 
 TriangleStrip triangle_strip(bool lower, i64 n, i64 index, i64 strips) {

@@ -1,6 +1,6 @@
 // How many threads the drivers of symmetric products and rank updates take, and how they cut C.
 #pragma once
-#include "blas/kernel/default_em64t/level3/slice.hpp"
+#include "service/slice.hpp"
 #include "service/types.hpp"
 
 namespace nxl {
@@ -17,9 +17,6 @@ template <class T> constexpr double flops_of(i64 m, i64 n, i64 k) {
 
 /// Threads for so much work, of `offered` ones; below 2 means serial.
 int threads_for_work(double flops, int offered);
-
-/// Part `index` of `parts` of a side, of nearly equal lengths that are multiples of `unit` but for the last.
-Slice balanced_slice(i64 length, i64 unit, i64 index, i64 parts);
 
 /// A strip of a triangle: the square part of it on the diagonal, and the rectangle that joins it to the edge.
 struct TriangleStrip {

@@ -1,8 +1,8 @@
 // Drivers with a triangular operand, and their decisions. Only the other matrix is cut: into columns when the triangle
 // stands on the left, into rows when it stands on the right, so that every thread runs the serial kernel.
 #pragma once
-#include "blas/kernel/default_em64t/level3/slice.hpp"
 #include "service/kernel_table.hpp"
+#include "service/slice.hpp"
 
 namespace nxl {
 

@@ -6,6 +6,7 @@
 #include "service/arguments.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
+#include "service/slice.hpp"
 #include "service/threads.hpp"
 #include <algorithm>
 #include <cstring>
@@ -23,8 +24,8 @@ template <class Body> void over_blocks(i64 n, const Body& body) {
     const i64 blocks = std::clamp(n / least, i64{1}, i64{max_threads(domain_blas)});
     if (blocks == 1) return body(i64{0}, n);
     parallel_blocks(static_cast<int>(blocks), static_cast<int>(blocks), [=, &body](int block) {
-        const i64 start = n * block / blocks;
-        body(start, n * (block + 1) / blocks - start);
+        const Slice own = balanced_slice(n, 1, block, blocks);
+        body(own.start, own.count);
     });
 }
 
