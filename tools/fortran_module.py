@@ -44,6 +44,7 @@ TYPES = {
     "float": "real(c_float)",
     "nxl_z": "complex(c_double_complex)",
     "nxl_c": "complex(c_float_complex)",
+    "void": "type(*)",
     "void*": "type(c_ptr)",
     "nxl_function": "type(c_funptr)",
     "nxl_progress_callback": "type(c_funptr)",
@@ -108,7 +109,7 @@ def shape_of(kind, name, behind, given):
     """() for one element, else the array's bounds; `behind` is the argument behind this one."""
     if given:
         return "" if given[0] == "1" else f"({given[0]})"
-    if kind in ("double", "nxl_z", "nxl_c") and name not in SCALARS:
+    if kind in ("double", "nxl_z", "nxl_c", "void") and name not in SCALARS:
         return f"({behind}, *)" if behind == f"ld{name}" else "(*)"
     return "(*)" if name in ARRAYS else ""
 
@@ -127,8 +128,8 @@ def arguments(routine, text):
         if name == "result":  # has a meaning in Fortran
             name = "res"
         behind = found[index + 1][3] if index + 1 < len(found) else ""
-        if kind == "void":
-            kind, stars = "void*", stars[1:]
+        if kind == "void" and stars == "**":  # the address of a handle
+            kind, stars = "void*", "*"
         if stars:
             given = special(routine, name)
             shape = shape_of(kind, name, behind, given)
@@ -147,7 +148,7 @@ def folded(line, indent):
 
 def interface(kind, name, text):
     given = arguments(name, text)
-    result = TYPES.get(kind)
+    result = None if kind == "void" else TYPES[kind]
     unit = "function" if result else "subroutine"
     declared = {}  # what is of one type stands on one line
     for head, _, shown in given:
