@@ -10,6 +10,7 @@ namespace {
 using nxl_test::BlasCall;
 using nxl_test::Family;
 using nxl_test::Generator;
+using nxl_test::random_values;
 
 class Gemm : public ::testing::TestWithParam<nxl_test::Routine> {
   protected:
@@ -66,18 +67,11 @@ INSTANTIATE_TEST_SUITE_P(, Gemm,
 
 std::size_t at(i64 i, i64 j, i64 ld) { return static_cast<std::size_t>(i + j * ld); }
 
-std::vector<double> random_matrix(int rows, int cols, unsigned seed) {
-    Generator generator(seed);
-    std::vector<double> values(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols));
-    for (double& value : values) value = nxl_test::random_value<double>(generator);
-    return values;
-}
-
 TEST(GemmValues, NanStaysInItsRowAndColumn) { // padding and unused lanes must not mix rows, zeros must not hide a NaN
     const double one = 1.0, zero = 0.0;
     for (const i64 size : {3, 8, 19, 70}) {
         const int order = static_cast<int>(size), bad_row = order - 1, bad_column = order / 2;
-        std::vector<double> a = random_matrix(order, order, 1), b(a.size(), 0.0), c(a.size());
+        std::vector<double> a = random_values<double>(size * size, 1), b(a.size(), 0.0), c(a.size());
         a[at(bad_row, 1, order)] = std::nan("");
         b[at(2, bad_column, order)] = std::numeric_limits<double>::infinity();
         nxl_blas_dgemm('N', 'N', size, size, size, one, a.data(), size, b.data(), size, zero, c.data(), size);
@@ -92,8 +86,8 @@ TEST(GemmValues, RowsOfTheTailAreSummedAsTheOthers) { // the last rows of m = 13
     const int lda = 16, n = 70;
     const double alpha = 1.7, beta = -0.7;
     for (const int k : {115, 257, 300, 449, 700}) {
-        const std::vector<double> a = random_matrix(lda, k, 1), b = random_matrix(k, n, 2),
-                                  c = random_matrix(lda, n, 3);
+        const std::vector<double> a = random_values<double>(lda * k, 1), b = random_values<double>(k * n, 2),
+                                  c = random_values<double>(lda * n, 3);
         const auto product = [&](int m) {
             std::vector<double> result = c;
             kernels_of(nxl_cpu_class())
@@ -108,49 +102,6 @@ TEST(GemmValues, RowsOfTheTailAreSummedAsTheOthers) { // the last rows of m = 13
                     ASSERT_EQ(cut[at(i, j, lda)], (i < m ? whole : c)[at(i, j, lda)]) << m << ' ' << k << ": " << i;
         }
     }
-}
-
-/// C := alpha A B + beta C in the summation order of class 1: k is cut into blocks of kb; the first is the shorter one
-/// at the end of k, and it takes beta; the others follow from 0 upward. alpha is in A.
-std::vector<double> class1_product(int m, int n, int k, int kb, double alpha, const std::vector<double>& a,
-                                   const std::vector<double>& b, double beta, std::vector<double> c) {
-    const int first = k % kb == 0 ? kb : k % kb;
-    const auto add_block = [&](int start, int length, double factor) {
-        for (int j = 0; j < n; ++j)
-            for (int i = 0; i < m; ++i) {
-                double sum = 0.0;
-                for (int p = start; p < start + length; ++p) sum += alpha * a[at(i, p, m)] * b[at(p, j, k)];
-                double& element = c[at(i, j, m)];
-                element = factor == 0.0 ? sum : factor * element + sum;
-            }
-    };
-    add_block(k - first, first, beta);
-    for (int start = 0; start < k - first; start += kb) add_block(start, kb, 1.0);
-    return c;
-}
-
-TEST(GemmClass1, SummationOrderIsFixed) {
-    if (nxl_cpu_class() != CpuClass::p4n || nxl_vector_bits() != 128) GTEST_SKIP() << "of the plain bodies of class 1";
-    struct Case {
-        int m, n, k, kb;
-    };
-    for (const auto& [m, n, k, kb] : {Case{8, 8, 300, 112},
-                                      {7, 5, 300, 112},
-                                      {8, 8, 57, 112},
-                                      {8, 8, 112, 112},
-                                      {8, 8, 113, 56},
-                                      {8, 4, 200, 100},
-                                      {3, 3, 224, 112},
-                                      {12, 9, 225, 112}})
-        for (const double beta : {0.0, 1.0, -0.7}) {
-            const std::vector<double> a = random_matrix(m, k, 1), b = random_matrix(k, n, 2),
-                                      c = random_matrix(m, n, 3);
-            std::vector<double> got = c;
-            const double alpha = 1.7;
-            kernels_of(CpuClass::p4n).xdgemm('N', 'N', m, n, k, alpha, a.data(), m, b.data(), k, beta, got.data(), m);
-            ASSERT_TRUE(got == class1_product(m, n, k, kb, alpha, a, b, beta, c))
-                << m << ' ' << n << ' ' << k << ' ' << beta;
-        }
 }
 
 } // namespace

@@ -81,6 +81,15 @@ TEST(Messages, TextsOfAllKindsOfRows) {
     EXPECT_STREQ(nxl::nxl_msg_text(407), "Wrong message request. This should never happen in a normal situation...");
 }
 
+/// The texts are part of the interface. FNV-1a over all rows: whoever changes one on purpose puts the new value here.
+TEST(Messages, NoTextChangesUnnoticed) {
+    std::uint64_t hash = 0xcbf29ce484222325;
+    for (int id = 1; id < 1073; ++id)
+        for (const char c : std::to_string(id) + nxl::nxl_msg_text(id) + '\n')
+            hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3;
+    EXPECT_EQ(hash, 9781456615355481252U);
+}
+
 TEST(Messages, FormatKeepsOneTextPerThread) {
     const char* mine = nxl::nxl_msg_format(408, 1, "mine");
     std::thread([] { EXPECT_STREQ(nxl::nxl_msg_format(408, 1, "theirs"), "Cannot create file theirs ..."); }).join();

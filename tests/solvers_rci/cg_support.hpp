@@ -2,6 +2,7 @@
 #pragma once
 #include "nxl.h"
 #include "tests/support/captured.hpp"
+#include "tests/support/catalogue.hpp"
 #include <cmath>
 #include <random>
 #include <string>
@@ -137,20 +138,10 @@ struct CgCase {
     }
 };
 
-/// A report as it has to read.
-inline std::string framed(const std::string& header, const std::string& lines) {
-    return "\n" + std::string(78, '-') + "\n" + header + "\n" + lines + "\n";
-}
-inline std::string error_report(const std::string& lines) { return framed("NXL RCI CG ERROR: ", lines); }
-inline std::string warning_report(const std::string& lines) { return framed("NXL RCI CG WARNING: ", lines); }
+inline std::string error_report(const std::string& lines) { return report(401, lines); }
+inline std::string warning_report(const std::string& lines) { return report(402, lines); }
 
-inline const std::string endless_loop_text =
-    "Infinite loop.\nAt least one of the parameters IPAR(8), IPAR(9)  or\nIPAR(10) must have the value 1";
-inline const std::string indefinite_text =
-    "Division by 0 occured.\nProbably, the matrix is (almost) non-positive definite\n"
-    "or criterion is very restrictive. CG method has been\nstopped. The result may be inaccurate...";
-inline const std::string altered_text =
-    "Division by 0 occured.\nProbably the data were altered by mistake outside DCG\n"
-    "routine. The result may be inaccurate...";
+inline const std::string endless_loop_text = catalogue(656, 3), indefinite_text = catalogue(659, 4),
+                         altered_text = catalogue(663, 3);
 
 } // namespace nxl_test

@@ -1,5 +1,6 @@
-// The reports of FGMRES to the byte, the order of its guards, the findings of its check, the log file.
+// The reports of FGMRES, the order of its guards, the findings of its check, the log file.
 #include "tests/solvers_rci/fgmres_support.hpp"
+#include <map>
 
 namespace {
 
@@ -19,16 +20,11 @@ FgmresCase healthy(int inner) {
 
 /// The report on an entry of ipar that a guard rejects.
 std::string rejection(int entry, int value) {
-    const std::string name = "IPAR(" + std::to_string(entry) + ")", shown = name + "=" + std::to_string(value);
-    if (entry == 15)
-        return "Parameter " + shown + " should be positive. Probably, the parameter\n" +
-               "IPAR(15) was altered by mistake outside of DFGMRES routine. The solution may be\nwrong...";
-    if (entry == 14)
-        return "Parameter " + shown + " is out of admissible range from 1 up to\n" +
-               "IPAR(15)=2. Probably, parameters IPAR(14) and/or IPAR(15) were\n"
-               "altered by mistake outside the DFGMRES routine. The solution may be wrong...";
-    return "Parameter " + shown + " must be a positive integer. Probably,\nparameter " + name +
-           " was altered by mistake outside DFGMRES routine. The solution\nmay be wrong...";
+    static const std::map<int, int> first = {{1, 597},  {14, 573}, {15, 570}, {16, 606}, {17, 609},
+                                             {18, 612}, {19, 600}, {20, 618}, {21, 615}, {23, 603}};
+    return catalogue(first.at(entry), 3,
+                     entry == 14 ? std::vector{std::to_string(value), std::string("2")}
+                                 : std::vector{std::to_string(value)});
 }
 
 constexpr int get_to_x = 0, get_to_b = -1; // in place of a stage
@@ -90,7 +86,7 @@ struct Failure {
     int stage, inner;
     std::function<void(FgmresCase&)> change;
     int request;
-    const char* text;
+    std::string text;
 };
 
 class FgmresFailure : public testing::TestWithParam<Failure> {};
@@ -111,36 +107,21 @@ TEST_P(FgmresFailure, IsReportedUnlessSilenced) {
 
 INSTANTIATE_TEST_SUITE_P(
     , FgmresFailure,
-    testing::Values(
-        Failure{"zero_residual", 5, 0, [](FgmresCase& run) { run.dp(5) = 0.0; }, -10,
-                "Division by zero occured: parameter DPAR(5)=0.000000e+00 should\n"
-                "not be equal to 0.0 at this stage. Either the user had to stop the method as it\n"
-                "converged, or parameter DPAR(5) was altered by mistake outside the DFGMRES\n"
-                "routine. The solution may be wrong..."},
-        Failure{"negative_residual", 5, 0, [](FgmresCase& run) { run.dp(5) = -2.5e-7; }, -12,
-                "Parameter DPAR(5)=-2.500000e-07 should be positive. Probably, it was altered\n"
-                "by mistake outside DFGMRES routine. The solution may be wrong..."},
-        Failure{"negative_new_norm", 9, 1, [](FgmresCase& run) { run.dp(7) = -1.0, run.ip(15) = 0; }, -12,
-                "Parameter DPAR(7)=-1.000000e+00 should not be negative. Probably, parameter\n"
-                "DPAR(7) was altered by mistake outside the DFGMRES routine. The solution may be\nwrong..."},
-        Failure{"zero_new_norm", 14, 1, [](FgmresCase& run) { run.dp(7) = 0.0, run.ip(15) = 0; }, -10,
-                "Division by zero occured: parameter DPAR(7)=0.000000e+00 should not be equal\n"
-                "to 0.0. Probably, parameter DPAR(7) was altered by mistake outside the DFGMRES\n"
-                "routine, or the user had to stop FGMRES method as it converged. The solution\n"
-                "may be wrong..."},
-        Failure{"endless", 6, 0, [](FgmresCase& run) { run.ip(8) = run.ip(9) = run.ip(10) = 0; }, -11,
-                "Infinite loop. At least one of parameters IPAR(8), IPAR(9), or IPAR(10) must be\n"
-                "equal to 1. Either the parameters were altered by mistake outside the DFGMRES\n"
-                "routine, or DFGMRES_CHECK routine was not called. The solution may be wrong..."},
-        Failure{"rotation", 9, 1, [](FgmresCase& run) { run.dp(7) = 1e-200, *run.element(run.ip(16)) = 0.0; }, -10,
-                "Division by zero occured: the new rotation for Hessenberg matrix is degenerate.\n"
-                "Probably, some parameters were altered by mistake outside the DFGMRES routine,\n"
-                "or FGMRES method has lost the orthogonality property, or the FGMRES method was\n"
-                "not stoped when it found the solution. The solution may be wrong..."},
-        Failure{"triangle", 9, 1, [](FgmresCase& run) { run.ip(4) = 17, *run.element(run.ip(16)) = 1e200; }, -10,
-                "Division by zero: At iteration number 17, the rotated Hessenberg\n"
-                "matrix appears to be degenerate! Probably, the method had to be stopped at the\n"
-                "previous iteration. The solution may be wrong..."}),
+    testing::Values(Failure{"zero_residual", 5, 0, [](FgmresCase& run) { run.dp(5) = 0.0; }, -10,
+                            catalogue(566, 4, {"0.000000e+00"})},
+                    Failure{"negative_residual", 5, 0, [](FgmresCase& run) { run.dp(5) = -2.5e-7; }, -12,
+                            catalogue(576, 2, {"-2.500000e-07"})},
+                    Failure{"negative_new_norm", 9, 1, [](FgmresCase& run) { run.dp(7) = -1.0, run.ip(15) = 0; }, -12,
+                            catalogue(578, 3, {"-1.000000e+00"})},
+                    Failure{"zero_new_norm", 14, 1, [](FgmresCase& run) { run.dp(7) = 0.0, run.ip(15) = 0; }, -10,
+                            catalogue(582, 4, {"0.000000e+00"})},
+                    Failure{"endless", 6, 0, [](FgmresCase& run) { run.ip(8) = run.ip(9) = run.ip(10) = 0; }, -11,
+                            catalogue(586, 3)},
+                    Failure{"rotation", 9, 1,
+                            [](FgmresCase& run) { run.dp(7) = 1e-200, *run.element(run.ip(16)) = 0.0; }, -10,
+                            catalogue(589, 4)},
+                    Failure{"triangle", 9, 1, [](FgmresCase& run) { run.ip(4) = 17, *run.element(run.ip(16)) = 1e200; },
+                            -10, catalogue(621, 3, {"17"})}),
     [](const auto& info) { return std::string(info.param.name); });
 
 /// A change to the defaults for 20 unknowns, and what the check makes of it.
@@ -152,53 +133,23 @@ struct Finding {
     std::function<void(FgmresCase&)> mended = [](FgmresCase&) {};
 };
 
-const std::string no_test = fgmres_warning(
-    "At least one of parameters IPAR(8), IPAR(9), or IPAR(10) must be equal to 1.\n"
-    "Assigning IPAR(8)=IPAR(9)=1. This means that DFGMRES routine will do the\n"
-    "residual stopping test and the stopping test for the maximal number of\niterations automatically...");
-std::string relative(const std::string& value) {
-    return fgmres_warning("The relative stopping parameter DPAR(1)=" + value + " is out of admissible\n" +
-                          "interval [0,1]. Assigning DPAR(1)=1.000000e-06 ...");
+std::string warning(int first, int count, const std::vector<std::string>& values = {}) {
+    return fgmres_warning(catalogue(first, count, values));
 }
-std::string absolute(const std::string& value) {
-    return fgmres_warning("The absolute stopping parameter DPAR(2)=" + value + " is out of admissible\n" +
-                          "interval [0,infinity). Assigning DPAR(2)=0.000000e+00 ...");
-}
-const std::string both_zero =
-    fgmres_warning("The absolute and relative stopping parameters DPAR(1)=0.000000e+00 and\n"
-                   "DPAR(2)=0.000000e+00 should not be equal to 0.0 simultaneously. The FGMRES\n"
-                   "method may fail to converge...");
-const std::string norm_tolerance =
-    fgmres_warning("The absolute stopping parameter (zero norm tolerance) DPAR(8)=-3.000000e+00\n"
-                   "is out of admissible interval [0,infinity). Assigning DPAR(8)=1.000000e-12 ...");
-const std::string norm_tolerance_zero =
-    fgmres_warning("The absolute stopping parameter (zero norm tolerance) DPAR(8)=0.000000e+00\n"
-                   "should not be equal to 0.0. The FGMRES method may fail to converge...");
-std::string size_differs(const std::string& size) {
-    return fgmres_warning("Parameter IPAR(1)=" + size + " is not equal to the parameter N=20.\n" +
-                          "It may be an error in one of the parameters. The method may fail to proceed...");
-}
-const std::string started =
-    fgmres_warning("Parameter IPAR(3)=2 should be equal to 1 before the first call to\nDFGMRES routine...");
-const std::string negative_limit =
-    fgmres_warning("Parameter IPAR(5)=-2147483648 should be greater or equal to 0 before the first\n"
-                   "call to DFGMRES routine. Otherwise, the maximal number of iterations is equal to\n"
-                   "IPAR(5)-IPAR(4)=2147483646 ...");
-const std::string counted = fgmres_warning("Parameter IPAR(4)=2 should be equal to 0 before the first call to\n"
-                                           "DFGMRES routine. Otherwise, the maximal number of iterations is equal to\n"
-                                           "IPAR(5)-IPAR(4)=2147483646 ...");
+const std::string zero = "0.000000e+00";
+std::string relative(const std::string& value) { return warning(628, 2, {value, "1.000000e-06"}); }
+std::string absolute(const std::string& value) { return warning(630, 2, {value, zero}); }
+std::string size_differs(const std::string& size) { return warning(639, 2, {size, "20"}); }
 std::string no_iterations(const std::string& limit, const std::string& count) {
-    return fgmres_warning(
-        "No FGMRES iterations will be performed as the limit for the iteration counter\nIPAR(5)=" + limit +
-        " is less or equal to the current value of the iteration\ncounter IPAR(4)=" + count + " ...");
+    return warning(649, 3, {limit, count});
 }
-const std::string mid_cycle =
-    fgmres_warning("Parameter IPAR(14)=-1 should be equal to 0 before the first call to\nDFGMRES routine...");
-const std::string no_size = fgmres_error("Parameter IPAR(1)=0 must be a positive integer.");
-const std::string no_cycle = fgmres_error("Parameter IPAR(15)=0 should be positive. If you wish to run the\n"
-                                          "FGMRES method without restarts, please set IPAR(15)=IPAR(5)-IPAR(4)=17\n"
-                                          "before the call to the DFGMRES_CHECK routine. Please be sure that you\n"
-                                          "allocate enough memory for TMP array...");
+const std::string no_test = warning(624, 4), both_zero = warning(632, 3, {zero, zero}),
+                  norm_tolerance = warning(635, 2, {"-3.000000e+00", "1.000000e-12"}),
+                  norm_tolerance_zero = warning(637, 2, {zero}), started = warning(641, 2, {"2"}),
+                  negative_limit = warning(643, 3, {"-2147483648", "2147483646"}),
+                  counted = warning(646, 3, {"2", "2147483646"}), mid_cycle = warning(652, 2, {"-1"}),
+                  no_size = fgmres_error(catalogue(581, 1, {"0"})),
+                  no_cycle = fgmres_error(catalogue(593, 4, {"0", "17"}));
 
 const std::vector<Finding> findings{
     {"defaults", [](FgmresCase&) {}, 0, {}},

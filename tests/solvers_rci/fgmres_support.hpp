@@ -83,7 +83,7 @@ struct FgmresCase {
     }
 };
 
-inline std::string fgmres_error(const std::string& lines) { return framed("NXL RCI FGMRES ERROR: ", lines); }
-inline std::string fgmres_warning(const std::string& lines) { return framed("NXL RCI FGMRES WARNING: ", lines); }
+inline std::string fgmres_error(const std::string& lines) { return report(399, lines); }
+inline std::string fgmres_warning(const std::string& lines) { return report(400, lines); }
 
 } // namespace nxl_test

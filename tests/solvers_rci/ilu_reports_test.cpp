@@ -1,51 +1,29 @@
-// What the incomplete LU routines make of bad arguments: ierr, warnings policy, and reports to the byte, on standard
+// What the incomplete LU routines make of bad arguments: ierr, warnings policy, and reports, on standard
 // output and in the log files.
 #include "solvers_rci/dcsrilu0.hpp"
 #include "solvers_rci/dcsrilut.hpp"
 #include "tests/solvers_rci/ilu_support.hpp"
+#include "tests/support/catalogue.hpp"
 #include <functional>
 
 namespace {
 
 using namespace nxl_test;
 
-using Texts = std::map<int, std::string>;
+/// The place of each code's lines in the catalogue.
+using Lines = std::map<int, std::pair<int, int>>;
+const Lines ilu0_lines{{-101, {693, 2}}, {-102, {695, 2}}, {-103, {697, 2}},
+                       {-104, {699, 2}}, {-105, {701, 2}}, {-106, {703, 2}}};
+const Lines ilut_lines{{101, {705, 3}},  {102, {708, 2}},  {103, {710, 3}},  {104, {713, 3}},
+                       {-101, {716, 3}}, {-102, {719, 5}}, {-103, {724, 2}}, {-104, {726, 2}},
+                       {-105, {728, 2}}, {-106, {730, 2}}, {-107, {732, 2}}};
 
-const std::string stuck = "Cannot proceed with calculations as";
-const Texts ilu0_texts{
-    {-101, stuck + "\nMatrix has no diagonal in CSR format."},
-    {-102, stuck + "\nMatrix has zero diagonal."},
-    {-103, stuck + "\nDivision by a small diagonal value will happen."},
-    {-104, "Cannot proceed as the system failed to provide\nmemory for inner temporary integer array of size N."},
-    {-105, stuck + "\ninput matrix size is negative or zero."},
-    {-106, stuck + " input\nmatrix column indexes are not in increasing order."},
-};
-const Texts ilut_texts{
-    {101, "Maximum fill-in input parameter is greater or equals\nmatrix size. Trying to proceed with the parameter\n"
-          "equals (matrix size - 1) ..."},
-    {102, "The value of tolerance input parameter is negative.\nTrying to proceed with (-value) ..."},
-    {103, "Input absolute value of tolerance is greater than\ninput value set in DPAR(31) which might result\n"
-          "in instability of calculations."},
-    {104, "Input value of DPAR(31) equals zero. Its possible\nfuture usage for replacement of small diagonal\n"
-          "values might lead to failure to compute LU factors."},
-    {-101, stuck + " matrix has either\nwrong integer array of row positions in its CSR\n"
-                   "format or the matrix is degenerate with zero row."},
-    {-102, stuck + " small diagonal\nvalue has appeared (small with respect to the input\n"
-                   "tolerance multiplied by the matrix row L_2 norm)\nthat should be discarded according to the "
-                   "threshold\ncriterion, but it cannot be replaced as IPAR(31)=0."},
-    {-103, stuck + " input matrix has\nwrong row indexes in CSR format."},
-    {-104, stuck + " the system failed\nto provide memory for temporary data structures."},
-    {-105, stuck + " input maximum\nfill-in parameter is negative."},
-    {-106, stuck + " input size\nof the matrix is negative."},
-    {-107, stuck + " input matrix has\nwrong column indexes in CSR format."},
-};
-
-std::string framed(const std::string& routine, const std::string& level, const std::string& text) {
-    return "\n" + std::string(78, '-') + "\nNXL " + routine + " " + level + ": \n" + text + "\n";
+std::string report_of(const Lines& lines, int header, int code) {
+    const auto [first, count] = lines.at(code);
+    return report(header, catalogue(first, count));
 }
-
-std::string ilu0_report(int code) { return framed("DCSRILU0", "ERROR", ilu0_texts.at(code)); }
-std::string ilut_report(int code) { return framed("DCSRILUT", code > 0 ? "WARNING" : "ERROR", ilut_texts.at(code)); }
+std::string ilu0_report(int code) { return report_of(ilu0_lines, 403, code); }
+std::string ilut_report(int code) { return report_of(ilut_lines, code > 0 ? 406 : 405, code); }
 
 const Rows identity{{{0, 1.0}}, {{1, 1.0}}, {{2, 1.0}}};
 
@@ -53,11 +31,11 @@ TEST(IluReports, EveryTextAndWhatHasNone) {
     IluCase run(identity);
     const auto ilu0 = [&](int code) { return printed_by([&] { nxl::rci::report_ilu0(code, run.ipar.data()); }); };
     const auto ilut = [&](int code) { return printed_by([&] { nxl::rci::report_ilut(code, run.ipar.data()); }); };
-    const std::string wrong = "Wrong message request. This should never happen in a normal situation...";
-    for (const auto& entry : ilu0_texts) EXPECT_EQ(ilu0(entry.first), ilu0_report(entry.first));
-    for (const auto& entry : ilut_texts) EXPECT_EQ(ilut(entry.first), ilut_report(entry.first));
-    for (const int code : {0, -100, -107}) EXPECT_EQ(ilu0(code), framed("DCSRILU0", "WARNING", wrong));
-    for (const int code : {0, 100, 105, -100, -108}) EXPECT_EQ(ilut(code), framed("DCSRILUT", "WARNING", wrong));
+    const std::string wrong = catalogue(407, 1);
+    for (const auto& entry : ilu0_lines) EXPECT_EQ(ilu0(entry.first), ilu0_report(entry.first));
+    for (const auto& entry : ilut_lines) EXPECT_EQ(ilut(entry.first), ilut_report(entry.first));
+    for (const int code : {0, -100, -107}) EXPECT_EQ(ilu0(code), report(404, wrong));
+    for (const int code : {0, 100, 105, -100, -108}) EXPECT_EQ(ilut(code), report(406, wrong));
 }
 
 /// A change to a sound call on the identity, and what it leads to.
