@@ -123,10 +123,12 @@ enum class Word : int {
     update_words, ///< size of the update buffer `temp`
     update_count, ///< word count beside it
     subgraphs,
-    table_slots, ///< of the factor table, whatever max_fac_store says since
-    deleted      ///< by a clean: the matrix number, or the negated count of factors
+    separator_integers, ///< of ddist
+    table_slots,        ///< of the factor table, whatever max_fac_store says since
+    deleted             ///< by a clean: the matrix number, or the negated count of factors
 };
 inline constexpr int integer_words = 70;
+static_assert(static_cast<int>(Word::deleted) < integer_words);
 
 /// Real words of the control block, from word 100.
 enum class RealWord : int { mflop, matrix_norm, divergence = 10, unit, tolerance, tiny };
@@ -161,14 +163,13 @@ enum class ArrayBase : int {
     order_snode,
     order_xsup,
     order_separators,
-    work = 40, ///< WORK_I0
-    xadj = 60, ///< STRUC_S1
+    order_matched, ///< that mpssym gave
+    work = 40,     ///< WORK_I0
+    xadj = 60,     ///< STRUC_S1
     adjncy,
     supernode_parent = 80, ///< STRUC_S2
     first_child,
-    sibling,
-    tree_order,
-    merge_marks
+    sibling
 };
 inline constexpr int first_base_word = 120, base_words = 100, bases_per_block = 20, control_words = 220;
 
