@@ -1,0 +1,6 @@
+# Containers, matching and orderings of the sparse direct solver.
+target_sources(nxl_objects PRIVATE
+    ${CMAKE_CURRENT_LIST_DIR}/bitvec.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/perm.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/smat.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/symmetric_pattern.cpp)
