@@ -13,7 +13,7 @@ struct AdjacencyView {
     i32* xadj; // n + 1
     i32* adjncy;
     i64 room;  // of adjncy
-    i32* work; // n
+    i32* work; // n; for adjacency_of_sum 2 n + 1 and the entries of A
 };
 
 /// Of a symmetric pattern, from the entries above the diagonal; others are passed over. kUnsymmetricPattern when there

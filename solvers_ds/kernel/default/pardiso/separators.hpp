@@ -25,10 +25,10 @@ inline void set_single_subgraph(Separators& separators, i32 columns) {
     separators.first(1) = separators.last(1) = columns;
 }
 
-/// Renumbers the columns subgraph by subgraph, each in its order, and those that are in no subgraph after them, as the
-/// root separator; the ranges become those of the new numbers. perm: columns entries, any base, moved along. The order
-/// is as good as before where no column of a subgraph comes after one that is adjacent to it and in none. kNoMemory
-/// leaves all as it was.
+/// Renumbers the columns subgraph by subgraph, each in its order, and after them those that are in no subgraph, in
+/// their order, as the root separator; the ranges become those of the new numbers. The entries of `perm` move along.
+/// The fill stays what it was when each column of no subgraph came after the subgraphs that it is adjacent to.
+/// kNoMemory leaves all as it was.
 i32 gather_subgraphs(i32 columns, i32* perm, Separators& separators);
 
 } // namespace nxl::pardiso
