@@ -24,7 +24,7 @@ i32 matching_weighted(i32 mode, i32 n, const i32* ia, const i32* ja, const doubl
 struct MatchingView {
     i32 n;
     i32 *ia, *ja;         // the caller's, counted from 1; from 0 while the stage runs
-    const double* a;      // real values, or moduli of complex ones
+    double* a;            // real values, or moduli of complex ones; they stay as they are
     bool symmetric;       // the upper triangle is stored: the search is on all entries, one vector scales both sides
     bool scale;           // otherwise all factors are 1
     i32 mode;             // 1 for the matching; 2 to 4 are refused

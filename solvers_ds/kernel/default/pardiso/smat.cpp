@@ -15,11 +15,6 @@ namespace {
 /// `count` elements, or one where there are none, so that null always means no memory.
 template <class T> T* take(i64 count) { return tr::take_for_handle<T>(std::max(count, i64{1})); }
 
-void shift(Smat* mat, i32 by) {
-    for (u32 i = 0; i <= mat->m; ++i) mat->ia[i] += by;
-    for (u32 k = 0; k < mat->nnz; ++k) mat->ja[k] += by;
-}
-
 Smat* complete(Smat* mat, bool whole) {
     if (whole) return mat;
     if (mat) smat_free(mat);
@@ -75,11 +70,22 @@ void smat_free(Smat* mat) {
 
 void smat_to_zero_base(Smat* mat) {
     require(mat->ia[0] == 1, "mat->ia[0] == 1");
-    shift(mat, -1);
+    for (u32 i = 0; i <= mat->m; ++i) --mat->ia[i];
+    for (u32 k = 0; k < mat->nnz; ++k) --mat->ja[k];
     require(static_cast<i32>(mat->nnz) == mat->ia[mat->m], "(pint) mat->nnz == mat->ia[mat->m]");
 }
 
-void smat_to_one_base(Smat* mat) { shift(mat, 1); }
+void ZeroBased::shift(i32 by) const {
+    const i32 entries = ia_[n_] - ia_[0];
+    for (i32 i = 0; i <= n_; ++i) ia_[i] += by;
+    for (i32 k = 0; k < entries; ++k) ja_[k] += by;
+}
+
+bool smat_has_diagonal(const Smat* mat) {
+    for (u32 i = 0; i < mat->m; ++i)
+        if (std::count(mat->ja + mat->ia[i], mat->ja + mat->ia[i + 1], static_cast<i32>(i)) != 1) return false;
+    return true;
+}
 
 Smat* smat_copy_pattern(const Smat* src) {
     Smat* copy = smat_create_pattern(src->m, src->n, src->nnz, src->sym);

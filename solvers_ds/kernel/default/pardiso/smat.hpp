@@ -28,7 +28,19 @@ void smat_free(Smat* mat);
 void smat_release(Smat* mat);
 
 void smat_to_zero_base(Smat* mat);
-void smat_to_one_base(Smat* mat);
+
+/// The caller's arrays of a matrix that count from 1, and from 0 for the life of this.
+class ZeroBased {
+    i32 n_, *ia_, *ja_;
+
+    void shift(i32 by) const;
+
+  public:
+    ZeroBased(i32 n, i32* ia, i32* ja) : n_(n), ia_(ia), ja_(ja) { shift(-1); }
+    ~ZeroBased() { shift(1); }
+    ZeroBased(const ZeroBased&) = delete;
+    ZeroBased& operator=(const ZeroBased&) = delete;
+};
 
 Smat* smat_copy_pattern(const Smat* src);
 Smat* smat_copy(const Smat* src);
@@ -36,6 +48,9 @@ Smat* smat_copy(const Smat* src);
 /// 1 when the row pointers start at 0, ascend strictly and end at nnz, the columns are in range and ascend strictly
 /// within each row, and values, where there are any, are finite; else 0.
 int smat_check(const Smat* mat);
+
+/// Whether each row of an upper triangle has its diagonal entry, once; rows need not ascend.
+bool smat_has_diagonal(const Smat* mat);
 
 /// From the upper triangle, with the whole diagonal, to all entries, in place; columns ascend if they did. index_map,
 /// when given, has room for 2 nnz - m entries and receives, for each entry, its source. False when there is no memory;
