@@ -840,6 +840,20 @@ module nxl
             integer(c_int), value :: len
         end subroutine
 
+        ! ---- Sparse linear systems, directly ----
+
+        ! One step.
+        subroutine PARDISO(pt, max_fac_store, matrix_number, matrix_type, ido, neqns, a, ia, ja, perm, nb, iparam, &
+                msglvl, b, x, error) bind(c, name="PARDISO")
+            import :: c_int
+            type(*), intent(inout) :: pt(*)
+            integer(c_int), intent(in) :: max_fac_store, matrix_number, matrix_type, ido, neqns, nb, msglvl
+            type(*), intent(in) :: a(*)
+            integer(c_int), intent(inout) :: ia(*), ja(*), perm(*), iparam(64)
+            type(*), intent(inout) :: b(*), x(*)
+            integer(c_int), intent(out) :: error
+        end subroutine
+
         ! ---- Conjugate gradients, by reverse communication ----
 
         ! Defaults.

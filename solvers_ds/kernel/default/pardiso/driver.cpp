@@ -127,7 +127,8 @@ Fault run_step(const Handle& handle, Call& call) {
     Fault fault = first ? build_handle(handle, call) : Fault{};
     if (!fault) fault = timed_call(handle, call);
     if (fault && call.messages) report_fault(fault, call, handle.control());
-    if (call.messages && handle[HandleWord::calls] > accepted) print_summary(call, handle.control());
+    if (call.messages && fault.error != Error::parameters && handle[HandleWord::calls] > accepted)
+        print_summary(call, handle.control());
     if (fault && first && !handle.analysed()) handle.dismantle();
     return fault;
 }

@@ -38,9 +38,10 @@ Fault take_matching_blocks(const Handle& handle, const Call& call) {
     return handle.take(local_reals, (2 * n + entries + moduli) * 8, Tag::matching_reals, Account::peak);
 }
 
-/// The values that are matched: those of the caller, or moduli behind the reals of the search.
-const double* values_to_match(const Handle& handle, const Call& call) {
-    if (!is_complex(call.mtype)) return static_cast<const double*>(call.a);
+/// The values that are matched: those of the caller, which nothing changes though the containers could, or moduli
+/// behind the reals of the search.
+double* values_to_match(const Handle& handle, const Call& call) {
+    if (!is_complex(call.mtype)) return static_cast<double*>(const_cast<void*>(call.a)); // NOLINT
     const zcomplex* const a = static_cast<const zcomplex*>(call.a);
     double* const moduli =
         reinterpret_cast<double*>(handle[local_reals]) + 2 * i64{call.neqns} + entries_to_match(call);
@@ -48,7 +49,10 @@ const double* values_to_match(const Handle& handle, const Call& call) {
     return moduli;
 }
 
-Fault match(const Handle& handle, const Call& call, const double* values) {
+/// What iparam(13) may be: 2 to 4 name methods that are not there.
+i32 matching_mode(i32 choice) { return choice >= 2 && choice <= 4 ? choice : 1; }
+
+Fault match(const Handle& handle, const Call& call, double* values) {
     const i64 n = call.neqns;
     const Control control = handle.control();
     double* const scales = reinterpret_cast<double*>(handle[HandleWord::matching]);
@@ -60,7 +64,7 @@ Fault match(const Handle& handle, const Call& call, const double* values) {
          .a = values,
          .symmetric = is_indefinite(call.mtype),
          .scale = control[Word::scaling] != 0,
-         .mode = control.small(Word::matching),
+         .mode = matching_mode(control.small(Word::matching)),
          .work = {reinterpret_cast<i32*>(handle[local_integers]), reinterpret_cast<double*>(handle[local_reals])},
          .row_of_column = rows_of_columns(handle),
          .row_scale = scales,
@@ -68,11 +72,12 @@ Fault match(const Handle& handle, const Call& call, const double* values) {
         found);
     if (code == 0) return {};
     if (code == kNoMemory) return {Error::memory, static_cast<i32>(Tag::matching_integers), 4 * entries_to_match(call)};
+    if (code == kUnsymmetricPattern) return fault_of(code);
     return {Error::preordering, code > 0 ? code : -found};
 }
 
 /// Pairs of the matching are ordered as one.
-Fault order_pairs(const Handle& handle, const Call& call, const double* values) {
+Fault order_pairs(const Handle& handle, const Call& call, double* values) {
     const Control control = handle.control();
     const i32 n = call.neqns;
     i32* const order = handle.array<i32>(ArrayBase::order_matched);
@@ -83,7 +88,7 @@ Fault order_pairs(const Handle& handle, const Call& call, const double* values) 
     const i32 code = mpssym({.n = n,
                              .ia = call.ia,
                              .ja = call.ja,
-                             .a = const_cast<double*>(values), // NOLINT: smat has no view of constant values
+                             .a = values,
                              .method = control.small(Word::ordering),
                              .parts = static_cast<i32>(std::bit_floor(static_cast<u32>(control[Word::partitions]))),
                              .perm = order,
@@ -106,7 +111,7 @@ const u32* one_by_one_pivots(const Handle& handle) {
 
 Fault match_matrix(const Handle& handle, const Call& call) {
     if (const Fault fault = take_matching_blocks(handle, call)) return fault;
-    const double* const values = values_to_match(handle, call);
+    double* const values = values_to_match(handle, call);
     Fault fault = match(handle, call, values);
     if (!fault && is_indefinite(call.mtype)) fault = order_pairs(handle, call, values);
     handle.release(local_reals);
