@@ -12,7 +12,8 @@ target_include_directories(nxl_code_flags INTERFACE ${PROJECT_SOURCE_DIR} ${PROJ
 target_link_libraries(nxl_code_flags INTERFACE nxl_warnings)
 
 add_library(nxl_objects OBJECT)
-target_link_libraries(nxl_objects PRIVATE nxl_code_flags PUBLIC OpenMP::OpenMP_CXX)
+target_link_libraries(nxl_objects PRIVATE nxl_code_flags PUBLIC OpenMP::OpenMP_CXX ${METIS_LIBRARY})
+target_include_directories(nxl_objects SYSTEM PRIVATE ${METIS_INCLUDE_DIR})
 
 set_property(GLOBAL PROPERTY NXL_KERNEL_SOURCES "")
 set_property(GLOBAL PROPERTY NXL_KERNEL_TARGETS "")

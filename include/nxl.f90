@@ -118,6 +118,19 @@ module nxl
             real(c_float) :: R1MACH
         end function
 
+        ! ---- Sparse linear systems, directly ----
+
+        ! One step.
+        subroutine PARDISO(pt, max_fac_store, matrix_number, matrix_type, ido, neqns, a, ia, ja, perm, nb, iparam, &
+            msglvl, b, x, error) bind(c, name="PARDISO")
+            import :: c_int
+            type(*), intent(inout) :: pt(*), b(*), x(*)
+            integer(c_int), intent(in) :: max_fac_store, matrix_number, matrix_type, ido, neqns, nb, msglvl
+            type(*), intent(in) :: a(*)
+            integer(c_int), intent(inout) :: ia(*), ja(*), perm(*), iparam(64)
+            integer(c_int), intent(out) :: error
+        end subroutine
+
         ! ---- Conjugate gradients, by reverse communication ----
 
         ! Sets ipar(1..11) and dpar(1..8) to their defaults, tmp(:,1..3) to 0 and RCI_request to 0.

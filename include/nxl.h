@@ -106,6 +106,103 @@ double D1MACH(const int* i) NXL_NOEXCEPT;
 /* Machine constants of single precision, by the same numbers as D1MACH. */
 float R1MACH(const int* i) NXL_NOEXCEPT;
 
+/* ==== Sparse linear systems, directly =============================================================================
+ * A X = B with A sparse, by factorisation. One routine for nine types of matrices, called with a step at a time: what is
+ * known of a pattern is kept in a handle and serves every matrix that has it. A whole program and advice:
+ * docs/pardiso.md.
+ *
+ * A is stored by compressed rows, counted from 1: the entries of row i are a[k], in the columns ja[k], for ia(i) <= k <
+ * ia(i+1), columns ascending. Types whose number is even store the upper triangle, with its whole diagonal, the others
+ * every entry.
+ *   1   real, symmetric pattern           2   real, symmetric positive definite   -2  real, symmetric
+ *   3   complex, symmetric pattern        4   Hermitian positive definite         -4  Hermitian
+ *   6   complex, symmetric               11   real                                13  complex
+ *
+ * ido, the step; error is 0 unless told otherwise:
+ *   11, 12, 13  analysis; analysis and factorisation; both and solution
+ *   22, 23, 33  factorisation; factorisation and solution; solution, with error 0 whatever happens unless iparam(4) says
+ *               otherwise
+ *   331, 332, 333  the forward, the diagonal and the backward step of a solution
+ *   0    frees the factorisation of matrix_number
+ *   -1   frees everything and makes the handle new
+ *   -2   query: error 16 and iparam(1) = 23     -3  query: error 300000
+ * Factorisation and solution are not there yet: they end with error -5, after the analysis that the step begins with.
+ *
+ * iparam, 64 integers; in brackets the default that a step beginning with the analysis fills in while iparam(1) is 0:
+ *    1       0: fill the defaults in; 1: they are the caller's; others: too, but iparam(4) has no L and iparam(12) is read
+ *    2 [2]   order of elimination: 0 multiple minimum degree, 1 the same by independent subgraphs, 2 nested dissection by
+ *            METIS
+ *    3       out: threads, the smaller of neqns and NXL_Get_Max_Threads; 1 out of core
+ *    4 [0]   10 L + K, solution by iterations that an older factorisation preconditions, to a residual of 10^-L: K of 1
+ *            and above CGS, 2 CG for positive definite matrices; 0 none
+ *    5 [0]   above 0 but not 2: perm is the order; 2: perm receives the computed one; below 0: the one that is used
+ *    6 [0]   1: the solution is written over b too
+ *    7       out: steps of refinement done
+ *    8 [0]   most steps of refinement; below 0 with residuals in doubled precision
+ *    9 [0]   below 0: iparam(17) leaves factors and refinement out
+ *   10       pivots below 10^-iparam(10), relative to A, are replaced: [13] for types 1, 3, 11, 13, [8] for -2, -4, 6
+ *   11       1: scale by the matching: [1] for 11 and 13, else [0]
+ *   12 [0]   1: solve with the transpose of an A that is stored in full; unless iparam(1) is 1. -1 afterwards: A is
+ *            diagonal, the handle was never built, and steps 0 and -1 have nothing to do until this is 0 again
+ *   13       1: permute large entries to the diagonal, or to its 2 by 2 blocks, before ordering: [1] for 11 and 13, else
+ *            [0]; types -2, -4, 6, 11 and 13 only; 2 to 4 are refused
+ *   14 [0]   out: pivots that were replaced
+ *   15, 16, 17  out: kilobytes of memory that the analysis takes, of what stays of it, of factors
+ *   18 [-1]  below 0: receives the entries of the factors, diagonal blocks whole; 2147483647 for any more
+ *   19 [-1]  below 0: receives the millions of operations of a factorisation
+ *   20 [0]   out: steps of the iterations, below 0 when they failed
+ *   21       1: pivots of order 1 and 2 in symmetric indefinite blocks: [1] for -2, -4, 6, else [0], of order 1 alone
+ *   22, 23 [0]  out: positive and negative pivots
+ *   26       another than 0: no refinement
+ *   27       another than 0: check ia and ja, which otherwise have to be right; 0 afterwards
+ *   31, 32, 33  out: where the check found ia or ja wrong, see error -1
+ *   60 [0]   1, 2: out of core, when it has to be, or always
+ *   64       out: 105
+ *   others are not read, or written 0
+ *
+ * error:
+ *     0  success            -2  no memory        -3  the order could not be made: perm is no permutation, or the pattern
+ *    -1  an argument               of types 1 and 3 not symmetric
+ *    -4  zero pivot, or no convergence           -5  an internal error
+ *    -6  no perfect matching: A is structurally singular; or iparam(13) is 2 to 4
+ *    -7  as -1, without messages; a zero on the diagonal of a diagonal matrix
+ *    -8  the graph or the factors are too large for their integers
+ *    -9, -10, -11  out of core: memory, opening a file, reading or writing it
+ * With msglvl the line behind the heading says which argument it is, and more lines tell all of them. A pattern may be
+ * wrong in four ways, of which the first one that applies is reported, at its last place:
+ *   21  ia does not begin with 1 or does not ascend at i: i, ia(i), ia(i+1)
+ *   22  a column out of range at j: j, ja(j), neqns
+ *   23  an entry below the diagonal, even types: i, ia(i), ja(ia(i))
+ *   24  columns that do not ascend: j, ja(j), ja(j+1)
+ * in iparam(31..33). A failed first step leaves no handle behind; after others step -1 is due.
+ *
+ * A matrix with as many entries as rows is diagonal and solved at once: x = b / a. */
+
+/* One step.
+ *   pt             the handle: 64 words of 64 bits, all 0 before the first step; a handle serves one call at a time
+ *   max_fac_store  factorisations kept at a time, for matrices of one pattern; fixed by the first step
+ *   matrix_number  which of them, from 1
+ *   matrix_type    see above
+ *   ido            the step
+ *   neqns          rows of A
+ *   a              entries of A, doubles or pairs of them
+ *   ia, ja         neqns + 1 row pointers, and columns; may be counted from 0 during an analysis, and are afterwards as
+ *                  they were
+ *   perm           neqns; the row that is eliminated first, second, ...: in, out, or not looked at, see iparam(5)
+ *   nb             right-hand sides
+ *   iparam         see above
+ *   msglvl         another than 0: print a summary of each step, and what is wrong, on standard output
+ *   b              neqns by nb, one column after the other
+ *   x              the same: the solutions
+ *   error          out
+ * Methods: matching, Duff and Koster, SIAM J. Matrix Anal. Appl. 22 (2001); pairs, Duff and Pralet, the same 27 (2005);
+ * minimum degree, Liu, ACM Trans. Math. Softw. 11 (1985); nested dissection, Karypis and Kumar, SIAM J. Sci. Comput. 20
+ * (1998); elimination tree, Liu, SIAM J. Matrix Anal. Appl. 11 (1990); column counts, Gilbert, Ng and Peyton, the same
+ * 15 (1994). */
+void PARDISO(void* pt, const int* max_fac_store, const int* matrix_number, const int* matrix_type, const int* ido,
+             const int* neqns, const void* a, int* ia, int* ja, int* perm, const int* nb, int* iparam,
+             const int* msglvl, void* b, void* x, int* error) NXL_NOEXCEPT;
+
 /* ==== Conjugate gradients, by reverse communication ===============================================================
  * For A x = b with A symmetric positive definite. The solver never sees A: call it in a loop, do what RCI_request asks
  * on columns of tmp, call again. A run is its ipar, dpar and tmp; nothing else is kept, and runs on arrays of their own

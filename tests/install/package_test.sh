@@ -20,6 +20,7 @@ for package in "${packages[@]}"; do
     [[ $(field "$package" Version) == "$version" ]] || fail "$package: version $(field "$package" Version)"
 done
 [[ $(field "${packages[0]}" Depends) == *libomp5* ]] || fail "the library does not ask for its OpenMP runtime"
+[[ $(field "${packages[0]}" Depends) == *libmetis5* ]] || fail "the library does not ask for METIS"
 for package in libnxl-dev nxl-tools; do
     [[ $(field "$package" Depends) == *"${packages[0]} (= $version)"* ]] || fail "$package goes with any library"
 done

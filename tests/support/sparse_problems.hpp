@@ -1,0 +1,36 @@
+// Sparse systems of the kinds that a direct solver meets, as the solver takes them: compressed rows that count from 1,
+// columns ascending, of symmetric matrices the upper triangle with its whole diagonal.
+#pragma once
+#include <string>
+#include <vector>
+
+namespace nxl_test {
+
+struct SparseProblem {
+    int n = 0;
+    int mtype = 11; // 2 symmetric positive definite, -2 symmetric indefinite, 11 unsymmetric
+    std::vector<int> ia, ja;
+    std::vector<double> a;
+
+    bool upper() const { return mtype % 2 == 0; }
+};
+
+/// -div grad u on the unit square or cube by differences, `side` unknowns along each edge; u = 0 around it.
+SparseProblem poisson2d(int side);
+SparseProblem poisson3d(int side);
+
+/// A cube of linear elastic material, Poisson's ratio 0.3, held at one face: side^3 nodes of three displacements each,
+/// trilinear bricks.
+SparseProblem elasticity3d(int side);
+
+/// -div grad u + c . grad u on the unit cube, upwind differences, side^3 unknowns.
+SparseProblem convection3d(int side);
+
+/// Stokes flow in the unit square on a staggered grid of side^2 cells: velocities on the edges between cells, a
+/// pressure with diagonal 0 in each cell, but in the first, where it is held.
+SparseProblem saddle(int side);
+
+/// The generator of one of the names above. Throws std::invalid_argument for another name.
+SparseProblem sparse_problem(const std::string& name, int side);
+
+} // namespace nxl_test
