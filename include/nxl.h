@@ -111,7 +111,7 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  * is known of a pattern is kept in a handle and serves every matrix that has it. A whole program and advice:
  * docs/pardiso.md.
  *
- * A is stored by compressed rows, counted from 1: the entries of row i are a[k], in the columns ja[k], for ia(i) <= k <
+ * A is stored by compressed rows, counted from 1: the entries of row i are a(k), in the columns ja(k), for ia(i) <= k <
  * ia(i+1), columns ascending. Types whose number is even store the upper triangle, with its whole diagonal, the others
  * every entry.
  *   1   real, symmetric pattern           2   real, symmetric positive definite   -2  real, symmetric
@@ -133,8 +133,8 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *    2 [2]   order of elimination: 0 multiple minimum degree, 1 the same by independent subgraphs, 2 nested dissection
  *            by METIS
  *    3       out: threads, the smaller of neqns and NXL_Get_Max_Threads; 1 out of core
- *    4 [0]   10 L + K, solution by iterations that an older factorisation preconditions, to a residual of 10^-L: K of 1
- *            and above CGS, 2 CG for positive definite matrices; 0 none
+ *    4 [0]   10 L + K, solution by iterations that an older factorisation preconditions, to a residual of 10^-L: by CG
+ *            for types 2 and -2, else by CGS; K = 0: none
  *    5 [0]   above 0 but not 2: perm is the order; 2: perm receives the computed one; below 0: the one that is used
  *    6 [0]   1: the solution is written over b too
  *    7       out: steps of refinement done
@@ -156,7 +156,7 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *   22, 23 [0]  out: positive and negative pivots
  *   26       another than 0: no refinement
  *   27       another than 0: check ia and ja, which otherwise have to be right; 0 afterwards
- *   31, 32, 33  out: where the check found ia or ja wrong, see error -1
+ *   31, 32, 33  out: where the check found ia or ja wrong, see below
  *   60 [0]   1, 2: out of core, when it has to be, or always
  *   64       out: 105
  *   others are not read, or written 0
@@ -173,7 +173,7 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *    -7       as -1, without messages; a 0 on the diagonal of a diagonal matrix
  *    -8       the graph or the factors are too large for their integers
  *    -9, -10, -11  out of core: memory, opening a file, reading or writing it
- * iparam(27) finds four faults in a pattern and reports the first one that applies, at its last place in iparam(31..33):
+ * iparam(27) finds four faults in a pattern; the first one that applies is told, at its last place, in iparam(31..33):
  *   21  ia does not begin with 1 or does not ascend at i: i, ia(i), ia(i+1)
  *   22  a column out of range at j: j, ja(j), neqns
  *   23  an entry below the diagonal, even types: i, ia(i), ja(ia(i))
