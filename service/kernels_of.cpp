@@ -12,11 +12,11 @@ namespace def     { extern const KernelTable kernel_table; }
 namespace p4n     { extern const KernelTable kernel_table; }
 namespace mc      { extern const KernelTable kernel_table; }
 namespace mc3_fma { extern const KernelTable kernel_table; }
-#else // one class at each width stands for all
+#else // the plain kernels of class 3, which has all that drivers of any class call, and the wide ones of class 0
 namespace def     = mc3;
 namespace p4n     = mc3;
 namespace mc      = mc3;
-namespace mc3_fma = def_fma;
+namespace mc3_fma = mc3;
 #endif
 // clang-format on
 

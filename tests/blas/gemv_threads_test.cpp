@@ -45,9 +45,9 @@ TEST(GemvDecision, BothSidesOfEveryThreshold) {
              {dgemv_limits, 'T', 9999, 9999, CpuClass::p4n, 8, none, 0},
              {dgemv_limits, 'N', 9999, 9999, mc, 1, none, 0},
              {dgemv_limits, 'N', 1000, 1000, mc, 4, rows, 248},
-             {dgemv_limits, 'n', 1000, 1000, mc3, 4, rows, 248},
+             {dgemv_limits, 'N', 1000, 1000, mc3, 4, rows, 248},
              {dgemv_limits, 'T', 1000, 999, mc3, 4, columns, 249},
-             {dgemv_limits, 'c', 1000, 999, mc3, 4, columns, 249},
+             {dgemv_limits, 'C', 1000, 999, mc3, 4, columns, 249},
              // Work per thread: short blocks, and those of 64 or 32 and more.
              {dgemv_limits, 'N', 112, 28, mc3, 2, rows, 56}, // 1568
              {dgemv_limits, 'N', 112, 27, mc3, 2, none, 0},  // 1512

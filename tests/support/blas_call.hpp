@@ -6,6 +6,7 @@
 #include "tests/support/reference_blas.hpp"
 #include "tests/support/scalars.hpp"
 #include <array>
+#include <cctype>
 #include <cmath>
 #include <csignal>
 #include <functional>
@@ -100,10 +101,10 @@ inline Shapes shapes_of(const Routine& r, const BlasCall& call) {
 
 // Arguments by reference, as the integers of either layer and as the scalars that a routine takes.
 struct LetterArgument {
-    char letter;
-    LetterArgument(char value) : letter(value) {}
+    char letter, capital; // drivers get capitals alone
+    LetterArgument(char value) : letter(value), capital(static_cast<char>(std::toupper(value))) {}
     operator const char*() const { return &letter; }
-    operator const char&() const { return letter; }
+    operator const char&() const { return capital; }
 };
 struct IntArgument {
     std::int64_t wide;
