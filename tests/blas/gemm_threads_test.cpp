@@ -142,6 +142,17 @@ template <class T> struct Product {
     }
 };
 
+TYPED_TEST(GemmThreads, NothingIsReadThatTheScalarsRuleOut) {
+    using T = TypeParam;
+    set_num_threads(4);
+    Product<T> still{{101, 67, 33}};
+    const std::vector<T> before = still.c;
+    GemmCall<T> call = still.call(T{0.0}, T{1.0});
+    if (nxl_cpu_class() == CpuClass::mc || nxl_cpu_class() == CpuClass::mc3) call.a = call.b = nullptr;
+    call.run(this->driver);
+    EXPECT_TRUE(still.c == before);
+}
+
 /// Where C is scaled first, a NaN passes for the value that it is compared with; elsewhere it enters the product.
 TYPED_TEST(GemmThreads, NaNScalarsOnTheThreadedRoads) {
     using T = TypeParam;
