@@ -950,10 +950,11 @@ void ztrtrs(const char* uplo, const char* trans, const char* diag, const int* n,
             NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
 
 /* The reciprocal condition number of a triangular matrix a(n,n), 1 / (|A| |A^-1|), in the norm 1 (or O), largest column
- * sum, or I, largest row sum. The norm of the inverse is estimated from a few solutions: rcond is seldom off by more than
- * a factor of 3, and never too small but by rounding. rcond: 1 for n = 0, 0 for a singular matrix or one whose inverse is
- * beyond the range, NaN for one with a NaN. work(3n), iwork(n); complex: work(2n), rwork(n). info: 0; -i when argument i
- * is bad, which is reported as well: 1 norm, 2 uplo, 3 diag, 4 n, 6 lda. Higham, ACM Trans. Math. Software 14 (1988). */
+ * sum, or I, largest row sum. The norm of the inverse is estimated from a few solutions: rcond is seldom off by more
+ * than a factor of 3, and never too small but by rounding. rcond: 1 for n = 0, 0 for a singular matrix or one whose
+ * inverse is beyond the range, NaN for one with a NaN. work(3n), iwork(n); complex: work(2n), rwork(n). info: 0; -i
+ * when argument i is bad, which is reported as well: 1 norm, 2 uplo, 3 diag, 4 n, 6 lda. Higham, ACM Trans. Math.
+ * Software 14 (1988). */
 void dtrcon(const char* norm, const char* uplo, const char* diag, const int* n, const double* a, const int* lda,
             double* rcond, double* work, int* iwork, int* info, NXL_LENGTH(norm_length), NXL_LENGTH(uplo_length),
             NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
@@ -961,14 +962,14 @@ void ztrcon(const char* norm, const char* uplo, const char* diag, const int* n, 
             double* rcond, nxl_z* work, double* rwork, int* info, NXL_LENGTH(norm_length), NXL_LENGTH(uplo_length),
             NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
 
-/* How good solutions x(n,nrhs) of op(A) X = B are, a(n,n) triangular, b(n,nrhs); none of them is changed. berr(nrhs): the
- * smallest relative change of elements of A and b for which x is exact. ferr(nrhs): a bound, not quite certain, on the
- * largest error of an element relative to the largest element of x. work(3n), iwork(n); complex: work(2n), rwork(n).
- * info: 0; -i when argument i is bad, which is reported as well: 1 uplo, 2 trans, 3 diag, 4 n, 5 nrhs, 7 lda, 9 ldb,
- * 11 ldx. Arioli, Demmel and Duff, SIAM J. Matrix Anal. Appl. 10 (1989). */
+/* How good solutions x(n,nrhs) of op(A) X = B are, a(n,n) triangular, b(n,nrhs); none of them is changed. berr(nrhs):
+ * the smallest relative change of elements of A and b for which x is exact. ferr(nrhs): a bound, not quite certain, on
+ * the largest error of an element relative to the largest element of x. work(3n), iwork(n); complex: work(2n),
+ * rwork(n). info: 0; -i when argument i is bad, which is reported as well: 1 uplo, 2 trans, 3 diag, 4 n, 5 nrhs, 7 lda,
+ * 9 ldb, 11 ldx. Arioli, Demmel and Duff, SIAM J. Matrix Anal. Appl. 10 (1989). */
 void dtrrfs(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs, const double* a,
-            const int* lda, const double* b, const int* ldb, const double* x, const int* ldx, double* ferr, double* berr,
-            double* work, int* iwork, int* info, NXL_LENGTH(uplo_length), NXL_LENGTH(trans_length),
+            const int* lda, const double* b, const int* ldb, const double* x, const int* ldx, double* ferr,
+            double* berr, double* work, int* iwork, int* info, NXL_LENGTH(uplo_length), NXL_LENGTH(trans_length),
             NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
 void ztrrfs(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs, const nxl_z* a,
             const int* lda, const nxl_z* b, const int* ldb, const nxl_z* x, const int* ldx, double* ferr, double* berr,
@@ -979,9 +980,9 @@ void ztrrfs(const char* uplo, const char* trans, const char* diag, const int* n,
  * Eigenvalues and eigenvectors. */
 
 /* The eigenvalues of the Hermitian matrix [a b; conj(b) c], whose a and c count by their real parts: rt1 is the one of
- * larger modulus, to a few units in the last place; rt2 the other, as exact as a c - |b|^2 does not cancel. (cs1, sn1) is
- * the vector of rt1 after conjugation of sn1: [cs1 conj(sn1); -sn1 cs1] A [cs1 -conj(sn1); sn1 cs1] = diag(rt1, rt2).
- * Golub and Van Loan, Matrix Computations, section 8.5.2. */
+ * larger modulus, to a few units in the last place; rt2 the other, as exact as a c - |b|^2 does not cancel. (cs1, sn1)
+ * is the vector of rt1 after conjugation of sn1: [cs1 conj(sn1); -sn1 cs1] A [cs1 -conj(sn1); sn1 cs1] = diag(rt1,
+ * rt2). Golub and Van Loan, Matrix Computations, section 8.5.2. */
 void ZLAEV2(const nxl_z* a, const nxl_z* b, const nxl_z* c, double* rt1, double* rt2, double* cs1,
             nxl_z* sn1) NXL_NOEXCEPT;
 
