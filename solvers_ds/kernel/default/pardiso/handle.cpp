@@ -51,6 +51,21 @@ void Handle::release(HandleWord word) const {
     block = 0;
 }
 
+Fault Handle::take_factor(FactorSlot& slot, i64 bytes, bool counted) const {
+    slot.mtype = 0;
+    if (slot.factor != 0 && slot.bytes == bytes) return {};
+    if (slot.factor != 0) allocator.free(reinterpret_cast<void*>(slot.factor));
+    slot.set_empty();
+    const Control control = this->control();
+    const Stopwatch watch(control, Timer::malloc);
+    void* const block = raw_block(bytes);
+    if (!block) return {Error::memory, static_cast<i32>(Tag::factor), bytes};
+    slot.factor = reinterpret_cast<i64>(block);
+    slot.bytes = bytes;
+    if (counted) count(control, bytes, Account::numeric);
+    return {};
+}
+
 template <class T> Fault Handle::take_part(T*& part, i64 bytes, Tag tag) const {
     part = static_cast<T*>(raw_block(bytes));
     return part ? Fault{} : Fault{Error::memory, static_cast<i32>(tag), bytes};
