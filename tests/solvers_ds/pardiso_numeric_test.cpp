@@ -27,7 +27,8 @@ std::vector<Shape> shapes() {
             {"sparse_random", random_pattern(200, 260, 5)}};
 }
 
-void expect_solved(const System& system, const std::vector<double>& b, const std::string& what, bool transposed = false) {
+void expect_solved(const System& system, const std::vector<double>& b, const std::string& what,
+                   bool transposed = false) {
     EXPECT_LE(system.backward_error(b, system.x, transposed), 1e-10) << what;
 }
 
@@ -42,15 +43,15 @@ TEST_P(PardisoNumeric, SolvesOnEveryShapeWithEveryOrdering) {
             for (const int threads : {1, 3}) {
                 omp_set_num_threads(threads);
                 NXL_Set_Dynamic(0);
-                System system(GetParam(), shape.pattern, 20, 3);
+                System system(GetParam(), shape.pattern, 18, 3);
                 system.run(-2);
                 system.parameter(1) = 1;
                 system.parameter(2) = ordering;
                 system.parameter(10) = 13;
                 system.parameter(21) = 1;
                 const auto b = system.b;
-                const std::string what =
-                    std::string(shape.name) + ", ordering " + std::to_string(ordering) + ", threads " + std::to_string(threads);
+                const std::string what = std::string(shape.name) + ", ordering " + std::to_string(ordering) +
+                                         ", threads " + std::to_string(threads);
                 ASSERT_EQ(system.run(13), 0) << what;
                 expect_solved(system, b, what);
                 EXPECT_EQ(system.parameter(14), 0) << what;

@@ -62,7 +62,8 @@ struct System : Solver {
     }
 
     /// The largest componentwise backward error of the solutions in `from`, |b - A x| / (|A| |x| + |b|).
-    double backward_error(const std::vector<double>& right, const std::vector<double>& from, bool transposed = false) const {
+    double backward_error(const std::vector<double>& right, const std::vector<double>& from,
+                          bool transposed = false) const {
         const auto order = static_cast<std::size_t>(n);
         double worst = 0.0;
         for (std::size_t c = 0; c < static_cast<std::size_t>(nb); ++c) {

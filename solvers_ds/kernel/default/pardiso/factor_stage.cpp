@@ -14,8 +14,6 @@ bool is_scaled(const Handle& handle) {
     return control[Word::matching] != 0 && control[Word::scaling] != 0 && may_match(control.small(Word::matrix_type));
 }
 
-bool counted(const Call& call) { return call.iparam[Iparam::accounting] >= 0; }
-
 /// Threads that share the queues: those of this call, where the analysis has left a schedule.
 i32 team(const Handle& handle) {
     const Control control = handle.control();
@@ -46,8 +44,8 @@ template <class M> NumericResult run(const Handle& handle, const Call& call, con
     if (!order.has_memory()) return {small_buffer, false, {}};
     const Control control = handle.control();
     const Places places = order.places();
-    const double eps = pivot_perturbation(call.iparam[Iparam::perturbation], call.mtype, call.ia,
-                                          static_cast<const double*>(call.a));
+    const double eps =
+        pivot_perturbation(call.iparam[Iparam::perturbation], call.mtype, call.ia, static_cast<const double*>(call.a));
     i64* const queue_start = block<i64>(handle, HandleWord::update_lists);
     return factorise<M>({.n = call.neqns,
                          .supernodes = supernodes_of(handle),
@@ -87,7 +85,7 @@ template <class M> i64 factor_bytes(Control control) {
 template <class M>
 Fault factorise_as(const Handle& handle, const Call& call, FactorSlot& slot, bool& stopped) {
     const Control control = handle.control();
-    if (const Fault fault = handle.take_factor(slot, factor_bytes<M>(control), counted(call))) return fault;
+    if (const Fault fault = handle.take_factor(slot, factor_bytes<M>(control), account_of(call))) return fault;
     const i32 threads = team(handle);
     NumericResult result;
     Fault fault = take_work(handle, threads);
@@ -127,9 +125,8 @@ FactorOrder::FactorOrder(const Handle& handle)
 
 Fault factorise_matrix(const Handle& handle, const Call& call, bool& stopped) {
     FactorSlot& slot = handle.slots()[call.matrix_number - 1];
-    return with_member(call.mtype, [&](auto member) {
-        return factorise_as<decltype(member)>(handle, call, slot, stopped);
-    });
+    return with_member(call.mtype,
+                       [&](auto member) { return factorise_as<decltype(member)>(handle, call, slot, stopped); });
 }
 
 } // namespace nxl::pardiso

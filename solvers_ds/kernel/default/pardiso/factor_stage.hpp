@@ -7,6 +7,11 @@
 
 namespace nxl::pardiso {
 
+/// Whether factors and the vectors of the iterations count.
+inline Account account_of(const Call& call) {
+    return call.iparam[Iparam::accounting] >= 0 ? Account::numeric : Account::none;
+}
+
 /// Where the positions of the factor are in A, with the scale factors of the matching. Lives as long as a stage.
 class FactorOrder {
     const i32* const perm_;

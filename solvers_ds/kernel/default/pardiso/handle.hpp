@@ -8,7 +8,7 @@
 namespace nxl::pardiso {
 
 /// The figure of iparam(15..17) in which an allocation counts.
-enum class Account : int { peak, permanent, numeric };
+enum class Account : int { peak, permanent, numeric, none };
 
 /// A slot of the factor table: what one factorisation keeps.
 struct FactorSlot {
@@ -53,7 +53,7 @@ class Handle {
     }
 
     /// The storage of a factor, `bytes` bytes of it, for a slot. One of the same size is kept as it is.
-    Fault take_factor(FactorSlot& slot, i64 bytes, bool counted) const;
+    Fault take_factor(FactorSlot& slot, i64 bytes, Account account) const;
 
     /// A block of `bytes` bytes, unset, for an array word that is free.
     Fault take(HandleWord word, i64 bytes, Tag tag, Account account) const;

@@ -33,7 +33,8 @@ template <class T> bool factor_cholesky(const FactorBlock<T>& block) {
     else potrf('L', block.width, block.l, block.rows, info, 1);
     if (info != 0) return false;
     if (block.below() > 0)
-        trsm<T>('R', 'L', 'C', 'N', block.below(), block.width, T(1.0), block.l, block.rows, block.l_below(), block.rows);
+        trsm<T>('R', 'L', 'C', 'N', block.below(), block.width, T(1.0), block.l, block.rows, block.l_below(),
+                block.rows);
     return true;
 }
 

@@ -42,7 +42,7 @@ template <class Body> auto with_member(int mtype, const Body& body) {
 template <class T> struct Factor {
     FromOne<const i64> xlnz, xunz;
     T *l, *u;
-    T* d;                ///< two for each column: of a pivot of order 1 itself and 0, of one of order 2 its two columns
+    T* d; ///< two for each column: of a pivot of order 1 itself and 0, of one of order 2 its two columns
     i32 *row_interchanges, *column_interchanges; ///< for each column, counted from 1 inside its supernode
 };
 

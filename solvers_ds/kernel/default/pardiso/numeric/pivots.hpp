@@ -23,7 +23,9 @@ struct Perturbation {
     double threshold, replacement;
 
     /// Without a value of the caller's, exact zeros alone are replaced.
-    static Perturbation of(double eps, double least) { return eps == 0.0 ? Perturbation{0.0, least} : Perturbation{eps, eps}; }
+    static Perturbation of(double eps, double least) {
+        return eps == 0.0 ? Perturbation{0.0, least} : Perturbation{eps, eps};
+    }
 
     template <class T> T replaced(const T& pivot) const {
         return real_part(pivot) >= 0.0 ? std::fabs(replacement) : -std::fabs(replacement);
@@ -37,9 +39,9 @@ inline constexpr double least_ldl_pivot = 1e-8, least_lu_pivot = 1e-13;
 template <class T, bool Hermitian>
 void ldl_pivot_1x1(i64 n, T* a, i64 ld, i32* ipiv, const Perturbation& perturbation, PivotCounts& counts);
 
-/// The same with pivots of order 1 and 2: where ipiv(k) and ipiv(k + 1) are both -p, D has the block of k and k + 1, its
-/// entry (k + 1, k) in the place of L's, and the interchange was of k + 1 and p. J. R. Bunch and L. Kaufman, Math. Comp.
-/// 31 (1977) 163-179.
+/// The same with pivots of order 1 and 2: where ipiv(k) and ipiv(k + 1) are both -p, D has the block of k and k + 1,
+/// its entry (k + 1, k) in the place of L's, and the interchange was of k + 1 and p. J. R. Bunch and L. Kaufman, Math.
+/// Comp. 31 (1977) 163-179.
 template <class T, bool Hermitian>
 void ldl_pivot_bk(i64 n, T* a, i64 ld, i32* ipiv, const Perturbation& perturbation, PivotCounts& counts);
 
@@ -54,7 +56,8 @@ template <class T, bool Hermitian> struct InversePair {
 
     InversePair(const T& a, const T& b, const T& c) {
         const T scale = Hermitian ? T(std::abs(b)) : b;
-        const T first = a / scale, last = c / scale, determinant = first * last - T(1.0), t = T(1.0) / determinant / scale;
+        const T first = a / scale, last = c / scale, determinant = first * last - T(1.0),
+                t = T(1.0) / determinant / scale;
         i11 = last * t;
         i22 = first * t;
         i21 = Hermitian ? -(b / scale) * t : -t;

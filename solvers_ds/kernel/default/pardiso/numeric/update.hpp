@@ -59,7 +59,8 @@ template <class M> class Updater {
     };
 
     /// A source of one column: no buffer.
-    void rank_one(const Operands& x, i64 rows, i64 columns, bool triangle, const i32* places, i64 shift, T* c, i64 ldc) {
+    void rank_one(const Operands& x, i64 rows, i64 columns, bool triangle, const i32* places, i64 shift, T* c,
+                  i64 ldc) {
         for (i64 j = 0; j < columns; ++j) {
             const T factor = conj_if<M::hermitian>(x.right[j]);
             T* const to = c + work_.relind[j] * ldc - shift;
@@ -107,7 +108,8 @@ template <class M> class Updater {
     i32 columns_from(const Supernodes& supernodes, i32 source, i32 offset) const {
         const i32 *const list = supernodes.list(source) + offset, rows = supernodes.rows(source) - offset;
         const i32 limit = target_.first + target_.width;
-        if (rows <= 8) return static_cast<i32>(std::find_if(list, list + rows, [=](i32 row) { return row >= limit; }) - list);
+        if (rows <= 8)
+            return static_cast<i32>(std::find_if(list, list + rows, [=](i32 row) { return row >= limit; }) - list);
         return static_cast<i32>(std::lower_bound(list, list + rows, limit) - list);
     }
 

@@ -90,13 +90,15 @@ template <class M> bool solve(const SolveView<typename M::T>& view, const typena
 }
 
 template bool solve<Member<double, Form::cholesky>>(const SolveView<double>&, const double*, double*, i64);
-template bool solve<Member<zcomplex, Form::cholesky, true>>(const SolveView<zcomplex>&, const zcomplex*, zcomplex*, i64);
+template bool solve<Member<zcomplex, Form::cholesky, true>>(const SolveView<zcomplex>&, const zcomplex*, zcomplex*,
+                                                            i64);
 template bool solve<Member<double, Form::ldl>>(const SolveView<double>&, const double*, double*, i64);
 template bool solve<Member<zcomplex, Form::ldl>>(const SolveView<zcomplex>&, const zcomplex*, zcomplex*, i64);
 template bool solve<Member<zcomplex, Form::ldl, true>>(const SolveView<zcomplex>&, const zcomplex*, zcomplex*, i64);
 template bool solve<Member<double, Form::lu>>(const SolveView<double>&, const double*, double*, i64);
 template bool solve<Member<zcomplex, Form::lu>>(const SolveView<zcomplex>&, const zcomplex*, zcomplex*, i64);
 template bool solve<Member<double, Form::lu_full_pivoting>>(const SolveView<double>&, const double*, double*, i64);
-template bool solve<Member<zcomplex, Form::lu_full_pivoting>>(const SolveView<zcomplex>&, const zcomplex*, zcomplex*, i64);
+template bool solve<Member<zcomplex, Form::lu_full_pivoting>>(const SolveView<zcomplex>&, const zcomplex*, zcomplex*,
+                                                              i64);
 
 } // namespace nxl::pardiso

@@ -6,8 +6,8 @@ namespace nxl::pardiso {
 
 /// The two triangles of a factor as the steps see them.
 template <class T> struct Triangle {
-    char uplo;         ///< which part of the diagonal block it is
-    bool transposed;   ///< and whether it stands for its transpose
+    char uplo;       ///< which part of the diagonal block it is
+    bool transposed; ///< and whether it stands for its transpose
     bool unit;
     const T *diagonal, *below;
     i64 ld, ld_below;
@@ -19,7 +19,13 @@ template <class M, class T = typename M::T> Triangle<T> forward_triangle(const F
     if constexpr (M::has_u)
         if (transposed)
             return {'U', true, false, block.l, block.u, block.rows, block.below(), block.column_interchanges};
-    return {'L', false, M::pivots, block.l, block.l_below(), block.rows, block.rows,
+    return {'L',
+            false,
+            M::pivots,
+            block.l,
+            block.l_below(),
+            block.rows,
+            block.rows,
             M::pivots ? block.row_interchanges : nullptr};
 }
 
@@ -29,7 +35,13 @@ Triangle<T> backward_triangle(const FactorBlock<T>& block, bool transposed) {
     if constexpr (M::has_u)
         if (!transposed)
             return {'U', false, false, block.l, block.u, block.rows, block.below(), block.column_interchanges};
-    return {'L', true, M::pivots, block.l, block.l_below(), block.rows, block.rows,
+    return {'L',
+            true,
+            M::pivots,
+            block.l,
+            block.l_below(),
+            block.rows,
+            block.rows,
             M::pivots ? block.row_interchanges : nullptr};
 }
 
