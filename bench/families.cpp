@@ -130,6 +130,10 @@ const std::vector<Family>& families() {
          "FGMRES with ILU(0) on up to a million unknowns, one thread, against a peer",
          run_krylov,
          {"--library", "--filter", "--csv"}},
+        {"sparse",
+         "ordering and symbolic factorisation of sparse systems, one thread, against a peer",
+         run_sparse,
+         {"--library", "--filter", "--sizes", "--threads", "--csv"}},
         {"overhead", "what a call costs before its kernel starts", run_overhead, {"--library"}},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth, {}},
     };

@@ -33,4 +33,7 @@ int run_overhead(const Request& request);
 /// FGMRES with ILU(0) on convection and diffusion in a cube: the library's share of the time, and the bandwidth in it.
 int run_krylov(const Request& request);
 
+/// The analysis of sparse systems by PARDISO: time, fill and memory.
+int run_sparse(const Request& request);
+
 } // namespace nxl::bench

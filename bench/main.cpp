@@ -1,4 +1,5 @@
 // nxl-bench: times nxl and the peers found on this machine, side by side in one run.
+#include "bench/cholmod_peer.hpp"
 #include "bench/families.hpp"
 #include "bench/krylov_peer.hpp"
 #include "bench/machine.hpp"
@@ -92,6 +93,8 @@ int list(const Request& request) {
     if (libraries.size() == 1) std::printf("  no peer is installed here\n");
     if (const std::string version = eigen_version(); !version.empty())
         std::printf("  %-10s  %s\n%14sGMRES, for krylov\n", "Eigen", version.c_str(), "");
+    if (const auto cholmod = cholmod_peer())
+        std::printf("  %-10s  %s\n%14sanalysis, for sparse\n", "CHOLMOD", cholmod->version().c_str(), "");
     return common::kDone;
 }
 

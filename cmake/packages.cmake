@@ -28,7 +28,7 @@ set(CPACK_COMPONENT_DEV_DESCRIPTION "Headers, Fortran interfaces, and what CMake
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME nxl-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION math)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "gnuplot-nox, libopenblas0-pthread, libblis4-pthread, bash-completion")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "gnuplot-nox, libopenblas0-pthread, libblis4-pthread, libcholmod3 | libcholmod5, bash-completion")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
     "Programs: nxl-solve (linear systems), nxl-fit (least squares), nxl-fir (filters), nxl-info, nxl-bench.")
 

@@ -107,11 +107,11 @@ double D1MACH(const int* i) NXL_NOEXCEPT;
 float R1MACH(const int* i) NXL_NOEXCEPT;
 
 /* ==== Sparse linear systems, directly =============================================================================
- * A X = B with A sparse, by factorisation. One routine for nine types of matrices, called with a step at a time: what is
- * known of a pattern is kept in a handle and serves every matrix that has it. A whole program and advice:
+ * A X = B with A sparse, by factorisation. One routine for nine types of matrices, called with a step at a time: what
+ * is known of a pattern is kept in a handle and serves every matrix that has it. A whole program and advice:
  * docs/pardiso.md.
  *
- * A is stored by compressed rows, counted from 1: the entries of row i are a[k], in the columns ja[k], for ia(i) <= k <
+ * A is stored by compressed rows, counted from 1: the entries of row i are a(k), in the columns ja(k), for ia(i) <= k <
  * ia(i+1), columns ascending. Types whose number is even store the upper triangle, with its whole diagonal, the others
  * every entry.
  *   1   real, symmetric pattern           2   real, symmetric positive definite   -2  real, symmetric
@@ -120,8 +120,8 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *
  * ido, the step; error is 0 unless told otherwise:
  *   11, 12, 13  analysis; analysis and factorisation; both and solution
- *   22, 23, 33  factorisation; factorisation and solution; solution, with error 0 whatever happens unless iparam(4) says
- *               otherwise
+ *   22, 23, 33  factorisation; factorisation and solution; solution, with error 0 whatever happens while iparam(4)
+ *               is 0
  *   331, 332, 333  the forward, the diagonal and the backward step of a solution
  *   0    frees the factorisation of matrix_number
  *   -1   frees everything and makes the handle new
@@ -129,12 +129,12 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  * Factorisation and solution are not there yet: they end with error -5, after the analysis that the step begins with.
  *
  * iparam, 64 integers; in brackets the default that a step beginning with the analysis fills in while iparam(1) is 0:
- *    1       0: fill the defaults in; 1: they are the caller's; others: too, but iparam(4) has no L and iparam(12) is read
- *    2 [2]   order of elimination: 0 multiple minimum degree, 1 the same by independent subgraphs, 2 nested dissection by
- *            METIS
+ *    1       0: fill the defaults in; 1: they are the caller's; others: too, without L of iparam(4), with iparam(12)
+ *    2 [2]   order of elimination: 0 multiple minimum degree, 1 the same by independent subgraphs, 2 nested dissection
+ *            by METIS
  *    3       out: threads, the smaller of neqns and NXL_Get_Max_Threads; 1 out of core
- *    4 [0]   10 L + K, solution by iterations that an older factorisation preconditions, to a residual of 10^-L: K of 1
- *            and above CGS, 2 CG for positive definite matrices; 0 none
+ *    4 [0]   10 L + K, solution by iterations that an older factorisation preconditions, to a residual of 10^-L: by CG
+ *            for types 2 and -2, else by CGS; K = 0: none
  *    5 [0]   above 0 but not 2: perm is the order; 2: perm receives the computed one; below 0: the one that is used
  *    6 [0]   1: the solution is written over b too
  *    7       out: steps of refinement done
@@ -144,8 +144,9 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *   11       1: scale by the matching: [1] for 11 and 13, else [0]
  *   12 [0]   1: solve with the transpose of an A that is stored in full; unless iparam(1) is 1. -1 afterwards: A is
  *            diagonal, the handle was never built, and steps 0 and -1 have nothing to do until this is 0 again
- *   13       1: permute large entries to the diagonal, or to its 2 by 2 blocks, before ordering: [1] for 11 and 13, else
- *            [0]; types -2, -4, 6, 11 and 13 only; 2 to 4 are refused
+ *   13       1: permute large entries to the diagonal, or to its 2 by 2 blocks, before ordering; reads a: [1] for 11
+ *            and 13, else [0]; types -2, -4, 6, 11 and 13 only, the first three with all of the diagonal stored; 2 to 4
+ *            are refused
  *   14 [0]   out: pivots that were replaced
  *   15, 16, 17  out: kilobytes of memory that the analysis takes, of what stays of it, of factors
  *   18 [-1]  below 0: receives the entries of the factors, diagonal blocks whole; 2147483647 for any more
@@ -155,26 +156,29 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *   22, 23 [0]  out: positive and negative pivots
  *   26       another than 0: no refinement
  *   27       another than 0: check ia and ja, which otherwise have to be right; 0 afterwards
- *   31, 32, 33  out: where the check found ia or ja wrong, see error -1
+ *   31, 32, 33  out: where the check found ia or ja wrong, see below
  *   60 [0]   1, 2: out of core, when it has to be, or always
  *   64       out: 105
  *   others are not read, or written 0
  *
  * error:
- *     0  success            -2  no memory        -3  the order could not be made: perm is no permutation, or the pattern
- *    -1  an argument               of types 1 and 3 not symmetric
- *    -4  zero pivot, or no convergence           -5  an internal error
- *    -6  no perfect matching: A is structurally singular; or iparam(13) is 2 to 4
- *    -7  as -1, without messages; a zero on the diagonal of a diagonal matrix
- *    -8  the graph or the factors are too large for their integers
+ *     0       success
+ *    -1       an argument: with msglvl, lines on standard output say which and tell all of them; without, -7
+ *    -2       no memory
+ *    -3       no order: perm is no permutation, the pattern of types 1 and 3 is not symmetric, or a matching finds no
+ *             entry stored on the diagonal of a symmetric matrix
+ *    -4       a zero pivot, or iterations without convergence
+ *    -5       internal
+ *    -6       no perfect matching: A is structurally singular; or iparam(13) is 2 to 4
+ *    -7       as -1, without messages; a 0 on the diagonal of a diagonal matrix
+ *    -8       the graph or the factors are too large for their integers
  *    -9, -10, -11  out of core: memory, opening a file, reading or writing it
- * With msglvl the line behind the heading says which argument it is, and more lines tell all of them. A pattern may be
- * wrong in four ways, of which the first one that applies is reported, at its last place:
+ * iparam(27) finds four faults in a pattern; the first one that applies is told, at its last place, in iparam(31..33):
  *   21  ia does not begin with 1 or does not ascend at i: i, ia(i), ia(i+1)
  *   22  a column out of range at j: j, ja(j), neqns
  *   23  an entry below the diagonal, even types: i, ia(i), ja(ia(i))
  *   24  columns that do not ascend: j, ja(j), ja(j+1)
- * in iparam(31..33). A failed first step leaves no handle behind; after others step -1 is due.
+ * A failed first step leaves no handle behind; after others step -1 is due.
  *
  * A matrix with as many entries as rows is diagonal and solved at once: x = b / a. */
 

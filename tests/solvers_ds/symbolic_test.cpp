@@ -56,8 +56,8 @@ struct Factorised {
           xlnz(n + 1),
           xunz(n + 1) {
         Separators separators{static_cast<i32>(pairs.size()), pairs.data()};
-        found = sfinit({n, graph.ia.data(), graph.ja.data(), perm.data(), invp.data(), panel, separators, parent.data(),
-                        counts.data(), snode.data(), xsup.data(), work.data()});
+        found = sfinit({n, graph.ia.data(), graph.ja.data(), perm.data(), invp.data(), panel, false, separators,
+                        parent.data(), counts.data(), snode.data(), xsup.data(), work.data()});
         find_structure(symmetric);
     }
 
@@ -225,7 +225,7 @@ TEST_P(Symbolic, TheScheduleTakesChildrenFirst) {
     const Factorised f(shape.pattern, shape.order(8), shape.panel);
     const i32 count = f.supernodes.count;
     for (const i32 threads : {2, 5}) {
-        Array<double> work(4 * (count + threads));
+        Array<double> work(schedule_work(count, threads));
         Array<i32> pnlsch(count), turn(count);
         build_pnlsch({f.supernodes, f.tree_parent.data(), {false, false}, threads, pnlsch.data(), work.data()});
         for (i32 k = 1; k <= count; ++k) turn[pnlsch[k]] = k;

@@ -64,6 +64,7 @@ void find_columns(const Handle& handle, Separators& separators) {
                                        .perm = handle.array<i32>(ArrayBase::order_perm),
                                        .invp = handle.array<i32>(ArrayBase::order_invp),
                                        .panel_width = control.small(Word::panel_width),
+                                       .keep_pairs = one_by_one_pivots(handle) != nullptr,
                                        .separators = separators,
                                        .parent = handle.array<i32>(ArrayBase::order_parent),
                                        .counts = handle.array<i32>(ArrayBase::order_counts),
@@ -73,6 +74,19 @@ void find_columns(const Handle& handle, Separators& separators) {
     control[Word::supernodes] = found.sizes.supernodes;
     control[Word::structure_length] = found.sizes.structure_length;
     control[Word::largest_supernode] = found.sizes.largest;
+}
+
+/// The bits of the pivots belong to positions of the order by pairs; columns have moved within it since.
+void keep_pivot_bits(const Handle& handle) {
+    const u32* const bits = one_by_one_pivots(handle);
+    if (!bits) return;
+    const i32* const order = handle.array<i32>(ArrayBase::order_matched);
+    const FromOne<i32> invp = handle.array<i32>(ArrayBase::invp);
+    u32* const kept = handle.array<u32>(ArrayBase::one_by_one);
+    for (i64 k = 0; k < handle.control()[Word::neqns]; ++k) {
+        const i32 column = invp[order[k]] - 1;
+        kept[column / 32] |= (bits[k / 32] >> (k % 32) & 1u) << (column % 32);
+    }
 }
 
 /// What step 1 found and the factors need goes from the work blocks to where it stays.
@@ -87,8 +101,7 @@ void keep_order(const Handle& handle) {
     keep(ArrayBase::order_snode, ArrayBase::snode, n);
     keep(ArrayBase::order_xsup, ArrayBase::xsup, control[Word::supernodes] + 1);
     keep(ArrayBase::order_separators, ArrayBase::separators, control[Word::separator_integers]);
-    if (const u32* bits = one_by_one_pivots(handle))
-        std::copy_n(bits, bitvec_words(static_cast<u32>(n)), handle.array<u32>(ArrayBase::one_by_one));
+    keep_pivot_bits(handle);
 }
 
 i32 find_structure(const Handle& handle, const SupernodeTree& tree) {

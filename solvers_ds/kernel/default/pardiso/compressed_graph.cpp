@@ -35,10 +35,8 @@ i32 densest_to_order(i32 nodes) {
 CompressedGraph::CompressedGraph(const Graph& graph)
     : columns_(graph.n),
       room_(room_for(graph)),
+      node_(graph.n),
       list_(room_),
-      begin_(graph.n),
-      length_(graph.n),
-      weight_(graph.n),
       first_column_(graph.n),
       last_column_(graph.n),
       next_column_(graph.n),
@@ -48,12 +46,10 @@ i32 CompressedGraph::build(const Graph& graph) {
     const i32 n = columns_;
     const Scratch<i32> hash_first(n), hash_next(n), mark(n);
     const Scratch<Hash> hash(n);
-    for (const void* array :
-         {static_cast<void*>(list_.data()), static_cast<void*>(begin_.data()), static_cast<void*>(length_.data()),
-          static_cast<void*>(weight_.data()), static_cast<void*>(first_column_.data()),
-          static_cast<void*>(last_column_.data()), static_cast<void*>(next_column_.data()),
-          static_cast<void*>(node_of_.data()), static_cast<void*>(hash_first.data()),
-          static_cast<void*>(hash_next.data()), static_cast<void*>(mark.data()), static_cast<void*>(hash.data())})
+    const void* const arrays[] = {node_.data(),        list_.data(),    first_column_.data(), last_column_.data(),
+                                  next_column_.data(), node_of_.data(), hash_first.data(),    hash_next.data(),
+                                  mark.data(),         hash.data()};
+    for (const void* array : arrays)
         if (!array) return kNoMemory;
     if (i64{graph.xadj[n]} + n > room_) return kNoMemory;
     merge_columns(graph, hash_first.data(), hash_next.data(), mark.data(), hash.data());
@@ -88,12 +84,12 @@ void CompressedGraph::merge_columns(const Graph& graph, i32* hash_first, i32* ha
         if (node < 0) {
             node = nodes_++;
             first[node] = column;
-            weight_.data()[node] = 0;
+            node_.data()[node].weight = 0;
             hash_next[node] = bucket;
             bucket = node;
         } else next_column_.data()[last[node]] = column;
         last[node] = column;
-        ++weight_.data()[node];
+        ++node_.data()[node].weight;
         node_of_.data()[column] = node;
     }
 }
@@ -103,7 +99,7 @@ void CompressedGraph::link_nodes(const Graph& graph, i32* mark) {
     i32* list = list_.data();
     for (i32 node = 0; node < nodes_; ++node) {
         const i32 column = first_column_.data()[node];
-        begin_.data()[node] = used_;
+        node_.data()[node].begin = used_;
         mark[node] = node;
         for (i32 k = graph.xadj[column]; k < graph.xadj[column + 1]; ++k) {
             const i32 other = node_of_.data()[graph.adjncy[k]];
@@ -111,28 +107,28 @@ void CompressedGraph::link_nodes(const Graph& graph, i32* mark) {
             mark[other] = node;
             list[used_++] = other;
         }
-        length_.data()[node] = used_ - begin_.data()[node];
+        node_.data()[node].length = used_ - node_.data()[node].begin;
     }
 }
 
 void CompressedGraph::put_off_dense_nodes() {
-    i32 *begin = begin_.data(), *length = length_.data(), *weight = weight_.data(), *list = list_.data();
+    QuotientNode* const node = node_.data();
     const i32 most = densest_to_order(nodes_);
-    for (i32 node = 0; node < nodes_; ++node) {
-        if (length[node] <= most) continue;
-        dense_columns_ += weight[node];
-        weight[node] = 0;
+    for (i32 i = 0; i < nodes_; ++i) {
+        if (node[i].length <= most) continue;
+        dense_columns_ += node[i].weight;
+        node[i].weight = 0;
     }
     if (dense_columns_ == 0) return;
-    for (i32 node = 0; node < nodes_; ++node) {
-        if (weight[node] == 0) {
-            begin[node] = -1;
-            length[node] = 0;
+    for (i32 i = 0; i < nodes_; ++i) {
+        if (node[i].weight == 0) {
+            node[i].begin = -1;
+            node[i].length = 0;
             continue;
         }
-        i32* const own = list + begin[node];
-        const auto is_dense = [&](i32 other) { return weight[other] == 0; };
-        length[node] = static_cast<i32>(std::remove_if(own, own + length[node], is_dense) - own);
+        i32* const own = list_.data() + node[i].begin;
+        const auto is_dense = [&](i32 other) { return node[other].weight == 0; };
+        node[i].length = static_cast<i32>(std::remove_if(own, own + node[i].length, is_dense) - own);
     }
 }
 

@@ -9,7 +9,7 @@ namespace {
 /// a(i) is the entry of row i; `negative` counts all that are not real and positive.
 template <class T> i32 inspect(const Call& call, const T* a, i32& positive, i32& negative) {
     for (i32 i = 1; i <= call.neqns; ++i) {
-        if (call.ia[i] - call.ia[i - 1] != 1) return i;
+        if (i64{call.ia[i]} - call.ia[i - 1] != 1) return i;
         const T entry = a[i - 1];
         if (entry == T{}) return -i;
         if constexpr (std::is_same_v<T, double>) ++(entry > 0.0 ? positive : negative);

@@ -73,23 +73,10 @@ class Elimination {
 
 /// The integers that the elimination needs for each node, beside those of the compressed graph.
 class NodeMemory {
-    enum Array : i32 {
-        elements,
-        closed_degree,
-        outside,
-        tag,
-        hash,
-        hash_first,
-        hash_next,
-        parent,
-        next,
-        before,
-        touched,
-        order,
-        arrays
-    };
+    enum Array : i32 { hash_first, hash_next, parent, touched, order, arrays };
     i32 nodes_, degrees_;
     Scratch<i32> integers_;
+    Scratch<DegreeLink> links_;
     Scratch<unsigned char> flags_;
 
     i32* array(Array which) const { return integers_.data() + i64{which} * nodes_; }
@@ -99,24 +86,18 @@ class NodeMemory {
         : nodes_(nodes),
           degrees_(columns + 1),
           integers_(i64{arrays} * nodes + degrees_),
+          links_(nodes),
           flags_(2 * i64{nodes}) {}
 
-    explicit operator bool() const { return integers_.data() && flags_.data(); }
+    explicit operator bool() const { return integers_.data() && links_.data() && flags_.data(); }
 
     DegreeLists degree_lists() const {
-        return {integers_.data() + i64{arrays} * nodes_, array(next), array(before), degrees_, nodes_};
+        return {integers_.data() + i64{arrays} * nodes_, links_.data(), degrees_, nodes_};
     }
     QuotientArrays quotient_arrays(const CompressedGraph& graph) const {
-        return {.list = graph.list(),
+        return {.node = graph.node(),
+                .list = graph.list(),
                 .room = graph.room(),
-                .begin = graph.begin(),
-                .length = graph.length(),
-                .elements = array(elements),
-                .weight = graph.weight(),
-                .closed_degree = array(closed_degree),
-                .outside = array(outside),
-                .tag = array(tag),
-                .hash = array(hash),
                 .hash_first = array(hash_first),
                 .hash_next = array(hash_next),
                 .first_column = graph.first_column(),
@@ -151,7 +132,7 @@ void tell(const QuotientArrays& arrays, const CompressedGraph& graph, const i32*
         const i32 parent = arrays.parent[pivots[k]];
         tree.start[k] = at;
         tree.parent[k] = parent >= 0 ? front_of[parent] : dense ? eliminated : -1;
-        tree.border[k] = arrays.outside[pivots[k]] + graph.dense_columns();
+        tree.border[k] = arrays.node[pivots[k]].outside + graph.dense_columns();
         at = put_columns(arrays, pivots[k], perm, at);
     }
     if (dense) {

@@ -9,14 +9,16 @@ struct ScheduleView {
     FromOne<const i32> parent; ///< of the tree of supernodes
     FlopRule rule;
     i32 threads;
-    FromOne<i32> pnlsch;  ///< supernodes
-    FromOne<double> work; ///< 4 (supernodes + threads)
+    FromOne<i32> pnlsch; ///< supernodes
+    double* work;        ///< schedule_work(supernodes, threads)
 };
+constexpr i64 schedule_work(i64 supernodes, i64 threads) { return 4 * (supernodes + threads); }
 
 /// Every supernode comes after its descendants, so that the first one in the list that is not done can always be done.
-/// Among those that are ready, the one with the most work on its way to the root comes first: a run on so many threads,
-/// with the counted operations for time. T. C. Hu, Operations Research 9 (1961) 841-848; R. L. Graham, SIAM J. Appl.
-/// Math. 17 (1969) 416-429.
+/// Beyond that the order is that in which a run on so many threads begins them, with the counted operations for time:
+/// a subtree of little work is one task for one thread, and of the tasks that are ready the one with the most work from
+/// there to the root is taken. T. C. Hu, Operations Research 9 (1961) 841-848; subtrees: A. George, M. T. Heath, J. Liu
+/// and E. Ng, SIAM J. Sci. Stat. Comput. 9 (1988) 327-340.
 void build_pnlsch(const ScheduleView& view);
 
 } // namespace nxl::pardiso

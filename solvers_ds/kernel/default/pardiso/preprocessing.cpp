@@ -110,6 +110,7 @@ const u32* one_by_one_pivots(const Handle& handle) {
 }
 
 Fault match_matrix(const Handle& handle, const Call& call) {
+    const Stopwatch watch(handle.control(), Timer::reorder);
     if (const Fault fault = take_matching_blocks(handle, call)) return fault;
     double* const values = values_to_match(handle, call);
     Fault fault = match(handle, call, values);

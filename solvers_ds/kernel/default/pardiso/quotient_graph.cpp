@@ -2,24 +2,34 @@
 #include <limits>
 
 namespace nxl::pardiso {
+namespace {
+
+/// A bucket of `count` by the high bits of a product, which spreads neighbouring sums and takes no division.
+i32 bucket_of(std::uint32_t hash, i32 count) {
+    return static_cast<i32>(std::uint64_t{hash * 0x9E3779B1U} * static_cast<std::uint32_t>(count) >> 32);
+}
+
+} // namespace
 
 QuotientGraph::QuotientGraph(const QuotientArrays& arrays, DegreeLists& lists, i32 nodes, i32 used)
     : a_(arrays),
       lists_(lists),
       n_(nodes),
       free_(used) {
-    std::fill_n(a_.elements, n_, 0);
-    std::fill_n(a_.tag, n_, 1);
     std::fill_n(a_.hash_first, n_, -1);
     std::fill_n(a_.parent, n_, -1);
+    for (i32 i = 0; i < n_; ++i) {
+        a_.node[i].elements = 0;
+        a_.node[i].tag = 1;
+    }
     for (i32 i = 0; i < n_; ++i)
-        if (a_.weight[i] > 0) find_degree(i);
+        if (a_.node[i].weight > 0) find_degree(i);
 }
 
 /// A tag that no node has, as none of the `span` above it. Absorbed elements have tag 0 for good.
 i32 QuotientGraph::new_tag(i32 span) {
     if (tag_ > std::numeric_limits<i32>::max() - 2 * span - 2) {
-        for (i32 i = 0; i < n_; ++i) a_.tag[i] = a_.tag[i] != 0 ? 1 : 0;
+        for (i32 i = 0; i < n_; ++i) a_.node[i].tag = a_.node[i].tag != 0 ? 1 : 0;
         tag_ = 1;
     }
     const i32 tag = tag_ + 1;
@@ -30,9 +40,9 @@ i32 QuotientGraph::new_tag(i32 span) {
 /// Closes the gaps between lists. The first element of each is kept in `begin` while ~node marks its place.
 void QuotientGraph::compact() {
     for (i32 i = 0; i < n_; ++i) {
-        if (a_.length[i] == 0) continue;
+        if (a_.node[i].length == 0) continue;
         i32& first = *list_of(i);
-        a_.begin[i] = first;
+        a_.node[i].begin = first;
         first = ~i;
     }
     i32 to = 0;
@@ -41,9 +51,9 @@ void QuotientGraph::compact() {
             ++from;
             continue;
         }
-        const i32 node = ~a_.list[from], end = from + a_.length[node];
-        a_.list[to] = a_.begin[node];
-        a_.begin[node] = to++;
+        const i32 node = ~a_.list[from], end = from + a_.node[node].length;
+        a_.list[to] = a_.node[node].begin;
+        a_.node[node].begin = to++;
         for (++from; from < end; ++from) a_.list[to++] = a_.list[from];
     }
     free_ = to;
@@ -51,33 +61,34 @@ void QuotientGraph::compact() {
 
 void QuotientGraph::find_degree(i32 variable) {
     const i32 tag = new_tag(0);
-    a_.tag[variable] = tag;
-    i32 sum = a_.weight[variable];
-    const i32 *list = list_of(variable), *variables = list + a_.elements[variable];
+    a_.node[variable].tag = tag;
+    i32 sum = a_.node[variable].weight;
+    const i32 *list = list_of(variable), *variables = list + a_.node[variable].elements;
     for (; list < variables; ++list) {
-        i32 *member = list_of(*list), *end = member + a_.length[*list], *to = member;
+        i32 *member = list_of(*list), *end = member + a_.node[*list].length, *to = member;
         for (; member < end; ++member) {
-            const i32 j = *member, weight = a_.weight[j];
+            const i32 j = *member, weight = a_.node[j].weight;
             if (weight == 0) continue; // merged, and leaves the list
             *to++ = j;
-            if (a_.tag[j] == tag) continue;
-            a_.tag[j] = tag;
+            if (a_.node[j].tag == tag) continue;
+            a_.node[j].tag = tag;
             sum += weight;
         }
-        a_.length[*list] -= static_cast<i32>(end - to);
+        a_.node[*list].length -= static_cast<i32>(end - to);
     }
-    for (const i32* end = list_of(variable) + a_.length[variable]; list < end; ++list) sum += a_.weight[*list];
-    a_.closed_degree[variable] = sum;
+    for (const i32* end = list_of(variable) + a_.node[variable].length; list < end; ++list)
+        sum += a_.node[*list].weight;
+    a_.node[variable].closed_degree = sum;
     a_.exact[variable] = 1;
 }
 
 /// Variables that are not in the clique yet go to list[end ...]. Their weights are negative while they are in it.
 void QuotientGraph::append_alive(const i32* list, i32 length, i32& end) {
     for (i32 k = 0; k < length; ++k) {
-        const i32 j = list[k], weight = a_.weight[j];
+        const i32 j = list[k], weight = a_.node[j].weight;
         if (weight <= 0) continue;
         clique_weight_ += weight;
-        a_.weight[j] = -weight;
+        a_.node[j].weight = -weight;
         lists_.remove(j);
         a_.list[end++] = j;
     }
@@ -85,28 +96,28 @@ void QuotientGraph::append_alive(const i32* list, i32 length, i32& end) {
 
 /// The clique of the pivot: its variables, and those of its elements, which it absorbs.
 void QuotientGraph::form_clique(i32 pivot) {
-    pivot_weight_ = a_.weight[pivot];
+    pivot_weight_ = a_.node[pivot].weight;
     clique_weight_ = 0;
-    a_.weight[pivot] = 0;
-    const i32 elements = a_.elements[pivot];
+    a_.node[pivot].weight = 0;
+    const i32 elements = a_.node[pivot].elements;
     if (elements > 0) { // else in its own place
-        i64 need = a_.length[pivot];
-        for (i32 k = 0; k < elements; ++k) need += a_.length[list_of(pivot)[k]];
+        i64 need = a_.node[pivot].length;
+        for (i32 k = 0; k < elements; ++k) need += a_.node[list_of(pivot)[k]].length;
         if (std::min(need, i64{n_}) > a_.room - free_) compact();
     }
     const i32* own = list_of(pivot);
-    const i32 begin = elements > 0 ? free_ : a_.begin[pivot];
+    const i32 begin = elements > 0 ? free_ : a_.node[pivot].begin;
     i32 end = begin;
     for (i32 k = 0; k < elements; ++k) {
         const i32 element = own[k];
-        append_alive(list_of(element), a_.length[element], end);
+        append_alive(list_of(element), a_.node[element].length, end);
         a_.parent[element] = pivot;
-        a_.tag[element] = 0;
-        a_.length[element] = 0;
+        a_.node[element].tag = 0;
+        a_.node[element].length = 0;
     }
-    append_alive(own + elements, a_.length[pivot] - elements, end);
-    a_.begin[pivot] = begin;
-    a_.length[pivot] = end - begin;
+    append_alive(own + elements, a_.node[pivot].length - elements, end);
+    a_.node[pivot].begin = begin;
+    a_.node[pivot].length = end - begin;
     if (elements > 0) free_ = end;
 }
 
@@ -114,13 +125,13 @@ void QuotientGraph::form_clique(i32 pivot) {
 void QuotientGraph::weigh_outside(i32 pivot) {
     const i32 tag = base_tag_ = new_tag(largest_element_);
     const i32* clique = list_of(pivot);
-    for (i32 k = 0; k < a_.length[pivot]; ++k) {
-        const i32 i = clique[k], weight = -a_.weight[i];
+    for (i32 k = 0; k < a_.node[pivot].length; ++k) {
+        const i32 i = clique[k], weight = -a_.node[i].weight;
         const i32* element = list_of(i);
-        for (const i32* end = element + a_.elements[i]; element < end; ++element) {
-            i32& outside = a_.tag[*element];
+        for (const i32* end = element + a_.node[i].elements; element < end; ++element) {
+            i32& outside = a_.node[*element].tag;
             if (outside >= tag) outside -= weight;
-            else if (outside != 0) outside = tag + a_.outside[*element] - weight;
+            else if (outside != 0) outside = tag + a_.node[*element].outside - weight;
         }
     }
 }
@@ -128,49 +139,49 @@ void QuotientGraph::weigh_outside(i32 pivot) {
 /// A variable of the clique loses its neighbours in there and the elements that lie within, and gets the pivot as its
 /// first element. The degree that is left in closed_degree is a bound, or exact, without the clique's weight.
 void QuotientGraph::update(i32 variable, i32 pivot) {
-    i32 *const list = list_of(variable), *const variables = list + a_.elements[variable];
-    const i32* const end = list + a_.length[variable];
+    i32 *const list = list_of(variable), *const variables = list + a_.node[variable].elements;
+    const i32* const end = list + a_.node[variable].length;
     i32 *to = list, largest = 0;
     auto hash = 0U;
     for (const i32* from = list; from < variables; ++from) {
-        const i32 element = *from, outside = a_.tag[element] - base_tag_;
+        const i32 element = *from, outside = a_.node[element].tag - base_tag_;
         if (outside > 0) {
             *to++ = element;
             largest = std::max(largest, outside);
             hash += static_cast<unsigned>(element);
-        } else if (a_.tag[element] != 0) { // within the clique
+        } else if (a_.node[element].tag != 0) { // within the clique
             a_.parent[element] = pivot;
-            a_.tag[element] = 0;
-            a_.length[element] = 0;
+            a_.node[element].tag = 0;
+            a_.node[element].length = 0;
         }
     }
     i32* const kept_variables = to;
     const auto others = static_cast<i32>(to - list);
     i32 sum = 0;
     for (const i32* from = variables; from < end; ++from) {
-        const i32 weight = a_.weight[*from];
+        const i32 weight = a_.node[*from].weight;
         if (weight <= 0) continue;
         sum += weight;
         hash += static_cast<unsigned>(*from);
         *to++ = *from;
     }
-    if (to == list) {                         // adjacent to the clique alone
-        pivot_weight_ -= a_.weight[variable]; // which is negative
-        clique_weight_ += a_.weight[variable];
-        a_.weight[variable] = 0;
-        a_.length[variable] = 0;
+    if (to == list) {                              // adjacent to the clique alone
+        pivot_weight_ -= a_.node[variable].weight; // which is negative
+        clique_weight_ += a_.node[variable].weight;
+        a_.node[variable].weight = 0;
+        a_.node[variable].length = 0;
         append_columns(variable, pivot);
         return;
     }
     *to = *kept_variables; // one place at least has become free
     *kept_variables = *list;
     *list = pivot;
-    a_.elements[variable] = others + 1;
-    a_.length[variable] = static_cast<i32>(to - list) + 1;
+    a_.node[variable].elements = others + 1;
+    a_.node[variable].length = static_cast<i32>(to - list) + 1;
     a_.exact[variable] = others < 2;
-    a_.outside[variable] = sum + largest;
-    const auto bucket = static_cast<i32>(hash % static_cast<unsigned>(n_));
-    a_.hash[variable] = bucket;
+    a_.node[variable].outside = sum + largest;
+    const i32 bucket = bucket_of(hash, n_);
+    a_.node[variable].hash = bucket;
     a_.hash_next[variable] = a_.hash_first[bucket];
     a_.hash_first[bucket] = variable;
 }
@@ -182,10 +193,11 @@ void QuotientGraph::append_columns(i32 of, i32 to) const {
 
 /// Whether the lists of two variables hold the same nodes; those of the first have the tag. Both begin with the pivot.
 bool QuotientGraph::alike(i32 variable, i32 other, i32 tag) const {
-    if (a_.length[variable] != a_.length[other] || a_.elements[variable] != a_.elements[other]) return false;
+    if (a_.node[variable].length != a_.node[other].length || a_.node[variable].elements != a_.node[other].elements)
+        return false;
     const i32* list = list_of(other);
-    for (i32 k = 1; k < a_.length[other]; ++k)
-        if (a_.tag[list[k]] != tag) return false;
+    for (i32 k = 1; k < a_.node[other].length; ++k)
+        if (a_.node[list[k]].tag != tag) return false;
     return true;
 }
 
@@ -193,16 +205,16 @@ bool QuotientGraph::alike(i32 variable, i32 other, i32 tag) const {
 void QuotientGraph::merge_alike(i32 variable) {
     const i32 tag = new_tag(0);
     const i32* list = list_of(variable);
-    for (i32 k = 1; k < a_.length[variable]; ++k) a_.tag[list[k]] = tag;
+    for (i32 k = 1; k < a_.node[variable].length; ++k) a_.node[list[k]].tag = tag;
     for (i32 before = variable, j = a_.hash_next[variable]; j >= 0; j = a_.hash_next[before]) {
         if (!alike(variable, j, tag)) {
             before = j;
             continue;
         }
-        a_.weight[variable] += a_.weight[j];
-        a_.weight[j] = 0;
-        a_.length[j] = 0;
-        a_.closed_degree[variable] = std::max(a_.closed_degree[variable], a_.closed_degree[j]);
+        a_.node[variable].weight += a_.node[j].weight;
+        a_.node[j].weight = 0;
+        a_.node[j].length = 0;
+        a_.node[variable].closed_degree = std::max(a_.node[variable].closed_degree, a_.node[j].closed_degree);
         append_columns(j, variable);
         a_.hash_next[before] = a_.hash_next[j];
     }
@@ -210,9 +222,9 @@ void QuotientGraph::merge_alike(i32 variable) {
 
 void QuotientGraph::merge_indistinguishable(i32 pivot) {
     const i32* clique = list_of(pivot);
-    for (i32 k = 0; k < a_.length[pivot]; ++k) {
-        if (a_.weight[clique[k]] == 0) continue;
-        i32& bucket = a_.hash_first[a_.hash[clique[k]]];
+    for (i32 k = 0; k < a_.node[pivot].length; ++k) {
+        if (a_.node[clique[k]].weight == 0) continue;
+        i32& bucket = a_.hash_first[a_.node[clique[k]].hash];
         for (i32 i = bucket; i >= 0 && a_.hash_next[i] >= 0; i = a_.hash_next[i]) merge_alike(i);
         bucket = -1;
     }
@@ -222,17 +234,17 @@ void QuotientGraph::merge_indistinguishable(i32 pivot) {
 /// neighbourhood, so an old bound less those remains one; it often is far better than the new one.
 void QuotientGraph::close(i32 pivot) {
     i32 *const clique = list_of(pivot), *to = clique;
-    for (const i32 *from = clique, *end = clique + a_.length[pivot]; from < end; ++from) {
-        const i32 i = *from, weight = -a_.weight[i];
+    for (const i32 *from = clique, *end = clique + a_.node[pivot].length; from < end; ++from) {
+        const i32 i = *from, weight = -a_.node[i].weight;
         if (weight == 0) continue;
-        a_.weight[i] = weight;
-        const i32 bound = a_.outside[i] + clique_weight_;
-        a_.closed_degree[i] = a_.exact[i] ? bound : std::max(bound, a_.closed_degree[i] - pivot_weight_);
+        a_.node[i].weight = weight;
+        const i32 bound = a_.node[i].outside + clique_weight_;
+        a_.node[i].closed_degree = a_.exact[i] ? bound : std::max(bound, a_.node[i].closed_degree - pivot_weight_);
         *to++ = i;
     }
-    a_.length[pivot] = static_cast<i32>(to - clique);
-    a_.outside[pivot] = clique_weight_;
-    a_.tag[pivot] = 1;
+    a_.node[pivot].length = static_cast<i32>(to - clique);
+    a_.node[pivot].outside = clique_weight_;
+    a_.node[pivot].tag = 1;
     largest_element_ = std::max(largest_element_, clique_weight_);
 }
 
@@ -240,7 +252,7 @@ i32 QuotientGraph::eliminate(i32 variable) {
     form_clique(variable);
     weigh_outside(variable);
     const i32* clique = list_of(variable);
-    for (i32 k = 0; k < a_.length[variable]; ++k) update(clique[k], variable);
+    for (i32 k = 0; k < a_.node[variable].length; ++k) update(clique[k], variable);
     merge_indistinguishable(variable);
     close(variable);
     return pivot_weight_;

@@ -19,7 +19,8 @@ SfinitResult sfinit(const SfinitView& view) {
     SfinitResult result{};
     result.factor_entries = column_counts({graph, view.parent, order, view.counts, rest});
 
-    list_children(n, view.parent, view.counts, children);
+    // In ascending order, as children are listed now, the column before its parent is the last one to be visited.
+    if (!view.keep_pairs) list_children(n, view.parent, view.counts, children);
     postorder_ranges(view.parent, children, view.separators, order);
     renumber({n, order, view.perm, view.invp, view.parent, view.counts, part(3), part(4)});
     result.sizes = find_supernodes(n, view.parent, view.counts, view.panel_width, view.snode);

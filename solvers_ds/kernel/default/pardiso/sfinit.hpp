@@ -9,6 +9,7 @@ struct SfinitView {
     FromOne<const i32> xadj, adjncy;
     FromOne<i32> perm, invp; ///< the order; its columns move within the ranges of the separators
     i32 panel_width;
+    bool keep_pairs;                    ///< a column whose parent is the next one stays right before it
     Separators& separators;             ///< in columns, and afterwards in supernodes
     FromOne<i32> parent, counts, snode; ///< n each
     FromOne<i32> xsup;                  ///< n + 1
