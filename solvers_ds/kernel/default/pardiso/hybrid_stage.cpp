@@ -17,7 +17,7 @@ IterationLimits limits_of(Control control, i32 budget) {
 /// One run of CG or CGS over all right-hand sides, with work memory in the word for it.
 template <class M> struct Iteration {
     using T = typename M::T;
-    static constexpr bool conjugate_gradients = M::form == Form::cholesky && !is_complex_scalar<T>;
+    static constexpr bool conjugate_gradients = !M::has_u && !is_complex_scalar<T>;
     static constexpr i64 vectors = conjugate_gradients ? 4 : 7;
 
     /// Vectors, two scalars for each right-hand side, and a real number each.
