@@ -43,6 +43,7 @@ Fault factorise_and_solve(const Handle& handle, const Call& call) {
     if (call.matrix_number < 1) return refused(inner::matrix_number_below_one);
     const i32 analysed = handle.control().small(Word::analysed_type);
     if (stores_triangle(call.mtype) != stores_triangle(analysed)) return refused(inner::type_incompatible);
+    handle.control()[Word::numeric_memory] = handle.control()[Word::factor_memory];
     if (handle.control()[Word::hybrid_kind] != 0 && call.sub_step == 0) return iterate_or_factorise(handle, call);
     if (call.first_stage() <= 2) {
         bool stopped = false;

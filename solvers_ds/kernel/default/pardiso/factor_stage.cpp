@@ -86,6 +86,7 @@ template <class M>
 Fault factorise_as(const Handle& handle, const Call& call, FactorSlot& slot, bool& stopped) {
     const Control control = handle.control();
     if (const Fault fault = handle.take_factor(slot, factor_bytes<M>(control), account_of(call))) return fault;
+    control[Word::factor_memory] = control[Word::numeric_memory];
     const i32 threads = team(handle);
     NumericResult result;
     Fault fault = take_work(handle, threads);

@@ -127,10 +127,11 @@ enum class Word : int {
     table_slots,        ///< of the factor table, whatever max_fac_store says since
     deleted,            ///< by a clean: the matrix number, or the negated count of factors
     iteration_budget,   ///< it_max of the hybrid iteration
-    refactor            ///< 1: the factor has to be built anew before it is used
+    refactor,           ///< 1: the factor has to be built anew before it is used
+    factor_memory       ///< of the numeric counter what factors take, without the work of one call
 };
 inline constexpr int integer_words = 70;
-static_assert(static_cast<int>(Word::refactor) < integer_words);
+static_assert(static_cast<int>(Word::factor_memory) < integer_words);
 
 /// Real words of the control block, from word 100.
 enum class RealWord : int { mflop, matrix_norm, factor_seconds, divergence = 10, unit, tolerance, tiny };

@@ -26,15 +26,46 @@ template <class T> void interchange_columns(T* a, i64 ld, i32 rows, const i32* i
     }
 }
 
+/// Rows := rows op(triangle)^-1: of a lower triangle the transpose, or the adjoint, of an upper one itself. Few columns
+/// are done here, where a call would cost more than its work.
+template <class T>
+void solve_rows(char uplo, char transposition, char diag, i64 rows, i64 width, const T* a, i64 lda, T* b, i64 ldb) {
+    constexpr i64 few = 4;
+    if (width > few) return trsm<T>('R', uplo, transposition, diag, rows, width, T(1.0), a, lda, b, ldb);
+    const bool adjoint = transposition == 'C';
+    const auto entry = [&](i64 k, i64 j) { // of the upper triangle that is divided by
+        const T value = uplo == 'L' ? a[j + k * lda] : a[k + j * lda];
+        return adjoint ? conj_if<true>(value) : value;
+    };
+    for (i64 k = 0; k < width; ++k) {
+        T* const own = b + k * ldb;
+        if (diag == 'N') {
+            const T pivot = entry(k, k);
+            for (i64 i = 0; i < rows; ++i) own[i] /= pivot;
+        }
+        for (i64 j = k + 1; j < width; ++j) {
+            const T factor = entry(k, j);
+            T* const other = b + j * ldb;
+            for (i64 i = 0; i < rows; ++i) other[i] -= own[i] * factor;
+        }
+    }
+}
+
 template <class T> bool factor_cholesky(const FactorBlock<T>& block) {
     constexpr i64 unblocked = 16; // columns, below which the driver costs more than its work
     i64 info = 0;
-    if (block.width <= unblocked) potf2('L', block.width, block.l, block.rows, info);
-    else potrf('L', block.width, block.l, block.rows, info, 1);
+    if (block.width == 1) {
+        const double pivot = real_part(block.l[0]);
+        if (!(pivot > 0.0)) return false;
+        block.l[0] = std::sqrt(pivot);
+    } else if (block.width <= unblocked) {
+        potf2('L', block.width, block.l, block.rows, info);
+    } else {
+        potrf('L', block.width, block.l, block.rows, info, 1);
+    }
     if (info != 0) return false;
     if (block.below() > 0)
-        trsm<T>('R', 'L', 'C', 'N', block.below(), block.width, T(1.0), block.l, block.rows, block.l_below(),
-                block.rows);
+        solve_rows('L', 'C', 'N', block.below(), block.width, block.l, block.rows, block.l_below(), block.rows);
     return true;
 }
 
@@ -82,8 +113,8 @@ void factor_ldl(const FactorBlock<T>& block, const PivotRule& rule, PivotCounts&
     take_out_d(block);
     if (block.below() == 0) return;
     interchange_columns(block.l_below(), block.rows, block.below(), block.row_interchanges, block.width);
-    trsm<T>('R', 'L', M::transposition, 'U', block.below(), block.width, T(1.0), block.l, block.rows, block.l_below(),
-            block.rows);
+    solve_rows('L', M::transposition, 'U', block.below(), block.width, block.l, block.rows, block.l_below(),
+               block.rows);
     ldl_apply_d<M>(block);
 }
 
@@ -111,9 +142,9 @@ bool factor_lu(const FactorBlock<T>& block, const PivotRule& rule, PivotCounts& 
     if (below == 0) return true;
     if constexpr (M::form == Form::lu_full_pivoting)
         interchange_columns(block.l_below(), block.rows, below, block.column_interchanges, width);
-    trsm<T>('R', 'U', 'N', 'N', below, width, T(1.0), block.l, block.rows, block.l_below(), block.rows);
+    solve_rows('U', 'N', 'N', below, width, block.l, block.rows, block.l_below(), block.rows);
     interchange_columns(block.u, below, below, block.row_interchanges, width);
-    trsm<T>('R', 'L', 'T', 'U', below, width, T(1.0), block.l, block.rows, block.u, below);
+    solve_rows('L', 'T', 'U', below, width, block.l, block.rows, block.u, below);
     return true;
 }
 

@@ -50,6 +50,16 @@ template <class M> class Updater {
         gemm('N', M::transposition, m, n, k, T(-1.0), a, lda, b, ldb, beta, c, ldc);
     }
 
+    /// The same, of a triangle without what is above its diagonal: by blocks of columns.
+    static void product(bool triangle, i64 m, i64 n, i64 k, const T* a, i64 lda, const T* b, i64 ldb, T beta, T* c,
+                        i64 ldc) {
+        constexpr i64 together = 32; // columns: above the diagonal stays half a block of them
+        const i64 step = triangle ? together : n;
+        for (i64 j = 0; j < n; j += step)
+            product(triangle ? m - j : m, std::min(step, n - j), k, triangle ? a + j : a, lda, b + j, ldb, beta,
+                    c + j * ldc + (triangle ? j : 0), ldc);
+    }
+
     /// Rows of an update, one block of them, and the rows that stand for its columns.
     struct Operands {
         const T* left;
@@ -83,7 +93,7 @@ template <class M> class Updater {
         if (rows == 0) return true;
         if (contiguous) {
             T* const to = c + (places[0] - shift) + work_.relind[0] * ldc;
-            product(rows, columns, depth, x.left, x.ld_left, x.right, x.ld_right, T(1.0), to, ldc);
+            product(triangle, rows, columns, depth, x.left, x.ld_left, x.right, x.ld_right, T(1.0), to, ldc);
             return true;
         }
         if (depth == 1) {
@@ -91,7 +101,7 @@ template <class M> class Updater {
             return true;
         }
         if (rows * columns > work_.temp_size) return false;
-        product(rows, columns, depth, x.left, x.ld_left, x.right, x.ld_right, T(0.0), work_.temp, rows);
+        product(triangle, rows, columns, depth, x.left, x.ld_left, x.right, x.ld_right, T(0.0), work_.temp, rows);
         add(rows, columns, triangle, places, shift, c, ldc);
         return true;
     }
