@@ -126,7 +126,8 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *   0    frees the factorisation of matrix_number
  *   -1   frees everything and makes the handle new
  *   -2   query: error 16 and iparam(1) = 23     -3  query: error 300000
- * Factorisation and solution are not there yet: they end with error -5, after the analysis that the step begins with.
+ * A factorisation that the host stops through NXL_PROGRESS ends without an error, without a factor and without what the
+ * step was to do next. A solution is refined where iparam(8) asks for it or pivots were replaced.
  *
  * iparam, 64 integers; in brackets the default that a step beginning with the analysis fills in while iparam(1) is 0:
  *    1       0: fill the defaults in; 1: they are the caller's; others: too, without L of iparam(4), with iparam(12)
@@ -134,11 +135,13 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *            by METIS
  *    3       out: threads, the smaller of neqns and NXL_Get_Max_Threads; 1 out of core
  *    4 [0]   10 L + K, solution by iterations that an older factorisation preconditions, to a residual of 10^-L: by CG
- *            for types 2 and -2, else by CGS; K = 0: none
+ *            for types 2 and -2, else by CGS; K = 0: none. A factorisation is made where there is none or the
+            iteration has failed, but not by step 33; above 0, K also limits the time of the iteration, to 1.35 K times
+            that of the factorisation; below 0 there are 150 steps
  *    5 [0]   above 0 but not 2: perm is the order; 2: perm receives the computed one; below 0: the one that is used
  *    6 [0]   1: the solution is written over b too
  *    7       out: steps of refinement done
- *    8 [0]   most steps of refinement; below 0 with residuals in doubled precision
+ *    8 [0]   most steps of refinement, 0: two where pivots were replaced; below 0 with residuals in doubled precision
  *    9 [0]   below 0: iparam(17) leaves factors and refinement out
  *   10       pivots below 10^-iparam(10), relative to A, are replaced: [13] for types 1, 3, 11, 13, [8] for -2, -4, 6
  *   11       1: scale by the matching: [1] for 11 and 13, else [0]
@@ -154,7 +157,7 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *   20 [0]   out: steps of the iterations, below 0 when they failed
  *   21       1: pivots of order 1 and 2 in symmetric indefinite blocks: [1] for -2, -4, 6, else [0], of order 1 alone
  *   22, 23 [0]  out: positive and negative pivots
- *   26       another than 0: no refinement
+ *   26       another than 0: no refinement while iparam(8) is 0, else residuals in doubled precision
  *   27       another than 0: check ia and ja, which otherwise have to be right; 0 afterwards
  *   31, 32, 33  out: where the check found ia or ja wrong, see below
  *   60 [0]   1, 2: out of core, when it has to be, or always
@@ -167,7 +170,7 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *    -2       no memory
  *    -3       no order: perm is no permutation, the pattern of types 1 and 3 is not symmetric, or a matching finds no
  *             entry stored on the diagonal of a symmetric matrix
- *    -4       a zero pivot, or iterations without convergence
+ *    -4       a pivot that is not positive (types 2, 4) or 0 (1, 3), or iterations without convergence
  *    -5       internal
  *    -6       no perfect matching: A is structurally singular; or iparam(13) is 2 to 4
  *    -7       as -1, without messages; a 0 on the diagonal of a diagonal matrix

@@ -271,6 +271,13 @@ inline constexpr MessageRow message_rows[] = {
     {825, "             number of nonzeros in L                         %lli"},
     {826, "             number of nonzeros in U                         %lli"},
     {827, "             number of nonzeros in L+U                       %lli"},
+    {828, "             gflop   for the numerical factorization:        %f"},
+    {829, "             gflop/s for the numerical factorization:        %f"},
+    {830, "             ||A||                                           %f"},
+    {831, " %d %% "},
+    {832, " Percentage of computed non-zeros for LL^T factorization"},
+    {833, " Number of unknowns computed in forward solving step"},
+    {834, " Number of unknowns computed in backward solving step"},
 
     // PARDISO: errors. The heading, by `error`; what it was; the arguments of the call.
     {860, "*** Error in PARDISO  ( sequence_ido,parameters) error_num= %d"},
@@ -325,6 +332,13 @@ inline constexpr MessageRow message_rows[] = {
     {917, "structure singular or input/parameter problem (matrixtype 11,13)"},
     {918, "*** PARDISO error: internal error"},
     {919, "PARDISO Internationalization error! Message %d is unknown"},
+    {920, "*** Error in PARDISO: zero or negative pivot, A is not SPD-matrix"},
+    {921, "*** Error in PARDISO: zero pivot"},
+    {922, "*** Error in PARDISO: internal error, insufficient memory factorization"},
+    {923, "*** Error in PARDISO: cgs error iparam(20) %d"},
+    {924, "*** error PARDISO: iterative refinement"},
+    {925, " contraction rate is greater than 0.9, interrupt"},
+    {926, " exceeds max. iteration number %d"},
 };
 
 void message_ids_must_ascend(); // has no body: reaching it stops the build

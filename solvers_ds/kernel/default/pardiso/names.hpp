@@ -125,13 +125,16 @@ enum class Word : int {
     subgraphs,
     separator_integers, ///< of ddist
     table_slots,        ///< of the factor table, whatever max_fac_store says since
-    deleted             ///< by a clean: the matrix number, or the negated count of factors
+    deleted,            ///< by a clean: the matrix number, or the negated count of factors
+    iteration_budget,   ///< it_max of the hybrid iteration
+    refactor,           ///< 1: the factor has to be built anew before it is used
+    factor_memory       ///< of the numeric counter what factors take, without the work of one call
 };
 inline constexpr int integer_words = 70;
-static_assert(static_cast<int>(Word::deleted) < integer_words);
+static_assert(static_cast<int>(Word::factor_memory) < integer_words);
 
 /// Real words of the control block, from word 100.
-enum class RealWord : int { mflop, matrix_norm, divergence = 10, unit, tolerance, tiny };
+enum class RealWord : int { mflop, matrix_norm, factor_seconds, divergence = 10, unit, tolerance, tiny };
 inline constexpr int first_real_word = 100, real_words = 20;
 
 /// Array bases of the control block, from word 120: where an array begins in its block, in 4-byte units. Those of one

@@ -76,6 +76,15 @@ void print_factors(Control control) {
     pardiso_message(Text::entries_of_both, l + u);
 }
 
+/// What the factorisation cost, from the operations that the analysis has counted.
+void print_work(const Call& call, Control control) {
+    if (call.last_stage() < 2) return;
+    const double gflop = control[RealWord::mflop] * 0.001, seconds = control.seconds(Timer::factorization);
+    pardiso_message(Text::factor_gflop, gflop);
+    if (seconds > 0.0) pardiso_message(Text::factor_rate, gflop / seconds);
+    if (control[RealWord::matrix_norm] > 0.0) pardiso_message(Text::matrix_norm, control[RealWord::matrix_norm]);
+}
+
 } // namespace
 
 void print_summary(const Call& call, Control control) {
@@ -88,6 +97,7 @@ void print_summary(const Call& call, Control control) {
     print_method(control);
     print_system(control);
     print_factors(control);
+    print_work(call, control);
 }
 
 void print_clean_summary(Control control) {
