@@ -24,6 +24,13 @@ template <class T> struct Solutions {
     double *ferr, *berr;
 };
 
+/// The option of a solution with A itself for `op`, N or C, of op(A) = trans. The adjoint of a transpose is taken for its
+/// conjugate, which has the same norms.
+constexpr char applied(char op, char trans) {
+    if (op == 'N') return trans;
+    return trans == 'N' ? 'C' : 'N';
+}
+
 /// Refines one solution for as long as each step halves the backward error and it is above the roundoff, five steps at
 /// most. Returns the backward error; space.x is the last residual, space.sizes its sizes.
 template <class T, class System>

@@ -3,6 +3,7 @@
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/condition/error_bounds.hpp"
 #include "lapack/kernel/source/condition/moduli.hpp"
+#include "lapack/kernel/source/condition/refinement.hpp"
 #include "service/arguments.hpp"
 
 namespace nxl {
@@ -12,12 +13,7 @@ template <class T> struct TriangularSystem {
     char uplo, trans, diag;
     Matrix<const T> a;
 
-    /// The operation C stands for the adjoint of op(A). Of a transpose it is taken for its conjugate's, which has the
-    /// same norms.
-    void solve(char op, T* y) const {
-        const bool plain = trans == 'N';
-        trsv(uplo, (op == 'N') == plain ? 'N' : 'C', diag, a, y);
-    }
+    void solve(char op, T* y) const { trsv(uplo, applied(op, trans), diag, a, y); }
 
     /// r = op(A) x - b
     void residual(const T* x, const T* b, T* r) const {
