@@ -4,8 +4,8 @@
 
 namespace nxl {
 
-/// 1 / (anorm |A^-1|) from the factors that gbtrf has left, in the norm '1' (or O) or I, which is anorm's as well. work:
-/// 3n real elements, or 2n complex ones and n in rwork, which is `spare`.
+/// 1 / (anorm |A^-1|) from the factors that gbtrf has left, in the norm '1' (or O) or I, which is anorm's as well.
+/// work: 3n real elements, or 2n complex ones and n in rwork, which is `spare`.
 template <class T>
 void gbcon(const char& norm, const i64& n, const i64& kl, const i64& ku, const T* ab, const i64& ldab, const i64* ipiv,
            const double& anorm, double& rcond, T* work, Spare<T>* spare, i64& info, int = 1);

@@ -4,8 +4,9 @@
 
 namespace nxl {
 
-/// Improves each column of X, for op(A) X = B, with the factors afb and ipiv that gbtrf has left of a; the forward bound
-/// and the backward error go to ferr and berr. work: 3n real, or 2n complex elements and n in rwork, which is `spare`.
+/// Improves each column of X, for op(A) X = B, with the factors afb and ipiv that gbtrf has left of a; the forward
+/// bound and the backward error go to ferr and berr. work: 3n real, or 2n complex elements and n in rwork, which is
+/// `spare`.
 template <class T>
 void gbrfs(const char& trans, const i64& n, const i64& kl, const i64& ku, const i64& nrhs, const T* ab, const i64& ldab,
            const T* afb, const i64& ldafb, const i64* ipiv, const T* b, const i64& ldb, T* x, const i64& ldx,

@@ -4,8 +4,8 @@
 
 namespace nxl {
 
-/// 1 / (anorm |A^-1|) in the norm 1, from the factor that potrf has left. work: 3n real elements, or 2n complex ones and
-/// n in rwork, which is `spare`.
+/// 1 / (anorm |A^-1|) in the norm 1, from the factor that potrf has left. work: 3n real elements, or 2n complex ones
+/// and n in rwork, which is `spare`.
 template <class T>
 void pocon(const char& uplo, const i64& n, const T* a, const i64& lda, const double& anorm, double& rcond, T* work,
            Spare<T>* spare, i64& info, int = 1);

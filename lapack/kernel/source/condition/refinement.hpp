@@ -24,8 +24,8 @@ template <class T> struct Solutions {
     double *ferr, *berr;
 };
 
-/// The option of a solution with A itself for `op`, N or C, of op(A) = trans. The adjoint of a transpose is taken for its
-/// conjugate, which has the same norms.
+/// The option of a solution with A itself for `op`, N or C, of op(A) = trans. The adjoint of a transpose is taken for
+/// its conjugate, which has the same norms.
 constexpr char applied(char op, char trans) {
     if (op == 'N') return trans;
     return trans == 'N' ? 'C' : 'N';

@@ -88,7 +88,9 @@ template <class T> class SafeTriangle<T>::Run {
         largest_ *= factor;
     }
 
-    T diagonal(i64 j) const { return t_.unit_ ? T(t_.scale_) : conj_if(trans_ == 'C', t_.triangle_.a(j, j)) * t_.scale_; }
+    T diagonal(i64 j) const {
+        return t_.unit_ ? T(t_.scale_) : conj_if(trans_ == 'C', t_.triangle_.a(j, j)) * t_.scale_;
+    }
 
     /// x(j) := x(j) / the diagonal element, after scaling where the quotient would overflow. Of a zero on the diagonal
     /// a solution of the homogeneous system is made.

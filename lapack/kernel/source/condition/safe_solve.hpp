@@ -26,8 +26,8 @@ template <class T> class SafeTriangle {
     const bool upper_, unit_;
     const i64 n_;
     const Columns<const T> triangle_, off_; // off_: without the diagonal
-    double* const sums_; // of abs1 off the diagonal, times scale_
-    double scale_ = 1.0; // below 1 when the sums themselves would not fit
+    double* const sums_;                    // of abs1 off the diagonal, times scale_
+    double scale_ = 1.0;                    // below 1 when the sums themselves would not fit
     bool finite_ = true;
 };
 
