@@ -1102,6 +1102,277 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
+        ! The reciprocal condition number of a(n,n) from its factors of dgetrf, 1 / (anorm |A^-1|), anorm being the norm
+        ! of A: 1 (or O), largest column sum, or I, largest row sum.
+        subroutine dgecon(norm, n, a, lda, anorm, rcond, work, iwork, info) bind(c, name="dgecon")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: norm
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(in) :: a(lda, *), anorm
+            real(c_double), intent(out) :: rcond
+            real(c_double), intent(inout) :: work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgecon(norm, n, a, lda, anorm, rcond, work, rwork, info) bind(c, name="zgecon")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: norm
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            real(c_double), intent(in) :: anorm
+            real(c_double), intent(out) :: rcond
+            complex(c_double_complex), intent(inout) :: work(*)
+            real(c_double), intent(inout) :: rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The reciprocal condition number, in the norm 1, of a symmetric or Hermitian positive definite matrix from its
+        ! factor of dpotrf, as dgecon; anorm is the norm of A.
+        subroutine dpocon(uplo, n, a, lda, anorm, rcond, work, iwork, info) bind(c, name="dpocon")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(in) :: a(lda, *), anorm
+            real(c_double), intent(out) :: rcond
+            real(c_double), intent(inout) :: work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpocon(uplo, n, a, lda, anorm, rcond, work, rwork, info) bind(c, name="zpocon")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            real(c_double), intent(in) :: anorm
+            real(c_double), intent(out) :: rcond
+            complex(c_double_complex), intent(inout) :: work(*)
+            real(c_double), intent(inout) :: rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Refines the solutions x(n,nrhs) of op(A) X = B and tells how good they are; af and ipiv are the factors of
+        ! a(n,n) that dgetrf has left.
+        subroutine dgerfs(trans, n, nrhs, a, lda, af, ldaf, ipiv, b, ldb, x, ldx, ferr, berr, work, iwork, info) &
+            bind(c, name="dgerfs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: n, nrhs, lda, ldaf, ipiv(*), ldb, ldx
+            real(c_double), intent(in) :: a(lda, *), af(ldaf, *), b(ldb, *)
+            real(c_double), intent(inout) :: x(ldx, *), ferr(*), berr(*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgerfs(trans, n, nrhs, a, lda, af, ldaf, ipiv, b, ldb, x, ldx, ferr, berr, work, rwork, info) &
+            bind(c, name="zgerfs")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: n, nrhs, lda, ldaf, ipiv(*), ldb, ldx
+            complex(c_double_complex), intent(in) :: a(lda, *), af(ldaf, *), b(ldb, *)
+            complex(c_double_complex), intent(inout) :: x(ldx, *), work(*)
+            real(c_double), intent(inout) :: ferr(*), berr(*), rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Refines the solutions x(n,nrhs) of A X = B and bounds their errors, as dgerfs, triangle uplo of the symmetric
+        ! or Hermitian positive definite A being in a(n,n) and its factor of dpotrf in af.
+        subroutine dporfs(uplo, n, nrhs, a, lda, af, ldaf, b, ldb, x, ldx, ferr, berr, work, iwork, info) bind(c, &
+            name="dporfs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldaf, ldb, ldx
+            real(c_double), intent(in) :: a(lda, *), af(ldaf, *), b(ldb, *)
+            real(c_double), intent(inout) :: x(ldx, *), ferr(*), berr(*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zporfs(uplo, n, nrhs, a, lda, af, ldaf, b, ldb, x, ldx, ferr, berr, work, rwork, info) bind(c, &
+            name="zporfs")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldaf, ldb, ldx
+            complex(c_double_complex), intent(in) :: a(lda, *), af(ldaf, *), b(ldb, *)
+            complex(c_double_complex), intent(inout) :: x(ldx, *), work(*)
+            real(c_double), intent(inout) :: ferr(*), berr(*), rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The LU factorisation P A = L U of a band matrix of m by n with kl and ku diagonals below and above the main
+        ! one, by rows interchanged as dgetrf does.
+        subroutine dgbtrf(m, n, kl, ku, ab, ldab, ipiv, info) bind(c, name="dgbtrf")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, kl, ku, ldab
+            real(c_double), intent(inout) :: ab(ldab, *)
+            integer(c_int), intent(inout) :: ipiv(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgbtrf(m, n, kl, ku, ab, ldab, ipiv, info) bind(c, name="zgbtrf")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, kl, ku, ldab
+            complex(c_double_complex), intent(inout) :: ab(ldab, *)
+            integer(c_int), intent(inout) :: ipiv(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Solves op(A) X = B with the factors that dgbtrf has left in ab and ipiv, A being n by n: X takes the place of
+        ! b(n,nrhs).
+        subroutine dgbtrs(trans, n, kl, ku, nrhs, ab, ldab, ipiv, b, ldb, info) bind(c, name="dgbtrs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: n, kl, ku, nrhs, ldab, ipiv(*), ldb
+            real(c_double), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgbtrs(trans, n, kl, ku, nrhs, ab, ldab, ipiv, b, ldb, info) bind(c, name="zgbtrs")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: n, kl, ku, nrhs, ldab, ipiv(*), ldb
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The reciprocal condition number of a band matrix from its factors of dgbtrf, as dgecon; anorm is the norm of
+        ! A.
+        subroutine dgbcon(norm, n, kl, ku, ab, ldab, ipiv, anorm, rcond, work, iwork, info) bind(c, name="dgbcon")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: norm
+            integer(c_int), intent(in) :: n, kl, ku, ldab, ipiv(*)
+            real(c_double), intent(in) :: ab(ldab, *), anorm
+            real(c_double), intent(out) :: rcond
+            real(c_double), intent(inout) :: work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgbcon(norm, n, kl, ku, ab, ldab, ipiv, anorm, rcond, work, rwork, info) bind(c, name="zgbcon")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: norm
+            integer(c_int), intent(in) :: n, kl, ku, ldab, ipiv(*)
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            real(c_double), intent(in) :: anorm
+            real(c_double), intent(out) :: rcond
+            complex(c_double_complex), intent(inout) :: work(*)
+            real(c_double), intent(inout) :: rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Refines the solutions x(n,nrhs) of op(A) X = B and bounds their errors, as dgerfs, A being the band
+        ! ab(kl+ku+1,n) with element (i, j) at ab(ku+1+i-j,j), and afb and ipiv its factors of dgbtrf.
+        subroutine dgbrfs(trans, n, kl, ku, nrhs, ab, ldab, afb, ldafb, ipiv, b, ldb, x, ldx, ferr, berr, work, iwork, &
+            info) bind(c, name="dgbrfs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: n, kl, ku, nrhs, ldab, ldafb, ipiv(*), ldb, ldx
+            real(c_double), intent(in) :: ab(ldab, *), afb(ldafb, *), b(ldb, *)
+            real(c_double), intent(inout) :: x(ldx, *), ferr(*), berr(*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgbrfs(trans, n, kl, ku, nrhs, ab, ldab, afb, ldafb, ipiv, b, ldb, x, ldx, ferr, berr, work, rwork, &
+            info) bind(c, name="zgbrfs")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: n, kl, ku, nrhs, ldab, ldafb, ipiv(*), ldb, ldx
+            complex(c_double_complex), intent(in) :: ab(ldab, *), afb(ldafb, *), b(ldb, *)
+            complex(c_double_complex), intent(inout) :: x(ldx, *), work(*)
+            real(c_double), intent(inout) :: ferr(*), berr(*), rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The Cholesky factorisation A = U^H U or L L^H of a symmetric or Hermitian positive definite band matrix of
+        ! order n with kd diagonals beside the main one.
+        subroutine dpbtrf(uplo, n, kd, ab, ldab, info) bind(c, name="dpbtrf")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, ldab
+            real(c_double), intent(inout) :: ab(ldab, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpbtrf(uplo, n, kd, ab, ldab, info) bind(c, name="zpbtrf")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, ldab
+            complex(c_double_complex), intent(inout) :: ab(ldab, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Solves A X = B with the factor that dpbtrf has left in ab: X takes the place of b(n,nrhs).
+        subroutine dpbtrs(uplo, n, kd, nrhs, ab, ldab, b, ldb, info) bind(c, name="dpbtrs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, nrhs, ldab, ldb
+            real(c_double), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpbtrs(uplo, n, kd, nrhs, ab, ldab, b, ldb, info) bind(c, name="zpbtrs")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, nrhs, ldab, ldb
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The reciprocal condition number, in the norm 1, of a positive definite band matrix from its factor of dpbtrf,
+        ! as dgecon; anorm is the norm of A.
+        subroutine dpbcon(uplo, n, kd, ab, ldab, anorm, rcond, work, iwork, info) bind(c, name="dpbcon")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, ldab
+            real(c_double), intent(in) :: ab(ldab, *), anorm
+            real(c_double), intent(out) :: rcond
+            real(c_double), intent(inout) :: work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpbcon(uplo, n, kd, ab, ldab, anorm, rcond, work, rwork, info) bind(c, name="zpbcon")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, ldab
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            real(c_double), intent(in) :: anorm
+            real(c_double), intent(out) :: rcond
+            complex(c_double_complex), intent(inout) :: work(*)
+            real(c_double), intent(inout) :: rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Refines the solutions x(n,nrhs) of A X = B and bounds their errors, as dgerfs, triangle uplo of the positive
+        ! definite band matrix A being in ab(kd+1,n) and its factor of dpbtrf in afb.
+        subroutine dpbrfs(uplo, n, kd, nrhs, ab, ldab, afb, ldafb, b, ldb, x, ldx, ferr, berr, work, iwork, info) &
+            bind(c, name="dpbrfs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, nrhs, ldab, ldafb, ldb, ldx
+            real(c_double), intent(in) :: ab(ldab, *), afb(ldafb, *), b(ldb, *)
+            real(c_double), intent(inout) :: x(ldx, *), ferr(*), berr(*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpbrfs(uplo, n, kd, nrhs, ab, ldab, afb, ldafb, b, ldb, x, ldx, ferr, berr, work, rwork, info) &
+            bind(c, name="zpbrfs")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, nrhs, ldab, ldafb, ldb, ldx
+            complex(c_double_complex), intent(in) :: ab(ldab, *), afb(ldafb, *), b(ldb, *)
+            complex(c_double_complex), intent(inout) :: x(ldx, *), work(*)
+            real(c_double), intent(inout) :: ferr(*), berr(*), rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- LAPACK, eigenproblems ----
 
         ! The eigenvalues of the Hermitian matrix [a b; conj(b) c], whose a and c count by their real parts: rt1 is the

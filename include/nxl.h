@@ -979,6 +979,126 @@ void ztrrfs(const char* uplo, const char* trans, const char* diag, const int* n,
             nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length), NXL_LENGTH(trans_length),
             NXL_LENGTH(diag_length)) NXL_NOEXCEPT;
 
+/* The reciprocal condition number of a(n,n) from its factors of dgetrf, 1 / (anorm |A^-1|), anorm being the norm of A:
+ * 1 (or O), largest column sum, or I, largest row sum. The norm of the inverse is estimated from a few solutions: rcond
+ * is seldom off by more than a factor of 3, and never too small but by rounding. rcond: 1 for n = 0, 0 for a singular
+ * matrix or one whose inverse is beyond the range, NaN where anorm or the estimate is. work(4n), iwork(n); complex:
+ * work(2n), rwork(2n). info: 0; -i when argument i is bad, which is reported as well: 1 norm, 2 n, 4 lda, 5 anorm,
+ * which is negative. Higham, ACM Trans. Math. Software 14 (1988). */
+void dgecon(const char* norm, const int* n, const double* a, const int* lda, const double* anorm, double* rcond,
+            double* work, int* iwork, int* info, NXL_LENGTH(norm_length)) NXL_NOEXCEPT;
+void zgecon(const char* norm, const int* n, const nxl_z* a, const int* lda, const double* anorm, double* rcond,
+            nxl_z* work, double* rwork, int* info, NXL_LENGTH(norm_length)) NXL_NOEXCEPT;
+
+/* The reciprocal condition number, in the norm 1, of a symmetric or Hermitian positive definite matrix from its factor
+ * of dpotrf, as dgecon; anorm is the norm of A. work(3n), iwork(n); complex: work(2n), rwork(n). Reports 1 uplo, 2 n, 4
+ * lda, 5 anorm. */
+void dpocon(const char* uplo, const int* n, const double* a, const int* lda, const double* anorm, double* rcond,
+            double* work, int* iwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpocon(const char* uplo, const int* n, const nxl_z* a, const int* lda, const double* anorm, double* rcond,
+            nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Refines the solutions x(n,nrhs) of op(A) X = B and tells how good they are; af and ipiv are the factors of a(n,n)
+ * that dgetrf has left. A step solves for the residual, as long as that halves the backward error, five times at most.
+ * berr(nrhs): the smallest relative change of elements of A and b for which x is exact. ferr(nrhs): a bound, not quite
+ * certain, on the largest error of an element relative to the largest element of x. work(3n), iwork(n); complex:
+ * work(2n), rwork(n). info: 0; -i when argument i is bad, which is reported as well: 1 trans, 2 n, 3 nrhs, 5 lda, 7
+ * ldaf, 10 ldb, 12 ldx. Arioli, Demmel and Duff, SIAM J. Matrix Anal. Appl. 10 (1989). */
+void dgerfs(const char* trans, const int* n, const int* nrhs, const double* a, const int* lda, const double* af,
+            const int* ldaf, const int* ipiv, const double* b, const int* ldb, double* x, const int* ldx, double* ferr,
+            double* berr, double* work, int* iwork, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zgerfs(const char* trans, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const nxl_z* af,
+            const int* ldaf, const int* ipiv, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr,
+            double* berr, nxl_z* work, double* rwork, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* Refines the solutions x(n,nrhs) of A X = B and bounds their errors, as dgerfs, triangle uplo of the symmetric or
+ * Hermitian positive definite A being in a(n,n) and its factor of dpotrf in af. Reports 1 uplo, 2 n, 3 nrhs, 5 lda,
+ * 7 ldaf, 9 ldb, 11 ldx. */
+void dporfs(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda, const double* af,
+            const int* ldaf, const double* b, const int* ldb, double* x, const int* ldx, double* ferr, double* berr,
+            double* work, int* iwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zporfs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const nxl_z* af,
+            const int* ldaf, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr, double* berr,
+            nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* The LU factorisation P A = L U of a band matrix of m by n with kl and ku diagonals below and above the main one, by
+ * rows interchanged as dgetrf does. Element (i, j) of A lies at ab(kl+ku+1+i-j,j); rows 1 to kl of ab(2kl+ku+1,n) are
+ * for what interchanges fill in, and need not be set. U takes kl+ku diagonals above the main one, the multipliers of L
+ * the kl below, each column in the order that the rows had when it was made: later interchanges are not applied to it.
+ * ipiv(min(m,n)): row i was interchanged with row ipiv(i). info: 0; i when u(i,i) is zero and U is singular; -i when
+ * argument i is bad, which is reported as well: 1 m, 2 n, 3 kl, 4 ku, 6 ldab. Du Croz, Mayes and Radicati, LAPACK
+ * Working Note 21 (1990). */
+void dgbtrf(const int* m, const int* n, const int* kl, const int* ku, double* ab, const int* ldab, int* ipiv,
+            int* info) NXL_NOEXCEPT;
+void zgbtrf(const int* m, const int* n, const int* kl, const int* ku, nxl_z* ab, const int* ldab, int* ipiv,
+            int* info) NXL_NOEXCEPT;
+
+/* Solves op(A) X = B with the factors that dgbtrf has left in ab and ipiv, A being n by n: X takes the place of
+ * b(n,nrhs). trans: N, T or C for A, its transpose or its adjoint. Reports 1 trans, 2 n, 3 kl, 4 ku, 5 nrhs, 7 ldab, 10
+ * ldb. */
+void dgbtrs(const char* trans, const int* n, const int* kl, const int* ku, const int* nrhs, const double* ab,
+            const int* ldab, const int* ipiv, double* b, const int* ldb, int* info,
+            NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zgbtrs(const char* trans, const int* n, const int* kl, const int* ku, const int* nrhs, const nxl_z* ab,
+            const int* ldab, const int* ipiv, nxl_z* b, const int* ldb, int* info,
+            NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* The reciprocal condition number of a band matrix from its factors of dgbtrf, as dgecon; anorm is the norm of A.
+ * work(3n), iwork(n); complex: work(2n), rwork(n). Reports 1 norm, 2 n, 3 kl, 4 ku, 6 ldab, 8 anorm. */
+void dgbcon(const char* norm, const int* n, const int* kl, const int* ku, const double* ab, const int* ldab,
+            const int* ipiv, const double* anorm, double* rcond, double* work, int* iwork, int* info,
+            NXL_LENGTH(norm_length)) NXL_NOEXCEPT;
+void zgbcon(const char* norm, const int* n, const int* kl, const int* ku, const nxl_z* ab, const int* ldab,
+            const int* ipiv, const double* anorm, double* rcond, nxl_z* work, double* rwork, int* info,
+            NXL_LENGTH(norm_length)) NXL_NOEXCEPT;
+
+/* Refines the solutions x(n,nrhs) of op(A) X = B and bounds their errors, as dgerfs, A being the band ab(kl+ku+1,n)
+ * with element (i, j) at ab(ku+1+i-j,j), and afb and ipiv its factors of dgbtrf. work(3n), iwork(n); complex: work(2n),
+ * rwork(n). Reports 1 trans, 2 n, 3 kl, 4 ku, 5 nrhs, 7 ldab, 9 ldafb, 12 ldb, 14 ldx. */
+void dgbrfs(const char* trans, const int* n, const int* kl, const int* ku, const int* nrhs, const double* ab,
+            const int* ldab, const double* afb, const int* ldafb, const int* ipiv, const double* b, const int* ldb,
+            double* x, const int* ldx, double* ferr, double* berr, double* work, int* iwork, int* info,
+            NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zgbrfs(const char* trans, const int* n, const int* kl, const int* ku, const int* nrhs, const nxl_z* ab,
+            const int* ldab, const nxl_z* afb, const int* ldafb, const int* ipiv, const nxl_z* b, const int* ldb,
+            nxl_z* x, const int* ldx, double* ferr, double* berr, nxl_z* work, double* rwork, int* info,
+            NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* The Cholesky factorisation A = U^H U or L L^H of a symmetric or Hermitian positive definite band matrix of order n
+ * with kd diagonals beside the main one. ab(kd+1,n) holds one triangle, which becomes the factor: for uplo U element
+ * (i, j) at ab(kd+1+i-j,j), for L at ab(1+i-j,j). info: 0; i when the leading minor of order i is not positive, then
+ * the factorisation is incomplete; -i when argument i is bad, which is reported as well: 1 uplo, 2 n, 3 kd, 5 ldab.
+ * Golub and Van Loan, Matrix Computations, section 4.3. */
+void dpbtrf(const char* uplo, const int* n, const int* kd, double* ab, const int* ldab, int* info,
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpbtrf(const char* uplo, const int* n, const int* kd, nxl_z* ab, const int* ldab, int* info,
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Solves A X = B with the factor that dpbtrf has left in ab: X takes the place of b(n,nrhs).
+ * Reports 1 uplo, 2 n, 3 kd, 4 nrhs, 6 ldab, 8 ldb. */
+void dpbtrs(const char* uplo, const int* n, const int* kd, const int* nrhs, const double* ab, const int* ldab,
+            double* b, const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpbtrs(const char* uplo, const int* n, const int* kd, const int* nrhs, const nxl_z* ab, const int* ldab, nxl_z* b,
+            const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* The reciprocal condition number, in the norm 1, of a positive definite band matrix from its factor of dpbtrf, as
+ * dgecon; anorm is the norm of A. work(3n), iwork(n); complex: work(2n), rwork(n). Reports 1 uplo, 2 n, 3 kd, 5 ldab, 6
+ * anorm. */
+void dpbcon(const char* uplo, const int* n, const int* kd, const double* ab, const int* ldab, const double* anorm,
+            double* rcond, double* work, int* iwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpbcon(const char* uplo, const int* n, const int* kd, const nxl_z* ab, const int* ldab, const double* anorm,
+            double* rcond, nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Refines the solutions x(n,nrhs) of A X = B and bounds their errors, as dgerfs, triangle uplo of the positive definite
+ * band matrix A being in ab(kd+1,n) and its factor of dpbtrf in afb. work(3n), iwork(n); complex: work(2n), rwork(n).
+ * Reports 1 uplo, 2 n, 3 kd, 4 nrhs, 6 ldab, 8 ldafb, 10 ldb, 12 ldx. */
+void dpbrfs(const char* uplo, const int* n, const int* kd, const int* nrhs, const double* ab, const int* ldab,
+            const double* afb, const int* ldafb, const double* b, const int* ldb, double* x, const int* ldx,
+            double* ferr, double* berr, double* work, int* iwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zpbrfs(const char* uplo, const int* n, const int* kd, const int* nrhs, const nxl_z* ab, const int* ldab,
+            const nxl_z* afb, const int* ldafb, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr,
+            double* berr, nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
 /* ==== LAPACK: eigenproblems ======================================================================================
  * Eigenvalues and eigenvectors. */
 

@@ -15,6 +15,13 @@ template <class T> bool divide_by_scale(i64 n, double s, T* x) {
     return true;
 }
 
+/// True, with the answer in `rcond`, when n or the norm of A decides: 1 for n = 0, 0 for a zero matrix, NaN for a NaN.
+inline bool no_condition_to_find(i64 n, double norm, double& rcond) {
+    if (n > 0 && norm > 0.0) return false;
+    rcond = n == 0 ? 1.0 : norm;
+    return true;
+}
+
 /// 1 / (`norm` |A^-1|), the second norm being the largest column sum, or, with `by_rows`, the largest row sum.
 /// solve(op, x) makes s op(A)^-1 x of x and answers s; op is N or C. `v`, `x`: n elements. 0 when the inverse is out of
 /// range.

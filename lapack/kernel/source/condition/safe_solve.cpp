@@ -2,6 +2,7 @@
 // taken. Otherwise each step looks at what it is about to do, and scales all of x down first when it must.
 #include "lapack/kernel/source/condition/safe_solve.hpp"
 #include "blas/calls.hpp"
+#include "lapack/kernel/source/band/band_triangle.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include <algorithm>
 #include <cmath>
@@ -18,16 +19,18 @@ const double* as_doubles(const zcomplex* x) { return reinterpret_cast<const doub
 } // namespace
 
 template <class T>
-SafeTriangle<T>::SafeTriangle(char uplo, char diag, const Matrix<const T>& a, double* column_sums)
+SafeTriangle<T>::SafeTriangle(char uplo, char diag, const Columns<const T>& triangle, double* column_sums)
     : uplo_(uplo),
       diag_(diag),
       upper_(uplo == 'U'),
       unit_(diag == 'U'),
-      a_(a),
+      n_(triangle.a.rows),
+      triangle_(triangle),
+      off_(triangle.off_diagonal()),
       sums_(column_sums) {
     double largest = 0.0;
-    for (i64 j = 0; j < a.rows; ++j) {
-        sums_[j] = asum(stored(j), a.at(first_row(j), j), 1);
+    for (i64 j = 0; j < n_; ++j) {
+        sums_[j] = asum(off_.count(j), off_.start(j), 1);
         if (!(sums_[j] <= largest)) largest = sums_[j];
     }
     if (!(largest <= huge / 2)) fit_sums();
@@ -37,15 +40,15 @@ SafeTriangle<T>::SafeTriangle(char uplo, char diag, const Matrix<const T>& a, do
 template <class T> void SafeTriangle<T>::fit_sums() {
     constexpr i64 parts = sizeof(T) / sizeof(double); // one by one: the abs1 of a complex number may not fit either
     double largest = 0.0;
-    for (i64 j = 0; j < a_.rows; ++j)
-        largest = std::max(largest, largest_abs1(parts * stored(j), as_doubles(a_.at(first_row(j), j))));
+    for (i64 j = 0; j < n_; ++j)
+        largest = std::max(largest, largest_abs1(parts * off_.count(j), as_doubles(off_.start(j))));
     finite_ = largest <= std::numeric_limits<double>::max();
     if (!finite_) return;
-    scale_ = 0.5 / (tiny * largest) / static_cast<double>(parts * a_.rows);
-    for (i64 j = 0; j < a_.rows; ++j) {
-        const T* const off = a_.at(first_row(j), j);
+    scale_ = 0.5 / (tiny * largest) / static_cast<double>(parts * n_);
+    for (i64 j = 0; j < n_; ++j) {
+        const T* const off = off_.start(j);
         double sum = 0.0;
-        for (i64 i = 0; i < stored(j); ++i) sum += abs1(off[i] * scale_);
+        for (i64 i = 0; i < off_.count(j); ++i) sum += abs1(off[i] * scale_);
         sums_[j] = sum;
     }
 }
@@ -54,9 +57,9 @@ template <class T> void SafeTriangle<T>::fit_sums() {
 template <class T> double SafeTriangle<T>::growth_bound(bool transposed, double largest) const {
     double grow = 1.0 / std::max(largest, tiny), bound = grow;
     if (unit_) grow = std::min(1.0, grow);
-    for (i64 step = 0; step < a_.rows && grow > tiny; ++step) {
+    for (i64 step = 0; step < n_ && grow > tiny; ++step) {
         const i64 j = column(step, transposed);
-        const double size = unit_ ? 1.0 : abs1(a_(j, j)), both = 1.0 + sums_[j];
+        const double size = unit_ ? 1.0 : abs1(triangle_.a(j, j)), both = 1.0 + sums_[j];
         if (unit_) {
             grow /= both;
         } else if (transposed) {
@@ -85,7 +88,9 @@ template <class T> class SafeTriangle<T>::Run {
         largest_ *= factor;
     }
 
-    T diagonal(i64 j) const { return t_.unit_ ? T(t_.scale_) : conj_if(trans_ == 'C', t_.a_(j, j)) * t_.scale_; }
+    T diagonal(i64 j) const {
+        return t_.unit_ ? T(t_.scale_) : conj_if(trans_ == 'C', t_.triangle_.a(j, j)) * t_.scale_;
+    }
 
     /// x(j) := x(j) / the diagonal element, after scaling where the quotient would overflow. Of a zero on the diagonal
     /// a solution of the homogeneous system is made.
@@ -121,11 +126,11 @@ template <class T> class SafeTriangle<T>::Run {
 
     void by_columns() {
         for (i64 step = 0; step < n_; ++step) {
-            const i64 j = t_.column(step, false), first = t_.first_row(j), count = t_.stored(j);
+            const i64 j = t_.column(step, false), first = t_.off_.first(j), count = t_.off_.count(j);
             divide(j);
             make_room_for_column(j);
             if (count == 0) continue;
-            axpy(count, -x_[j] * t_.scale_, t_.a_.at(first, j), 1, x_ + first, 1);
+            axpy(count, -x_[j] * t_.scale_, t_.off_.start(j), 1, x_ + first, 1);
             largest_ = largest_abs1(count, x_ + first);
         }
     }
@@ -146,8 +151,8 @@ template <class T> class SafeTriangle<T>::Run {
     }
 
     T column_times_x(i64 j, const T& factor) const {
-        const i64 first = t_.first_row(j), count = t_.stored(j);
-        const T* const off = t_.a_.at(first, j);
+        const i64 first = t_.off_.first(j), count = t_.off_.count(j);
+        const T* const off = t_.off_.start(j);
         const bool conjugate = trans_ == 'C';
         if (factor == T(1.0)) return conjugate ? dotc(count, off, 1, x_ + first, 1) : dot(count, off, 1, x_ + first, 1);
         T sum{};
@@ -172,7 +177,7 @@ template <class T> class SafeTriangle<T>::Run {
         : t_(t),
           trans_(trans),
           x_(x),
-          n_(t.a_.rows),
+          n_(t.n_),
           largest_(largest) {}
 
     double solve() {
@@ -184,11 +189,11 @@ template <class T> class SafeTriangle<T>::Run {
 };
 
 template <class T> double SafeTriangle<T>::solve(char trans, T* x) const {
-    if (a_.rows == 0) return 1.0;
-    const double largest = largest_abs1(a_.rows, x);
+    if (n_ == 0) return 1.0;
+    const double largest = largest_abs1(n_, x);
     const bool safe = scale_ == 1.0 && growth_bound(trans != 'N', largest) > tiny;
     if (!safe && finite_ && std::isfinite(largest)) return Run(*this, trans, x, largest).solve();
-    trsv(uplo_, trans, diag_, a_, x);
+    solve_triangle(uplo_, trans, diag_, triangle_, x);
     return 1.0;
 }
 

@@ -21,11 +21,10 @@ template <class T> struct TriangleArguments {
 
 /// `v`, `x`, `sums`: n elements each.
 template <class T> double condition(const TriangleArguments<T>& of, const T* a, T* v, T* x, double* sums) {
-    if (of.n == 0) return 1.0;
     const Matrix<const T> triangle{a, of.n, of.n, of.lda};
     const double norm = triangle_norm(of.norm, of.uplo, of.diag, triangle, sums);
-    if (!(norm > 0.0)) return norm; // a zero matrix, or one with a NaN
-    const SafeTriangle<T> safe(of.uplo, of.diag, triangle, sums);
+    if (double rcond; no_condition_to_find(of.n, norm, rcond)) return rcond;
+    const SafeTriangle<T> safe(of.uplo, of.diag, triangle_of(of.uplo, triangle), sums);
     return reciprocal_condition(of.n, norm, of.norm == 'I', v, x,
                                 [&](char op, T* right_hand_side) { return safe.solve(op, right_hand_side); });
 }

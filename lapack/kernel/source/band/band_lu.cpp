@@ -1,0 +1,72 @@
+// Solutions with the factors of a band. One right-hand side goes through L column by column. For many, a block of L's
+// columns is copied, and the interchanges after each of them are made in the copy: then it is the panel of an ordinary
+// factorisation. Du Croz, Mayes and Radicati, LAPACK Working Note 21 (1990).
+#include "lapack/kernel/source/band/band_lu.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/band/band_triangle.hpp"
+#include "lapack/kernel/source/band/narrow_columns.hpp"
+#include "lapack/kernel/source/lu/laswp.hpp"
+#include "service/scratch.hpp"
+#include <utility>
+
+namespace nxl {
+
+template <class T> template <i64 Count> void BandLu<T>::lower_columns(char trans, T* x, i64 ld) const {
+    const i64 n = order();
+    for (i64 step = 0; step < n; ++step) {
+        const i64 j = trans == 'N' ? step : n - 1 - step, pivot = ipiv[j] - 1, count = lower.count(j);
+        const T* const column = lower.start(j);
+        for (i64 k = 0; k < Count; ++k) {
+            T* const y = x + k * ld;
+            if (trans != 'N') y[j] -= column_dot(trans == 'C', count, column, y + j + 1);
+            if (pivot != j) std::swap(y[j], y[pivot]);
+            if (trans == 'N') subtract_multiple(count, y[j], column, y + j + 1);
+        }
+    }
+}
+
+template <class T> void BandLu<T>::lower_block(char trans, i64 j, i64 width, const Matrix<T>& b, T* space) const {
+    const i64 rows = std::min(width + lower.below, order() - j);
+    const Matrix<T> panel{space, rows, width, rows};
+    pack(lower, j, j, panel);
+    for (i64 c = 1; c < width; ++c)
+        if (const i64 pivot = ipiv[j + c] - 1 - j; pivot != c)
+            swap(c, panel.at(c, 0), panel.ld, panel.at(pivot, 0), panel.ld);
+    const Matrix<T> here = b.rows_from(j, width), there = b.rows_from(j + width, rows - width);
+    const Matrix<T> below = panel.rows_from(width, rows - width);
+    if (trans == 'N') {
+        laswp(b.columns, b.data, b.ld, j + 1, j + width, ipiv, 1);
+        trsm('L', 'L', 'N', 'U', 1.0, panel, here);
+        if (below.rows > 0) gemm('N', 'N', -1.0, below, here, 1.0, there);
+    } else {
+        if (below.rows > 0) gemm(trans, 'N', -1.0, below, there, 1.0, here);
+        trsm('L', 'L', trans, 'U', 1.0, panel, here);
+        laswp(b.columns, b.data, b.ld, j + 1, j + width, ipiv, -1);
+    }
+}
+
+template <class T> void BandLu<T>::solve_lower(char trans, const Matrix<T>& b) const {
+    const i64 n = order(), blocks = (n + band_panel - 1) / band_panel;
+    if (lower.below == 0) return;
+    if (lower.below > narrow_band && b.columns > 1)
+        if (const Scratch<T> space((band_panel + lower.below) * band_panel); space.data()) {
+            for (i64 step = 0; step < blocks; ++step) {
+                const i64 j = (trans == 'N' ? step : blocks - 1 - step) * band_panel;
+                lower_block(trans, j, std::min(band_panel, n - j), b, space.data());
+            }
+            return;
+        }
+    for_groups_of_columns(b, [&](T* x, auto count) { lower_columns<count>(trans, x, b.ld); });
+}
+
+template <class T> void BandLu<T>::solve(char trans, const Matrix<T>& b) const {
+    if (trans == 'N') solve_lower(trans, b);
+    if (b.columns == 1) solve_triangle('U', trans, 'N', upper, b.data);
+    else solve_triangle('U', trans, 'N', upper, b);
+    if (trans != 'N') solve_lower(trans, b);
+}
+
+template struct BandLu<double>;
+template struct BandLu<zcomplex>;
+
+} // namespace nxl

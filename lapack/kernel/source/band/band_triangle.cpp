@@ -1,0 +1,114 @@
+// One right-hand side, and narrow bands: column by column. Many: a block of columns is copied with zeros around the
+// band, which makes it one triangle and one rectangle of level 3.
+//
+//     lower    \ . . .          diagonal: solved with           upper    \ # . .
+//              #\. . .          #: the rectangle                         . \ # .
+//              .#\ . .                                                   . . \ #
+#include "lapack/kernel/source/band/band_triangle.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/band/narrow_columns.hpp"
+#include "lapack/kernel/source/common/scalars.hpp"
+#include "service/scratch.hpp"
+
+namespace nxl {
+
+template <class T> void pack(const Columns<const T>& a, i64 row, i64 column, const Matrix<T>& to) {
+    for (i64 c = 0; c < to.columns; ++c) {
+        const i64 j = column + c, first = std::clamp(a.first(j), row, row + to.rows);
+        const i64 end = std::clamp(a.end(j), first, row + to.rows);
+        T* const out = to.at(0, c);
+        std::fill_n(out, first - row, T{});
+        std::copy_n(a.a.at(first, j), end - first, out + (first - row));
+        std::fill_n(out + (end - row), row + to.rows - end, T{});
+    }
+}
+
+template <class T> void unpack(const Matrix<T>& from, const Columns<T>& a, i64 row, i64 column) {
+    for (i64 c = 0; c < from.columns; ++c) {
+        const i64 j = column + c, first = std::clamp(a.first(j), row, row + from.rows);
+        const i64 end = std::clamp(a.end(j), first, row + from.rows);
+        std::copy_n(from.at(first - row, c), end - first, a.a.at(first, j));
+    }
+}
+
+namespace {
+
+template <class T> struct BandTriangle {
+    char uplo, trans, diag;
+    Columns<const T> all, off; // off: without the diagonal
+    i64 n = all.a.rows;
+
+    /// The columns of a triangle are gone through from its narrow end for N, and towards it for T and C.
+    bool ascending() const { return (uplo == 'L') == (trans == 'N'); }
+
+    /// For `Count` right-hand sides, ld apart.
+    template <i64 Count> void solve_columns(T* x, i64 ld) const {
+        for (i64 step = 0; step < n; ++step) {
+            const i64 j = ascending() ? step : n - 1 - step, first = off.first(j), count = off.count(j);
+            const T* const column = off.a.at(first, j);
+            const T pivot = diag == 'U' ? T(1.0) : conj_if(trans == 'C', all.a(j, j));
+            for (i64 k = 0; k < Count; ++k) {
+                T* const y = x + k * ld;
+                if (trans != 'N') y[j] -= column_dot(trans == 'C', count, column, y + first);
+                if (diag != 'U') y[j] /= pivot;
+                if (trans == 'N') subtract_multiple(count, y[j], column, y + first);
+            }
+        }
+    }
+
+    /// Columns j .. j + width - 1, whose rows off the block on the diagonal are from `row` on.
+    void solve_block(i64 j, i64 width, const Matrix<T>& b, T* space) const {
+        const bool lower = uplo == 'L';
+        const i64 row = lower ? j + width : std::max(i64{0}, j - all.above);
+        const i64 rest = lower ? std::min(n - row, all.below) : j - row;
+        const Matrix<T> panel{space, width + rest, width, width + rest};
+        pack(all, std::min(row, j), j, panel);
+        const Matrix<T> diagonal = panel.rows_from(lower ? 0 : rest, width);
+        const Matrix<T> beside = panel.rows_from(lower ? width : 0, rest);
+        const Matrix<T> here = b.rows_from(j, width), there = b.rows_from(row, rest);
+        if (trans != 'N' && rest > 0) gemm(trans, 'N', -1.0, beside, there, 1.0, here);
+        trsm('L', uplo, trans, diag, 1.0, diagonal, here);
+        if (trans == 'N' && rest > 0) gemm('N', 'N', -1.0, beside, here, 1.0, there);
+    }
+
+    void solve_blocks(const Matrix<T>& b, T* space) const {
+        const i64 blocks = (n + band_panel - 1) / band_panel;
+        for (i64 step = 0; step < blocks; ++step) {
+            const i64 j = (ascending() ? step : blocks - 1 - step) * band_panel;
+            solve_block(j, std::min(band_panel, n - j), b, space);
+        }
+    }
+};
+
+template <class T> BandTriangle<T> band_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle) {
+    return {uplo, trans, diag, triangle, triangle.off_diagonal()};
+}
+
+} // namespace
+
+template <class T> void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, T* x) {
+    if (std::max(triangle.above, triangle.below) + 1 >= triangle.a.rows && triangle.a.ld >= triangle.a.rows)
+        return trsv(uplo, trans, diag, triangle.a, x);
+    band_triangle(uplo, trans, diag, triangle).template solve_columns<1>(x, 0);
+}
+
+template <class T>
+void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, const Matrix<T>& b) {
+    const auto solver = band_triangle(uplo, trans, diag, triangle);
+    const i64 width = std::max(triangle.above, triangle.below);
+    if (width > narrow_band && b.columns > 1)
+        if (const Scratch<T> space((band_panel + width) * band_panel); space.data())
+            return solver.solve_blocks(b, space.data());
+    for_groups_of_columns(b, [&](T* x, auto count) { solver.template solve_columns<count>(x, b.ld); });
+}
+
+template void pack(const Columns<const double>&, i64, i64, const Matrix<double>&);
+template void pack(const Columns<const zcomplex>&, i64, i64, const Matrix<zcomplex>&);
+template void unpack(const Matrix<double>&, const Columns<double>&, i64, i64);
+template void unpack(const Matrix<zcomplex>&, const Columns<zcomplex>&, i64, i64);
+template void solve_triangle(char, char, char, const Columns<const double>&, double*);
+template void solve_triangle(char, char, char, const Columns<const zcomplex>&, zcomplex*);
+template void solve_triangle(char, char, char, const Columns<const double>&, const Matrix<double>&);
+template void solve_triangle(char, char, char, const Columns<const zcomplex>&, const Matrix<zcomplex>&);
+
+} // namespace nxl

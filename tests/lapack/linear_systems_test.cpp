@@ -1,0 +1,358 @@
+// Band and full systems, from the factorisation to the error bounds, against the reference LAPACK. Matrices of every
+// storage are filled by one function; what lies outside of them is NaN and has to stay.
+#include "tests/support/lapack.hpp"
+#include <cmath>
+#include <numeric>
+
+namespace {
+
+using namespace nxl_test;
+
+/// What a matrix is like, beside random.
+enum class Kind { dominated, random, zero_column, graded, tiny, huge, nan };
+constexpr Kind kinds[] = {Kind::dominated, Kind::random, Kind::zero_column, Kind::graded,
+                          Kind::tiny,      Kind::huge,   Kind::nan};
+
+/// Which diagonals there are, and in which row of the array the main one lies.
+struct Band {
+    int m, n, kl, ku, above; // above: rows of the array over the main diagonal
+    char uplo;               // U, L, or G for a general band
+
+    int rows() const { return above + kl + 1; }
+    bool stores(int i, int j) const {
+        return i < m && j - i <= (uplo == 'L' ? 0 : ku) && i - j <= (uplo == 'U' ? 0 : kl) && i >= 0;
+    }
+};
+
+/// The element of a matrix that depends on its place and kind alone; for uplo U or L it is Hermitian.
+template <class T> T element(Kind kind, const Band& band, int i, int j) {
+    const bool swapped = band.uplo == 'L' && i > j;
+    Generator generator(static_cast<unsigned long>(std::min(i, j) * 7919 + (band.uplo == 'G' && i > j ? 3 : 0) +
+                                                   std::max(i, j) * 104729 + 17));
+    generator.discard(3);
+    const int row = std::min(i, j), width = band.kl + band.ku + 1;
+    T v = random_value<T>(generator);
+    if (swapped) v = conjugate(v);
+    if (i == j && band.uplo != 'G') v = 2.0 + std::abs(v) + width;
+    if (i == j && kind == Kind::dominated && band.uplo == 'G') v += scalar<T>(1.0 + width, 0.0);
+    if (kind == Kind::zero_column && (band.uplo == 'G' ? j : row) == band.n / 2 && (band.uplo == 'G' || i == j))
+        v = T{};
+    if (kind == Kind::graded) v *= std::pow(10.0, (band.uplo == 'G' ? 0.0 : -3.0) + 3.0 * std::sin(i) * std::sin(j));
+    if (kind == Kind::graded && i == j && band.uplo != 'G') v *= 1e4;
+    if (kind == Kind::tiny) v *= 1e-290;
+    if (kind == Kind::huge) v *= 1e290;
+    if (kind == Kind::nan && i == j && i == band.n / 3) v = std::nan("");
+    return v;
+}
+
+template <class T> LapackMatrix<T> banded(Kind kind, const Band& band) {
+    LapackMatrix<T> ab(band.rows(), band.n, 2);
+    for (int j = 0; j < band.n; ++j)
+        for (int i = std::max(0, j - band.ku); i < band.m; ++i)
+            if (band.stores(i, j)) ab.at(band.above + i - j, j) = element<T>(kind, band, i, j);
+    return ab;
+}
+template <class T> LapackMatrix<T> full(Kind kind, const Band& band) {
+    LapackMatrix<T> a(band.m, band.n, 2);
+    for (int j = 0; j < band.n; ++j)
+        for (int i = 0; i < band.m; ++i)
+            if (band.stores(i, j)) a.at(i, j) = element<T>(kind, band, i, j);
+    return a;
+}
+
+/// The largest difference relative to the largest element; NaN on both sides agrees, on one does not.
+template <class T> double difference(const std::vector<T>& x, const std::vector<T>& y) {
+    double worst = 0.0, size = 0.0;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        const bool nan = std::isnan(std::abs(x[i]));
+        if (nan != std::isnan(std::abs(y[i]))) return HUGE_VAL;
+        if (nan || x[i] == y[i]) continue;
+        worst = std::max(worst, std::abs(x[i] - y[i]));
+        size = std::max({size, std::abs(x[i]), std::abs(y[i])});
+    }
+    return worst == 0.0 ? 0.0 : worst / size;
+}
+
+/// One routine of ours or the reference's, which take the same arguments.
+template <bool Complex, class... Parameters, class... Arguments>
+void call(bool ours, void (*routine)(Parameters...) noexcept, const std::string& name, Arguments... arguments) {
+    if (!ours)
+        routine = reinterpret_cast<void (*)(Parameters...) noexcept>(
+            reference<void(Parameters...)>(((Complex ? "z" : "d") + name + "_").c_str()));
+    routine(arguments...);
+}
+
+// clang-format off
+#define NXL_TEST_ROUTINE(name) /* name(ours, arguments ...) */                                     \
+    template <class T, class... A> void name(bool ours, A... arguments) {                          \
+        if constexpr (is_complex<T>) call<true>(ours, &z##name, #name, arguments...);              \
+        else call<false>(ours, &d##name, #name, arguments...);                                     \
+    }
+// clang-format on
+NXL_TEST_ROUTINE(gbtrf)
+NXL_TEST_ROUTINE(gbtrs)
+NXL_TEST_ROUTINE(gbcon)
+NXL_TEST_ROUTINE(gbrfs)
+NXL_TEST_ROUTINE(pbtrf)
+NXL_TEST_ROUTINE(pbtrs)
+NXL_TEST_ROUTINE(pbcon)
+NXL_TEST_ROUTINE(pbrfs)
+NXL_TEST_ROUTINE(getrf)
+NXL_TEST_ROUTINE(getrs)
+NXL_TEST_ROUTINE(gecon)
+NXL_TEST_ROUTINE(gerfs)
+NXL_TEST_ROUTINE(potrf)
+NXL_TEST_ROUTINE(potrs)
+NXL_TEST_ROUTINE(pocon)
+NXL_TEST_ROUTINE(porfs)
+#undef NXL_TEST_ROUTINE
+
+/// Work arrays of the largest published sizes.
+template <class T> struct Work {
+    std::vector<T> work;
+    std::vector<double> reals;
+    std::vector<int> integers;
+    explicit Work(int n)
+        : work(4 * static_cast<std::size_t>(n) + 4),
+          reals(2 * static_cast<std::size_t>(n) + 2),
+          integers(static_cast<std::size_t>(n) + 1) {}
+    auto spare() {
+        if constexpr (is_complex<T>) return reals.data();
+        else return integers.data();
+    }
+};
+
+/// A system of order n with its factors; `option` is trans, norm or uplo.
+template <class T> struct General {
+    Band band;
+    LapackMatrix<T> a, factors;
+    std::vector<int> ipiv;
+    int info = -99;
+    static constexpr const char *solutions = "NTC", *norms = "1OI";
+
+    General(Kind kind, int n, int, int)
+        : band{n, n, n, n, 0, 'G'},
+          a(full<T>(kind, band)),
+          factors(a),
+          ipiv(static_cast<std::size_t>(n) + 1) {}
+    void factor(bool ours) { getrf<T>(ours, &band.n, &band.n, factors.data(), &factors.lda, ipiv.data(), &info); }
+    void solve(bool ours, char option, int count, std::vector<T>& b, int ldb) {
+        getrs<T>(ours, &option, &band.n, &count, factors.data(), &factors.lda, ipiv.data(), b.data(), &ldb, &info, 1);
+    }
+    void condition(bool ours, char option, double norm, double& rcond, Work<T>& w) {
+        gecon<T>(ours, &option, &band.n, factors.data(), &factors.lda, &norm, &rcond, w.work.data(), w.spare(), &info,
+                 1);
+    }
+    void refine(bool ours, char option, int count, const std::vector<T>& b, std::vector<T>& x, int ldb, double* ferr,
+                double* berr, Work<T>& w) {
+        gerfs<T>(ours, &option, &band.n, &count, a.data(), &a.lda, factors.data(), &factors.lda, ipiv.data(), b.data(),
+                 &ldb, x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
+    }
+};
+
+template <class T, char Uplo> struct PositiveDefinite {
+    Band band;
+    LapackMatrix<T> a, factors;
+    std::vector<int> ipiv;
+    int info = -99;
+    static constexpr char letters[] = {Uplo, '\0'}; // the option of both
+    static constexpr const char *solutions = letters, *norms = letters;
+
+    PositiveDefinite(Kind kind, int n, int, int) : band{n, n, n, n, 0, Uplo}, a(full<T>(kind, band)), factors(a) {}
+    void factor(bool ours) { potrf<T>(ours, letters, &band.n, factors.data(), &factors.lda, &info, 1); }
+    void solve(bool ours, char, int count, std::vector<T>& b, int ldb) {
+        potrs<T>(ours, letters, &band.n, &count, factors.data(), &factors.lda, b.data(), &ldb, &info, 1);
+    }
+    void condition(bool ours, char, double norm, double& rcond, Work<T>& w) {
+        pocon<T>(ours, letters, &band.n, factors.data(), &factors.lda, &norm, &rcond, w.work.data(), w.spare(), &info,
+                 1);
+    }
+    void refine(bool ours, char, int count, const std::vector<T>& b, std::vector<T>& x, int ldb, double* ferr,
+                double* berr, Work<T>& w) {
+        porfs<T>(ours, letters, &band.n, &count, a.data(), &a.lda, factors.data(), &factors.lda, b.data(), &ldb,
+                 x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
+    }
+};
+
+template <class T> struct GeneralBand {
+    Band band;
+    LapackMatrix<T> a, factors;
+    std::vector<int> ipiv;
+    int info = -99;
+    static constexpr const char *solutions = "NTC", *norms = "1OI";
+
+    GeneralBand(Kind kind, int m, int n, int kl, int ku)
+        : band{m, n, kl, ku, ku, 'G'},
+          a(banded<T>(kind, band)),
+          factors(banded<T>(kind, {m, n, kl, ku, kl + ku, 'G'})),
+          ipiv(static_cast<std::size_t>(std::max(m, n)) + 1) {}
+    GeneralBand(Kind kind, int n, int kl, int ku) : GeneralBand(kind, n, n, kl, ku) {}
+    void factor(bool ours) {
+        gbtrf<T>(ours, &band.m, &band.n, &band.kl, &band.ku, factors.data(), &factors.lda, ipiv.data(), &info);
+    }
+    void solve(bool ours, char option, int count, std::vector<T>& b, int ldb) {
+        gbtrs<T>(ours, &option, &band.n, &band.kl, &band.ku, &count, factors.data(), &factors.lda, ipiv.data(),
+                 b.data(), &ldb, &info, 1);
+    }
+    void condition(bool ours, char option, double norm, double& rcond, Work<T>& w) {
+        gbcon<T>(ours, &option, &band.n, &band.kl, &band.ku, factors.data(), &factors.lda, ipiv.data(), &norm, &rcond,
+                 w.work.data(), w.spare(), &info, 1);
+    }
+    void refine(bool ours, char option, int count, const std::vector<T>& b, std::vector<T>& x, int ldb, double* ferr,
+                double* berr, Work<T>& w) {
+        gbrfs<T>(ours, &option, &band.n, &band.kl, &band.ku, &count, a.data(), &a.lda, factors.data(), &factors.lda,
+                 ipiv.data(), b.data(), &ldb, x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
+    }
+};
+
+template <class T, char Uplo> struct PositiveDefiniteBand {
+    Band band;
+    LapackMatrix<T> a, factors;
+    std::vector<int> ipiv;
+    int info = -99;
+    static constexpr char letters[] = {Uplo, '\0'};
+    static constexpr const char *solutions = letters, *norms = letters;
+
+    PositiveDefiniteBand(Kind kind, int n, int kd, int)
+        : band{n, n, Uplo == 'U' ? 0 : kd, Uplo == 'U' ? kd : 0, Uplo == 'U' ? kd : 0, Uplo},
+          a(banded<T>(kind, band)),
+          factors(a) {}
+    const int* kd() const { return Uplo == 'U' ? &band.ku : &band.kl; }
+    void factor(bool ours) { pbtrf<T>(ours, letters, &band.n, kd(), factors.data(), &factors.lda, &info, 1); }
+    void solve(bool ours, char, int count, std::vector<T>& b, int ldb) {
+        pbtrs<T>(ours, letters, &band.n, kd(), &count, factors.data(), &factors.lda, b.data(), &ldb, &info, 1);
+    }
+    void condition(bool ours, char, double norm, double& rcond, Work<T>& w) {
+        pbcon<T>(ours, letters, &band.n, kd(), factors.data(), &factors.lda, &norm, &rcond, w.work.data(), w.spare(),
+                 &info, 1);
+    }
+    void refine(bool ours, char, int count, const std::vector<T>& b, std::vector<T>& x, int ldb, double* ferr,
+                double* berr, Work<T>& w) {
+        pbrfs<T>(ours, letters, &band.n, kd(), &count, a.data(), &a.lda, factors.data(), &factors.lda, b.data(), &ldb,
+                 x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
+    }
+};
+
+template <class System> class LinearSystem : public ::testing::Test {};
+using Systems = ::testing::Types<General<double>, General<zcomplex>, PositiveDefinite<double, 'U'>,
+                                 PositiveDefinite<zcomplex, 'L'>, GeneralBand<double>, GeneralBand<zcomplex>,
+                                 PositiveDefiniteBand<double, 'U'>, PositiveDefiniteBand<double, 'L'>,
+                                 PositiveDefiniteBand<zcomplex, 'U'>, PositiveDefiniteBand<zcomplex, 'L'>>;
+TYPED_TEST_SUITE(LinearSystem, Systems);
+
+struct Sizes {
+    int n, kl, ku;
+};
+/// Narrow bands and blocked ones, wider than the matrix too, and sizes around a block.
+constexpr Sizes sizes[] = {{0, 0, 0},   {1, 3, 2},    {5, 0, 0},    {7, 2, 9},    {33, 5, 4},
+                           {70, 13, 0}, {97, 20, 31}, {130, 40, 3}, {64, 70, 66}, {200, 33, 50}};
+
+template <class System> void for_each_system(const std::string& without, auto&& body) {
+    for (const Kind kind : kinds) {
+        if (without.find(static_cast<char>('0' + static_cast<int>(kind))) != std::string::npos) continue;
+        for (const auto [n, kl, ku] : sizes) {
+            SCOPED_TRACE(testing::Message()
+                         << "kind " << static_cast<int>(kind) << " n " << n << " kl " << kl << " ku " << ku);
+            body(System(kind, n, kl, ku));
+        }
+    }
+}
+
+/// Factors, pivots, info and what is not touched are the reference's, where the arithmetic decides nothing.
+TYPED_TEST(LinearSystem, FactorsAreTheReferences) {
+    for_each_system<TypeParam>("6", [](const TypeParam& system) {
+        TypeParam ours = system, expected = system;
+        ours.factor(true);
+        expected.factor(false);
+        EXPECT_EQ(ours.info, expected.info);
+        EXPECT_EQ(ours.ipiv, expected.ipiv);
+        if (expected.info == 0) EXPECT_LE(difference(ours.factors.elements, expected.factors.elements), 1e-11);
+        EXPECT_TRUE(ours.factors.slack_untouched());
+    });
+}
+
+TYPED_TEST(LinearSystem, SolutionsAreTheReferences) {
+    for_each_system<TypeParam>("126", [](TypeParam system) {
+        using T = typename std::remove_reference_t<decltype(system.a.elements)>::value_type;
+        system.factor(false);
+        const int ldb = system.band.n + 1;
+        for (const char* option = TypeParam::solutions; *option != '\0'; ++option)
+            for (const int count : {1, 3, 10}) {
+                SCOPED_TRACE(testing::Message() << *option << " nrhs " << count);
+                std::vector<T> x = random_values<T>(ldb * count, 3), expected = x;
+                system.solve(true, *option, count, x, ldb);
+                EXPECT_EQ(system.info, 0);
+                system.solve(false, *option, count, expected, ldb);
+                EXPECT_LE(difference(x, expected), 1e-9);
+            }
+    });
+}
+
+/// Both climb the same hill; ours keeps the highest point. A NaN is told, and a singular matrix.
+TYPED_TEST(LinearSystem, ReciprocalConditions) {
+    using T = typename decltype(TypeParam::a.elements)::value_type;
+    for_each_system<TypeParam>("", [](TypeParam system) {
+        const double norm = 3.5;
+        const bool nan = system.band.n > 0 &&
+                         std::any_of(system.a.elements.begin(), system.a.elements.end(), [](T) { return false; });
+        system.factor(false);
+        const bool factored = system.info == 0;
+        Work<T> work(system.band.n);
+        for (const char* option = TypeParam::norms; *option != '\0' && factored && !nan; ++option) {
+            double found = -1.0, expected = -1.0;
+            system.condition(true, *option, norm, found, work);
+            system.condition(false, *option, norm, expected, work);
+            if (std::isfinite(expected)) EXPECT_LE(found, expected * (1.0 + 1e-8));
+            if (std::isfinite(expected)) EXPECT_GE(found, expected / 4.0);
+            system.condition(true, *option, 0.0, found, work);
+            EXPECT_EQ(found, system.band.n == 0 ? 1.0 : 0.0);
+            system.condition(true, *option, std::nan(""), found, work);
+            EXPECT_TRUE(system.band.n == 0 || std::isnan(found));
+        }
+    });
+}
+
+/// A spoilt solution becomes good to the last bits, and the bounds are the reference's.
+TYPED_TEST(LinearSystem, RefinementMendsWhatIsSpoilt) {
+    using T = typename decltype(TypeParam::a.elements)::value_type;
+    for_each_system<TypeParam>("126", [](TypeParam system) {
+        system.factor(false);
+        const int ldb = system.band.n + 1, count = 2;
+        Work<T> work(system.band.n);
+        for (const char* option = TypeParam::solutions; *option != '\0'; ++option) {
+            const std::vector<T> b = random_values<T>(ldb * count, 5);
+            std::vector<T> x = b;
+            system.solve(false, *option, count, x, ldb);
+            std::vector<T> exact = x, expected;
+            if (system.band.n > 0) x[0] *= 1.0 + 1e-6;
+            expected = x;
+            double ferr[2] = {-1.0, -1.0}, berr[2] = {-1.0, -1.0}, wide[2], back[2];
+            system.refine(true, *option, count, b, x, ldb, ferr, berr, work);
+            EXPECT_EQ(system.info, 0);
+            system.refine(false, *option, count, b, expected, ldb, wide, back, work);
+            for (int k = 0; k < count; ++k) {
+                EXPECT_LE(berr[k], std::max(4.0 * eps, 2.0 * back[k]));
+                EXPECT_GE(ferr[k], wide[k] / 4.0);
+                EXPECT_LE(ferr[k], wide[k] * 4.0);
+            }
+            EXPECT_LE(difference(x, exact), system.band.n == 0 ? 0.0 : 4.0 * std::max(ferr[0], ferr[1]) + 8.0 * eps);
+        }
+    });
+}
+
+/// More rows than columns and more columns than rows; a team; no positive minor after the first.
+TEST(BandFactorisation, OfRectangles) {
+    const Team team(3);
+    for (const auto& [m, n] : {std::pair{40, 90}, {90, 40}, {3, 50}, {120, 100}, {100, 130}})
+        for (const auto& [kl, ku] : {std::pair{3, 4}, {20, 14}, {45, 0}, {14, 60}}) {
+            SCOPED_TRACE(testing::Message() << m << " by " << n << " kl " << kl << " ku " << ku);
+            GeneralBand<double> ours(Kind::random, m, n, kl, ku), expected = ours;
+            ours.factor(true);
+            expected.factor(false);
+            EXPECT_EQ(ours.info, expected.info);
+            EXPECT_EQ(ours.ipiv, expected.ipiv);
+            EXPECT_LE(difference(ours.factors.elements, expected.factors.elements), 1e-11);
+        }
+}
+
+} // namespace
