@@ -20,7 +20,9 @@ template <class T> struct ErrorBounds {
         double largest = 0.0;
         for (i64 i = 0; i < n; ++i) {
             const double raised = w[i] > least_sum() ? 0.0 : underflow();
-            largest = std::max(largest, (abs1(r[i]) + raised) / (w[i] + raised));
+            const double ratio = (abs1(r[i]) + raised) / (w[i] + raised);
+            if (std::isnan(ratio)) return ratio;
+            largest = std::max(largest, ratio);
         }
         return largest;
     }

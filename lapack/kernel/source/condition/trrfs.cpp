@@ -2,6 +2,7 @@
 #include "lapack/kernel/source/condition/trrfs.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/condition/error_bounds.hpp"
+#include "lapack/kernel/source/condition/moduli.hpp"
 #include "service/arguments.hpp"
 
 namespace nxl {
@@ -27,20 +28,10 @@ template <class T> struct TriangularSystem {
 
     /// w = |op(A)| |x| + |b|
     void sizes(const T* x, const T* b, double* w) const {
-        const i64 n = a.rows, apart = diag == 'U' ? 1 : 0;
-        for (i64 i = 0; i < n; ++i) w[i] = abs1(b[i]) + (apart == 1 ? abs1(x[i]) : 0.0);
-        for (i64 j = 0; j < n; ++j) {
-            const i64 first = uplo == 'U' ? 0 : std::min(j + apart, n), end = uplo == 'U' ? j + 1 - apart : n;
-            const T* const column = a.at(0, j);
-            if (trans == 'N') {
-                const double size = abs1(x[j]);
-                for (i64 i = first; i < end; ++i) w[i] += abs1(column[i]) * size;
-            } else {
-                double sum = 0.0;
-                for (i64 i = first; i < end; ++i) sum += abs1(column[i]) * abs1(x[i]);
-                w[j] += sum;
-            }
-        }
+        const Columns<const T> stored = triangle_of(uplo, a);
+        set_moduli(a.rows, b, w);
+        if (diag == 'U') add_moduli(a.rows, 1.0, x, w);
+        add_product(trans, diag == 'U' ? stored.off_diagonal() : stored, x, w);
     }
 };
 
