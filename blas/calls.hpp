@@ -52,6 +52,10 @@ template <class T> double nrm2(i64 n, const T* x, i64 incx) {
 template <class T> double asum(i64 n, const T* x, i64 incx) {
     return slot_of<T, &KernelTable::dasum, &KernelTable::dzasum>()(n, x, incx);
 }
+/// The first element, from 1, with the largest |re| + |im|.
+template <class T> i64 iamax(i64 n, const T* x, i64 incx) {
+    return slot_of<T, &KernelTable::idamax, &KernelTable::izamax>()(n, x, incx);
+}
 template <class T> void scal(i64 n, const Factor<T>& alpha, T* x, i64 incx) {
     slot_of<T, &KernelTable::dscal, &KernelTable::zscal>()(n, alpha, x, incx);
 }
