@@ -52,6 +52,10 @@ template <class T> double nrm2(i64 n, const T* x, i64 incx) {
 template <class T> double asum(i64 n, const T* x, i64 incx) {
     return slot_of<T, &KernelTable::dasum, &KernelTable::dzasum>()(n, x, incx);
 }
+/// The first element, from 1, with the largest |re| + |im|.
+template <class T> i64 iamax(i64 n, const T* x, i64 incx) {
+    return slot_of<T, &KernelTable::idamax, &KernelTable::izamax>()(n, x, incx);
+}
 template <class T> void scal(i64 n, const Factor<T>& alpha, T* x, i64 incx) {
     slot_of<T, &KernelTable::dscal, &KernelTable::zscal>()(n, alpha, x, incx);
 }
@@ -69,6 +73,16 @@ template <class T>
 void gemv(char trans, i64 m, i64 n, Factor<T> alpha, const T* a, i64 lda, const T* x, i64 incx, Factor<T> beta, T* y,
           i64 incy) {
     gemv_driver(trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+}
+
+/// y := alpha A x + beta y, A symmetric or Hermitian, of which one triangle is stored.
+template <class T>
+void symv(char uplo, Factor<T> alpha, const Operand<T>& a, const T* x, Factor<T> beta, T* y) {
+    slot_of<T, &KernelTable::dsymv, &KernelTable::zsymv>()(uplo, a.rows, alpha, a.data, a.ld, x, 1, beta, y, 1);
+}
+template <class T>
+void hemv(char uplo, Factor<T> alpha, const Operand<T>& a, const T* x, Factor<T> beta, T* y) {
+    slot_of<T, &KernelTable::dsymv, &KernelTable::zhemv>()(uplo, a.rows, alpha, a.data, a.ld, x, 1, beta, y, 1);
 }
 
 /// x := op(A) x, A triangular.
@@ -157,6 +171,46 @@ void herk(char uplo, char trans, i64 n, i64 k, double alpha, const T* a, i64 lda
 template <class T>
 void herk(char uplo, char trans, double alpha, const Operand<T>& a, double beta, const Matrix<T>& c) {
     herk(uplo, trans, c.rows, trans == 'N' ? a.columns : a.rows, alpha, a.data, a.ld, beta, c.data, c.ld);
+}
+
+/// One triangle of C := alpha op(A) op(B) + beta C, which is known to be symmetric, or Hermitian where an op is C.
+template <class T>
+void gemmt(char uplo, char transa, char transb, Factor<T> alpha, const Operand<T>& a, const Operand<T>& b,
+           Factor<T> beta, const Matrix<T>& c) {
+    const i64 n = c.rows, k = transa == 'N' ? a.columns : a.rows;
+    const auto call = [&](auto&& routine) {
+        routine(uplo, transa, transb, n, k, alpha, a.data, a.ld, b.data, b.ld, beta, c.data, c.ld);
+    };
+    if (stays_here<T>(n, n, k, 0.5)) return call(slot_of<T, &KernelTable::dgemmt, &KernelTable::zgemmt>());
+    if constexpr (std::is_same_v<T, double>) call(nxl_blas_dgemmt);
+    else call(nxl_blas_zgemmt);
+}
+
+/// C := alpha A B + beta C, or B A from the right, A symmetric.
+template <class T>
+void symm(char side, char uplo, Factor<T> alpha, const Operand<T>& a, const Operand<T>& b, Factor<T> beta,
+          const Matrix<T>& c) {
+    const auto call = [&](auto&& routine) {
+        routine(side, uplo, c.rows, c.columns, alpha, a.data, a.ld, b.data, b.ld, beta, c.data, c.ld);
+    };
+    const i64 inner = a.rows, others = side == 'L' ? c.columns : c.rows;
+    if (stays_here<T>(inner, inner, others, 1.0)) return call(slot_of<T, &KernelTable::dsymm, &KernelTable::zsymm>());
+    if constexpr (std::is_same_v<T, double>) call(nxl_blas_dsymm);
+    else call(nxl_blas_zsymm);
+}
+/// The same, A Hermitian.
+template <class T>
+void hemm(char side, char uplo, Factor<T> alpha, const Operand<T>& a, const Operand<T>& b, Factor<T> beta,
+          const Matrix<T>& c) {
+    if constexpr (std::is_same_v<T, double>) return symm(side, uplo, alpha, a, b, beta, c);
+    else {
+        const auto call = [&](auto&& routine) {
+            routine(side, uplo, c.rows, c.columns, alpha, a.data, a.ld, b.data, b.ld, beta, c.data, c.ld);
+        };
+        const i64 inner = a.rows, others = side == 'L' ? c.columns : c.rows;
+        if (stays_here<T>(inner, inner, others, 1.0)) call(slot<&KernelTable::zhemm>);
+        else call(nxl_blas_zhemm);
+    }
 }
 
 } // namespace nxl

@@ -1362,12 +1362,156 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
-        subroutine zpbrfs(uplo, n, kd, nrhs, ab, ldab, afb, ldafb, b, ldb, x, ldx, ferr, berr, work, rwork, info) &
-            bind(c, name="zpbrfs")
+        ! ---- LAPACK, symmetric indefinite systems ----
+
+        ! The factorisation: triangle uplo of a is overwritten with L or U, whose ones are not stored, and D.
+        subroutine dsytrf(uplo, n, a, lda, ipiv, work, lwork, info) bind(c, name="dsytrf")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), work(*)
+            integer(c_int), intent(inout) :: ipiv(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zsytrf(uplo, n, a, lda, ipiv, work, lwork, info) bind(c, name="zsytrf")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            integer(c_int), intent(inout) :: ipiv(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhetrf(uplo, n, a, lda, ipiv, work, lwork, info) bind(c, name="zhetrf")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            integer(c_int), intent(inout) :: ipiv(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Solves A X = B with the factors and pivots that trf has left: X takes the place of b(n,nrhs).
+        subroutine dsytrs(uplo, n, nrhs, a, lda, ipiv, b, ldb, info) bind(c, name="dsytrs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ipiv(*), ldb
+            real(c_double), intent(in) :: a(lda, *)
+            real(c_double), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zsytrs(uplo, n, nrhs, a, lda, ipiv, b, ldb, info) bind(c, name="zsytrs")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ipiv(*), ldb
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhetrs(uplo, n, nrhs, a, lda, ipiv, b, ldb, info) bind(c, name="zhetrs")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ipiv(*), ldb
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            complex(c_double_complex), intent(inout) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The inverse of A in the place of its factors, one triangle.
+        subroutine dsytri(uplo, n, a, lda, ipiv, work, info) bind(c, name="dsytri")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, ipiv(*)
+            real(c_double), intent(inout) :: a(lda, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zsytri(uplo, n, a, lda, ipiv, work, info) bind(c, name="zsytri")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, ipiv(*)
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhetri(uplo, n, a, lda, ipiv, work, info) bind(c, name="zhetri")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, ipiv(*)
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The reciprocal condition number 1 / (|A| |A^-1|) in the norm of largest column sums, from the factors and
+        ! anorm = |A|.
+        subroutine dsycon(uplo, n, a, lda, ipiv, anorm, rcond, work, iwork, info) bind(c, name="dsycon")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, ipiv(*)
+            real(c_double), intent(in) :: a(lda, *), anorm
+            real(c_double), intent(out) :: rcond
+            real(c_double), intent(inout) :: work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zsycon(uplo, n, a, lda, ipiv, anorm, rcond, work, info) bind(c, name="zsycon")
             import :: c_char, c_double, c_double_complex, c_int
             character(kind=c_char), intent(in) :: uplo
-            integer(c_int), intent(in) :: n, kd, nrhs, ldab, ldafb, ldb, ldx
-            complex(c_double_complex), intent(in) :: ab(ldab, *), afb(ldafb, *), b(ldb, *)
+            integer(c_int), intent(in) :: n, lda, ipiv(*)
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            real(c_double), intent(in) :: anorm
+            real(c_double), intent(out) :: rcond
+            complex(c_double_complex), intent(inout) :: work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhecon(uplo, n, a, lda, ipiv, anorm, rcond, work, info) bind(c, name="zhecon")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, ipiv(*)
+            complex(c_double_complex), intent(in) :: a(lda, *)
+            real(c_double), intent(in) :: anorm
+            real(c_double), intent(out) :: rcond
+            complex(c_double_complex), intent(inout) :: work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Improves solutions x(n,nrhs) of A X = B, given a(n,n), its factors af(n,n) and b(n,nrhs), and tells how good
+        ! they are: berr(nrhs), the smallest relative change of elements of A and b for which x is exact, and
+        ! ferr(nrhs), a bound, not quite certain, on the largest error of an element relative to the largest element of
+        ! x.
+        subroutine dsyrfs(uplo, n, nrhs, a, lda, af, ldaf, ipiv, b, ldb, x, ldx, ferr, berr, work, iwork, info) &
+            bind(c, name="dsyrfs")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldaf, ipiv(*), ldb, ldx
+            real(c_double), intent(in) :: a(lda, *), af(ldaf, *), b(ldb, *)
+            real(c_double), intent(inout) :: x(ldx, *), ferr(*), berr(*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zsyrfs(uplo, n, nrhs, a, lda, af, ldaf, ipiv, b, ldb, x, ldx, ferr, berr, work, rwork, info) &
+            bind(c, name="zsyrfs")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldaf, ipiv(*), ldb, ldx
+            complex(c_double_complex), intent(in) :: a(lda, *), af(ldaf, *), b(ldb, *)
+            complex(c_double_complex), intent(inout) :: x(ldx, *), work(*)
+            real(c_double), intent(inout) :: ferr(*), berr(*), rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zherfs(uplo, n, nrhs, a, lda, af, ldaf, ipiv, b, ldb, x, ldx, ferr, berr, work, rwork, info) &
+            bind(c, name="zherfs")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, nrhs, lda, ldaf, ipiv(*), ldb, ldx
+            complex(c_double_complex), intent(in) :: a(lda, *), af(ldaf, *), b(ldb, *)
             complex(c_double_complex), intent(inout) :: x(ldx, *), work(*)
             real(c_double), intent(inout) :: ferr(*), berr(*), rwork(*)
             integer(c_int), intent(out) :: info

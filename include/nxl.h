@@ -1097,6 +1097,72 @@ void dpbrfs(const char* uplo, const int* n, const int* kd, const int* nrhs, cons
             double* ferr, double* berr, double* work, int* iwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 void zpbrfs(const char* uplo, const int* n, const int* kd, const int* nrhs, const nxl_z* ab, const int* ldab,
             const nxl_z* afb, const int* ldafb, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr,
+
+/* ==== LAPACK: symmetric indefinite systems =======================================================================
+ * A = L D L^T or U D U^T of a symmetric matrix, real or complex (sy), or L D L^H or U D U^H of a Hermitian one (he),
+ * with interchanges of rows and columns, and the solutions, the inverse and the condition that follow from it.
+ *
+ * Triangle uplo (U or L) of a(n,n) is read; the other one is not touched. Imaginary parts on the diagonal of a
+ * Hermitian matrix are not read. D has blocks of order 1 and 2. Pivots ipiv: ipiv(k) > 0 says that D(k,k) is a block of
+ * its own and that row and column k were interchanged with ipiv(k); a block of two has the same number p < 0 in both
+ * places, and says that of its two rows the one reached last, k + 1 for L and k - 1 for U, was interchanged with -p.
+ * Bad arguments, and the want of memory, are told as by LU factorisation. */
+
+/* The factorisation: triangle uplo of a is overwritten with L or U, whose ones are not stored, and D. work(lwork),
+ * lwork at least 1; -1 asks for the best length, which comes back in work(1), and does nothing else. With less, the
+ * routine takes memory of its own. info above 0: D(info,info) is exactly 0, the first such on the way; the
+ * factorisation is complete, but D is singular. Reports 1 uplo, 2 n, 4 lda, 7 lwork. Threads: within its products.
+ * Bunch and Kaufman, Math. Comp. 31 (1977). */
+void dsytrf(const char* uplo, const int* n, double* a, const int* lda, int* ipiv, double* work, const int* lwork,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zsytrf(const char* uplo, const int* n, nxl_z* a, const int* lda, int* ipiv, nxl_z* work, const int* lwork,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhetrf(const char* uplo, const int* n, nxl_z* a, const int* lda, int* ipiv, nxl_z* work, const int* lwork,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Solves A X = B with the factors and pivots that trf has left: X takes the place of b(n,nrhs). Reports 1 uplo, 2 n,
+ * 3 nrhs, 5 lda, 8 ldb. Threads: over right-hand sides. */
+void dsytrs(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda, const int* ipiv,
+            double* b, const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zsytrs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const int* ipiv, nxl_z* b,
+            const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhetrs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const int* ipiv, nxl_z* b,
+            const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* The inverse of A in the place of its factors, one triangle. work(n) is not used; the routine takes memory of its own.
+ * info above 0: D(info,info) is 0, the first such on the way of the factorisation, and a is as it was. Reports 1 uplo,
+ * 2 n, 4 lda. */
+void dsytri(const char* uplo, const int* n, double* a, const int* lda, const int* ipiv, double* work, int* info,
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zsytri(const char* uplo, const int* n, nxl_z* a, const int* lda, const int* ipiv, nxl_z* work, int* info,
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhetri(const char* uplo, const int* n, nxl_z* a, const int* lda, const int* ipiv, nxl_z* work, int* info,
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* The reciprocal condition number 1 / (|A| |A^-1|) in the norm of largest column sums, from the factors and anorm =
+ * |A|. The norm of the inverse is estimated from a few solutions. rcond: 1 for n = 0, 0 for anorm = 0 and where D is
+ * singular, NaN where the factors have one. work(2n), iwork(n); complex: work(2n) alone. Reports 1 uplo, 2 n, 4 lda, 6
+ * anorm below 0. Higham, ACM Trans. Math. Software 14 (1988). */
+void dsycon(const char* uplo, const int* n, const double* a, const int* lda, const int* ipiv, const double* anorm,
+            double* rcond, double* work, int* iwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zsycon(const char* uplo, const int* n, const nxl_z* a, const int* lda, const int* ipiv, const double* anorm,
+            double* rcond, nxl_z* work, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhecon(const char* uplo, const int* n, const nxl_z* a, const int* lda, const int* ipiv, const double* anorm,
+            double* rcond, nxl_z* work, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Improves solutions x(n,nrhs) of A X = B, given a(n,n), its factors af(n,n) and b(n,nrhs), and tells how good they
+ * are: berr(nrhs), the smallest relative change of elements of A and b for which x is exact, and ferr(nrhs), a bound,
+ * not quite certain, on the largest error of an element relative to the largest element of x. work(3n), iwork(n);
+ * complex: work(2n), rwork(n). Reports 1 uplo, 2 n, 3 nrhs, 5 lda, 7 ldaf, 10 ldb, 12 ldx. Arioli, Demmel and Duff,
+ * SIAM J. Matrix Anal. Appl. 10 (1989). */
+void dsyrfs(const char* uplo, const int* n, const int* nrhs, const double* a, const int* lda, const double* af,
+            const int* ldaf, const int* ipiv, const double* b, const int* ldb, double* x, const int* ldx, double* ferr,
+            double* berr, double* work, int* iwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zsyrfs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const nxl_z* af,
+            const int* ldaf, const int* ipiv, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr,
+            double* berr, nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zherfs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, const int* lda, const nxl_z* af,
+            const int* ldaf, const int* ipiv, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr,
             double* berr, nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
 /* ==== LAPACK: eigenproblems ======================================================================================

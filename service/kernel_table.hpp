@@ -60,6 +60,11 @@ template <class T, class Beta>
 using Syr2kKernel = void (*)(const char& uplo, const char& trans, const i64& n, const i64& k, const T& alpha,
                              const T* a, const i64& lda, const T* b, const i64& ldb, const Beta& beta, T* c,
                              const i64& ldc);
+/// One triangle of alpha op(A) op(B) + beta C, n by n. With an op that is C the result is taken for Hermitian.
+template <class T>
+using GemmtKernel = void (*)(const char& uplo, const char& transa, const char& transb, const i64& n, const i64& k,
+                             const T& alpha, const T* a, const i64& lda, const T* b, const i64& ldb, const T& beta,
+                             T* c, const i64& ldc);
 /// Product with, or solution of, a triangular matrix and many vectors.
 template <class T>
 using TrmKernel = void (*)(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m,
@@ -146,6 +151,7 @@ struct KernelTable {
     SymvKernel<zcomplex> zhemv;
     SyrKernel<zcomplex, double> zher;
     Syr2Kernel<zcomplex> zher2;
+    SymvKernel<zcomplex> zsymv;
     SyrKernel<zcomplex, zcomplex> zsyr;
     TrvKernel<zcomplex> ztrmv;
     TrvKernel<zcomplex> ztrsv;
@@ -162,6 +168,8 @@ struct KernelTable {
     Syr2kKernel<double, double> dsyr2k;
     Syr2kKernel<zcomplex, zcomplex> zsyr2k;
     Syr2kKernel<zcomplex, double> zher2k;
+    GemmtKernel<double> dgemmt;
+    GemmtKernel<zcomplex> zgemmt;
     TrmKernel<double> dtrmm;
     TrmKernel<zcomplex> ztrmm;
     TrmKernel<double> dtrsm;

@@ -1,5 +1,5 @@
-// dsymv, zhemv: y := alpha A x + beta y, A n by n, of which one triangle is stored. Every element is read once and
-// serves its own place and the mirrored one.
+// dsymv, zsymv, zhemv: y := alpha A x + beta y, A n by n, of which one triangle is stored. Every element is read once
+// and serves its own place and the mirrored one.
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level2/products.hpp"
 #include "blas/kernels/level2/rows.hpp"
@@ -8,7 +8,7 @@ namespace nxl::NXL_TARGET {
 namespace {
 
 // Half of the matrix is stored, and it is read once: an element a(i, j) beside the diagonal adds to y(i), times x(j),
-// and its conjugate adds to y(j), times x(i). While a panel of columns passes,
+// and that or its conjugate adds to y(j), times x(i). While a panel of columns passes,
 //
 //     once per column    the coefficient alpha x(j), and a sum for y(j)
 //     in cache           x(i) and y(i) of the block of rows, loaded once per panel
@@ -26,8 +26,9 @@ template <class T> struct Pair {
     [[gnu::always_inline]] Pair at(i64 start) const { return {x + start, y + start}; }
 };
 
-/// Whole vectors of C columns: y := y + A coefficient, and sum := A^H x. Returns how many doubles of a column are done.
-template <class T, int C>
+/// Whole vectors of C columns: y := y + A coefficient, and sum := A^T x, or A^H x when H(ermitian). Returns how many
+/// doubles of a column are done.
+template <bool H, class T, int C>
 [[gnu::always_inline]] inline i64 mirror_vectors(i64 count, const double* a, i64 stride, const T* coefficient,
                                                  const double* x, double* y, T* sum) {
     constexpr int W = kWidth;
@@ -46,101 +47,106 @@ template <class T, int C>
         }
         store<W>(y + i, own.total());
     }
-    for (int c = 0; c < C; ++c) sum[c] = mirrored[c].template total<true>();
+    for (int c = 0; c < C; ++c) sum[c] = mirrored[c].template total<H>();
     return i;
 }
 
-template <int C, class T>
+template <bool H, int C, class T>
 void mirror_panel(i64 m, T alpha, const T* a, i64 lda, const Pair<T>& rows, const Pair<T>& columns) {
     T coefficient[C], sum[C];
     for (int c = 0; c < C; ++c) coefficient[c] = alpha * columns.x[c];
-    i64 i =
-        mirror_vectors<T, C>(m * kParts<T>, parts(a), lda * kParts<T>, coefficient, parts(rows.x), parts(rows.y), sum) /
-        kParts<T>;
+    i64 i = mirror_vectors<H, T, C>(m * kParts<T>, parts(a), lda * kParts<T>, coefficient, parts(rows.x), parts(rows.y),
+                                    sum) /
+            kParts<T>;
     for (; i < m; ++i)
         for (int c = 0; c < C; ++c) {
             const T element = a[i + c * lda];
             rows.y[i] = rows.y[i] + element * coefficient[c];
-            sum[c] = sum[c] + conj_if<true>(element) * rows.x[i];
+            sum[c] = sum[c] + conj_if<H>(element) * rows.x[i];
         }
     for (int c = 0; c < C; ++c) columns.y[c] = columns.y[c] + alpha * sum[c];
 }
 
 /// A rectangle m by n beside the diagonal, and its mirror image.
-template <class T, int C = kProductPanel<T>>
+template <bool H, class T, int C = kProductPanel<T>>
 [[gnu::always_inline]] inline void mirror_rectangle(i64 m, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& rows,
                                                     const Pair<T>& columns) {
     i64 j = 0;
-    for (; j + C <= n; j += C) mirror_panel<C>(m, alpha, a + j * lda, lda, rows, columns.at(j));
-    if constexpr (C > 1) mirror_rectangle<T, C / 2>(m, n - j, alpha, a + j * lda, lda, rows, columns.at(j));
+    for (; j + C <= n; j += C) mirror_panel<H, C>(m, alpha, a + j * lda, lda, rows, columns.at(j));
+    if constexpr (C > 1) mirror_rectangle<H, T, C / 2>(m, n - j, alpha, a + j * lda, lda, rows, columns.at(j));
 }
 
 /// A panel's own triangle of n columns: made whole first, since scalars summed in memory would wait for each other.
-template <bool Upper, class T>
+template <bool H, bool Upper, class T>
 [[gnu::always_inline]] inline void mirror_triangle(i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
     constexpr i64 P = kProductPanel<T>;
     T whole[P * P];
     for (i64 c = 0; c < n; ++c) {
-        whole[c * (P + 1)] = diagonal<true>(a[c * (lda + 1)]);
+        whole[c * (P + 1)] = diagonal<H>(a[c * (lda + 1)]);
         for (i64 r = c + 1; r < n; ++r) {
             const i64 i = Upper ? c : r, j = Upper ? r : c;
             whole[i + j * P] = a[i + j * lda];
-            whole[j + i * P] = conj_if<true>(a[i + j * lda]);
+            whole[j + i * P] = conj_if<H>(a[i + j * lda]);
         }
     }
     add_product(n, n, alpha, whole, P, v.x, 1, v.y);
 }
 
 /// A block on the diagonal: panels, each a triangle and a rectangle, all with vectors that are contiguous.
-template <class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
+template <bool H, class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
     for_panels<kProductPanel<T>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
-        if (upper) mirror_triangle<true>(count, alpha, a + j * (lda + 1), lda, v.at(j));
-        else mirror_triangle<false>(count, alpha, a + j * (lda + 1), lda, v.at(j));
+        if (upper) mirror_triangle<H, true>(count, alpha, a + j * (lda + 1), lda, v.at(j));
+        else mirror_triangle<H, false>(count, alpha, a + j * (lda + 1), lda, v.at(j));
         const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;
-        mirror_rectangle(rows, count, alpha, a + row + j * lda, lda, v.at(row), v.at(j));
+        mirror_rectangle<H>(rows, count, alpha, a + row + j * lda, lda, v.at(row), v.at(j));
     });
 }
 
 /// The whole matrix: blocks of columns, in each the block on the diagonal and then the rectangle beside it by blocks of
 /// rows. Only two blocks of x and y are in use at a time, gathered where the vectors are strided.
-template <class T>
+template <bool H, class T>
 void mirror_all(bool upper, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T* y, i64 incy) {
     for_blocks(n, rows_at_once<T>(incx, incy), true, [&](i64 j, i64 width) {
         T x_copy[kRowBlock<T>], y_copy[kRowBlock<T>];
         const Pair<T> columns{gather(x + j * incx, incx, width, x_copy), gather(y + j * incy, incy, width, y_copy)};
-        mirror_block(upper, width, alpha, a + j * (lda + 1), lda, columns);
+        mirror_block<H>(upper, width, alpha, a + j * (lda + 1), lda, columns);
         const i64 first = upper ? 0 : j + width, end = upper ? j : n;
         for_blocks(end - first, rows_at_once<T>(incx, incy), true, [&](i64 start, i64 count) {
             T x_rows[kRowBlock<T>], y_rows[kRowBlock<T>];
             const i64 i = first + start;
             const Pair<T> rows{gather(x + i * incx, incx, count, x_rows), gather(y + i * incy, incy, count, y_rows)};
-            mirror_rectangle(count, width, alpha, a + i + j * lda, lda, rows, columns);
+            mirror_rectangle<H>(count, width, alpha, a + i + j * lda, lda, rows, columns);
             scatter(rows.y, y + i * incy, incy, count);
         });
         scatter(columns.y, y + j * incy, incy, width);
     });
 }
 
-template <class T>
+template <bool H, class T>
 void symv(char uplo, i64 n, T alpha, const T* a, i64 lda, const T* x, i64 incx, T beta, T* y, i64 incy) {
     if (n < 1) return;
     x += first_index(n, incx);
     y += first_index(n, incy);
     scale(n, beta, y, incy);
     if (is_zero(alpha)) return;
-    mirror_all(uplo == 'U', n, alpha, a, lda, x, incx, y, incy);
+    mirror_all<H>(uplo == 'U', n, alpha, a, lda, x, incx, y, incy);
 }
 
 } // namespace
 
 void dsymv(const char& uplo, const i64& n, const double& alpha, const double* a, const i64& lda, const double* x,
            const i64& incx, const double& beta, double* y, const i64& incy) {
-    symv(uplo, n, alpha, a, lda, x, incx, beta, y, incy);
+    symv<false>(uplo, n, alpha, a, lda, x, incx, beta, y, incy);
+}
+
+void zsymv(const char& uplo, const i64& n, const zcomplex& alpha, const zcomplex* a, const i64& lda, const zcomplex* x,
+           const i64& incx, const zcomplex& beta, zcomplex* y, const i64& incy) {
+    symv<false>(uplo, n, scalar(alpha), scalars(a), lda, scalars(x), incx, scalar(beta), scalars(y), incy);
 }
 
 void zhemv(const char& uplo, const i64& n, const zcomplex& alpha, const zcomplex* a, const i64& lda, const zcomplex* x,
            const i64& incx, const zcomplex& beta, zcomplex* y, const i64& incy) {
-    symv(uplo, n, scalar(alpha), scalars(a), lda, scalars(x), incx, scalar(beta), scalars(y), incy);
+    symv<true>(uplo, n, scalar(alpha), scalars(a), lda, scalars(x), incx, scalar(beta), scalars(y), incy);
 }
 
 } // namespace nxl::NXL_TARGET

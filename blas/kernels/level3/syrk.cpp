@@ -1,4 +1,5 @@
-// Rank-k and rank-2k updates of a symmetric or Hermitian matrix: general products of which one triangle is kept.
+// Rank-k and rank-2k updates of a symmetric or Hermitian matrix, and products that are known to be one: general
+// products of which one triangle is kept.
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level3/gemm_forms.hpp"
 
@@ -71,7 +72,30 @@ void syr2k(bool hermitian, char uplo, char trans, i64 n, i64 k, const T& alpha, 
     factors.multiply(n, k, hermitian ? conj(alpha) : alpha, b, ldb, a, lda, to);
 }
 
+/// op(A) op(B) of different factors, which the caller knows to be symmetric or Hermitian.
+template <class T>
+void gemmt(char uplo, char transa, char transb, i64 n, i64 k, const T& alpha, const T* a, i64 lda, const T* b, i64 ldb,
+           const T& beta, T* c, i64 ldc) {
+    const bool hermitian = transa == 'C' || transb == 'C';
+    const Result<T> to = triangle_of(uplo, hermitian, c, ldc, beta);
+    if (only_scales_triangle(n, k, is_zero(alpha), to)) return;
+    packed_product(GeneralA<T>{source_of_a(transa, a, lda), alpha}, GeneralB<T>{source_of_b(transb, b, ldb)}, n, n, k,
+                   to);
+}
+
 } // namespace
+
+void dgemmt(const char& uplo, const char& transa, const char& transb, const i64& n, const i64& k, const double& alpha,
+            const double* a, const i64& lda, const double* b, const i64& ldb, const double& beta, double* c,
+            const i64& ldc) {
+    gemmt(uplo, transa, transb, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+}
+
+void zgemmt(const char& uplo, const char& transa, const char& transb, const i64& n, const i64& k, const zcomplex& alpha,
+            const zcomplex* a, const i64& lda, const zcomplex* b, const i64& ldb, const zcomplex& beta, zcomplex* c,
+            const i64& ldc) {
+    gemmt(uplo, transa, transb, n, k, scalar(alpha), scalars(a), lda, scalars(b), ldb, scalar(beta), scalars(c), ldc);
+}
 
 void dsyrk(const char& uplo, const char& trans, const i64& n, const i64& k, const double& alpha, const double* a,
            const i64& lda, const double& beta, double* c, const i64& ldc) {

@@ -1,5 +1,6 @@
-// Drivers of the symmetric and Hermitian updates of rank k and 2k. The triangle of C is cut into strips of equal area;
-// each is a rectangle, which a matrix product updates, and a triangle on the diagonal for the serial kernel.
+// Drivers of the symmetric and Hermitian updates of rank k and 2k, and of products with such a result. The triangle of
+// C is cut into strips of equal area; each is a rectangle, which a matrix product updates, and a triangle on the
+// diagonal for the serial kernel.
 //
 // A lower triangle in 4 strips, of 10, 11, 7 and 8 elements here:
 //
@@ -111,5 +112,27 @@ template decltype(syr2k_driver<zcomplex, zcomplex, &KernelTable::zsyr2k>)
     syr2k_driver<zcomplex, zcomplex, &KernelTable::zsyr2k>;
 template decltype(syr2k_driver<zcomplex, double, &KernelTable::zher2k>)
     syr2k_driver<zcomplex, double, &KernelTable::zher2k>;
+
+template <class T, auto Kernel>
+void gemmt_driver(const char& uplo, const char& transa, const char& transb, const i64& n, const i64& k, const T& alpha,
+                  const T* a, const i64& lda, const T* b, const i64& ldb, const T& beta, T* c, const i64& ldc) {
+    const auto row = [&](i64 i) { return transa == 'N' ? a + i : a + i * lda; };
+    const auto column = [&](i64 j) { return transb == 'N' ? b + j * ldb : b + j; };
+    const Matrix<T> result{c, n, n, ldc};
+    const auto update_diagonal = [&](Slice part) {
+        slot<Kernel>(uplo, transa, transb, part.count, k, alpha, row(part.start), lda, column(part.start), ldb, beta,
+                     result.at(part.start, part.start), ldc);
+    };
+    const bool done = over_strips(uplo, n, 0.5 * flops_of<T>(n, n, k), [&](const TriangleStrip& strip) {
+        if (strip.rows.count > 0 && strip.columns.count > 0)
+            GemmSlots<T>::serial(transa, transb, strip.rows.count, strip.columns.count, k, alpha, row(strip.rows.start),
+                                 lda, column(strip.columns.start), ldb, beta,
+                                 result.at(strip.rows.start, strip.columns.start), ldc);
+        update_diagonal(strip.diagonal);
+    });
+    if (!done) update_diagonal({0, n});
+}
+template decltype(gemmt_driver<double, &KernelTable::dgemmt>) gemmt_driver<double, &KernelTable::dgemmt>;
+template decltype(gemmt_driver<zcomplex, &KernelTable::zgemmt>) gemmt_driver<zcomplex, &KernelTable::zgemmt>;
 
 } // namespace nxl

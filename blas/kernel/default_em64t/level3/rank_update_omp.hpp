@@ -1,5 +1,5 @@
-// Drivers of the symmetric and Hermitian updates of rank k and 2k. Each is told the member of the kernel table that
-// does its work on one thread.
+// Drivers of the symmetric and Hermitian updates of rank k and 2k, and of products with such a result. Each is told the
+// member of the kernel table that does its work on one thread.
 #pragma once
 #include "service/kernel_table.hpp"
 
@@ -21,5 +21,12 @@ void syr2k_driver(const char& uplo, const char& trans, const i64& n, const i64& 
 inline constexpr auto nxl_blas_dsyr2k = syr2k_driver<double, double, &KernelTable::dsyr2k>;
 inline constexpr auto nxl_blas_zsyr2k = syr2k_driver<zcomplex, zcomplex, &KernelTable::zsyr2k>;
 inline constexpr auto nxl_blas_zher2k = syr2k_driver<zcomplex, double, &KernelTable::zher2k>;
+
+/// One triangle of C := alpha op(A) op(B) + beta C, which is known to be symmetric, or Hermitian where an op is C.
+template <class T, auto Kernel>
+void gemmt_driver(const char& uplo, const char& transa, const char& transb, const i64& n, const i64& k, const T& alpha,
+                  const T* a, const i64& lda, const T* b, const i64& ldb, const T& beta, T* c, const i64& ldc);
+inline constexpr auto nxl_blas_dgemmt = gemmt_driver<double, &KernelTable::dgemmt>;
+inline constexpr auto nxl_blas_zgemmt = gemmt_driver<zcomplex, &KernelTable::zgemmt>;
 
 } // namespace nxl
