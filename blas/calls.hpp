@@ -93,11 +93,6 @@ template <class T> void trmv(char uplo, char trans, char diag, const Operand<T>&
 template <class T> void trsv(char uplo, char trans, char diag, const Operand<T>& a, T* x) {
     slot_of<T, &KernelTable::dtrsv, &KernelTable::ztrsv>()(uplo, trans, diag, a.rows, a.data, a.ld, x, 1);
 }
-/// y := alpha A x + beta y, A Hermitian, of which triangle uplo is read.
-template <class T>
-void hemv(char uplo, Factor<T> alpha, const Operand<T>& a, const T* x, Factor<T> beta, T* y) {
-    slot_of<T, &KernelTable::dsymv, &KernelTable::zhemv>()(uplo, a.rows, alpha, a.data, a.ld, x, 1, beta, y, 1);
-}
 
 // ---- Level 3 ----
 

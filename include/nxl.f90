@@ -1362,6 +1362,17 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
+        subroutine zpbrfs(uplo, n, kd, nrhs, ab, ldab, afb, ldafb, b, ldb, x, ldx, ferr, berr, work, rwork, info) &
+            bind(c, name="zpbrfs")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, kd, nrhs, ldab, ldafb, ldb, ldx
+            complex(c_double_complex), intent(in) :: ab(ldab, *), afb(ldafb, *), b(ldb, *)
+            complex(c_double_complex), intent(inout) :: x(ldx, *), work(*)
+            real(c_double), intent(inout) :: ferr(*), berr(*), rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- LAPACK, symmetric indefinite systems ----
 
         ! The factorisation: triangle uplo of a is overwritten with L or U, whose ones are not stored, and D.

@@ -1097,6 +1097,7 @@ void dpbrfs(const char* uplo, const int* n, const int* kd, const int* nrhs, cons
             double* ferr, double* berr, double* work, int* iwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 void zpbrfs(const char* uplo, const int* n, const int* kd, const int* nrhs, const nxl_z* ab, const int* ldab,
             const nxl_z* afb, const int* ldafb, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr,
+            double* berr, nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
 /* ==== LAPACK: symmetric indefinite systems =======================================================================
  * A = L D L^T or U D U^T of a symmetric matrix, real or complex (sy), or L D L^H or U D U^H of a Hermitian one (he),
