@@ -31,6 +31,9 @@ template <class Chain> class ArgumentTests {
     int bad_ = 0; // position; 0: none yet
     i64 value_ = 0;
 
+    friend Chain;
+    ArgumentTests() = default;
+
   public:
     Chain& expect(int position, bool good, i64 value = 0) {
         if (!good && bad_ == 0) {
