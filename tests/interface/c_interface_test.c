@@ -106,6 +106,18 @@ static void flexible_gmres(void) {
 }
 
 /* H1 - J = iY of the order 1 after 0, and Bi(0) = sqrt(3) Ai(0). */
+/* A diagonal matrix, which needs no handle, and the end of a handle that was never built. */
+static void sparse_direct(void) {
+    const int one = 1, type = 11, rows = 2, all = 13, clean = -1, quiet = 0;
+    int64_t pt[64] = {0};
+    int ia[3] = {1, 2, 3}, ja[2] = {1, 2}, iparam[64] = {0}, error = -1;
+    double a[2] = {2.0, 4.0}, b[2] = {1.0, 1.0}, x[2] = {0.0, 0.0};
+    PARDISO(pt, &one, &one, &type, &all, &rows, a, ia, ja, NULL, &one, iparam, &quiet, b, x, &error);
+    expect(error == 0 && x[0] == 0.5 && x[1] == 0.25, "PARDISO");
+    PARDISO(pt, &one, &one, &type, &clean, &rows, a, ia, ja, NULL, &one, iparam, &quiet, b, x, &error);
+    expect(error == 0 && pt[0] == 0, "PARDISO, clean");
+}
+
 static void special_functions(void) {
     const nxl_c z = 1.5F - 2.0F * I, origin = 0.0F;
     const float order = 0.0F;
@@ -129,6 +141,7 @@ int main(void) {
     services();
     conjugate_gradients();
     flexible_gmres();
+    sparse_direct();
     special_functions();
     return failures;
 }

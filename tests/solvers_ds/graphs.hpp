@@ -3,6 +3,7 @@
 #include "solvers_ds/kernel/default/pardiso/minimum_degree.hpp"
 #include <algorithm>
 #include <bitset>
+#include <ostream>
 #include <random>
 #include <set>
 #include <stdexcept>
@@ -29,6 +30,8 @@ struct TestGraph {
         return *this;
     }
 };
+
+inline void PrintTo(const TestGraph& graph, std::ostream* out) { *out << graph.name; } // found by GoogleTest
 
 /// The arrays of a graph.
 struct GraphArrays {

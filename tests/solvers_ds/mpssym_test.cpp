@@ -1,7 +1,9 @@
 // Ordering by pairs: where the rows of each cycle go, and which of them are pivots of their own.
+#include "service/memory.hpp"
 #include "solvers_ds/kernel/default/pardiso/matching.hpp"
 #include "solvers_ds/kernel/default/pardiso/mpssym.hpp"
 #include "tests/solvers_ds/graphs.hpp"
+#include "tests/support/host_allocator.hpp"
 #include "tests/support/sparse_problems.hpp"
 #include <gtest/gtest.h>
 #include <map>
@@ -24,7 +26,9 @@ Paired order(SparseProblem problem, const std::vector<i32>& row_of_column, i32 m
     Paired result;
     result.perm = row_of_column;
     Separators separators = {.n = 0, .pair = result.pairs.data()};
-    const OwnedBitvec bits(bitvec_create(static_cast<u32>(problem.n)));
+    std::vector<u32> words(bitvec_words(static_cast<u32>(problem.n)));
+    Bitvec bits = {
+        .size = static_cast<u32>(problem.n), .words = static_cast<u32>(words.size()), .own = 0, .bits = words.data()};
     const auto ia = problem.ia, ja = problem.ja;
     result.code = mpssym({.n = problem.n,
                           .ia = problem.ia.data(),
@@ -33,11 +37,11 @@ Paired order(SparseProblem problem, const std::vector<i32>& row_of_column, i32 m
                           .method = method,
                           .parts = parts,
                           .perm = result.perm.data(),
-                          .sym_perm_1x1_pivots = bits.get(),
+                          .sym_perm_1x1_pivots = &bits,
                           .ddist = &separators});
     EXPECT_EQ(problem.ia, ia);
     EXPECT_EQ(problem.ja, ja);
-    for (u32 k = 0; k < bits->size; ++k) result.single.push_back(bitvec_get(bits.get(), k) != 0);
+    for (u32 k = 0; k < bits.size; ++k) result.single.push_back(bitvec_get(&bits, k) != 0);
     result.ranges = separators.subgraphs() + 1;
     return result;
 }
@@ -90,26 +94,31 @@ TEST(Mpssym, PairsTheRowsOfEachCycle) {
         }
 }
 
+/// The rows that a matching gives the columns, counted from 1.
+i32 match(SparseProblem problem, std::vector<i32>& row_of_column) {
+    const std::size_t n = at(problem.n), all = 2 * problem.ja.size();
+    std::vector<i32> integers(6 * n + 20 + all);
+    std::vector<double> reals(2 * n + all), scale(2 * n);
+    row_of_column.resize(n);
+    i32 count = 0;
+    return match_and_scale({.n = problem.n,
+                            .ia = problem.ia.data(),
+                            .ja = problem.ja.data(),
+                            .a = problem.a.data(),
+                            .symmetric = true,
+                            .scale = true,
+                            .mode = 1,
+                            .work = {.integers = integers.data(), .reals = reals.data()},
+                            .row_of_column = row_of_column.data(),
+                            .row_scale = scale.data(),
+                            .column_scale = scale.data() + n},
+                           count);
+}
+
 TEST(Mpssym, KeepsPairsTogetherInEveryOrder) {
     const SparseProblem problem = nxl_test::saddle(14);
-    SparseProblem matched = problem;
-    const std::size_t n = at(problem.n), all = 2 * problem.ja.size();
-    std::vector<i32> integers(6 * n + 20 + all), row_of_column(n);
-    std::vector<double> reals(2 * n + all), scale(2 * n);
-    i32 count = 0;
-    ASSERT_EQ(match_and_scale({.n = problem.n,
-                               .ia = matched.ia.data(),
-                               .ja = matched.ja.data(),
-                               .a = matched.a.data(),
-                               .symmetric = true,
-                               .scale = true,
-                               .mode = 1,
-                               .work = {.integers = integers.data(), .reals = reals.data()},
-                               .row_of_column = row_of_column.data(),
-                               .row_scale = scale.data(),
-                               .column_scale = scale.data() + n},
-                              count),
-              0);
+    std::vector<i32> row_of_column;
+    ASSERT_EQ(match(problem, row_of_column), 0);
     for (const i32 method : {0, 1, 2})
         for (const i32 parts : {1, 4}) {
             Paired paired = order(problem, row_of_column, method, parts);
@@ -127,6 +136,32 @@ TEST(Mpssym, KeepsPairsTogetherInEveryOrder) {
                 EXPECT_EQ((first - 1 - singles_before) % 2, 0);
             }
         }
+}
+
+TEST(Mpssym, EndsCleanlyWithoutMemory) {
+    const SparseProblem problem = nxl_test::saddle(6);
+    std::vector<i32> row_of_column;
+    const auto refused = [](const auto& stage) { // how often, when each allocation in turn fails
+        const long first = nxl_test::allocations();
+        EXPECT_EQ(stage(), 0);
+        const long last = nxl_test::allocations() - first;
+        long refusals = 0;
+        for (long k = 1; k <= last; ++k) {
+            nxl::free_buffers();
+            const long before = nxl_test::live_blocks();
+            nxl_test::fail_allocation(k);
+            const i32 code = stage();
+            nxl_test::fail_allocation(0);
+            nxl::free_buffers();
+            EXPECT_EQ(nxl_test::live_blocks(), before) << "allocation " << k;
+            EXPECT_TRUE(code == kNoMemory || code == 0) << code; // 0: what failed was a cache of blocks
+            refusals += code == kNoMemory ? 1 : 0;
+        }
+        return refusals;
+    };
+    EXPECT_GE(refused([&] { return match(problem, row_of_column); }), 4);
+    for (const i32 method : {0, 1, 2})
+        EXPECT_GE(refused([&] { return order(problem, row_of_column, method, 2).code; }), 20);
 }
 
 TEST(Mpssym, RefusesATriangleWithoutItsDiagonal) {

@@ -149,7 +149,9 @@ struct Ordered {
                 .work = work.data(),
                 .separators = &separators};
     }
+    ~Ordered() = default;
     Ordered(const Ordered&) = delete;
+    Ordered& operator=(const Ordered&) = delete;
 
     i32 run() {
         const i32 code = sssord_adjacency(view);

@@ -139,6 +139,9 @@ TEST_P(Symbolic, AgreesWithEliminationOnSets) {
                   std::vector<i32>(of_first.begin(), of_first.end()));
         const bool same_rows = j > 1 && f.parent[j - 1] == j && f.counts[j - 1] == f.counts[j] + 1;
         EXPECT_EQ(j != first, same_rows && j - f.supernodes.first(f.snode[j - 1]) < shape.panel) << "column " << j;
+        const i32 parent = f.parent[j];
+        if (parent != 0 && parent != f.n && f.counts[j] == f.counts[parent] + 1)
+            EXPECT_EQ(f.counts[parent - 1], f.counts[j]) << "such a child comes last, to go on with its supernode";
         EXPECT_EQ(f.xlnz[j], l);
         l += f.supernodes.rows(s);
         total += f.counts[j];
@@ -220,20 +223,33 @@ TEST_P(Symbolic, UpdatesAreThoseOfTheStructure) {
     EXPECT_EQ(largest_update(f.supernodes), largest);
 }
 
+/// Every supernode has its turn, after its children.
+void expect_schedule(const Factorised& f, i32 threads) {
+    const i32 count = f.supernodes.count;
+    Array<double> work(schedule_work(count, threads));
+    Array<i32> pnlsch(count), turn(count);
+    build_pnlsch({f.supernodes, f.tree_parent.data(), {false, false}, threads, pnlsch.data(), work.data()});
+    for (i32 k = 1; k <= count; ++k) turn[pnlsch[k]] = k;
+    for (i32 s = 1; s <= count; ++s) {
+        EXPECT_GT(turn[s], 0);
+        if (f.tree_parent[s] != 0) EXPECT_LT(turn[s], turn[f.tree_parent[s]]);
+    }
+}
+
 TEST_P(Symbolic, TheScheduleTakesChildrenFirst) {
     const Shape& shape = GetParam();
     const Factorised f(shape.pattern, shape.order(8), shape.panel);
-    const i32 count = f.supernodes.count;
-    for (const i32 threads : {2, 5}) {
-        Array<double> work(schedule_work(count, threads));
-        Array<i32> pnlsch(count), turn(count);
-        build_pnlsch({f.supernodes, f.tree_parent.data(), {false, false}, threads, pnlsch.data(), work.data()});
-        for (i32 k = 1; k <= count; ++k) turn[pnlsch[k]] = k;
-        for (i32 s = 1; s <= count; ++s) {
-            EXPECT_GT(turn[s], 0) << "each has its turn";
-            if (f.tree_parent[s] != 0) EXPECT_LT(turn[s], turn[f.tree_parent[s]]);
-        }
-    }
+    for (const i32 threads : {2, 5}) expect_schedule(f, threads);
+}
+
+/// Subtrees of little work whose leaves lie in two subgraphs and whose roots lie between those.
+TEST(SymbolicRanges, SubtreesInPiecesAreScheduledToo) {
+    Pattern pattern{34, {}};
+    for (const auto& [leaf, root] : {std::pair{1, 5}, {3, 5}, {2, 6}, {4, 6}}) connect(pattern, leaf, root);
+    for (i32 i = 7; i <= 34; ++i)
+        for (i32 j = i + 1; j <= 34; ++j) connect(pattern, i, j);
+    const Factorised f(pattern, natural(34), 80, true, {1, 2, 3, 4, 5, 34});
+    expect_schedule(f, 2);
 }
 
 /// Two halves of a grid and the line between them, ordered in this sequence.

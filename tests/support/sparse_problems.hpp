@@ -30,7 +30,8 @@ SparseProblem convection3d(int side);
 /// pressure with diagonal 0 in each cell, but in the first, where it is held.
 SparseProblem saddle(int side);
 
-/// The generator of one of the names above. Throws std::invalid_argument for another name.
+/// The problem of one of the names above. Throws std::invalid_argument for another name, and for a side below 2 or so
+/// large that entries could not be counted.
 SparseProblem sparse_problem(const std::string& name, int side);
 
 } // namespace nxl_test

@@ -34,6 +34,15 @@ TEST_F(Bench, SelfCheckedRowsOfSeveralFamilies) {
     EXPECT_TRUE(has(factor, "factor,dgetrf,40,1,liblapack,")) << factor;
 }
 
+TEST_F(Bench, SparseSystemsWithAndWithoutAPeer) {
+    const auto result = run("sparse --filter '(poisson2d|saddle)/' --sizes 20 --csv f.csv");
+    EXPECT_EQ(result.status, 0) << result.err;
+    for (const char* row : {"\npoisson2d     metis ", "\npoisson2d     mindegree ", "\nsaddle        metis "})
+        EXPECT_TRUE(has(result.out, row)) << result.out;
+    EXPECT_TRUE(has(read("f.csv"), "sparse,poisson2d,mindegree,400,nxl,")) << read("f.csv");
+    EXPECT_EQ(run("sparse --sizes 1").status, 1);
+}
+
 TEST_F(Bench, PlotThatCannotBeDrawnIsAFailure) {
     const auto result = run("level1 --filter ddot/ --sizes 30 --plot f.svg" + right_peers_, "PATH=/nonexistent");
     EXPECT_EQ(result.status, 1);

@@ -6,6 +6,12 @@
 namespace nxl::pardiso {
 namespace {
 
+/// What is known of row u while its subtree is visited.
+struct RowSubtree {
+    i32 last_neighbour; // rank of the last column found in the row
+    i32 last_leaf;
+};
+
 /// Disjoint sets of nodes whose subtrees have been visited; the representative is the root of each.
 class VisitedTrees {
     FromOne<i32> up_;
@@ -33,13 +39,15 @@ i64 column_counts(const ColumnCountView& view) {
     const auto& [graph, parent, order, counts, work] = view;
     const i32 n = graph.n;
     const auto part = [&](i64 number) { return FromOne<i32>(work.data() + number * n); };
-    const FromOne<i32> first = part(0);          // rank of the first descendant
-    const FromOne<i32> last_neighbour = part(1); // rank of the last column found in row u
-    const FromOne<i32> last_leaf = part(2);      // last leaf of the subtree of row u
+    const FromOne<i32> first = part(0); // rank of the first descendant
+    const FromOne<RowSubtree> row = reinterpret_cast<RowSubtree*>(part(1).data());
     const FromOne<i32> weight = counts;
     VisitedTrees visited(part(3), n);
 
-    for (i32 v = 1; v <= n; ++v) first[v] = last_neighbour[v] = last_leaf[v] = 0;
+    for (i32 v = 1; v <= n; ++v) {
+        first[v] = 0;
+        row[v] = {0, 0};
+    }
     for (i32 k = 1; k <= n; ++k) {
         const i32 v = order[k];
         weight[v] = first[v] == 0 ? 1 : 0; // a node that nobody has reached is a leaf of the tree
@@ -50,12 +58,12 @@ i64 column_counts(const ColumnCountView& view) {
         if (parent[v] != 0) --weight[parent[v]];
         graph.neighbours(v, [&](i32 u) {
             if (u <= v) return;
-            if (first[v] > last_neighbour[u]) { // no column of row u below v: v is a leaf of its subtree
+            if (first[v] > row[u].last_neighbour) { // no column of row u below v: v is a leaf of its subtree
                 ++weight[v];
-                if (last_leaf[u] != 0) --weight[visited.root(last_leaf[u])];
-                last_leaf[u] = v;
+                if (row[u].last_leaf != 0) --weight[visited.root(row[u].last_leaf)];
+                row[u].last_leaf = v;
             }
-            last_neighbour[u] = k;
+            row[u].last_neighbour = k;
         });
         if (parent[v] != 0) visited.join(v, parent[v]);
     }

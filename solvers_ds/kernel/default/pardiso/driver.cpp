@@ -133,6 +133,18 @@ Fault run_step(const Handle& handle, Call& call) {
     return fault;
 }
 
+/// Steps below 1 first: one that there is not, and the end of a handle.
+Fault run_any_step(const Handle& handle, Call& call) {
+    if (call.ido == ido_clean) {
+        clean(handle, call);
+        return {};
+    }
+    if (call.ido > ido_clean) return run_step(handle, call);
+    const Fault fault = refused(inner::below_minus_one);
+    if (call.messages) report_fault(fault, call, Control(nullptr));
+    return fault;
+}
+
 /// Without messages a refused argument is an unclassified error.
 Error told(const Fault& fault, const Call& call) {
     const bool hidden = fault.error == Error::parameters && !call.messages && call.ido >= 0;
@@ -144,17 +156,9 @@ Error told(const Fault& fault, const Call& call) {
 Error pardiso_driver(Call call) {
     const Handle handle(call.pt);
     call.iparam[Iparam::partition_exponent] = 0;
-    if (call.ido < ido_clean) {
-        const Fault fault = refused(inner::below_minus_one);
-        if (call.messages) report_fault(fault, call, Control(nullptr));
-        return told(fault, call);
-    }
+    if (call.ido == ido_clean && !handle.live()) return Error::none;
     split_sub_step(call);
-    if (call.ido == ido_clean) {
-        if (handle.live()) clean(handle, call);
-        return Error::none;
-    }
-    const Fault fault = run_step(handle, call);
+    const Fault fault = run_any_step(handle, call);
     call.iparam[Iparam::exit_mark] = exit_mark_value;
     return told(fault, call);
 }

@@ -77,9 +77,9 @@ void print_sequence_detail(i32 code, const Call& call) {
 }
 
 void print_parameter_detail(i32 code, const Call& call, Control control) {
-    if (code >= 1 && code <= last_argument_code) print_argument_detail(code, call, control);
-    else if (is_matrix_code(code)) print_argument_detail(code, call, control);
-    else return print_sequence_detail(code, call);
+    const bool of_argument = (code >= 1 && code <= last_argument_code) || is_matrix_code(code);
+    if (!of_argument) return print_sequence_detail(code, call);
+    print_argument_detail(code, call, control);
     dump_arguments(call);
 }
 

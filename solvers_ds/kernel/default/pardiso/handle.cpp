@@ -32,7 +32,7 @@ Fault Handle::take(HandleWord word, i64 bytes, Tag tag, Account account) const {
     const double start = wall_seconds();
     void* block = raw_block(bytes);
     if (!block) return {Error::memory, static_cast<i32>(tag), bytes};
-    (*this)[word] = reinterpret_cast<i64>(block);
+    (*this)[word] = std::bit_cast<i64>(block);
     const Control control = this->control();
     control.seconds(Timer::malloc) += wall_seconds() - start;
     control.touched(Timer::malloc) = 1;
@@ -41,15 +41,14 @@ Fault Handle::take(HandleWord word, i64 bytes, Tag tag, Account account) const {
 }
 
 void Handle::shrink(HandleWord word, i64 bytes) const {
-    void* shorter = allocator.realloc(pointer<void>(word), static_cast<std::size_t>(bytes));
-    if (shorter) (*this)[word] = reinterpret_cast<i64>(shorter);
+    void* shorter = allocator.realloc(block<void>(word), static_cast<std::size_t>(bytes));
+    if (shorter) (*this)[word] = std::bit_cast<i64>(shorter);
 }
 
 void Handle::release(HandleWord word) const {
-    i64& block = (*this)[word];
-    if (block == 0 || block == unset_slot) return;
-    allocator.free(reinterpret_cast<void*>(block));
-    block = 0;
+    if ((*this)[word] == unset_slot) return;
+    give_back(block<void>(word));
+    (*this)[word] = 0;
 }
 
 Fault Handle::take_factor(FactorSlot& slot, i64 bytes, Account account) const {
@@ -93,7 +92,7 @@ Fault Handle::build(i32 max_fac_store) const {
 bool Handle::delete_factor(i64 slot) const {
     FactorSlot& freed = slots()[slot];
     if (freed.factor == 0) return false;
-    allocator.free(reinterpret_cast<void*>(freed.factor));
+    give_back(std::bit_cast<void*>(freed.factor));
     freed.set_empty();
     return true;
 }

@@ -4,6 +4,7 @@
 #pragma once
 #include "solvers_ds/kernel/default/pardiso/call.hpp"
 #include "solvers_ds/kernel/default/pardiso/control.hpp"
+#include <bit>
 
 namespace nxl::pardiso {
 
@@ -32,7 +33,6 @@ struct OocContext {
 class Handle {
     i64* words_;
 
-    template <class T> T* pointer(HandleWord word) const { return reinterpret_cast<T*>((*this)[word]); }
     template <class T> Fault take_part(T*& part, i64 bytes, Tag tag) const;
 
   public:
@@ -43,13 +43,16 @@ class Handle {
     bool analysed() const { return (*this)[HandleWord::struc_fi] != 0; }
     bool out_of_core() const { return ooc()[OocWord::mode] != 0; }
 
-    Control control() const { return Control(pointer<i64>(HandleWord::control)); }
-    OocContext& ooc() const { return *pointer<OocContext>(HandleWord::ooc_context); }
-    FactorSlot* slots() const { return pointer<FactorSlot>(HandleWord::factor_table); }
+    Control control() const { return Control(block<i64>(HandleWord::control)); }
+    OocContext& ooc() const { return *block<OocContext>(HandleWord::ooc_context); }
+    FactorSlot* slots() const { return block<FactorSlot>(HandleWord::factor_table); }
+
+    /// The block of a word; null where there is none.
+    template <class T> T* block(HandleWord word) const { return std::bit_cast<T*>((*this)[word]); }
 
     /// An array by its name; valid until its block is taken anew, shrunk or freed.
     template <class T> T* array(ArrayBase base) const {
-        return reinterpret_cast<T*>(pointer<i32>(block_of(base)) + control()[base]);
+        return reinterpret_cast<T*>(block<i32>(block_of(base)) + control()[base]);
     }
 
     /// The storage of a factor, `bytes` bytes of it, for a slot. One of the same size is kept as it is.

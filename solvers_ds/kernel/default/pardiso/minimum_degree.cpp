@@ -29,9 +29,10 @@ class Elimination {
         return columns;
     }
 
-    /// Back into the lists, by their degrees or bounds; the least of these and `least`.
+    /// Back into the lists, by their degrees or bounds; the least of these and `least`. What was touched first comes
+    /// first of its degree: among ties the older ones fill less.
     i32 release_touched(i32 least) {
-        for (i32 k = 0; k < touched_count_; ++k) {
+        for (i32 k = touched_count_; k-- > 0;) {
             const i32 i = touched_[k];
             is_touched_[i] = 0;
             if (graph_.weight(i) == 0) continue; // merged, or eliminated with another
@@ -159,7 +160,7 @@ i32 eliminate_by_degree(const Graph& graph, i32* perm, AssemblyTree& tree) {
     const QuotientArrays arrays = memory.quotient_arrays(compressed);
     DegreeLists lists = memory.degree_lists();
     QuotientGraph quotient(arrays, lists, compressed.nodes(), compressed.used());
-    for (i32 i = 0; i < compressed.nodes(); ++i)
+    for (i32 i = compressed.nodes(); i-- > 0;) // so that the first are first
         if (quotient.weight(i) > 0) lists.insert(i, quotient.external_degree(i));
     Elimination elimination(quotient, lists, memory.touched_nodes(), memory.touched_flags());
     tree.fronts = elimination.run(graph.n - compressed.dense_columns(), memory.pivots());

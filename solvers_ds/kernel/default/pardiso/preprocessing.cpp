@@ -15,7 +15,7 @@ bool matched(const Handle& handle, bool (*kind)(int)) {
 }
 
 /// Word 12: the row matched to each column, and with pairs the bits of the pivots.
-i32* rows_of_columns(const Handle& handle) { return reinterpret_cast<i32*>(handle[HandleWord::scaling]); }
+i32* rows_of_columns(const Handle& handle) { return handle.block<i32>(HandleWord::scaling); }
 
 /// Local blocks of the matching. The first lies in a word that the analysis fills later.
 constexpr HandleWord local_integers = HandleWord::struc_s2, local_reals = HandleWord::work_r0;
@@ -43,8 +43,7 @@ Fault take_matching_blocks(const Handle& handle, const Call& call) {
 double* values_to_match(const Handle& handle, const Call& call) {
     if (!is_complex(call.mtype)) return static_cast<double*>(const_cast<void*>(call.a)); // NOLINT
     const zcomplex* const a = static_cast<const zcomplex*>(call.a);
-    double* const moduli =
-        reinterpret_cast<double*>(handle[local_reals]) + 2 * i64{call.neqns} + entries_to_match(call);
+    double* const moduli = handle.block<double>(local_reals) + 2 * i64{call.neqns} + entries_to_match(call);
     for (i64 k = 0; k < call.length; ++k) moduli[k] = std::hypot(a[k].real(), a[k].imag());
     return moduli;
 }
@@ -55,21 +54,20 @@ i32 matching_mode(i32 choice) { return choice >= 2 && choice <= 4 ? choice : 1; 
 Fault match(const Handle& handle, const Call& call, double* values) {
     const i64 n = call.neqns;
     const Control control = handle.control();
-    double* const scales = reinterpret_cast<double*>(handle[HandleWord::matching]);
+    double* const scales = handle.block<double>(HandleWord::matching);
     i32 found = 0;
-    const i32 code = match_and_scale(
-        {.n = call.neqns,
-         .ia = call.ia,
-         .ja = call.ja,
-         .a = values,
-         .symmetric = is_indefinite(call.mtype),
-         .scale = control[Word::scaling] != 0,
-         .mode = matching_mode(control.small(Word::matching)),
-         .work = {reinterpret_cast<i32*>(handle[local_integers]), reinterpret_cast<double*>(handle[local_reals])},
-         .row_of_column = rows_of_columns(handle),
-         .row_scale = scales,
-         .column_scale = scales + n},
-        found);
+    const i32 code = match_and_scale({.n = call.neqns,
+                                      .ia = call.ia,
+                                      .ja = call.ja,
+                                      .a = values,
+                                      .symmetric = is_indefinite(call.mtype),
+                                      .scale = control[Word::scaling] != 0,
+                                      .mode = matching_mode(control.small(Word::matching)),
+                                      .work = {handle.block<i32>(local_integers), handle.block<double>(local_reals)},
+                                      .row_of_column = rows_of_columns(handle),
+                                      .row_scale = scales,
+                                      .column_scale = scales + n},
+                                     found);
     if (code == 0) return {};
     if (code == kNoMemory) return {Error::memory, static_cast<i32>(Tag::matching_integers), 4 * entries_to_match(call)};
     if (code == kUnsymmetricPattern) return fault_of(code);

@@ -1,21 +1,15 @@
 #include "solvers_ds/kernel/default/pardiso/quotient_graph.hpp"
+#include <bit>
 #include <limits>
 
 namespace nxl::pardiso {
-namespace {
-
-/// A bucket of `count` by the high bits of a product, which spreads neighbouring sums and takes no division.
-i32 bucket_of(std::uint32_t hash, i32 count) {
-    return static_cast<i32>(std::uint64_t{hash * 0x9E3779B1U} * static_cast<std::uint32_t>(count) >> 32);
-}
-
-} // namespace
 
 QuotientGraph::QuotientGraph(const QuotientArrays& arrays, DegreeLists& lists, i32 nodes, i32 used)
     : a_(arrays),
       lists_(lists),
       n_(nodes),
-      free_(used) {
+      free_(used),
+      bucket_mask_(std::bit_floor(static_cast<unsigned>(nodes)) - 1) {
     std::fill_n(a_.hash_first, n_, -1);
     std::fill_n(a_.parent, n_, -1);
     for (i32 i = 0; i < n_; ++i) {
@@ -180,7 +174,8 @@ void QuotientGraph::update(i32 variable, i32 pivot) {
     a_.node[variable].length = static_cast<i32>(to - list) + 1;
     a_.exact[variable] = others < 2;
     a_.node[variable].outside = sum + largest;
-    const i32 bucket = bucket_of(hash, n_);
+    // Low bits, and no spreading: nodes that lie together have buckets that do.
+    const auto bucket = static_cast<i32>(hash & bucket_mask_);
     a_.node[variable].hash = bucket;
     a_.hash_next[variable] = a_.hash_first[bucket];
     a_.hash_first[bucket] = variable;

@@ -35,6 +35,7 @@ class QuotientGraph {
     QuotientArrays a_;
     DegreeLists& lists_;
     i32 n_, free_;
+    unsigned bucket_mask_;
     i32 tag_ = 1, base_tag_ = 1, largest_element_ = 0;
     i32 pivot_weight_ = 0, clique_weight_ = 0; // of the elimination that is under way
 

@@ -50,6 +50,15 @@ class RowList {
         rows_[count_++] = row;
         return true;
     }
+    /// Takes a first child's rows as they are when they are all that there will be.
+    bool take_all(const i32* row, const i32* end) {
+        while (row < end && *row <= last_column_) ++row;
+        if (end - row != room_) return false;
+        std::copy(row, end, rows_);
+        count_ = sorted_ = room_;
+        return true;
+    }
+
     /// What was added so far ascends.
     void settle() { sorted_ = count_; }
 
@@ -65,9 +74,17 @@ class RowList {
     }
 };
 
+/// Rows of a child below its own columns.
+struct RowRange {
+    const i32 *row, *end;
+};
+RowRange rows_of_child(const StructureView& view, i32 child) {
+    const i32* const list = &view.lindx[view.xlindx[child]];
+    return {list + (view.xsup[child + 1] - view.xsup[child]), list + (view.xlindx[child + 1] - view.xlindx[child])};
+}
+
 bool add_child(const StructureView& view, i32 child, RowList& list) {
-    const i32 *row = &view.lindx[view.xlindx[child]], *end = row + (view.xlindx[child + 1] - view.xlindx[child]);
-    for (row += view.xsup[child + 1] - view.xsup[child]; row < end; ++row)
+    for (auto [row, end] = rows_of_child(view, child); row < end; ++row)
         if (!list.add(*row)) return false;
     return true;
 }
@@ -77,6 +94,8 @@ bool collect_rows(const StructureView& view, i32 s, RowList& list) {
     bool room = true;
     i32 child = view.tree.first_child[s];
     if (child != 0) {
+        const auto [row, end] = rows_of_child(view, child);
+        if (list.take_all(row, end)) return true;
         room = add_child(view, child, list);
         list.settle();
         child = view.tree.sibling[child];
