@@ -230,8 +230,7 @@ TEST(PardisoStates, StepsInEachOfThem) {
     EXPECT_EQ(solver.pt, new_handle);
     expect("first", {{11, 0}});
     EXPECT_EQ(solver.pt[0], 1);
-    expect("analysed",
-           {{0, 0}, {12, 0}, {22, 0}, {11, 0}, {0, 0}, {13, 0}, {33, 0}, {331, 0}, {334, 0}, {11, 0}});
+    expect("analysed", {{0, 0}, {12, 0}, {22, 0}, {11, 0}, {0, 0}, {13, 0}, {33, 0}, {331, 0}, {334, 0}, {11, 0}});
     EXPECT_GT(solver.pt[0], 3);
     EXPECT_EQ(solver.parameter(64), 105);
     solver.mtype = -2; // its own negative and 2 go together; a new start is free

@@ -36,8 +36,6 @@ Fault take_work(const Handle& handle, i32 threads) {
     return handle.take(HandleWord::update_lists, queues, Tag::update_lists, Account::numeric);
 }
 
-template <class T> T* block(const Handle& handle, HandleWord word) { return reinterpret_cast<T*>(handle[word]); }
-
 template <class M> NumericResult run(const Handle& handle, const Call& call, const FactorSlot& slot, i32 threads) {
     using T = typename M::T;
     const FactorOrder order(handle);
@@ -46,7 +44,7 @@ template <class M> NumericResult run(const Handle& handle, const Call& call, con
     const Places places = order.places();
     const double eps =
         pivot_perturbation(call.iparam[Iparam::perturbation], call.mtype, call.ia, static_cast<const double*>(call.a));
-    i64* const queue_start = block<i64>(handle, HandleWord::update_lists);
+    i64* const queue_start = handle.block<i64>(HandleWord::update_lists);
     return factorise<M>({.n = call.neqns,
                          .supernodes = supernodes_of(handle),
                          .a = static_cast<const T*>(call.a),
@@ -66,7 +64,7 @@ template <class M> NumericResult run(const Handle& handle, const Call& call, con
                          .length = handle.array<i32>(ArrayBase::length),
                          .queue_start = queue_start,
                          .queues = reinterpret_cast<WaitingUpdate*>(queue_start + control[Word::supernodes] + 1),
-                         .temp = block<T>(handle, HandleWord::work_r0),
+                         .temp = handle.block<T>(HandleWord::work_r0),
                          .temp_size = control[Word::update_words] * 8 / i64{sizeof(T)},
                          .messages = call.messages});
 }
@@ -117,7 +115,7 @@ FactorOrder::FactorOrder(const Handle& handle)
     const i32* const matched = matched_rows(handle);
     for (i64 i = 0; i < n_; ++i) rows_.data()[i] = matched ? matched[perm_[i] - 1] : perm_[i];
     if (!scaled_) return;
-    const double *const of_rows = block<double>(handle, HandleWord::matching), *const of_columns = of_rows + n_;
+    const double *const of_rows = handle.block<double>(HandleWord::matching), *const of_columns = of_rows + n_;
     for (i64 i = 0; i < n_; ++i) {
         scales_.data()[i] = of_rows[rows_.data()[i] - 1];
         scales_.data()[n_ + i] = of_columns[perm_[i] - 1];

@@ -4,6 +4,7 @@
 #include "solvers_ds/kernel/default/pardiso/handle.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/factor.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/solve.hpp"
+#include <bit>
 
 namespace nxl::pardiso {
 
@@ -35,7 +36,7 @@ template <class M> Factor<typename M::T> factor_in(const Handle& handle, const F
     const Control control = handle.control();
     const FactorLayout layout =
         FactorLayout::of(M{}, control[Word::l_size], control[Word::u_size], control[Word::neqns]);
-    return layout.factor<T>(reinterpret_cast<void*>(slot.factor), handle.array<i64>(ArrayBase::xlnz),
+    return layout.factor<T>(std::bit_cast<void*>(slot.factor), handle.array<i64>(ArrayBase::xlnz),
                             handle.array<i64>(ArrayBase::xunz));
 }
 

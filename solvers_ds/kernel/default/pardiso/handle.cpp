@@ -54,13 +54,13 @@ void Handle::release(HandleWord word) const {
 Fault Handle::take_factor(FactorSlot& slot, i64 bytes, Account account) const {
     slot.mtype = 0;
     if (slot.factor != 0 && slot.bytes == bytes) return {};
-    if (slot.factor != 0) allocator.free(reinterpret_cast<void*>(slot.factor));
+    if (slot.factor != 0) allocator.free(std::bit_cast<void*>(slot.factor));
     slot.set_empty();
     const Control control = this->control();
     const Stopwatch watch(control, Timer::malloc);
     void* const block = raw_block(bytes);
     if (!block) return {Error::memory, static_cast<i32>(Tag::factor), bytes};
-    slot.factor = reinterpret_cast<i64>(block);
+    slot.factor = std::bit_cast<i64>(block);
     slot.bytes = bytes;
     count(control, bytes, account);
     return {};

@@ -68,7 +68,7 @@ template <class M> class HybridRun {
             return fault;
         {
             const Stopwatch watch(control_, Timer::cgs);
-            result = Iteration<M>::run(session, call_, reinterpret_cast<void*>(handle_[HandleWord::refinement]),
+            result = Iteration<M>::run(session, call_, handle_.block<void>(HandleWord::refinement),
                                        limits_of(control_, budget));
         }
         handle_.release(HandleWord::refinement);

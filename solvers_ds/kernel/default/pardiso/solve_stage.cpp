@@ -32,7 +32,7 @@ template <class M> Fault solve_and_refine(const Handle& handle, const Call& call
     using T = typename M::T;
     const RefinementRule rule = rule_of(call, handle.control());
     const i64 length = session.length();
-    T* const vectors = reinterpret_cast<T*>(handle[HandleWord::refinement]);
+    T* const vectors = handle.block<T>(HandleWord::refinement);
     T *const residual = vectors, *const b = residual + length, *const x_low = b + length;
     std::copy_n(session.b(), length, b);
     if (!session.solve_into(b, session.x())) return no_memory_to_solve();

@@ -155,12 +155,11 @@ void ldl_pivot_bk(i64 n, T* a, i64 ld, i32* ipiv, const Perturbation& perturbati
     }
 }
 
-#define NXL_LDL_PIVOTS(T, Hermitian)                                                                                   \
-    template void ldl_pivot_1x1<T, Hermitian>(i64, T*, i64, i32*, const Perturbation&, PivotCounts&);                  \
-    template void ldl_pivot_bk<T, Hermitian>(i64, T*, i64, i32*, const Perturbation&, PivotCounts&)
-NXL_LDL_PIVOTS(double, false);
-NXL_LDL_PIVOTS(zcomplex, false);
-NXL_LDL_PIVOTS(zcomplex, true);
-#undef NXL_LDL_PIVOTS
+template void ldl_pivot_1x1<double, false>(i64, double*, i64, i32*, const Perturbation&, PivotCounts&);
+template void ldl_pivot_1x1<zcomplex, false>(i64, zcomplex*, i64, i32*, const Perturbation&, PivotCounts&);
+template void ldl_pivot_1x1<zcomplex, true>(i64, zcomplex*, i64, i32*, const Perturbation&, PivotCounts&);
+template void ldl_pivot_bk<double, false>(i64, double*, i64, i32*, const Perturbation&, PivotCounts&);
+template void ldl_pivot_bk<zcomplex, false>(i64, zcomplex*, i64, i32*, const Perturbation&, PivotCounts&);
+template void ldl_pivot_bk<zcomplex, true>(i64, zcomplex*, i64, i32*, const Perturbation&, PivotCounts&);
 
 } // namespace nxl::pardiso
