@@ -1,9 +1,8 @@
 // A supernode that has all its updates: its diagonal block is factored, and the rows and columns beside it are solved.
 #pragma once
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/cholesky/cholesky.hpp"
 #include "lapack/kernel/source/cholesky/xpotrf.hpp"
-#include "lapack/kernel/source/lu/lu.hpp"
+#include "lapack/kernel/source/cholesky/xpotrf_omp.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/factor.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/pivots.hpp"
 #include <algorithm>
@@ -59,9 +58,9 @@ template <class T> bool factor_cholesky(const FactorBlock<T>& block) {
         if (!(pivot > 0.0)) return false;
         block.l[0] = std::sqrt(pivot);
     } else if (block.width <= unblocked) {
-        potf2('L', block.width, block.l, block.rows, info);
+        potf2('L', Matrix<T>{block.l, block.width, block.width, block.rows}, info);
     } else {
-        potrf('L', block.width, block.l, block.rows, info, 1);
+        potrf('L', block.width, block.l, block.rows, info);
     }
     if (info != 0) return false;
     if (block.below() > 0)
