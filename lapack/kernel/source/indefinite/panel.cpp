@@ -13,6 +13,7 @@
 #include "lapack/kernel/source/indefinite/panel.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/indefinite/pivots.hpp"
+#include "lapack/kernel/source/indefinite/vector_product.hpp"
 #include <algorithm>
 #include <cmath>
 
@@ -64,7 +65,7 @@ template <class T, Symmetry kind> class Panel {
         T factors[most_columns];
         const Matrix<T> before = finished(w_, shift_), l = finished(a_, 0);
         for (i64 c = 0; c < done_; ++c) factors[c] = mirrored<kind>(before(p, c));
-        gemv('N', rows.count, done_, -1.0, l.at(rows.start, 0), l.ld, factors, 1, 1.0, w + rows.start, 1);
+        subtract_vector_product('N', l.rows_from(rows.start, rows.count), factors, w + rows.start);
         w[p] = on_diagonal<kind>(w[p]);
     }
 

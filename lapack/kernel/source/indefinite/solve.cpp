@@ -10,6 +10,7 @@
 #include "lapack/kernel/source/indefinite/solve.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/indefinite/pivot_block.hpp"
+#include "lapack/kernel/source/indefinite/vector_product.hpp"
 
 namespace nxl {
 
@@ -26,7 +27,7 @@ namespace {
 /// C := C - op(A) B; with one column by the product that is made for vectors.
 template <class T> void subtract_product(char op, const Operand<T>& a, const Operand<T>& b, const Matrix<T>& c) {
     if (a.rows == 0 || a.columns == 0) return;
-    if (c.columns == 1) gemv(op, a.rows, a.columns, -1.0, a.data, a.ld, b.data, 1, 1.0, c.data, 1);
+    if (c.columns == 1) subtract_vector_product(op, a, b.data, c.data);
     else gemm(op, 'N', -1.0, a, b, 1.0, c);
 }
 template <class T> void solve_triangle(char uplo, char op, const Operand<T>& a, const Matrix<T>& x) {
@@ -118,9 +119,12 @@ template <class T, Symmetry kind> class Solver {
           x_(x),
           space_(space) {}
 
+    /// Pivots in a block: with few right-hand sides the copies that a block makes weigh more than wider products gain.
+    i64 width() const { return x_.columns < 8 ? Block::width * 3 / 8 : Block::width; }
+
     void run() const {
         for (Slice steps{}; steps.end() < order_.n;) {
-            steps = pivots_after(order_, ipiv_, steps.end(), Block::width);
+            steps = pivots_after(order_, ipiv_, steps.end(), width());
             eliminate(steps);
         }
         for_pivots(order_, {0, order_.n}, ipiv_, [&](i64 step, i64 size, i64) {
@@ -128,7 +132,7 @@ template <class T, Symmetry kind> class Solver {
             else divide_by_two(order_.at(step), order_.at(step + 1));
         });
         for (Slice steps{order_.n, 0}; steps.start > 0;) {
-            steps = pivots_before(order_, ipiv_, steps.start, Block::width);
+            steps = pivots_before(order_, ipiv_, steps.start, width());
             substitute_back(steps);
         }
     }

@@ -3,6 +3,7 @@
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/cholesky/xpotrf.hpp"
 #include "lapack/kernel/source/cholesky/xpotrf_omp.hpp"
+#include "lapack/kernel/source/lu/xgetrf_omp.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/factor.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/pivots.hpp"
 #include <algorithm>
