@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace nxl {
@@ -17,63 +18,50 @@ namespace {
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double inf = std::numeric_limits<double>::infinity();
 
-TEST(GemmEarlyExit, SmallDepthSmallHeightOrSmallAltogether) {
-    struct Case {
-        GemmShape shape;
-        bool small;
-    };
-    for (const Case& c : {Case{{1000, 1000, 4}, true}, Case{{1000, 1000, 5}, false}, Case{{4, 1000, 1000}, true},
-                          Case{{5, 1000, 1000}, true}, Case{{6, 1000, 1000}, false}, Case{{1000, 1, 1000}, false},
-                          Case{{16, 16, 16}, true}, Case{{17, 16, 16}, false}, Case{{16, 17, 16}, false},
-                          Case{{16, 16, 17}, false}, Case{{1000, 1000, 0}, true}})
-        EXPECT_EQ(gemm_is_small(c.shape), c.small) << c.shape.m << ' ' << c.shape.n << ' ' << c.shape.k;
-}
-
-struct GateCase {
-    GemmShape shape;
-    i64 threads;
-    bool fork;
+/// A decision that holds at a shape, and no longer where any one of these sizes is smaller by 1.
+struct Edge {
+    GemmShape at;
+    std::string sizes;
 };
-
-void expect_gate(bool (*gate)(const GemmShape&, i64), const std::vector<GateCase>& cases) {
-    for (const GateCase& c : cases)
-        EXPECT_EQ(gate(c.shape, c.threads), c.fork)
-            << c.shape.m << " x " << c.shape.n << " x " << c.shape.k << " on " << c.threads;
+template <class Decision> void expect_edges(const char* name, Decision holds, std::initializer_list<Edge> edges) {
+    for (const auto& [at, sizes] : edges) {
+        EXPECT_TRUE(holds(at)) << name << ' ' << at.m << " x " << at.n << " x " << at.k;
+        for (const char size : sizes) {
+            GemmShape below = at;
+            --(size == 'm' ? below.m : size == 'n' ? below.n : below.k);
+            EXPECT_FALSE(holds(below)) << name << ' ' << below.m << " x " << below.n << " x " << below.k;
+        }
+    }
 }
 
-TEST(GemmGate, Real) {
+TEST(GemmEarlyExit, SmallDepthSmallHeightOrSmallAltogether) {
+    expect_edges("not small", [](const GemmShape& s) { return !gemm_is_small(s); },
+                 {{{1000, 1000, 5}, "k"},
+                  {{6, 1000, 1000}, "m"},
+                  {{17, 16, 16}, "m"},
+                  {{16, 17, 16}, "n"},
+                  {{16, 16, 17}, "k"}});
+    EXPECT_FALSE(gemm_is_small({1000, 1, 1000}));
+}
+
+TEST(GemmGate, Edges) {
+    const auto real = [](i64 threads) { return [=](const GemmShape& s) { return dgemm_may_fork(s, threads); }; };
+    const auto complex = [](i64 threads) { return [=](const GemmShape& s) { return zgemm_may_fork(s, threads); }; };
     // Volume, with 8 as half of the rows: n k 8 / 512 > 36 on two threads, a quarter of n and a limit of 9 on eight.
-    expect_gate(dgemm_may_fork, {{{16, 37, 64}, 2, true},
-                                 {{16, 37, 63}, 2, false},
-                                 {{17, 37, 63}, 3, false},
-                                 {{16, 64, 40}, 8, true},
-                                 {{16, 64, 39}, 8, false},
-                                 {{16, 67, 39}, 9, false}});
-    // Surface alone: (3 mh + 2) / 128 > 48 on two threads, 12 on eight.
-    expect_gate(dgemm_may_fork,
-                {{{4180, 2, 1}, 2, true}, {{4178, 2, 1}, 2, false}, {{1108, 8, 1}, 8, true}, {{1106, 8, 1}, 8, false}});
-    // Depth: above 512 / h, 16 for 64 threads.
-    expect_gate(dgemm_may_fork,
-                {{{6, 2, 513}, 2, true}, {{6, 2, 512}, 2, false}, {{6, 64, 17}, 64, true}, {{6, 64, 16}, 64, false}});
+    // Surface alone: (3 mh + 2) / 128 > 48 on two threads, 12 on eight. Depth: above 512 / h, 16 for 64 threads.
     // A share of one column at most is never worth it.
-    expect_gate(dgemm_may_fork, {{{5000, 2, 1000}, 8, false},
-                                 {{5000, 7, 1000}, 8, false},
-                                 {{5000, 8, 1000}, 8, true},
-                                 {{1 << 20, 1, 1 << 20}, 2, false},
-                                 {{2000, 1023, 100}, 1024, false},
-                                 {{2000, 1024, 100}, 1024, true}});
-}
-
-TEST(GemmGate, Complex) {
-    // Volume, with 8 as half of the rows: 8 k 8 n / 1024 > 24 from n k = 400.
-    expect_gate(zgemm_may_fork, {{{16, 20, 20}, 2, true}, {{16, 21, 19}, 2, false}});
-    // No columns for a thread: surface, mh k / 64 > 6 on eight threads, and depth, above 128 on four.
-    expect_gate(zgemm_may_fork, {{{5000, 2, 1000}, 8, true},
-                                 {{56, 2, 16}, 8, true},
-                                 {{54, 2, 16}, 8, false},
-                                 {{6, 1, 129}, 4, true},
-                                 {{6, 1, 128}, 4, false}});
-    expect_gate(zgemm_may_fork, {{{1 << 20, 1 << 10, 4}, 2, false}, {{1 << 20, 1 << 10, 5}, 2, true}});
+    expect_edges("2", real(2),
+                 {{{16, 37, 64}, "k"}, {{4180, 2, 1}, "m"}, {{6, 2, 513}, "k"}, {{1 << 20, 2, 1 << 20}, "n"}});
+    expect_edges("3", real(3), {{{17, 37, 64}, "k"}});
+    expect_edges("8", real(8), {{{16, 64, 40}, "k"}, {{1108, 8, 1}, "m"}, {{5000, 8, 1000}, "n"}});
+    expect_edges("9", real(9), {{{16, 67, 40}, "k"}});
+    expect_edges("64", real(64), {{{6, 64, 17}, "k"}});
+    expect_edges("1024", real(1024), {{{2000, 1024, 100}, "n"}});
+    // Volume: 8 k 8 n / 1024 > 24 from n k = 400; at any volume a depth of 5. With no columns for a thread: surface,
+    // mh k / 64 > 6 on eight threads, and depth, above 128 on four.
+    expect_edges("complex 2", complex(2), {{{16, 20, 20}, "nk"}, {{1 << 20, 1 << 10, 5}, "k"}});
+    expect_edges("complex 8", complex(8), {{{56, 2, 16}, "m"}});
+    expect_edges("complex 4", complex(4), {{{6, 1, 129}, "k"}});
 }
 
 TEST(GemmGate, SizesBeyondMemoryDoNotOverflow) {
@@ -107,35 +95,18 @@ TEST(GemmStrategy, OtherClassesAndNoSse41) {
         EXPECT_EQ(zgemm_strategy(big, CpuClass::mc3, sse41), grid_nhm);
     }
     EXPECT_EQ(zgemm_strategy(big, CpuClass::mc, false), grid);
-    const std::pair<GemmShape, GemmStrategy> thin[] = {{{8000, 3000, 512}, shared_copy}, {{7999, 3000, 512}, grid},
-                                                       {{8000, 2999, 512}, grid},        {{8000, 3000, 513}, grid},
-                                                       {{8000, 7999, 512}, shared_copy}, {{8000, 8000, 512}, grid}};
-    for (const auto& [shape, want] : thin) EXPECT_EQ(dgemm_strategy(shape, 4, CpuClass::mc, false), want);
-}
-
-TEST(GemmStrategy, PrivateCopiesWithSse41) {
-    struct Case {
-        GemmShape shape;
-        bool real, complex;
+    const auto takes = [](GemmStrategy wanted, bool sse41) {
+        return [=](const GemmShape& s) { return dgemm_strategy(s, 2, CpuClass::mc, sse41) == wanted; };
     };
-    // On 2 threads; the real choice asks n <= 2 m.
-    for (const Case& c : {Case{{1000, 1000, 150}, true, true},   Case{{999, 1000, 150}, false, true},
-                          Case{{1000, 999, 150}, false, true},   Case{{1000, 1000, 149}, false, true},
-                          Case{{1000, 2000, 150}, true, true},   Case{{1000, 2001, 200}, false, true},
-                          Case{{7000, 3000, 5}, true, true},     Case{{6999, 3000, 5}, false, false},
-                          Case{{7000, 2999, 5}, false, false},   Case{{1200, 1200, 128}, true, true},
-                          Case{{1199, 1200, 128}, false, true},  Case{{1200, 1199, 128}, false, true},
-                          Case{{1200, 1200, 127}, false, false}, Case{{400, 400, 200}, false, true},
-                          Case{{399, 400, 200}, false, false},   Case{{400, 399, 200}, false, false},
-                          Case{{400, 400, 199}, false, false},   Case{{600, 600, 128}, false, true},
-                          Case{{599, 600, 128}, false, false},   Case{{600, 599, 128}, false, false},
-                          Case{{600, 600, 127}, false, false},   Case{{7000, 1200, 128}, true, true},
-                          Case{{400, 100000, 200}, false, true}}) {
-        const auto text = [&] { return ::testing::Message() << c.shape.m << ' ' << c.shape.n << ' ' << c.shape.k; };
-        const auto choice = [](bool copies) { return copies ? GemmStrategy::private_copies : GemmStrategy::grid; };
-        EXPECT_EQ(dgemm_strategy(c.shape, 2, CpuClass::mc, true), choice(c.real)) << text();
-        EXPECT_EQ(zgemm_strategy(c.shape, CpuClass::mc, true), choice(c.complex)) << text();
-    }
+    expect_edges("shared copy", takes(shared_copy, false), {{{8000, 3000, 512}, "mn"}});
+    expect_edges("no shared copy", takes(grid, false), {{{8000, 3000, 513}, "k"}, {{8000, 8000, 512}, "n"}});
+    expect_edges(
+        "private copies", takes(private_copies, true), // on 2 threads: n <= 2 m
+        {{{1000, 1000, 150}, "mnk"}, {{1001, 2002, 150}, "m"}, {{7000, 3000, 5}, "mn"}, {{1200, 1200, 128}, "mnk"}});
+    expect_edges("grid", takes(grid, true), {{{1000, 2001, 200}, "n"}});
+    expect_edges("complex", [](const GemmShape& s) { return zgemm_strategy(s, CpuClass::mc, true) == private_copies; },
+                 {{{400, 400, 200}, "mnk"}, {{7000, 3000, 5}, "mn"}, {{600, 600, 128}, "mnk"}});
+    EXPECT_EQ(zgemm_strategy({400, 100000, 200}, CpuClass::mc, true), private_copies);
 }
 
 /// Counts how often each element of an m by n matrix is reached.
@@ -201,9 +172,9 @@ TEST(GemmCuts, GridsCoverC) {
 }
 
 TEST(GemmCuts, GridFollowsTheShape) {
-    EXPECT_EQ(grid_rows({801, 100, 1}, 8), 8); // more rows than columns for all threads
-    EXPECT_EQ(grid_rows({800, 100, 1}, 8), 2);
-    EXPECT_EQ(grid_rows({100, 801, 1}, 8), 1);
+    const auto rows_are = [](i64 wanted) { return [=](const GemmShape& s) { return grid_rows(s, 8) == wanted; }; };
+    expect_edges("tall", rows_are(8), {{{801, 100, 1}, "m"}});
+    expect_edges("wide", rows_are(1), {{{100, 801, 1}, "n"}});
     EXPECT_EQ(grid_rows({100, 800, 1}, 8), 2);
     const GemmGrid grid({103, 107, 1}, 8, 2, 2, 4); // cells of 50 x 24, numbered down the columns
     const GemmCell cell = grid.cell(3), last = grid.cell(7);
@@ -274,11 +245,11 @@ TEST(GemmBlockRows, FollowTheSecondCache) {
     EXPECT_EQ(dgemm_htn_block_rows({9000, 100, 512}, small), 448);
     EXPECT_EQ(zgemm_htn_block_rows(small), 256);
     for (const GemmCacheSizes& caches : {unknown, large}) {
-        EXPECT_EQ(dgemm_htn_block_rows({7000, 100, 512}, caches), 1024);
-        EXPECT_EQ(dgemm_htn_block_rows({7001, 100, 512}, caches), 704);
-        EXPECT_EQ(dgemm_htn_block_rows({7001, 100, 511}, caches), 1024);
-        EXPECT_EQ(dgemm_htn_block_rows({7001, 100, 256}, caches), 704);
-        EXPECT_EQ(dgemm_htn_block_rows({7001, 100, 255}, caches), 1024);
+        const auto rows_are = [&](i64 wanted) {
+            return [=, &caches](const GemmShape& s) { return dgemm_htn_block_rows(s, caches) == wanted; };
+        };
+        expect_edges("704", rows_are(704), {{{7001, 100, 512}, "mk"}, {{7001, 100, 256}, "k"}});
+        expect_edges("1024", rows_are(1024), {{{7001, 100, 257}, "k"}});
         EXPECT_EQ(zgemm_htn_block_rows(caches), 512);
     }
 }
@@ -327,69 +298,43 @@ TEST(GemmCaches, OddListsStayWithinTheRecord) {
 }
 
 struct TriangularCase {
-    CpuClass cpu_class;
     TriangularShape shape;
-    i64 threads, q;
+    i64 q;
     bool serial;
+    i64 threads = 2;
 };
 
 TEST(TriangularGates, BothSidesOfEveryClauseOfDtrsm) {
+    const auto check = [](std::initializer_list<CpuClass> classes, std::initializer_list<TriangularCase> cases) {
+        for (const CpuClass cpu_class : classes)
+            for (const auto& [shape, q, serial, threads] : cases) {
+                SCOPED_TRACE(::testing::Message()
+                             << "class " << static_cast<int>(cpu_class) << (shape.left ? " left " : " right ")
+                             << shape.m << " x " << shape.n);
+                const TriangularGate& gate = dtrsm_gate(cpu_class, shape.left);
+                EXPECT_EQ(triangular_block(gate, shape, threads), q);
+                EXPECT_EQ(triangular_stays_serial(gate, shape, q, 1.0), serial);
+            }
+    };
     constexpr auto def = CpuClass::def, p4n = CpuClass::p4n, mc = CpuClass::mc, mc3 = CpuClass::mc3;
-    for (const TriangularCase& c : {
-             // Sizes alone.
-             TriangularCase{def, {true, 16, 16}, 2, 8, true},
-             {def, {true, 17, 1}, 2, 0, false},
-             {mc3, {true, 1, 17}, 2, 8, false},
-             {mc3, {false, 16, 16}, 4, 4, true},
-             {def, {false, 17, 16}, 4, 4, false},
-             // Left: below 17 in both.
-             {p4n, {true, 16, 16}, 2, 8, true},
-             {mc, {true, 16, 16}, 2, 8, true},
-             // Left: s < 1 (m <= 15) and w < 6; the sum is above 6 only beyond that.
-             {p4n, {true, 15, 102}, 2, 51, true},  // w = 5.977
-             {p4n, {true, 15, 104}, 2, 52, false}, // w = 6.09
-             {mc, {true, 15, 102}, 2, 51, true},
-             {mc, {true, 15, 104}, 2, 52, false},
-             // Left: s + w <= 6. m = 32: s = 4.125, w = q / 4.
-             {p4n, {true, 32, 14}, 2, 7, true},  // 5.875
-             {p4n, {true, 32, 16}, 2, 8, false}, // 6.125
-             {mc, {true, 31, 17}, 2, 8, true},   // 3.875 + 1.9375
-             {mc, {true, 31, 18}, 2, 9, false},  // 3.875 + 2.18
-             // The triangle alone may do: m = 39 gives s = 6.09 with no column at all.
-             {p4n, {true, 39, 1}, 2, 0, false},
-             {p4n, {true, 38, 1}, 2, 0, true}, // 5.79
-             // Left, above 512: class 1 wants 8 columns; class 2 rounds.
-             {p4n, {true, 513, 15}, 2, 7, true},
-             {p4n, {true, 513, 16}, 2, 8, false},
-             {p4n, {true, 512, 15}, 2, 7, false},
-             {mc, {true, 513, 15}, 2, 4, false},
-             {mc, {true, 512, 15}, 2, 7, false},
-             {mc, {true, 513, 6}, 2, 0, false},
-             // Right: s <= 1 (n <= 15), whatever the rows.
-             {p4n, {false, 100000, 15}, 2, 50000, true},
-             {p4n, {false, 100000, 16}, 2, 50000, false}, // s = 1.0625
-             {mc, {false, 100000, 15}, 2, 50000, true},
-             {mc, {false, 100000, 16}, 2, 50000, false},
-             // Right: w < 4. n = 64: s = 16.25, w = q / 2.
-             {p4n, {false, 15, 64}, 2, 7, true},
-             {p4n, {false, 16, 64}, 2, 8, false},
-             {mc, {false, 15, 64}, 2, 4, true}, // rounded down from 7
-             {mc, {false, 16, 64}, 2, 8, false},
-             {mc, {false, 6, 2000}, 2, 0, true},
-             // Right: s + w <= 10. n = 32: s = 4.125, w = q / 4.
-             {p4n, {false, 46, 32}, 2, 23, true},  // 9.875
-             {p4n, {false, 48, 32}, 2, 24, false}, // 10.125
-             {mc, {false, 46, 32}, 2, 20, true},
-             {mc, {false, 48, 32}, 2, 24, false},
-         }) {
-        const TriangularGate& gate = dtrsm_gate(c.cpu_class, c.shape.left);
-        const auto text = [&] {
-            return ::testing::Message() << "class " << static_cast<int>(c.cpu_class)
-                                        << (c.shape.left ? " left " : " right ") << c.shape.m << " x " << c.shape.n;
-        };
-        EXPECT_EQ(triangular_block(gate, c.shape, c.threads), c.q) << text();
-        EXPECT_EQ(triangular_stays_serial(gate, c.shape, c.q, 1.0), c.serial) << text();
-    }
+    // Sizes alone.
+    check({def, mc3}, {{{true, 16, 16}, 8, true}, {{true, 17, 1}, 0, false}, {{true, 1, 17}, 8, false}});
+    check({def, mc3}, {{{false, 16, 16}, 4, true, 4}, {{false, 17, 16}, 4, false, 4}});
+    // Left: below 17 in both; s < 1 (m <= 15) and w < 6, the sum is above 6 only beyond that.
+    check({p4n, mc}, {{{true, 16, 16}, 8, true}, {{true, 15, 102}, 51, true}, {{true, 15, 104}, 52, false}});
+    // Left: s + w <= 6. m = 32: s = 4.125, w = q / 4. The triangle alone may do: m = 39 gives s = 6.09.
+    check({p4n}, {{{true, 32, 14}, 7, true}, {{true, 32, 16}, 8, false}});
+    check({p4n}, {{{true, 39, 1}, 0, false}, {{true, 38, 1}, 0, true}});
+    check({mc}, {{{true, 31, 17}, 8, true}, {{true, 31, 18}, 9, false}});
+    // Left, above 512: class 1 wants 8 columns; class 2 rounds.
+    check({p4n, mc}, {{{true, 512, 15}, 7, false}});
+    check({p4n}, {{{true, 513, 15}, 7, true}, {{true, 513, 16}, 8, false}});
+    check({mc}, {{{true, 513, 15}, 4, false}, {{true, 513, 6}, 0, false}});
+    // Right: s <= 1 (n <= 15), whatever the rows; w < 4, where n = 64: s = 16.25, w = q / 2.
+    check({p4n, mc}, {{{false, 100000, 15}, 50000, true}, {{false, 100000, 16}, 50000, false}});
+    check({p4n, mc}, {{{false, 16, 64}, 8, false}, {{false, 48, 32}, 24, false}}); // s + w = 10.125 in the second
+    check({p4n}, {{{false, 15, 64}, 7, true}, {{false, 46, 32}, 23, true}});       // 9.875
+    check({mc}, {{{false, 15, 64}, 4, true}, {{false, 46, 32}, 20, true}, {{false, 6, 2000}, 0, true}});
 }
 
 TEST(TriangularGates, OtherRoutinesWantWorkInEveryBlock) {

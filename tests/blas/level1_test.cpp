@@ -2,19 +2,14 @@
 // once for each processor class and vector width.
 #include "nxl.h"
 #include "tests/support/guarded_vector.hpp"
+#include "tests/support/scalars.hpp"
 #include <array>
 #include <bit>
-#include <cmath>
-#include <gtest/gtest.h>
-#include <limits>
 
 namespace {
 
-using nxl_test::Flush;
-using nxl_test::StridedVector;
-using zcomplex = std::complex<double>;
+using namespace nxl_test;
 
-constexpr double eps = std::numeric_limits<double>::epsilon();
 constexpr double inf = std::numeric_limits<double>::infinity();
 const double nan_value = std::numeric_limits<double>::quiet_NaN();
 
@@ -22,11 +17,6 @@ int class_under_test() {
     const char* text = std::getenv("NXL_DEBUG_CPU_TYPE");
     return text ? std::atoi(text) : -1;
 }
-
-double modulus1(double v) { return std::fabs(v); }
-double modulus1(zcomplex v) { return std::fabs(v.real()) + std::fabs(v.imag()); }
-double conjugate(double v) { return v; }
-zcomplex conjugate(zcomplex v) { return std::conj(v); }
 
 /// The routines of one scalar type under common names.
 template <class T> struct Blas;
@@ -83,7 +73,6 @@ template <class T> class Level1 : public ::testing::Test {
     }
 };
 
-using Scalars = ::testing::Types<double, zcomplex>;
 TYPED_TEST_SUITE(Level1, Scalars);
 
 /// Where y goes beside x: to the same end, or, with an x off its boundary, on one of its own.
@@ -104,49 +93,30 @@ void expect_same_update(int n, int incx, int incy, Flush flush, double ulps, Cal
     ASSERT_TRUE(x.gaps_untouched() && y.gaps_untouched());
 }
 
-TYPED_TEST(Level1, Axpy) {
+TYPED_TEST(Level1, Updates) {
     using T = TypeParam;
     const T alpha = Blas<T>::alpha;
-    this->for_all([&](int n, int incx, int incy, Flush flush) {
-        expect_same_update<T>(
-            n, incx, incy, flush, 4.0, [&](T* x, T* y) { Blas<T>::axpy(&n, &alpha, x, &incx, y, &incy); },
-            [&](const T& x, T& y) { y += alpha * x; });
-    });
-}
-
-TYPED_TEST(Level1, CopyAndSwapAreExact) {
-    using T = TypeParam;
-    this->for_all([&](int n, int incx, int incy, Flush flush) {
-        expect_same_update<T>(
-            n, incx, incy, flush, 0.0, [&](T* x, T* y) { Blas<T>::copy(&n, x, &incx, y, &incy); },
-            [](const T& x, T& y) { y = x; });
-        expect_same_update<T>(
-            n, incx, incy, flush, 0.0, [&](T* x, T* y) { Blas<T>::swap(&n, x, &incx, y, &incy); },
-            [](T& x, T& y) { std::swap(x, y); });
-    });
-}
-
-TYPED_TEST(Level1, RotationWithRealSine) {
-    using T = TypeParam;
     const double c = 0.6, s = -0.8;
     this->for_all([&](int n, int incx, int incy, Flush flush) {
-        expect_same_update<T>(
-            n, incx, incy, flush, 4.0, [&](T* x, T* y) { Blas<T>::rot(&n, x, &incx, y, &incy, &c, &s); },
+        const auto check = [&](const char* name, double ulps, auto call, auto step) {
+            SCOPED_TRACE(name);
+            expect_same_update<T>(n, incx, incy, flush, ulps, call, step);
+        };
+        check(
+            "axpy", 4.0, [&](T* x, T* y) { Blas<T>::axpy(&n, &alpha, x, &incx, y, &incy); },
+            [&](const T& x, T& y) { y += alpha * x; });
+        check("scal", 4.0, [&](T* x, T*) { Blas<T>::scal(&n, &alpha, x, &incx); }, [&](T& x, const T&) { x *= alpha; });
+        check("copy", 0.0, [&](T* x, T* y) { Blas<T>::copy(&n, x, &incx, y, &incy); }, [](const T& x, T& y) { y = x; });
+        check(
+            "swap", 0.0, [&](T* x, T* y) { Blas<T>::swap(&n, x, &incx, y, &incy); },
+            [](T& x, T& y) { std::swap(x, y); });
+        check(
+            "rot", 4.0, [&](T* x, T* y) { Blas<T>::rot(&n, x, &incx, y, &incy, &c, &s); },
             [&](T& x, T& y) {
                 const T old = x;
                 x = c * x + s * y;
                 y = c * y - s * old;
             });
-    });
-}
-
-TYPED_TEST(Level1, Scal) {
-    using T = TypeParam;
-    const T alpha = Blas<T>::alpha;
-    this->for_all([&](int n, int incx, int incy, Flush flush) {
-        expect_same_update<T>(
-            n, incx, incy, flush, 4.0, [&](T* x, T*) { Blas<T>::scal(&n, &alpha, x, &incx); },
-            [&](T& x, const T&) { x *= alpha; });
     });
 }
 
@@ -159,7 +129,7 @@ TYPED_TEST(Level1, DotAsumNrm2) {
         double asum = 0.0, squares = 0.0, products = 0.0;
         for (int k = 0; k < n; ++k) {
             dot += conjugate(x[k]) * y[k];
-            asum += modulus1(x[k]);
+            asum += abs1(x[k]);
             squares += std::norm(x[k]);
             products += std::abs(x[k]) * std::abs(y[k]);
         }
@@ -174,7 +144,7 @@ TYPED_TEST(Level1, DotAsumNrm2) {
 template <class T, class Better> int expected_position(const std::vector<T>& x, Better better) {
     std::size_t where = 0;
     for (std::size_t k = 1; k < x.size(); ++k)
-        if (better(modulus1(x[k]), modulus1(x[where]))) where = k;
+        if (better(abs1(x[k]), abs1(x[where]))) where = k;
     return static_cast<int>(where) + 1;
 }
 

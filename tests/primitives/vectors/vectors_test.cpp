@@ -74,47 +74,30 @@ INSTANTIATE_TEST_SUITE_P(, ScalarWithArray,
                          ::testing::Values(Scalars{-2.75, {1.25, -0.5}}, Scalars{-0.0, {-0.0, -0.0}},
                                            Scalars{0.0, {-0.0, 0.0}}));
 
+template <class T, class S, class Routine, class Value, class Formula>
+void with_value(const char* name, Routine routine, Value value, Formula formula) {
+    matches<T, S>(name, [=](auto* src, auto* dst, auto n) { routine(src, dst, value, n); }, formula);
+}
+
 TEST_P(ScalarWithArray, MatchesPlainLoops) {
     const D x = GetParam().x;
     const Z z = GetParam().z;
-    matches<D, D>("AddValue_d", [&](auto* s, auto* d, auto n) { AddValue_d(s, d, x, n); }, [&](D a) { return a + x; });
-    matches<Z, Z>(
-        "AddValuec_d", [&](auto* s, auto* d, auto n) { AddValuec_d(s, d, &z, n); }, [&](Z a) { return a + z; });
-    matches<Z, Z>(
-        "AddValuecd_d", [&](auto* s, auto* d, auto n) { AddValuecd_d(s, d, x, n); }, [&](Z a) { return a + x; });
-    matches<Z, D>(
-        "AddValuedc_d", [&](auto* s, auto* d, auto n) { AddValuedc_d(s, d, &z, n); }, [&](D a) { return a + z; });
-    matches<D, D>(
-        "SubFromValue_d", [&](auto* s, auto* d, auto n) { SubFromValue_d(s, d, x, n); }, [&](D a) { return x - a; });
-    matches<Z, Z>(
-        "SubFromValuec_d", [&](auto* s, auto* d, auto n) { SubFromValuec_d(s, d, &z, n); }, [&](Z a) { return z - a; });
-    matches<Z, Z>(
-        "SubFromValuecd_d", [&](auto* s, auto* d, auto n) { SubFromValuecd_d(s, d, x, n); },
-        [&](Z a) { return x - a; });
-    matches<Z, D>(
-        "SubFromValuedc_d", [&](auto* s, auto* d, auto n) { SubFromValuedc_d(s, d, &z, n); },
-        [&](D a) { return z - a; });
-    matches<D, D>(
-        "DivideValue_d", [&](auto* s, auto* d, auto n) { DivideValue_d(s, d, x, n); }, [&](D a) { return x / a; });
-    matches<Z, Z>(
-        "DivideValuec_d", [&](auto* s, auto* d, auto n) { DivideValuec_d(s, d, &z, n); },
-        [&](Z a) { return quotient(z, a); });
-    matches<Z, Z>(
-        "DivideValuecd_d", [&](auto* s, auto* d, auto n) { DivideValuecd_d(s, d, x, n); },
-        [&](Z a) { return quotient({x, 0.0}, a); });
-    matches<Z, D>(
-        "DivideValuedc_d", [&](auto* s, auto* d, auto n) { DivideValuedc_d(s, d, &z, n); }, [&](D a) { return z / a; });
-    matches<D, D>(
-        "ScaleByValue_d", [&](auto* s, auto* d, auto n) { ScaleByValue_d(s, d, x, n); }, [&](D a) { return a * x; });
-    matches<Z, Z>(
-        "ScaleByValuec_d", [&](auto* s, auto* d, auto n) { ScaleByValuec_d(s, d, &z, n); },
-        [&](Z a) { return product(a, z); });
-    matches<Z, Z>(
-        "ScaleByValuecd_d", [&](auto* s, auto* d, auto n) { ScaleByValuecd_d(s, d, x, n); },
-        [&](Z a) { return a * x; });
-    matches<Z, D>(
-        "ScaleByValuedc_d", [&](auto* s, auto* d, auto n) { ScaleByValuedc_d(s, d, &z, n); },
-        [&](D a) { return a * z; });
+    with_value<D, D>("AddValue_d", AddValue_d, x, [&](D a) { return a + x; });
+    with_value<Z, Z>("AddValuec_d", AddValuec_d, &z, [&](Z a) { return a + z; });
+    with_value<Z, Z>("AddValuecd_d", AddValuecd_d, x, [&](Z a) { return a + x; });
+    with_value<Z, D>("AddValuedc_d", AddValuedc_d, &z, [&](D a) { return a + z; });
+    with_value<D, D>("SubFromValue_d", SubFromValue_d, x, [&](D a) { return x - a; });
+    with_value<Z, Z>("SubFromValuec_d", SubFromValuec_d, &z, [&](Z a) { return z - a; });
+    with_value<Z, Z>("SubFromValuecd_d", SubFromValuecd_d, x, [&](Z a) { return x - a; });
+    with_value<Z, D>("SubFromValuedc_d", SubFromValuedc_d, &z, [&](D a) { return z - a; });
+    with_value<D, D>("DivideValue_d", DivideValue_d, x, [&](D a) { return x / a; });
+    with_value<Z, Z>("DivideValuec_d", DivideValuec_d, &z, [&](Z a) { return quotient(z, a); });
+    with_value<Z, Z>("DivideValuecd_d", DivideValuecd_d, x, [&](Z a) { return quotient({x, 0.0}, a); });
+    with_value<Z, D>("DivideValuedc_d", DivideValuedc_d, &z, [&](D a) { return z / a; });
+    with_value<D, D>("ScaleByValue_d", ScaleByValue_d, x, [&](D a) { return a * x; });
+    with_value<Z, Z>("ScaleByValuec_d", ScaleByValuec_d, &z, [&](Z a) { return product(a, z); });
+    with_value<Z, Z>("ScaleByValuecd_d", ScaleByValuecd_d, x, [&](Z a) { return a * x; });
+    with_value<Z, D>("ScaleByValuedc_d", ScaleByValuedc_d, &z, [&](D a) { return a * z; });
 }
 
 TEST(VectorPrimitives, ArrayWithArray) {
