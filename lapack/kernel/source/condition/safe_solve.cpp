@@ -31,7 +31,7 @@ SafeTriangle<T>::SafeTriangle(char uplo, char diag, const Columns<const T>& tria
     double largest = 0.0;
     for (i64 j = 0; j < n_; ++j) {
         sums_[j] = asum(off_.count(j), off_.start(j), 1);
-        if (!(sums_[j] <= largest)) largest = sums_[j];
+        if (!(sums_[j] <= largest) && !std::isnan(largest)) largest = sums_[j]; // a NaN wins and stays
     }
     if (!(largest <= huge / 2)) fit_sums();
 }
