@@ -40,9 +40,11 @@ SafeTriangle<T>::SafeTriangle(char uplo, char diag, const Columns<const T>& tria
 template <class T> void SafeTriangle<T>::fit_sums() {
     constexpr i64 parts = sizeof(T) / sizeof(double); // one by one: the abs1 of a complex number may not fit either
     double largest = 0.0;
-    for (i64 j = 0; j < n_; ++j)
-        largest = std::max(largest, largest_abs1(parts * off_.count(j), as_doubles(off_.start(j))));
-    finite_ = largest <= std::numeric_limits<double>::max();
+    for (i64 j = 0; j < n_; ++j) {
+        const double size = largest_abs1(parts * off_.count(j), as_doubles(off_.start(j)));
+        finite_ = finite_ && size <= std::numeric_limits<double>::max(); // a NaN is not
+        largest = std::max(largest, size);
+    }
     if (!finite_) return;
     scale_ = 0.5 / (tiny * largest) / static_cast<double>(parts * n_);
     for (i64 j = 0; j < n_; ++j) {
