@@ -29,7 +29,7 @@ template <class T> struct Square {
     int n, ld;
     std::vector<T> a;
     explicit Square(int order) : n(order), ld(order + 2), a(static_cast<size_t>(ld) * static_cast<size_t>(order) + 1) {}
-    T& at(int i, int j) { return a[static_cast<size_t>(i + j * ld)]; }
+    T& at(int i, int j) { return a[static_cast<size_t>(i) + static_cast<size_t>(j) * static_cast<size_t>(ld)]; }
 };
 
 /// What a triangle is like. The other triangle and what lies between columns are NaN.

@@ -4,6 +4,7 @@
 #include "tests/support/captured.hpp"
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <map>
 #include <numeric>
 #include <random>
@@ -35,7 +36,8 @@ OwnedSmat random_matrix(i32 n, bool upper, unsigned seed) {
     OwnedSmat mat(smat_create_full(order, order, static_cast<u32>(entries.size()), upper ? 1 : 0));
     i32 k = 0;
     for (i32 i = 0; i < n; ++i) {
-        for (auto at = entries.upper_bound({i, n}); at != entries.begin() && (--at)->first.first == i; ++k) {
+        for (auto at = entries.upper_bound({i, n}); at != entries.begin() && std::prev(at)->first.first == i; ++k) {
+            --at;
             mat->ja[k] = at->first.second;
             mat->a[k] = at->second;
         }
