@@ -136,14 +136,15 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *    3       out: threads, the smaller of neqns and NXL_Get_Max_Threads; 1 out of core
  *    4 [0]   10 L + K, solution by iterations that an older factorisation preconditions, to a residual of 10^-L: by CG
  *            for types 2 and -2, else by CGS; K = 0: none. A factorisation is made where there is none or the
-            iteration has failed, but not by step 33; above 0, K also limits the time of the iteration, to 1.35 K times
-            that of the factorisation; below 0 there are 150 steps
+ *            iteration has failed, but not by step 33; above 0, K also limits the time of the iteration, to 1.35 K
+ *            times that of the factorisation; below 0 there are 150 steps
  *    5 [0]   above 0 but not 2: perm is the order; 2: perm receives the computed one; below 0: the one that is used
  *    6 [0]   1: the solution is written over b too
  *    7       out: steps of refinement done
  *    8 [0]   most steps of refinement, 0: two where pivots were replaced; below 0 with residuals in doubled precision
  *    9 [0]   below 0: iparam(17) leaves factors and refinement out
- *   10       pivots below 10^-iparam(10), relative to A, are replaced: [13] for types 1, 3, 11, 13, [8] for -2, -4, 6
+ *   10       types 11, 13, -2, -4, 6: pivots below 10^-iparam(10) are replaced. [13] for 11 and 13, of the matrix as
+ *            the matching scaled it; [8] for the others, times the root of row 1's largest entry off the diagonal
  *   11       1: scale by the matching: [1] for 11 and 13, else [0]
  *   12 [0]   1: solve with the transpose of an A that is stored in full; unless iparam(1) is 1. -1 afterwards: A is
  *            diagonal, the handle was never built, and steps 0 and -1 have nothing to do until this is 0 again

@@ -17,14 +17,12 @@
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include "service/matrix.hpp"
 #include "service/parallel.hpp"
+#include "service/scalars.hpp"
 #include "service/threads.hpp"
 #include <type_traits>
 
 namespace nxl {
 namespace {
-
-double conjugate(double value) { return value; }
-zcomplex conjugate(zcomplex value) { return std::conj(value); }
 
 /// op(A) or op(B), n by k: untransposed, or the transposed or conjugated form of what is stored.
 template <class T> struct StoredFactor {
@@ -97,7 +95,7 @@ void syr2k_driver(const char& uplo, const char& trans, const i64& n, const i64& 
         slot<Kernel>(uplo, trans, part.count, k, alpha, x.row(part.start), lda, y.row(part.start), ldb, beta,
                      result.at(part.start, part.start), ldc);
     };
-    const T other_alpha = adjoint == 'C' ? conjugate(alpha) : alpha;
+    const T other_alpha = conj_if<(adjoint == 'C')>(alpha);
     const double flops = alpha == T{} ? 0.0 : flops_of<T>(n, n, k);
     const bool done = over_strips(uplo, n, flops, [&](const TriangleStrip& strip) {
         update_rectangle(result, strip, adjoint, alpha, x, y, T{beta});

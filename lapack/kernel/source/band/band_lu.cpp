@@ -46,13 +46,13 @@ template <class T> void BandLu<T>::lower_block(char trans, i64 j, i64 width, con
 }
 
 template <class T> void BandLu<T>::solve_lower(char trans, const Matrix<T>& b) const {
-    const i64 n = order(), blocks = (n + band_panel - 1) / band_panel;
+    const i64 n = order(), blocks = (n + BandSizes::panel - 1) / BandSizes::panel;
     if (lower.below == 0) return;
-    if (lower.below > narrow_band && b.columns > 1)
-        if (const Scratch<T> space((band_panel + lower.below) * band_panel); space.data()) {
+    if (lower.below > BandSizes::narrow && b.columns > 1)
+        if (const Scratch<T> space((BandSizes::panel + lower.below) * BandSizes::panel); space.data()) {
             for (i64 step = 0; step < blocks; ++step) {
-                const i64 j = (trans == 'N' ? step : blocks - 1 - step) * band_panel;
-                lower_block(trans, j, std::min(band_panel, n - j), b, space.data());
+                const i64 j = (trans == 'N' ? step : blocks - 1 - step) * BandSizes::panel;
+                lower_block(trans, j, std::min(BandSizes::panel, n - j), b, space.data());
             }
             return;
         }

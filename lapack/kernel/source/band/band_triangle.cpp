@@ -72,10 +72,10 @@ template <class T> struct BandTriangle {
     }
 
     void solve_blocks(const Matrix<T>& b, T* space) const {
-        const i64 blocks = (n + band_panel - 1) / band_panel;
+        const i64 blocks = (n + BandSizes::panel - 1) / BandSizes::panel;
         for (i64 step = 0; step < blocks; ++step) {
-            const i64 j = (ascending() ? step : blocks - 1 - step) * band_panel;
-            solve_block(j, std::min(band_panel, n - j), b, space);
+            const i64 j = (ascending() ? step : blocks - 1 - step) * BandSizes::panel;
+            solve_block(j, std::min(BandSizes::panel, n - j), b, space);
         }
     }
 };
@@ -96,8 +96,8 @@ template <class T>
 void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, const Matrix<T>& b) {
     const auto solver = band_triangle(uplo, trans, diag, triangle);
     const i64 width = std::max(triangle.above, triangle.below);
-    if (width > narrow_band && b.columns > 1)
-        if (const Scratch<T> space((band_panel + width) * band_panel); space.data())
+    if (width > BandSizes::narrow && b.columns > 1)
+        if (const Scratch<T> space((BandSizes::panel + width) * BandSizes::panel); space.data())
             return solver.solve_blocks(b, space.data());
     for_groups_of_columns(b, [&](T* x, auto count) { solver.template solve_columns<count>(x, b.ld); });
 }

@@ -107,8 +107,8 @@ template <class T> class BandElimination {
 
     void by_panels(T* panel_space, T* copy_space) {
         for (i64 j = 0; j < std::min(kl_ + ku_, n_); ++j) clear_fill(j);
-        for (i64 j = 0; j < std::min(m_, n_); j += band_panel) {
-            const i64 width = std::min(band_panel, std::min(m_, n_) - j);
+        for (i64 j = 0; j < std::min(m_, n_); j += BandSizes::panel) {
+            const i64 width = std::min(BandSizes::panel, std::min(m_, n_) - j);
             for (i64 c = 0; c < width; ++c) clear_fill(j + c + kl_ + ku_);
             eliminate_panel(j, width, panel_space, copy_space);
         }
@@ -125,8 +125,8 @@ template <class T> class BandElimination {
           info_(info) {}
 
     void run() {
-        if (kl_ <= narrow_band) return by_columns();
-        const i64 elements = (band_panel + kl_) * band_panel;
+        if (kl_ <= BandSizes::narrow) return by_columns();
+        const i64 elements = (BandSizes::panel + kl_) * BandSizes::panel;
         const Scratch<T> space(2 * elements);
         if (space.data()) by_panels(space.data(), space.data() + elements);
         else by_columns();

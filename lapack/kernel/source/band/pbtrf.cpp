@@ -65,15 +65,15 @@ template <class T> struct BandCholesky {
     }
 
     i64 by_blocks(T* space) const {
-        for (i64 j = 0; j < n; j += band_panel)
-            if (const i64 failed = eliminate_block(j, std::min(band_panel, n - j), space); failed != 0)
+        for (i64 j = 0; j < n; j += BandSizes::panel)
+            if (const i64 failed = eliminate_block(j, std::min(BandSizes::panel, n - j), space); failed != 0)
                 return j + failed;
         return 0;
     }
 
     i64 factor() const {
-        if (kd >= band_panel)
-            if (const Scratch<T> space(kd * band_panel); space.data()) return by_blocks(space.data());
+        if (kd >= BandSizes::panel)
+            if (const Scratch<T> space(kd * BandSizes::panel); space.data()) return by_blocks(space.data());
         return by_columns();
     }
 };

@@ -1,21 +1,12 @@
-// What algorithms for both scalars ask of one number, and the limits of double.
+// What LAPACK asks of numbers and vectors of them, and the limits of double.
 #pragma once
-#include "service/types.hpp"
-#include <cmath>
-#include <complex>
+#include "service/scalars.hpp"
 #include <limits>
 
 namespace nxl {
 
 inline constexpr double safe_minimum = std::numeric_limits<double>::min(); // its reciprocal does not overflow
 inline constexpr double unit_roundoff = std::numeric_limits<double>::epsilon() / 2;
-
-inline double conj_if(bool, double x) { return x; }
-inline zcomplex conj_if(bool conjugate, const zcomplex& x) { return conjugate ? std::conj(x) : x; }
-
-/// |re| + |im|: the modulus to a factor of sqrt(2), without a root.
-inline double abs1(double x) { return std::fabs(x); }
-inline double abs1(const zcomplex& x) { return std::fabs(x.real()) + std::fabs(x.imag()); }
 
 /// x / |x|, or 1 for 0.
 inline double sign_of(double x) { return std::signbit(x) ? -1.0 : 1.0; }

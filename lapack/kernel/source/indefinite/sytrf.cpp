@@ -9,10 +9,6 @@
 namespace nxl {
 namespace {
 
-/// Columns of a panel, each of which is brought up to date by a product with those before it: small matrices spend more
-/// time on that than wider products save. The workspace is for the published 64 columns in any case.
-constexpr i64 panel_columns(i64 n) { return n < 1500 ? 48 : 64; }
-
 /// `work`: n by width.
 template <class T, Symmetry kind> i64 factor(char uplo, const Matrix<T>& a, i64 width, T* work, i64* ipiv) {
     const PivotOrder order{uplo == 'U', a.rows};
@@ -37,7 +33,7 @@ void sytrf(const char& uplo, const i64& n, T* a, const i64& lda, i64* ipiv, T* w
     Arguments arguments(name);
     if (arguments.letter(1, uplo, "UL").size(2, n).leading(4, lda, n).workspace(7, space).refused(info)) return;
     if (space.is_query() || n == 0) return;
-    const i64 width = panel_columns(n);
+    const i64 width = indefinite_panel(n); // the workspace is for the published 64 columns in any case
     const Matrix<T> whole{a, n, n, lda};
     if (lwork >= n * width) {
         info = factor<T, kind>(uplo, whole, width, work, ipiv);

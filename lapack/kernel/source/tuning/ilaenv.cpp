@@ -31,8 +31,8 @@ i64 cholesky_block(const Query& q) {
 i64 block(const Query& q) {
     if (q.is("GE", "TRF")) return lu_block_of(q);
     if (q.is("PO", "TRF")) return cholesky_block(q);
-    if (q.is("GB", "TRF")) return band_block(q.n4);
-    if (q.is("PB", "TRF")) return band_block(q.n2);
+    if (q.is("GB", "TRF")) return BandSizes::published(q.n4);
+    if (q.is("PB", "TRF")) return BandSizes::published(q.n2);
     return defaults_of(q.name).block;
 }
 

@@ -56,8 +56,21 @@ struct CholeskySizes {
 };
 inline constexpr CholeskySizes cholesky_sizes;
 
-/// Band factorisations: small bandwidths do not pay for blocks.
-constexpr i64 band_block(i64 bandwidth) { return bandwidth <= 64 ? 1 : 32; }
+/// Band factorisations and solutions.
+struct BandSizes {
+    /// Columns of a block: so many that products of level 3 pay, and the zeros that blocks hold outside of the band do
+    /// not.
+    static constexpr i64 panel = 32;
+    /// Up to so many diagonals beside the main one, columns are worked on one by one, without kernels and blocks: their
+    /// calls would cost more than the arithmetic.
+    static constexpr i64 narrow = 12;
+    /// The published block, by which callers of ILAENV size their own arrays.
+    static constexpr i64 published(i64 bandwidth) { return bandwidth <= 64 ? 1 : panel; }
+};
+
+/// Columns of a panel of a symmetric indefinite matrix of order n. Each column is brought up to date by a product with
+/// those before it: small matrices spend more time on that than wider products save.
+constexpr i64 indefinite_panel(i64 n) { return n < 1500 ? 48 : 64; }
 
 /// Columns that a panel of QR costs, in 32nds of a column update.
 constexpr i64 qr_panel_cost(i64 n) { return qr_panel_share.at(n); }

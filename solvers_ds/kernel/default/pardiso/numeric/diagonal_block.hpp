@@ -85,25 +85,35 @@ template <class T> void take_out_d(const FactorBlock<T>& block) {
     }
 }
 
-/// L := X D^-1, for the rows below the block, which hold X = L D.
-template <class M, class T = typename M::T> void ldl_apply_d(const FactorBlock<T>& block) {
-    const i64 ld = block.rows, below = block.below();
+enum class DivisorSide { left, right };
+
+/// Vectors of `count` elements, `stride` apart, one for each column of the block: as the columns of X they become those
+/// of X D^-1, as the rows of X those of D^-1 X.
+template <class M, DivisorSide side, class T = typename M::T>
+void divide_by_d(const FactorBlock<T>& block, i64 count, T* vectors, i64 stride) {
     for (i32 k = 0; k < block.width; ++k) {
-        T* const x = block.l_below() + k * ld;
+        T* const x = vectors + k * stride;
         const T d = block.d[2 * k];
         if (block.row_interchanges[k] > 0) {
-            for (i64 i = 0; i < below; ++i) x[i] /= d;
+            for (i64 i = 0; i < count; ++i) x[i] /= d;
             continue;
         }
-        T* const y = x + ld;
+        T* const y = x + stride;
         const InversePair<T, M::hermitian> inverse(d, block.d[2 * k + 1], block.d[2 * k + 2]);
-        for (i64 i = 0; i < below; ++i) {
+        const T into_x = side == DivisorSide::left ? inverse.i12() : inverse.i21;
+        const T into_y = side == DivisorSide::left ? inverse.i21 : inverse.i12();
+        for (i64 i = 0; i < count; ++i) {
             const T first = x[i], last = y[i];
-            x[i] = first * inverse.i11 + last * inverse.i21;
-            y[i] = first * inverse.i12() + last * inverse.i22;
+            x[i] = first * inverse.i11 + last * into_x;
+            y[i] = first * into_y + last * inverse.i22;
         }
         ++k;
     }
+}
+
+/// L := X D^-1, for the rows below the block, which hold X = L D.
+template <class M, class T = typename M::T> void ldl_apply_d(const FactorBlock<T>& block) {
+    divide_by_d<M, DivisorSide::right>(block, block.below(), block.l_below(), block.rows);
 }
 
 template <class M, class T = typename M::T>

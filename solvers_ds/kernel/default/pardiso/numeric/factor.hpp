@@ -1,6 +1,6 @@
 // What one factorisation keeps: L and U by supernodes, the diagonal D, and the interchanges inside the supernodes.
 #pragma once
-#include "solvers_ds/kernel/default/pardiso/numeric/scalars.hpp"
+#include "service/scalars.hpp"
 #include "solvers_ds/kernel/default/pardiso/symbolic_structure.hpp"
 
 namespace nxl::pardiso {

@@ -1,7 +1,7 @@
 // Dense kernels on the diagonal blocks of supernodes: pivots inside the block, and tiny ones replaced.
 #pragma once
+#include "service/scalars.hpp"
 #include "solvers_ds/kernel/default/pardiso/index.hpp"
-#include "solvers_ds/kernel/default/pardiso/numeric/scalars.hpp"
 
 namespace nxl::pardiso {
 

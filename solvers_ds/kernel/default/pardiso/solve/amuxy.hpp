@@ -1,7 +1,7 @@
 // Products with the caller's matrix, and residuals with more bits than a double has.
 #pragma once
+#include "service/scalars.hpp"
 #include "solvers_ds/kernel/default/pardiso/from_one.hpp"
-#include "solvers_ds/kernel/default/pardiso/numeric/scalars.hpp"
 
 namespace nxl::pardiso {
 

@@ -1,7 +1,7 @@
 #include "solvers_ds/kernel/default/pardiso/solve/solve.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
-#include "solvers_ds/kernel/default/pardiso/numeric/pivots.hpp"
+#include "solvers_ds/kernel/default/pardiso/numeric/diagonal_block.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/gather.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/several.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/single.hpp"
@@ -9,26 +9,6 @@
 
 namespace nxl::pardiso {
 namespace {
-
-/// x := D^-1 x for the columns of one supernode, `width` right-hand sides side by side.
-template <class M, class T = typename M::T> void divide_by_d(const FactorBlock<T>& block, i64 width, T* x) {
-    for (i32 k = 0; k < block.width; ++k) {
-        T* const own = x + k * width;
-        const T d = block.d[2 * k];
-        if (block.row_interchanges[k] > 0) {
-            for (i64 c = 0; c < width; ++c) own[c] /= d;
-            continue;
-        }
-        T* const next = own + width;
-        const InversePair<T, M::hermitian> inverse(d, block.d[2 * k + 1], block.d[2 * k + 2]);
-        for (i64 c = 0; c < width; ++c) {
-            const T first = own[c], last = next[c];
-            own[c] = inverse.i11 * first + inverse.i12() * last;
-            next[c] = inverse.i21 * first + inverse.i22 * last;
-        }
-        ++k;
-    }
-}
 
 /// The steps on work memory.
 template <class M, class Columns, class T = typename M::T>
@@ -48,7 +28,7 @@ void run_steps(const SolveView<T>& view, i64 width, T* work, const Columns& colu
         if (view.steps.diagonal)
             for (i32 s = 1; s <= count; ++s) {
                 const FactorBlock<T> own = block(s);
-                divide_by_d<M>(own, width, work + (own.first - 1) * width);
+                divide_by_d<M, DivisorSide::left>(own, width, work + (own.first - 1) * width, width);
             }
     if (!view.steps.backward) return;
     conjugate();
