@@ -6,7 +6,7 @@
 #include <limits>
 #include <type_traits>
 
-namespace nxl::tr {
+namespace nxl {
 
 /// `count` objects, their bytes unset; null when there is no memory.
 template <class T> T* take_for_handle(i64 count) {
@@ -25,4 +25,4 @@ template <class Record> Record* record_of(void* const* handle) {
     return handle ? static_cast<Record*>(*handle) : nullptr;
 }
 
-} // namespace nxl::tr
+} // namespace nxl

@@ -17,7 +17,7 @@ Status boxed_init(void** handle, const BoxedProblem& problem, int most_iteration
 Status boxed_solve(void* const* handle, double* fvec, const double* fjac, int* request);
 Status boxed_get(void* const* handle, int* iterations, int* stop_code, double* r1, double* r2);
 
-/// Null takes the place of the handle.
+/// The variable that holds the handle stays as it is.
 Status boxed_delete(void** handle);
 
 } // namespace nxl::tr

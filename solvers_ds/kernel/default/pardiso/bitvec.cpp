@@ -7,16 +7,16 @@
 namespace nxl::pardiso {
 
 Bitvec* bitvec_wrap(u32 size, u32* bits) {
-    auto* bv = tr::take_for_handle<Bitvec>(1);
+    auto* bv = take_for_handle<Bitvec>(1);
     if (bv) *bv = {.size = size, .words = bitvec_words(size), .own = 0, .bits = bits};
     return bv;
 }
 
 Bitvec* bitvec_create(u32 size) {
-    auto* bits = tr::take_for_handle<u32>(i64{bitvec_words(size)});
+    auto* bits = take_for_handle<u32>(i64{bitvec_words(size)});
     Bitvec* bv = bits ? bitvec_wrap(size, bits) : nullptr;
     if (!bv) {
-        tr::give_back(bits);
+        give_back(bits);
         return nullptr;
     }
     bv->own = 1;
@@ -26,8 +26,8 @@ Bitvec* bitvec_create(u32 size) {
 
 void bitvec_free(Bitvec* bv) {
     if (!bv) return;
-    if (bv->own == 1) tr::give_back(bv->bits);
-    tr::give_back(bv);
+    if (bv->own == 1) give_back(bv->bits);
+    give_back(bv);
 }
 
 void bitvec_set(Bitvec* bv, u32 bit) {

@@ -9,11 +9,11 @@
 namespace nxl::pardiso {
 
 Perm* perm_create(i32 n) {
-    auto* perm = tr::take_for_handle<Perm>(1);
-    auto* p = tr::take_for_handle<i32>(std::max(n, 1));
+    auto* perm = take_for_handle<Perm>(1);
+    auto* p = take_for_handle<i32>(std::max(n, 1));
     if (!perm || !p) {
-        tr::give_back(perm);
-        tr::give_back(p);
+        give_back(perm);
+        give_back(p);
         return nullptr;
     }
     *perm = {.n = n, .p = p};
@@ -39,8 +39,8 @@ Perm* perm_copy(const Perm* src) {
 }
 
 void perm_free(Perm* perm) {
-    if (perm) tr::give_back(perm->p);
-    tr::give_back(perm);
+    if (perm) give_back(perm->p);
+    give_back(perm);
 }
 
 Perm* perm_compose(const Perm* first, const Perm* second) {
@@ -90,12 +90,12 @@ bool perm_check(const Perm* perm) {
 
 Cycles* perm_cycles(const Perm* perm) {
     const i32 n = perm->n;
-    auto* cycles = tr::take_for_handle<Cycles>(1);
+    auto* cycles = take_for_handle<Cycles>(1);
     if (!cycles) return nullptr;
-    *cycles = {.element = tr::take_for_handle<i32>(std::max(n, 1)),
+    *cycles = {.element = take_for_handle<i32>(std::max(n, 1)),
                .elements = n,
                .cycles = 0,
-               .start = tr::take_for_handle<i32>(i64{n} + 1)};
+               .start = take_for_handle<i32>(i64{n} + 1)};
     const Scratch<char> seen(std::max(n, 1));
     if (!cycles->element || !cycles->start || !seen.data()) {
         cycles_free(cycles);
@@ -117,9 +117,9 @@ Cycles* perm_cycles(const Perm* perm) {
 
 void cycles_free(Cycles* cycles) {
     if (!cycles) return;
-    tr::give_back(cycles->element);
-    tr::give_back(cycles->start);
-    tr::give_back(cycles);
+    give_back(cycles->element);
+    give_back(cycles->start);
+    give_back(cycles);
 }
 
 } // namespace nxl::pardiso

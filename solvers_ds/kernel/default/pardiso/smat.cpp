@@ -13,7 +13,7 @@ namespace nxl::pardiso {
 namespace {
 
 /// `count` elements, or one where there are none, so that null always means no memory.
-template <class T> T* take(i64 count) { return tr::take_for_handle<T>(std::max(count, i64{1})); }
+template <class T> T* take(i64 count) { return take_for_handle<T>(std::max(count, i64{1})); }
 
 Smat* complete(Smat* mat, bool whole) {
     if (whole) return mat;
@@ -24,7 +24,7 @@ Smat* complete(Smat* mat, bool whole) {
 } // namespace
 
 Smat* smat_create(u32 m, u32 n, i32 sym) {
-    auto* mat = tr::take_for_handle<Smat>(1);
+    auto* mat = take_for_handle<Smat>(1);
     if (!mat) return nullptr;
     *mat = {.m = m, .n = n, .nnz = 0, .sym = sym, .ia = take<i32>(i64{m} + 1), .ja = nullptr, .a = nullptr};
     if (mat->ia) std::fill_n(mat->ia, i64{m} + 1, 0);
@@ -48,24 +48,24 @@ Smat* smat_create_full(u32 m, u32 n, u32 nnz, i32 sym) {
 
 Smat* smat_wrap(u32 m, u32 n, i32* ia, i32* ja, double* a, i32 base_index, i32 sym) {
     require(base_index == 0 || base_index == 1, "base_index == 0 || base_index == 1");
-    auto* mat = tr::take_for_handle<Smat>(1);
+    auto* mat = take_for_handle<Smat>(1);
     if (!mat) return nullptr;
     *mat = {.m = m, .n = n, .nnz = static_cast<u32>(ia[m] - base_index), .sym = sym, .ia = ia, .ja = ja, .a = a};
     if (base_index == 1) smat_to_zero_base(mat);
     return mat;
 }
 
-void smat_release(Smat* mat) { tr::give_back(mat); }
+void smat_release(Smat* mat) { give_back(mat); }
 
 void smat_free(Smat* mat) {
     if (!mat) {
         std::printf("Trying to free NULL matrix.\n");
         return;
     }
-    tr::give_back(mat->ia);
-    tr::give_back(mat->ja);
-    tr::give_back(mat->a);
-    tr::give_back(mat);
+    give_back(mat->ia);
+    give_back(mat->ja);
+    give_back(mat->a);
+    give_back(mat);
 }
 
 void smat_to_zero_base(Smat* mat) {
@@ -134,7 +134,7 @@ bool resize_entries(Smat* mat, i64 count, bool with_values) {
 }
 
 void drop_values(Smat* mat) {
-    tr::give_back(mat->a);
+    give_back(mat->a);
     mat->a = nullptr;
 }
 
