@@ -25,10 +25,14 @@ class Gemm : public ::testing::TestWithParam<nxl_test::Routine> {
 TEST_P(Gemm, EverySmallShapeInEveryForm) { // register tiles, their tails, the limits below which nothing is packed
     constexpr std::array sizes = {0, 1, 2, 3, 4, 5, 7, 8, 9, 11, 12, 13};
     Generator generator(1);
-    for (const BlasCall& letters : letters_of(GetParam()))
-        for (const int m : sizes)
-            for (const int n : sizes)
-                for (const int k : sizes) ASSERT_TRUE(GetParam().check(randomised(sized(letters, m, n, k), generator)));
+    const std::vector<BlasCall> letters = letters_of(GetParam());
+    for (const int m : sizes)
+        for (const int n : sizes)
+            for (const int k : sizes)
+                for (int form = 0; form < 3; ++form) { // a third of the nine: every form meets any two of the sizes
+                    const auto at = static_cast<std::size_t>(4 * form + 3 * (m + n + k)) % letters.size();
+                    ASSERT_TRUE(GetParam().check(randomised(sized(letters[at], m, n, k), generator)));
+                }
 }
 
 TEST_P(Gemm, EdgesOfBlocks) {
@@ -45,8 +49,7 @@ TEST_P(Gemm, EdgesOfBlocks) {
     Generator generator(2);
     const std::vector<BlasCall> letters = letters_of(GetParam());
     for (const auto& [m, n, k] : shapes)
-        for (int round = 0; round < 2; ++round)
-            ASSERT_TRUE(GetParam().check(randomised(sized(pick(generator, letters), m, n, k), generator)));
+        ASSERT_TRUE(GetParam().check(randomised(sized(pick(generator, letters), m, n, k), generator)));
 }
 
 TEST_P(Gemm, AllDimensionsOfSeveralBlocksOverThreads) {
@@ -55,7 +58,7 @@ TEST_P(Gemm, AllDimensionsOfSeveralBlocksOverThreads) {
         BlasCall call = randomised(sized(letters, 131, 77, 115), generator);
         if (letters.transa == 'N' && letters.transb != 'C') call = sized(call, 485, 93, 261);
         call.alpha = {0.7, -0.3};
-        call.threads = {1, 2, 3, 4, 7};
+        call.threads = {1, 2, 3, 7};
         ASSERT_TRUE(GetParam().check(call));
     }
 }

@@ -3,19 +3,20 @@
 #include "service/kernel_slot.hpp"
 #include "service/threads.hpp"
 #include "tests/support/guarded_matrix.hpp"
-#include <gtest/gtest.h>
+#include "tests/support/scalars.hpp"
 #include <omp.h>
 
 namespace nxl {
 namespace {
 
-using nxl_test::GuardedMatrix;
+using nxl_test::Generator, nxl_test::GuardedMatrix;
 
-template <class T> GuardedMatrix<T> random_matrix(i64 m, i64 n, i64 lda, std::mt19937_64& generator) {
-    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-    return {{int(m), int(n), int(lda)}, nxl_test::Flush::end, [&](int, int) { return T(uniform(generator)); }};
+template <class T> GuardedMatrix<T> random_matrix(i64 m, i64 n, i64 lda, Generator& generator) {
+    return {{int(m), int(n), int(lda)}, nxl_test::Flush::end, [&](int, int) {
+                return nxl_test::random_value<T>(generator);
+            }};
 }
-template <class T> GuardedMatrix<T> random_vector(i64 n, i64 inc, std::mt19937_64& generator) {
+template <class T> GuardedMatrix<T> random_vector(i64 n, i64 inc, Generator& generator) {
     return random_matrix<T>(1, n, std::abs(inc), generator);
 }
 
@@ -100,8 +101,7 @@ template <class T> class GemvThreads : public ::testing::Test {
         omp_set_dynamic(0);
     }
 };
-using Scalars = ::testing::Types<double, zcomplex>;
-TYPED_TEST_SUITE(GemvThreads, Scalars);
+TYPED_TEST_SUITE(GemvThreads, nxl_test::Scalars);
 
 /// y as one thread computes it, block after block.
 template <class T>
@@ -122,15 +122,17 @@ void run_blocks(int threads, char trans, i64 m, i64 n, T alpha, const T* a, i64 
 
 TYPED_TEST(GemvThreads, EveryBlockIsComputedOnceWhateverTheTeam) {
     using T = TypeParam;
-    std::mt19937_64 random(5);
+    Generator random(5);
     const T alpha(0.5), beta(-2.0);
-    for (const char trans : {'N', 'T', 'C'})
-        for (const auto& [m, n] : {std::pair<i64, i64>{203, 301}, {301, 99}, {64, 4001}, {4001, 64}, {4096, 1}})
-            for (const auto& [incx, incy] : {std::pair<i64, i64>{1, 1}, {-2, -1}, {2, 3}, {-1, -3}})
+    for (const auto& [m, n] : {std::pair<i64, i64>{203, 301}, {301, 99}, {64, 2001}, {2001, 64}, {4096, 1}}) {
+        const i64 lda = m + 3;
+        const auto a = random_matrix<T>(m, n, lda, random);
+        for (const char trans : {'N', 'T', 'C'})
+            for (const auto& [incx, incy] : {std::pair<i64, i64>{1, 1}, {-2, -1}, {2, 3}, {-1, -3}}) {
+                const auto x = random_vector<T>(trans == 'N' ? n : m, incx, random);
+                auto y = random_vector<T>(trans == 'N' ? m : n, incy, random);
                 for (const int threads : {1, 2, 3, 7, 5000}) {
-                    const i64 lda = m + 3, lenx = trans == 'N' ? n : m, leny = trans == 'N' ? m : n;
-                    const auto a = random_matrix<T>(m, n, lda, random);
-                    const auto x = random_vector<T>(lenx, incx, random), y = random_vector<T>(leny, incy, random);
+                    y.restore();
                     std::vector<T> want = y.original();
                     run_blocks(threads, trans, m, n, alpha, a.data(), lda, x.data(), incx, beta, want.data(), incy);
                     set_num_threads(threads);
@@ -138,12 +140,14 @@ TYPED_TEST(GemvThreads, EveryBlockIsComputedOnceWhateverTheTeam) {
                     ASSERT_EQ(std::memcmp(y.data(), want.data(), want.size() * sizeof(T)), 0)
                         << trans << " " << m << " by " << n << " incy " << incy << " on " << threads;
                 }
+            }
+    }
 }
 
 /// A call inside a parallel region gets a team of one, which still has to walk all blocks.
 TYPED_TEST(GemvThreads, ASmallerTeamGivesTheSameBits) {
     using T = TypeParam;
-    std::mt19937_64 random(5);
+    Generator random(5);
     const i64 m = 500, n = 300, one = 1;
     const T alpha(0.5), beta(1.0);
     const auto a = random_matrix<T>(m, n, m, random);

@@ -150,7 +150,7 @@ template <class T, class Better> int expected_position(const std::vector<T>& x, 
 
 TYPED_TEST(Level1, PositionsOfExtremes) {
     using T = TypeParam;
-    std::mt19937 generator(5);
+    Generator generator(5);
     for (const int n : sizes) {
         if (n < 1) continue;
         for (int round = 0; round < 8; ++round) {

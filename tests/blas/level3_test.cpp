@@ -45,10 +45,11 @@ class Level3 : public ::testing::TestWithParam<Routine> {
 TEST_P(Level3, EverySmallShapeInEveryForm) {
     constexpr std::array sizes = {0, 1, 2, 3, 4, 5, 7, 8, 9, 12, 13, 16, 17, 20};
     Generator generator(1);
-    for (const BlasCall& letters : letters_of(GetParam()))
-        for (const int first : sizes)
-            for (const int second : sizes)
-                ASSERT_TRUE(GetParam().check(randomised(sized(letters, first, second), generator)));
+    const std::vector<BlasCall> letters = letters_of(GetParam());
+    for (const int first : sizes)
+        for (const int second : sizes) // a third of the forms: each meets every size on either side
+            for (auto form = static_cast<std::size_t>(first + second) % 3; form < letters.size(); form += 3)
+                ASSERT_TRUE(GetParam().check(randomised(sized(letters[form], first, second), generator)));
 }
 
 TEST_P(Level3, EdgesOfBlocks) { // in one dimension, and a few in both
@@ -69,7 +70,8 @@ TEST_P(Level3, EveryFormOverThreads) { // sizes that fork and that do not, also 
              {std::pair(101, 37), std::pair(37, 130), std::pair(17, 1), std::pair(40, 0)}) {
             BlasCall call = randomised(sized(letters, first, second), generator);
             if (second > 1) call.alpha = {0.7, -0.3};
-            call.threads = {1, 2, 3, 4, 7, 100};
+            call.threads = {1, 2, 3, 7};
+            if (first == 17) call.threads.push_back(40);
             ASSERT_TRUE(GetParam().check(call));
         }
     for (const auto& [first, second] : {std::pair(301, 61), std::pair(30, 3000), std::pair(450, 3), std::pair(3, 450),
@@ -100,8 +102,9 @@ TEST(Triangular, ManyBlocksOfTheTriangleAndOfRightHandSides) {
     Generator generator(4);
     for_each_triangular_form([&](const Routine& routine, const BlasCall& letters) {
         for (const auto& [order, count] : {Shape{597, 5}, {203, 530}, {3, 5003}}) {
+            const bool left = letters.side == 'L', twin = left == (letters.diag == 'U');
+            if (count == 530 && (twin || (letters.transa == 'C' && !routine.is_complex))) continue; // the dear one
             BlasCall call = randomised(letters, generator);
-            const bool left = nxl_test::is_letter(call.side, 'L');
             call.m = left ? order : count, call.n = left ? count : order;
             ASSERT_TRUE(routine.check(call));
         }

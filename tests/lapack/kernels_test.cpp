@@ -105,7 +105,7 @@ template <class T> Lu<T> plain_lu(Dense<T> a) {
 /// Columns with one run of ones each: totally unimodular, so that elimination meets 0, 1 and -1 alone, many ties and
 /// often dependent columns. Rows and columns are turned by units and columns scaled by powers of two: still exact.
 template <class T> Dense<T> interval_matrix(int m, int n, unsigned seed) {
-    std::mt19937_64 random(seed);
+    Generator random(seed);
     const auto below = [&](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
     const auto unit = [&]() -> T {
         const double sign = below(2) ? 1.0 : -1.0;

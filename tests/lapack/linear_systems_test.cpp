@@ -29,7 +29,6 @@ template <class T> T element(Kind kind, const Band& band, int i, int j) {
     const bool swapped = band.uplo == 'L' && i > j;
     Generator generator(static_cast<unsigned long>(std::min(i, j) * 7919 + (band.uplo == 'G' && i > j ? 3 : 0) +
                                                    std::max(i, j) * 104729 + 17));
-    generator.discard(3);
     const int row = std::min(i, j), width = band.kl + band.ku + 1;
     T v = random_value<T>(generator);
     if (swapped) v = conjugate(v);
@@ -73,39 +72,16 @@ template <class T> double difference(const std::vector<T>& x, const std::vector<
     return worst == 0.0 ? 0.0 : worst / size;
 }
 
-/// One routine of ours or the reference's, which take the same arguments.
-template <bool Complex, class... Parameters, class... Arguments>
-void call(bool ours, void (*routine)(Parameters...) noexcept, const std::string& name, Arguments... arguments) {
-    if (!ours)
-        routine = reinterpret_cast<void (*)(Parameters...) noexcept>(
-            reference<void(Parameters...)>(((Complex ? "z" : "d") + name + "_").c_str()));
-    routine(arguments...);
+/// A routine of ours, of the scalar at hand, or the reference's of that name, which takes the same arguments.
+template <class T, class D, class Z, class... Arguments>
+void call(bool ours, const char* name, D* real, Z* complex, Arguments... arguments) {
+    const auto run = [&]<class... P>(void (*routine)(P...) noexcept) {
+        if (ours) routine(arguments...);
+        else reference<void(P...)>((std::string(1, is_complex<T> ? 'z' : 'd') + name + '_').c_str())(arguments...);
+    };
+    if constexpr (is_complex<T>) run(complex);
+    else run(real);
 }
-
-// clang-format off
-#define NXL_TEST_ROUTINE(name) /* name(ours, arguments ...) */                                     \
-    template <class T, class... A> void name(bool ours, A... arguments) {                          \
-        if constexpr (is_complex<T>) call<true>(ours, &z##name, #name, arguments...);              \
-        else call<false>(ours, &d##name, #name, arguments...);                                     \
-    }
-// clang-format on
-NXL_TEST_ROUTINE(gbtrf)
-NXL_TEST_ROUTINE(gbtrs)
-NXL_TEST_ROUTINE(gbcon)
-NXL_TEST_ROUTINE(gbrfs)
-NXL_TEST_ROUTINE(pbtrf)
-NXL_TEST_ROUTINE(pbtrs)
-NXL_TEST_ROUTINE(pbcon)
-NXL_TEST_ROUTINE(pbrfs)
-NXL_TEST_ROUTINE(getrf)
-NXL_TEST_ROUTINE(getrs)
-NXL_TEST_ROUTINE(gecon)
-NXL_TEST_ROUTINE(gerfs)
-NXL_TEST_ROUTINE(potrf)
-NXL_TEST_ROUTINE(potrs)
-NXL_TEST_ROUTINE(pocon)
-NXL_TEST_ROUTINE(porfs)
-#undef NXL_TEST_ROUTINE
 
 /// Work arrays of the largest published sizes.
 template <class T> struct Work {
@@ -128,51 +104,59 @@ template <class T> struct General {
     LapackMatrix<T> a, factors;
     std::vector<int> ipiv;
     int info = -99;
-    static constexpr const char *solutions = "NTC", *norms = "1OI";
+    std::string solutions = "NTC", norms = "1OI"; // options
 
     static int diagonal(int j) { return j; }
-    General(Kind kind, int n, int, int)
+    General(Kind kind, int n, int, int, char)
         : band{n, n, n, n, 0, 'G'},
           a(full<T>(kind, band)),
           factors(a),
           ipiv(static_cast<std::size_t>(n) + 1) {}
-    void factor(bool ours) { getrf<T>(ours, &band.n, &band.n, factors.data(), &factors.lda, ipiv.data(), &info); }
+    void factor(bool ours) {
+        call<T>(ours, "getrf", dgetrf, zgetrf, &band.n, &band.n, factors.data(), &factors.lda, ipiv.data(), &info);
+    }
     void solve(bool ours, char option, int count, std::vector<T>& b, int ldb) {
-        getrs<T>(ours, &option, &band.n, &count, factors.data(), &factors.lda, ipiv.data(), b.data(), &ldb, &info, 1);
+        call<T>(ours, "getrs", dgetrs, zgetrs, &option, &band.n, &count, factors.data(), &factors.lda, ipiv.data(),
+                b.data(), &ldb, &info, 1);
     }
     void condition(bool ours, char option, double norm, double& rcond, Work<T>& w) {
-        gecon<T>(ours, &option, &band.n, factors.data(), &factors.lda, &norm, &rcond, w.work.data(), w.spare(), &info,
-                 1);
+        call<T>(ours, "gecon", dgecon, zgecon, &option, &band.n, factors.data(), &factors.lda, &norm, &rcond,
+                w.work.data(), w.spare(), &info, 1);
     }
     void refine(bool ours, char option, int count, const std::vector<T>& b, std::vector<T>& x, int ldb, double* ferr,
                 double* berr, Work<T>& w) {
-        gerfs<T>(ours, &option, &band.n, &count, a.data(), &a.lda, factors.data(), &factors.lda, ipiv.data(), b.data(),
-                 &ldb, x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
+        call<T>(ours, "gerfs", dgerfs, zgerfs, &option, &band.n, &count, a.data(), &a.lda, factors.data(), &factors.lda,
+                ipiv.data(), b.data(), &ldb, x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
     }
 };
 
-template <class T, char Uplo> struct PositiveDefinite {
+template <class T> struct PositiveDefinite {
     Band band;
     LapackMatrix<T> a, factors;
     std::vector<int> ipiv;
     int info = -99;
-    static constexpr char letters[] = {Uplo, '\0'}; // the option of both
-    static constexpr const char *solutions = letters, *norms = letters;
+    std::string solutions{band.uplo}, norms = solutions; // one option
 
     static int diagonal(int j) { return j; }
-    PositiveDefinite(Kind kind, int n, int, int) : band{n, n, n, n, 0, Uplo}, a(full<T>(kind, band)), factors(a) {}
-    void factor(bool ours) { potrf<T>(ours, letters, &band.n, factors.data(), &factors.lda, &info, 1); }
+    PositiveDefinite(Kind kind, int n, int, int, char uplo)
+        : band{n, n, n, n, 0, uplo},
+          a(full<T>(kind, band)),
+          factors(a) {}
+    void factor(bool ours) {
+        call<T>(ours, "potrf", dpotrf, zpotrf, &band.uplo, &band.n, factors.data(), &factors.lda, &info, 1);
+    }
     void solve(bool ours, char, int count, std::vector<T>& b, int ldb) {
-        potrs<T>(ours, letters, &band.n, &count, factors.data(), &factors.lda, b.data(), &ldb, &info, 1);
+        call<T>(ours, "potrs", dpotrs, zpotrs, &band.uplo, &band.n, &count, factors.data(), &factors.lda, b.data(),
+                &ldb, &info, 1);
     }
     void condition(bool ours, char, double norm, double& rcond, Work<T>& w) {
-        pocon<T>(ours, letters, &band.n, factors.data(), &factors.lda, &norm, &rcond, w.work.data(), w.spare(), &info,
-                 1);
+        call<T>(ours, "pocon", dpocon, zpocon, &band.uplo, &band.n, factors.data(), &factors.lda, &norm, &rcond,
+                w.work.data(), w.spare(), &info, 1);
     }
     void refine(bool ours, char, int count, const std::vector<T>& b, std::vector<T>& x, int ldb, double* ferr,
                 double* berr, Work<T>& w) {
-        porfs<T>(ours, letters, &band.n, &count, a.data(), &a.lda, factors.data(), &factors.lda, b.data(), &ldb,
-                 x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
+        call<T>(ours, "porfs", dporfs, zporfs, &band.uplo, &band.n, &count, a.data(), &a.lda, factors.data(),
+                &factors.lda, b.data(), &ldb, x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
     }
 };
 
@@ -181,7 +165,7 @@ template <class T> struct GeneralBand {
     LapackMatrix<T> a, factors;
     std::vector<int> ipiv;
     int info = -99;
-    static constexpr const char *solutions = "NTC", *norms = "1OI";
+    std::string solutions = "NTC", norms = "1OI"; // options
 
     int diagonal(int) const { return band.above; }
     GeneralBand(Kind kind, int m, int n, int kl, int ku)
@@ -189,75 +173,79 @@ template <class T> struct GeneralBand {
           a(banded<T>(kind, band)),
           factors(banded<T>(kind, {m, n, kl, ku, kl + ku, 'G'})),
           ipiv(static_cast<std::size_t>(std::max(m, n)) + 1) {}
-    GeneralBand(Kind kind, int n, int kl, int ku) : GeneralBand(kind, n, n, kl, ku) {}
+    GeneralBand(Kind kind, int n, int kl, int ku, char) : GeneralBand(kind, n, n, kl, ku) {}
     void factor(bool ours) {
-        gbtrf<T>(ours, &band.m, &band.n, &band.kl, &band.ku, factors.data(), &factors.lda, ipiv.data(), &info);
+        call<T>(ours, "gbtrf", dgbtrf, zgbtrf, &band.m, &band.n, &band.kl, &band.ku, factors.data(), &factors.lda,
+                ipiv.data(), &info);
     }
     void solve(bool ours, char option, int count, std::vector<T>& b, int ldb) {
-        gbtrs<T>(ours, &option, &band.n, &band.kl, &band.ku, &count, factors.data(), &factors.lda, ipiv.data(),
-                 b.data(), &ldb, &info, 1);
+        call<T>(ours, "gbtrs", dgbtrs, zgbtrs, &option, &band.n, &band.kl, &band.ku, &count, factors.data(),
+                &factors.lda, ipiv.data(), b.data(), &ldb, &info, 1);
     }
     void condition(bool ours, char option, double norm, double& rcond, Work<T>& w) {
-        gbcon<T>(ours, &option, &band.n, &band.kl, &band.ku, factors.data(), &factors.lda, ipiv.data(), &norm, &rcond,
-                 w.work.data(), w.spare(), &info, 1);
+        call<T>(ours, "gbcon", dgbcon, zgbcon, &option, &band.n, &band.kl, &band.ku, factors.data(), &factors.lda,
+                ipiv.data(), &norm, &rcond, w.work.data(), w.spare(), &info, 1);
     }
     void refine(bool ours, char option, int count, const std::vector<T>& b, std::vector<T>& x, int ldb, double* ferr,
                 double* berr, Work<T>& w) {
-        gbrfs<T>(ours, &option, &band.n, &band.kl, &band.ku, &count, a.data(), &a.lda, factors.data(), &factors.lda,
-                 ipiv.data(), b.data(), &ldb, x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
+        call<T>(ours, "gbrfs", dgbrfs, zgbrfs, &option, &band.n, &band.kl, &band.ku, &count, a.data(), &a.lda,
+                factors.data(), &factors.lda, ipiv.data(), b.data(), &ldb, x.data(), &ldb, ferr, berr, w.work.data(),
+                w.spare(), &info, 1);
     }
 };
 
-template <class T, char Uplo> struct PositiveDefiniteBand {
+template <class T> struct PositiveDefiniteBand {
     Band band;
     LapackMatrix<T> a, factors;
     std::vector<int> ipiv;
     int info = -99;
-    static constexpr char letters[] = {Uplo, '\0'};
-    static constexpr const char *solutions = letters, *norms = letters;
+    std::string solutions{band.uplo}, norms = solutions;
 
     int diagonal(int) const { return band.above; }
-    PositiveDefiniteBand(Kind kind, int n, int kd, int)
-        : band{n, n, Uplo == 'U' ? 0 : kd, Uplo == 'U' ? kd : 0, Uplo == 'U' ? kd : 0, Uplo},
+    PositiveDefiniteBand(Kind kind, int n, int kd, int, char uplo)
+        : band{n, n, uplo == 'U' ? 0 : kd, uplo == 'U' ? kd : 0, uplo == 'U' ? kd : 0, uplo},
           a(banded<T>(kind, band)),
           factors(a) {}
-    const int* kd() const { return Uplo == 'U' ? &band.ku : &band.kl; }
-    void factor(bool ours) { pbtrf<T>(ours, letters, &band.n, kd(), factors.data(), &factors.lda, &info, 1); }
+    const int* kd() const { return band.uplo == 'U' ? &band.ku : &band.kl; }
+    void factor(bool ours) {
+        call<T>(ours, "pbtrf", dpbtrf, zpbtrf, &band.uplo, &band.n, kd(), factors.data(), &factors.lda, &info, 1);
+    }
     void solve(bool ours, char, int count, std::vector<T>& b, int ldb) {
-        pbtrs<T>(ours, letters, &band.n, kd(), &count, factors.data(), &factors.lda, b.data(), &ldb, &info, 1);
+        call<T>(ours, "pbtrs", dpbtrs, zpbtrs, &band.uplo, &band.n, kd(), &count, factors.data(), &factors.lda,
+                b.data(), &ldb, &info, 1);
     }
     void condition(bool ours, char, double norm, double& rcond, Work<T>& w) {
-        pbcon<T>(ours, letters, &band.n, kd(), factors.data(), &factors.lda, &norm, &rcond, w.work.data(), w.spare(),
-                 &info, 1);
+        call<T>(ours, "pbcon", dpbcon, zpbcon, &band.uplo, &band.n, kd(), factors.data(), &factors.lda, &norm, &rcond,
+                w.work.data(), w.spare(), &info, 1);
     }
     void refine(bool ours, char, int count, const std::vector<T>& b, std::vector<T>& x, int ldb, double* ferr,
                 double* berr, Work<T>& w) {
-        pbrfs<T>(ours, letters, &band.n, kd(), &count, a.data(), &a.lda, factors.data(), &factors.lda, b.data(), &ldb,
-                 x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
+        call<T>(ours, "pbrfs", dpbrfs, zpbrfs, &band.uplo, &band.n, kd(), &count, a.data(), &a.lda, factors.data(),
+                &factors.lda, b.data(), &ldb, x.data(), &ldb, ferr, berr, w.work.data(), w.spare(), &info, 1);
     }
 };
 
 template <class System> class LinearSystem : public ::testing::Test {};
-using Systems = ::testing::Types<General<double>, General<zcomplex>, PositiveDefinite<double, 'U'>,
-                                 PositiveDefinite<zcomplex, 'L'>, GeneralBand<double>, GeneralBand<zcomplex>,
-                                 PositiveDefiniteBand<double, 'U'>, PositiveDefiniteBand<double, 'L'>,
-                                 PositiveDefiniteBand<zcomplex, 'U'>, PositiveDefiniteBand<zcomplex, 'L'>>;
+using Systems = ::testing::Types<General<double>, General<zcomplex>, PositiveDefinite<double>,
+                                 PositiveDefinite<zcomplex>, GeneralBand<double>, GeneralBand<zcomplex>,
+                                 PositiveDefiniteBand<double>, PositiveDefiniteBand<zcomplex>>;
 TYPED_TEST_SUITE(LinearSystem, Systems);
 
 struct Sizes {
     int n, kl, ku;
 };
-/// Narrow bands and blocked ones, wider than the matrix too, and sizes around a block.
+/// Narrow bands and blocked ones, wider than the matrix too, and sizes around a block. Each meets both triangles.
 constexpr Sizes sizes[] = {{0, 0, 0},   {1, 3, 2},    {5, 0, 0},    {7, 2, 9},    {33, 5, 4},
                            {70, 13, 0}, {97, 20, 31}, {130, 40, 3}, {64, 70, 66}, {200, 33, 50}};
 
 template <class System> void for_each_system(const std::string& without, auto&& body) {
     for (const Kind kind : kinds) {
         if (without.find(static_cast<char>('0' + static_cast<int>(kind))) != std::string::npos) continue;
-        for (const auto [n, kl, ku] : sizes) {
+        for (const auto& [n, kl, ku] : sizes) {
+            const char uplo = (static_cast<int>(kind) + kl) % 2 == 0 ? 'U' : 'L';
             SCOPED_TRACE(testing::Message()
-                         << "kind " << static_cast<int>(kind) << " n " << n << " kl " << kl << " ku " << ku);
-            body(System(kind, n, kl, ku));
+                         << "kind " << static_cast<int>(kind) << " n " << n << " kl " << kl << " ku " << ku << uplo);
+            body(System(kind, n, kl, ku, uplo));
         }
     }
 }
@@ -280,13 +268,13 @@ TYPED_TEST(LinearSystem, SolutionsAreTheReferences) {
         using T = typename std::remove_reference_t<decltype(system.a.elements)>::value_type;
         system.factor(false);
         const int ldb = system.band.n + 1;
-        for (const char* option = TypeParam::solutions; *option != '\0'; ++option)
+        for (const char option : system.solutions)
             for (const int count : {1, 3, 10}) {
-                SCOPED_TRACE(testing::Message() << *option << " nrhs " << count);
+                SCOPED_TRACE(testing::Message() << option << " nrhs " << count);
                 std::vector<T> x = random_values<T>(ldb * count, 3), expected = x;
-                system.solve(true, *option, count, x, ldb);
+                system.solve(true, option, count, x, ldb);
                 EXPECT_EQ(system.info, 0);
-                system.solve(false, *option, count, expected, ldb);
+                system.solve(false, option, count, expected, ldb);
                 EXPECT_LE(difference(x, expected), 1e-9);
             }
     });
@@ -302,16 +290,16 @@ TYPED_TEST(LinearSystem, ReciprocalConditions) {
         system.factor(false);
         const bool factored = system.info == 0;
         Work<T> work(system.band.n);
-        for (const char* option = TypeParam::norms; *option != '\0' && factored; ++option) {
+        for (const char option : factored ? system.norms : "") {
             double found = -1.0, expected = -1.0;
-            system.condition(true, *option, norm, found, work);
-            system.condition(false, *option, norm, expected, work);
+            system.condition(true, option, norm, found, work);
+            system.condition(false, option, norm, expected, work);
             EXPECT_EQ(std::isnan(found), nan);
             if (!nan) EXPECT_LE(found, expected * 1.1);
             if (!nan && expected > 1e-300) EXPECT_GE(found, expected / 4.0);
-            system.condition(true, *option, 0.0, found, work);
+            system.condition(true, option, 0.0, found, work);
             EXPECT_EQ(found, system.band.n == 0 ? 1.0 : 0.0);
-            system.condition(true, *option, std::nan(""), found, work);
+            system.condition(true, option, std::nan(""), found, work);
             EXPECT_TRUE(system.band.n == 0 || std::isnan(found));
         }
     });
@@ -324,16 +312,16 @@ TYPED_TEST(LinearSystem, RefinementMendsWhatIsSpoilt) {
         system.factor(false);
         const int ldb = system.band.n + 1, count = 2;
         Work<T> work(system.band.n);
-        for (const char* option = TypeParam::solutions; *option != '\0'; ++option) {
+        for (const char option : system.solutions) {
             const std::vector<T> b = random_values<T>(ldb * count, 5);
             std::vector<T> x = b;
-            system.solve(false, *option, count, x, ldb);
+            system.solve(false, option, count, x, ldb);
             if (system.band.n > 0) x[0] *= 1.0 + 1e-6;
             std::vector<T> expected = x;
             double ferr[2] = {-1.0, -1.0}, berr[2] = {-1.0, -1.0}, wide[2], back[2];
-            system.refine(true, *option, count, b, x, ldb, ferr, berr, work);
+            system.refine(true, option, count, b, x, ldb, ferr, berr, work);
             EXPECT_EQ(system.info, 0);
-            system.refine(false, *option, count, b, expected, ldb, wide, back, work);
+            system.refine(false, option, count, b, expected, ldb, wide, back, work);
             for (int k = 0; k < count; ++k) {
                 EXPECT_LE(berr[k], std::max(4.0 * eps, 2.0 * back[k]));
                 EXPECT_GE(ferr[k], wide[k] / 4.0);

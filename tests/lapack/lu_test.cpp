@@ -97,7 +97,7 @@ TYPED_TEST(Laswp, MovesRowsAsTheReference) {
         else return ZLASWP;
     }();
     const int rows = 23;
-    std::mt19937 generator(3);
+    Generator generator(3);
     for (const int incx : {1, -1, 2, -3, 0})
         for (const auto [k1, k2] : {std::pair{1, 11}, {4, 9}, {6, 6}, {7, 6}})
             for (const int n : {-1, 0, 1, 3, 4, 9, 40}) {

@@ -28,7 +28,8 @@ struct BlasCall {
     bool graded = false;                                     // a triangle's rows and columns scaled far apart
     double poison = std::numeric_limits<double>::infinity(); // stands in operands that a zero scalar drops
     unsigned long seed = 1;                                  // of all values
-    std::vector<int> threads = {1};                          // the call is made once with each count
+    std::vector<int> threads = {1};                          // the call is made once with each count,
+    void (*prepare)(int) = [](int count) { NXL_Set_Num_Threads(count); }; // after this
 };
 
 struct Routine {
@@ -175,7 +176,7 @@ template <class T> std::vector<T> moduli(const MatrixShape& shape, const T* data
     shape.for_each_place([&](int i, int j) {
         if (!shape.has(i, j)) return;
         T& value = result[shape.at(i, j)];
-        value = shape.diagonal == Diagonal::real && i == j ? std::fabs(std::real(value)) : std::abs(value);
+        value = shape.diagonal == Diagonal::real && i == j ? std::fabs(std::real(value)) : modulus(value);
     });
     return result;
 }
@@ -203,7 +204,7 @@ template <class T>
         if (!result || !shape.has(i, j) || std::memcmp(got + at, want + at, sizeof(T)) == 0) return;
         const double tolerance = roundings * std::numeric_limits<double>::epsilon() * std::real(bound[at]);
         const bool real = shape.diagonal != Diagonal::real || i != j || std::imag(got[at]) == std::imag(want[at]);
-        if (real && std::abs(got[at] - want[at]) <= tolerance) return;
+        if (real && modulus(got[at] - want[at]) <= tolerance) return;
         result = ::testing::AssertionFailure() << "element (" << i << ", " << j << ") is " << got[at] << ", wanted "
                                                << want[at] << " within " << tolerance;
     });
@@ -211,9 +212,15 @@ template <class T>
 }
 
 /// The call that is being made, for the report of a read or write in a guard page.
-inline std::string call_in_progress;
+struct InProgress {
+    const Routine* routine;
+    const BlasCall* call;
+    int threads;
+    std::string text() const { return text_of(*routine, *call) + ", threads " + std::to_string(threads); }
+};
+inline InProgress in_progress;
 inline void report_fault(int) {
-    const std::string text = "outside the arrays in " + call_in_progress + "\n";
+    const std::string text = "outside the arrays in " + in_progress.text() + "\n";
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
     std::signal(SIGSEGV, SIG_DFL); // the access is made again on return and ends the program
 }
@@ -267,25 +274,26 @@ template <class T, Family family, class... P> class Comparison {
         const auto [want, bound] = residual ? std::pair<std::vector<T>, std::vector<T>>() : product(c_.original());
         std::signal(SIGSEGV, report_fault);
         for (const int threads : call_.threads) {
-            call_in_progress = text_of(routine_, call_) + ", threads " + std::to_string(threads);
-            NXL_Set_Num_Threads(threads);
+            in_progress = {&routine_, &call_, threads};
+            call_.prepare(threads);
             c_.restore();
             arguments(alpha_, beta_, a_.data(), b_.data(), c_.data()).template pass_to<family>(ours);
             const auto result = !arrays_kept()
                                     ? ::testing::AssertionFailure() << "an input, slack or the other triangle changed"
                                 : residual ? check_solution()
                                            : within(shapes_.c, c_.data(), want.data(), bound.data(), roundings());
-            if (!result) return ::testing::AssertionFailure() << result.message() << "\nin " << call_in_progress;
+            if (!result) return ::testing::AssertionFailure() << result.message() << "\nin " << in_progress.text();
         }
         return ::testing::AssertionSuccess();
     }
 
   private:
-    std::function<T(int, int)> values(bool dropped, bool solvable = false) {
-        if (dropped) return [this](int, int) { return T(call_.poison); };
-        if (solvable)
-            return [this](int i, int j) { return triangle_value<T>(shapes_.a, i, j, call_.graded, generator_); };
-        return [this](int, int) { return random_value<T>(generator_); };
+    auto values(bool dropped, bool solvable = false) {
+        return [this, dropped, solvable](int i, int j) {
+            if (dropped) return T(call_.poison);
+            return solvable ? triangle_value<T>(shapes_.a, i, j, call_.graded, generator_)
+                            : random_value<T>(generator_);
+        };
     }
     Arguments<T> arguments(T alpha, T beta, const T* a, const T* b, T* c) const {
         const bool update = routine_.is({Family::ger, Family::syr, Family::syr2}); // of a matrix by vectors

@@ -1,10 +1,8 @@
 // A vector as a BLAS call sees it, laid against an unreadable page, with NaN wherever the call has no business.
 #pragma once
-#include <complex>
+#include "tests/support/scalars.hpp"
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
-#include <random>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <vector>
@@ -54,12 +52,8 @@ template <class T> class StridedVector {
           memory_(span_ * sizeof(T) + sizeof(double)),
           data_(reinterpret_cast<T*>(memory_.place(span_ * sizeof(T), flush))) {
         std::memset(static_cast<void*>(data_), 0xff, span_ * sizeof(T)); // NaN
-        std::mt19937_64 generator(seed);
-        std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-        for (int k = 0; k < n; ++k) {
-            double* parts = reinterpret_cast<double*>(&(*this)[k]);
-            for (std::size_t part = 0; part < sizeof(T) / sizeof(double); ++part) parts[part] = uniform(generator);
-        }
+        Generator generator(seed);
+        for (int k = 0; k < n; ++k) (*this)[k] = random_value<T>(generator);
         original_.assign(data_, data_ + span_);
     }
 

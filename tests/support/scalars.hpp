@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,23 @@ namespace nxl_test {
 
 using zcomplex = std::complex<double>;
 using Scalars = ::testing::Types<double, zcomplex>;
-using Generator = std::mt19937_64;
+
+/// SplitMix64 (Steele, Lea, Flood, OOPSLA 2014): seeding costs nothing, so that every value can have a seed of its own.
+class Generator {
+    std::uint64_t state_;
+
+  public:
+    using result_type = std::uint64_t;
+    explicit Generator(std::uint64_t seed) : state_(seed) {}
+    static constexpr result_type min() { return 0; }
+    static constexpr result_type max() { return ~result_type{0}; }
+    result_type operator()() {
+        std::uint64_t z = state_ += 0x9e3779b97f4a7c15;
+        z = (z ^ z >> 30) * 0xbf58476d1ce4e5b9;
+        z = (z ^ z >> 27) * 0x94d049bb133111eb;
+        return z ^ z >> 31;
+    }
+};
 
 inline constexpr double eps = std::numeric_limits<double>::epsilon();
 template <class T> constexpr bool is_complex = sizeof(T) > sizeof(double);
@@ -22,6 +37,9 @@ inline double conjugate(double v) { return v; }
 inline zcomplex conjugate(zcomplex v) { return std::conj(v); }
 inline double abs1(double v) { return std::fabs(v); }
 inline double abs1(zcomplex v) { return std::fabs(v.real()) + std::fabs(v.imag()); }
+/// Of numbers whose squares are in the range; std::abs of a complex one takes several times as long.
+inline double modulus(double v) { return std::fabs(v); }
+inline double modulus(zcomplex v) { return std::sqrt(std::norm(v)); }
 
 /// The imaginary part counts where there is one.
 template <class T> T scalar(double real, double imag) {
