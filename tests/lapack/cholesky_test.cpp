@@ -98,33 +98,6 @@ TYPED_TEST(Cholesky, InfoIsTheFirstMinorThatIsNotPositive) {
             }
 }
 
-TYPED_TEST(Cholesky, SolutionsBelongToTheMatrix) {
-    using T = TypeParam;
-    NXL_Set_Num_Threads(3);
-    for (const int n : {1, 70, 300})
-        for (const Spectrum spectrum : {Spectrum::random, Spectrum::graded})
-            for (const char uplo : {'u', 'L'}) {
-                const PositiveDefinite<T> a(n, spectrum, 3);
-                const GuardedMatrix<T> factors = a.triangle(uplo, n + 2);
-                ASSERT_EQ(factor(uplo, n, factors.data(), n + 2), 0);
-                for (const int nrhs : {0, 1, 5, 40}) {
-                    const int lda = n + 2, ldb = n + 1;
-                    const std::vector<T> values = random_values<T>(n * nrhs + 1, 4);
-                    const GuardedMatrix<T> b({n, nrhs, ldb}, Flush::end, [&](int i, int j) {
-                        return values[static_cast<std::size_t>(i + std::int64_t{j} * n)];
-                    });
-                    int info = 77;
-                    Lapack<T>::potrs(&uplo, &n, &nrhs, factors.data(), &lda, b.data(), &ldb, &info, 1);
-                    EXPECT_EQ(info, 0);
-                    for (int j = 0; j < nrhs; ++j)
-                        EXPECT_LE(a.residual(b.data() + std::int64_t{j} * ldb, values.data() + std::int64_t{j} * n),
-                                  tolerance)
-                            << uplo << n << ' ' << j;
-                    EXPECT_TRUE(b.rest_untouched());
-                }
-            }
-}
-
 TYPED_TEST(Cholesky, ProgressGoesByColumnsAndCanStopTheRun) {
     const int n = 400;
     const PositiveDefinite<TypeParam> a(n, Spectrum::random, 6);
