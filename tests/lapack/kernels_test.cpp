@@ -2,9 +2,9 @@
 // class and vector width.
 #include "service/kernel_slot.hpp"
 #include "service/memory.hpp"
+#include "tests/support/dense.hpp"
 #include "tests/support/guarded_matrix.hpp"
 #include "tests/support/host_allocator.hpp"
-#include "tests/support/scalars.hpp"
 
 namespace nxl {
 namespace {
@@ -12,22 +12,6 @@ namespace {
 using namespace nxl_test;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-/// A matrix of the test's own: plain loops, no slack.
-template <class T> struct Dense {
-    int rows, cols;
-    std::vector<T> data;
-
-    Dense(int m, int n, std::vector<T> values) : rows(m), cols(n), data(std::move(values)) {}
-    Dense(int m, int n) : rows(m), cols(n), data(static_cast<std::size_t>(m) * static_cast<std::size_t>(n)) {}
-    T& operator()(int i, int j) { return data[static_cast<std::size_t>(i + std::int64_t{j} * rows)]; }
-    T operator()(int i, int j) const { return data[static_cast<std::size_t>(i + std::int64_t{j} * rows)]; }
-    double largest() const {
-        double most = 0.0;
-        for (const T v : data) most = std::max(most, abs1(v));
-        return most;
-    }
-};
 
 template <class T> Dense<T> random_matrix(int m, int n, unsigned seed) {
     return {m, n, random_values<T>(std::int64_t{m} * n, seed)};
@@ -186,19 +170,6 @@ TYPED_TEST(GetrfLeaf, PivotAtEveryRow) { // alone, tied with the last row, and w
                 a(column + 1, column) = std::nan("");
                 EXPECT_EQ(factor(a).pivots[static_cast<std::size_t>(column)], row + 1) << m << ' ' << column;
             }
-}
-
-TYPED_TEST(GetrfLeaf, ZeroColumnIsReportedAndPassed) {
-    for (const auto& [m, n] : {Shape{12, 8}, Shape{30, 20}, Shape{20, 30}})
-        for (int zero = 0; zero < std::min(m, n); ++zero) {
-            auto a = random_matrix<TypeParam>(m, n, 7);
-            for (const int column : {zero, std::min(zero + 3, n - 1)})
-                for (int i = 0; i < m; ++i) a(i, column) = TypeParam(0.0);
-            const auto lu = factor(a);
-            ASSERT_EQ(lu.info, zero + 1);
-            ASSERT_EQ(lu.pivots[static_cast<std::size_t>(zero)], zero + 1);
-            ASSERT_LE(residual(a, lu), residual_bound);
-        }
 }
 
 TYPED_TEST(GetrfLeaf, NanAndInfinityStayInside) {

@@ -1,5 +1,6 @@
 // The checks of both solvers and their reports, on standard output and in the report files.
 #include "tests/solvers_rci/cg_support.hpp"
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -86,8 +87,8 @@ class CgCheck : public testing::TestWithParam<std::tuple<Finding, bool>> {
     const bool many_ = std::get<1>(GetParam());
 };
 
-TEST_P(CgCheck, WarnsOnStandardOutputAndMends) {
-    Checked checked(finding_, many_), expected(finding_, many_);
+TEST_P(CgCheck, WarnsAndMendsUnlessSilenced) {
+    Checked checked(finding_, many_), expected(finding_, many_), silent(finding_, many_);
     finding_.mended(expected.run);
     EXPECT_EQ(printed_by([&] { (checked.run.*checked.check)(); }), joined(finding_.warnings));
     EXPECT_EQ(checked.run.request, finding_.request);
@@ -95,24 +96,10 @@ TEST_P(CgCheck, WarnsOnStandardOutputAndMends) {
     for (const int i : {1, 2})
         EXPECT_TRUE(checked.run.dp(i) == expected.run.dp(i) ||
                     (std::isnan(checked.run.dp(i)) && finding_.request == 0));
-}
 
-TEST_P(CgCheck, SilenceChangesNothingElse) {
-    Checked checked(finding_, many_);
-    checked.run.ip(7) = 0;
-    EXPECT_EQ(printed_by([&] { (checked.run.*checked.check)(); }), "");
-    EXPECT_EQ(checked.run.request, finding_.request);
-}
-
-TEST_P(CgCheck, WarnsInTheFile) {
-    const TemporaryDirectory here;
-    Checked checked(finding_, many_);
-    checked.run.ip(2) = 7;
-    std::string notices;
-    for (std::size_t i = 0; i < finding_.warnings.size(); ++i)
-        notices += "\nWarning message has been written in Dcg_check_warnings.txt\n";
-    EXPECT_EQ(printed_by([&] { (checked.run.*checked.check)(); }), notices);
-    EXPECT_EQ(contents("Dcg_check_warnings.txt"), joined(finding_.warnings));
+    silent.run.ip(7) = 0;
+    EXPECT_EQ(printed_by([&] { (silent.run.*silent.check)(); }), "");
+    EXPECT_EQ(silent.run.request, finding_.request);
 }
 
 INSTANTIATE_TEST_SUITE_P(, CgCheck, testing::Combine(testing::ValuesIn(findings), testing::Bool()),
@@ -120,6 +107,17 @@ INSTANTIATE_TEST_SUITE_P(, CgCheck, testing::Combine(testing::ValuesIn(findings)
                              return std::string(std::get<0>(info.param).name) +
                                     (std::get<1>(info.param) ? "_many" : "_one");
                          });
+
+TEST(CgReportFiles, WarningsAccumulate) {
+    for (const bool many : {false, true}) {
+        const TemporaryDirectory here;
+        Checked checked(*std::ranges::find(findings, 3U, [](const Finding& f) { return f.warnings.size(); }), many);
+        checked.run.ip(2) = 7;
+        const std::string notice = "\nWarning message has been written in Dcg_check_warnings.txt\n";
+        EXPECT_EQ(printed_by([&] { (checked.run.*checked.check)(); }), notice + notice + notice);
+        EXPECT_EQ(contents("Dcg_check_warnings.txt"), joined({no_test, size_differs, not_positive}));
+    }
+}
 
 TEST(CgCheckOfMany, NoSystemsReadAsNoSize) {
     CgCase run(20, 0);
@@ -130,38 +128,17 @@ TEST(CgCheckOfMany, NoSystemsReadAsNoSize) {
     EXPECT_EQ(run.check(), 0); // one system needs no ipar(33)
 }
 
-/// A run of one unknown that divides by 0 at its next step.
-CgCase about_to_fail() {
-    CgCase run(1);
-    run.init();
-    run.tmp.assign(4, 0.0);
-    run.ip(3) = 4;
-    return run;
-}
-
 TEST(CgReportFiles, ErrorsAccumulate) {
     const TemporaryDirectory here;
-    CgCase run = about_to_fail();
+    CgCase run(1);
+    run.init();
+    run.tmp.assign(4, 0.0); // the next step divides by 0
+    run.ip(3) = 4;
     run.ip(2) = 0;
     const std::string notice = "\nError message has been written in Dcg_errors.txt\n";
     EXPECT_EQ(printed_by([&] { run.step(), run.step(); }), notice + notice);
     EXPECT_EQ(contents("Dcg_errors.txt"), error_report(indefinite_text) + error_report(indefinite_text));
     EXPECT_EQ(run.request, -2);
-}
-
-TEST(CgReportFiles, AFileThatCannotBeOpenedCostsTheReportAlone) {
-    const TemporaryDirectory here;
-    std::filesystem::create_directory("Dcg_errors.txt");
-    std::filesystem::create_directory("Dcg_check_warnings.txt");
-    const auto lost = [](const std::string& file) {
-        return "\nCannot create file " + file + " ...\nAn error/warning message cannot be saved in the file.\n";
-    };
-    CgCase run = about_to_fail();
-    run.ip(2) = 7;
-    EXPECT_EQ(printed_by([&] { run.step(); }), lost("Dcg_errors.txt"));
-    EXPECT_EQ(run.request, -2);
-    EXPECT_EQ(printed_by([&] { run.check(); }), lost("Dcg_check_warnings.txt"));
-    EXPECT_EQ(run.request, -1001);
 }
 
 } // namespace

@@ -227,15 +227,4 @@ TEST(FgmresLog, TakesErrorsAndWarningsSilently) {
     EXPECT_EQ(contents("NXL_RCI_FGMRES_Log.txt"), size_differs("0") + no_size + fgmres_error(rejection(1, 0)));
 }
 
-TEST(FgmresLog, ThatCannotBeOpenedCostsTheReportAlone) {
-    const TemporaryDirectory here;
-    std::filesystem::create_directory("NXL_RCI_FGMRES_Log.txt");
-    FgmresCase run(20, 1);
-    run.ip(2) = 7;
-    run.ip(3) = 2;
-    EXPECT_EQ(printed_by([&] { run.check(); }), "\nCannot create file NXL_RCI_FGMRES_Log.txt ...\n"
-                                                "An error/warning message cannot be saved in the file.\n");
-    EXPECT_EQ(run.request, -1001);
-}
-
 } // namespace

@@ -127,19 +127,4 @@ TEST(IluReports, TheLastWarningStaysUnlessAnErrorFollows) {
     EXPECT_EQ(printed_by([&] { EXPECT_EQ(ilut(run), -107); }), warnings + ilut_report(-107));
 }
 
-TEST(IluReports, LogsThatCannotBeOpenedCostTheReportAlone) {
-    const TemporaryDirectory here;
-    std::filesystem::create_directory("NXL_PREC_log.txt");
-    std::filesystem::create_directory("NXL_PREC_DILUT_log.txt");
-    const auto lost = [](const std::string& file) {
-        return "\nCannot create file " + file + " ...\nAn error/warning message cannot be saved in the file.\n";
-    };
-    IluCase run = sound_ilut();
-    run.ip(2) = 0, run.ip(1) = 3;
-    EXPECT_EQ(printed_by([&] { EXPECT_EQ(ilut(run), 101); }), lost("NXL_PREC_DILUT_log.txt"));
-    EXPECT_EQ(run.lu[2], 1.0);
-    run.n = 0;
-    EXPECT_EQ(printed_by([&] { EXPECT_EQ(run.ilu0(), -105); }), lost("NXL_PREC_log.txt"));
-}
-
 } // namespace

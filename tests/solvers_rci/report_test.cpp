@@ -40,6 +40,13 @@ TEST(Report, FilesWithoutANoticeGrowSilently) {
     EXPECT_EQ(nxl_test::contents("log.txt"), std::string(report.text()) + report.text());
 }
 
+TEST(Report, AFileThatCannotBeOpenedIsTold) {
+    const nxl_test::TemporaryDirectory here;
+    std::filesystem::create_directory("log.txt");
+    EXPECT_EQ(printed_by([] { Report(400).send(7, {"log.txt", 0}); }),
+              "\nCannot create file log.txt ...\nAn error/warning message cannot be saved in the file.\n");
+}
+
 TEST(Report, UnknownNumbersHaveTheirOwnText) {
     int ipar[128] = {};
     double dpar[128] = {};

@@ -23,8 +23,8 @@ TEST_F(Bench, ListsFamiliesAndWhatEachLibraryOffers) {
 }
 
 TEST_F(Bench, SelfCheckedRowsOfSeveralFamilies) {
-    const auto result =
-        run("level1 factor --self-check --filter '(ddot|daxpy|dgetrf)/' --sizes 30,40 --csv f.csv" + right_peers_);
+    const auto result = run(
+        "level1 factor --self-check --filter '(ddot/30|daxpy/40|dgetrf/40)/' --sizes 30,40 --csv f.csv" + right_peers_);
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.err, "");
     for (const char* row : {"\nddot ", "\ndaxpy ", "\ndgetrf ", "of peak"})
