@@ -32,7 +32,7 @@ constexpr double cube(int n) { return double(n) * n * n; }
 template <class T, int Share> Work square_work(double multiply_adds, int n, Layout layout) {
     const double elements = double(n) * n / Share;
     layout.a = {n, n};
-    layout.restored = Restored::a;
+    layout.restored = "a";
     return work_in_elements<T>(multiply_adds, elements, elements, n, layout);
 }
 
@@ -42,7 +42,7 @@ template <class T> Work getrf_work(const Case& which) {
     if (m == n) return square_work<T, 1>(cube(n) / 3, n, {.shape = Shape::dominated, .pivots = n});
     const double elements = double(m) * n;
     return work_in_elements<T>(double(n) * n * (m - n / 3.0) / 2, elements, elements, n,
-                               {.a = {m, n}, .restored = Restored::a, .pivots = n});
+                               {.a = {m, n}, .restored = "a", .pivots = n});
 }
 
 template <class T> Work potrf_work(const Case& which) {
@@ -67,8 +67,7 @@ template <class T> Work trtri_work(const Case& which) {
 template <class T, int Triangles> Work solution_work(const Case& which, int pivots) {
     const auto [m, n, k] = which.size;
     const double result = double(m) * n, share = Triangles / 2.0;
-    const Layout layout = {
-        .a = {m, m}, .b = {m, n}, .shape = Shape::factors, .restored = Restored::b, .pivots = pivots};
+    const Layout layout = {.a = {m, m}, .b = {m, n}, .shape = Shape::factors, .restored = "b", .pivots = pivots};
     return work_in_elements<T>(share * result * k, share * (double(m) * m + result), share * result, k, layout);
 }
 
@@ -103,8 +102,7 @@ template <class T> Routine trtrs(const char* name) {
 
 template <class T> Routine getri(const char* name) {
     return row<Getri<T>>(name, getri_work<T>, [](auto* f, Operands& o) {
-        const int lwork = o.work_elements<T>();
-        f(&o.size.n, o.a<T>(), &o.lda, o.pivots(), o.work<T>(), &lwork, &o.info);
+        f(&o.size.n, o.a<T>(), &o.lda, o.pivots(), o.work<T>(), &o.lwork, &o.info);
     });
 }
 

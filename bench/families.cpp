@@ -94,6 +94,14 @@ int run_factor2(const Request& request) {
                        {.cases = factor_cases(), .threads = 2, .peers = Library::openblas, .plot = plot_rates});
 }
 
+int run_lapack(const Request& request) {
+    return run_contest(request, {.cases = lapack_cases(), .peers = Library::openblas});
+}
+
+int run_lapack2(const Request& request) {
+    return run_contest(request, {.cases = lapack_cases(), .threads = 2, .peers = Library::openblas});
+}
+
 int run_primitives(const Request& request) {
     return run_contest(request, {.cases = primitive_cases(), .peers = Library::hand_loops});
 }
@@ -124,6 +132,9 @@ const std::vector<Family>& families() {
         {"threads3", "matrix-matrix operations on two threads", run_threads3, comparison},
         {"factor", "factorisations, solutions and inverses, one thread, against a peer", run_factor, comparison},
         {"factor2", "the same on two threads", run_factor2, comparison},
+        {"lapack", "symmetric indefinite and band systems, condition, refinement, one thread, against a peer",
+         run_lapack, comparison},
+        {"lapack2", "the same on two threads", run_lapack2, comparison},
         {"primitives", "vector and matrix primitives against loops written by hand, one thread", run_primitives,
          comparison},
         {"krylov",

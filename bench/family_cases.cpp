@@ -136,6 +136,32 @@ std::vector<Case> factor_cases() {
     return cases;
 }
 
+std::vector<Case> lapack_cases() {
+    std::vector<Case> cases =
+        cases_of({{"dsytrf", {"L", "U"}}, {"zsytrf", {"L", "U"}}, {"zhetrf", {"L", "U"}}}, {100, 500, 1'000, 2'000});
+    const auto add = [&](const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
+        std::ranges::copy(cases_of(routines, sizes), std::back_inserter(cases));
+    };
+    add({{"dsytrs", {"L", "U"}}, {"zsytrs", {"L"}}, {"zhetrs", {"L"}}}, {{1'000, 100, 1'000}});
+    for (const int width : {5, 50, 200}) {
+        add({{"dgbtrf"}, {"zgbtrf"}, {"dpbtrf", {"L", "U"}}, {"zpbtrf", {"L"}}}, {{5'000, 5'000, width}});
+        for (const int right_hand_sides : {1, 100})
+            add({{"dgbtrs", {"N", "T"}}, {"zgbtrs", {"N"}}, {"dpbtrs", {"L", "U"}}, {"zpbtrs", {"L"}}},
+                {{5'000, right_hand_sides, width}});
+    }
+    add({{"dgecon", {"O", "I"}},
+         {"zgecon", {"O"}},
+         {"dpocon", {"L", "U"}},
+         {"zpocon", {"L"}},
+         {"dtrcon", {"OLN", "OUN"}},
+         {"ztrcon", {"OLN"}},
+         {"dsycon", {"L", "U"}},
+         {"zhecon", {"L"}}},
+        {1'000});
+    add({{"dgerfs", {"N", "T"}}, {"zgerfs", {"N"}}, {"dporfs", {"L", "U"}}, {"zporfs", {"L"}}}, {{1'000, 10, 1'000}});
+    return cases;
+}
+
 std::vector<Case> primitive_cases() {
     std::vector<Case> cases =
         cases_of({{"AddValue_d"},     {"AddValuec_d"},     {"SubFromValuecd_d"}, {"DivideValue_d"},

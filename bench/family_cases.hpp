@@ -17,6 +17,7 @@ std::vector<Case> narrow_cases();
 std::vector<Case> level1_threads_cases();
 std::vector<Case> level3_threads_cases();
 std::vector<Case> factor_cases();
+std::vector<Case> lapack_cases();
 std::vector<Case> primitive_cases();
 
 } // namespace nxl::bench

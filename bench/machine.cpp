@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <thread>
 #include <utility>
 
@@ -38,14 +39,15 @@ void print_offers(const std::vector<Library>& libraries) {
     const std::pair<const char*, const std::vector<Routine>*> tables[] = {{"level1", &level1_routines()},
                                                                           {"level2", &level2_routines()},
                                                                           {"level3", &level3_routines()},
-                                                                          {"factor", &factor_routines()}};
+                                                                          {"factor", &factor_routines()},
+                                                                          {"lapack", &lapack_routines()}};
     for (const Library& library : libraries) {
         std::printf("  %-10s  %s\n%14s%s\n%14s", library.name.c_str(), library.version.c_str(), "",
                     library.file().c_str(), "");
         for (const auto& [name, rows] : tables) {
             const auto has = [&](const Routine& row) { return library.symbol(row.name).address != nullptr; };
             std::printf("%s %td of %zu%s", name, std::ranges::count_if(*rows, has), rows->size(),
-                        rows == tables[3].second ? " routines\n" : ", ");
+                        rows == std::end(tables)[-1].second ? " routines\n" : ", ");
         }
     }
 }

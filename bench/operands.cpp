@@ -1,9 +1,10 @@
 #include "bench/operands.hpp"
+#include "bench/shapes.hpp"
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <new>
-#include <numeric>
 #include <random>
 
 namespace nxl::bench {
@@ -20,61 +21,6 @@ double relative_difference(double a, double b) {
     return std::isnan(difference) ? std::numeric_limits<double>::infinity() : difference;
 }
 
-/// A matrix of real or complex elements, as doubles; the first of an element is its real part.
-struct Square {
-    double* data;
-    i64 order, step;
-
-    double* entry(i64 i, i64 j) const { return data + (i + j * order) * step; }
-    void set_real(i64 i, i64 j, double value) const {
-        std::fill_n(entry(i, j), step, 0.0);
-        entry(i, j)[0] = value;
-    }
-    void scale(double factor) const {
-        for (i64 k = 0; k < order * order * step; ++k) data[k] *= factor;
-    }
-    double root() const { return std::sqrt(static_cast<double>(order)); }
-};
-
-/// Either triangle of [I X; Y -I] squares to I. Entries of the blocks I and -I off the diagonal are too small to tell.
-void make_own_inverse(const Square& matrix) {
-    constexpr double not_to_tell = 1e-12;
-    const double coupling = 1.0 / matrix.root();
-    for (i64 j = 0; j < matrix.order; ++j)
-        for (i64 i = 0; i < matrix.order; ++i) {
-            const bool first_row = i < matrix.order / 2, first_column = j < matrix.order / 2;
-            for (i64 part = 0; part < matrix.step; ++part)
-                matrix.entry(i, j)[part] *= first_row == first_column ? not_to_tell : coupling;
-            if (i == j) matrix.set_real(i, j, first_row ? 1.0 : -1.0);
-        }
-}
-
-/// More than the norm of the random rest, which is at most 1.7 roots of the order.
-double dominant(const Square& matrix) { return 3.0 * matrix.root(); }
-
-void make_dominated(const Square& matrix) {
-    std::vector<i64> row_of(static_cast<std::size_t>(matrix.order));
-    std::iota(row_of.begin(), row_of.end(), 0);
-    std::ranges::shuffle(row_of, std::minstd_rand(22));
-    for (i64 j = 0; j < matrix.order; ++j) matrix.set_real(row_of[static_cast<std::size_t>(j)], j, dominant(matrix));
-}
-
-void make_positive_definite(const Square& matrix) {
-    for (i64 j = 0; j < matrix.order; ++j) {
-        matrix.set_real(j, j, dominant(matrix));
-        for (i64 i = j + 1; i < matrix.order; ++i) {
-            matrix.entry(j, i)[0] = matrix.entry(i, j)[0];
-            if (matrix.step == 2) matrix.entry(j, i)[1] = -matrix.entry(i, j)[1];
-        }
-    }
-}
-
-/// With entries of this size a triangle's inverse stays small, whatever the order.
-void make_factors(const Square& matrix) {
-    matrix.scale(1.0 / matrix.root());
-    for (i64 j = 0; j < matrix.order; ++j) matrix.set_real(j, j, 2.0);
-}
-
 } // namespace
 
 Operands::Operands(const Case& which, const Layout& layout)
@@ -83,7 +29,11 @@ Operands::Operands(const Case& which, const Layout& layout)
       size(which.size),
       lda(layout.a.rows),
       ldb(layout.b.rows),
-      ldc(layout.c.rows) {
+      ldc(layout.c.rows),
+      ldx(layout.x.rows),
+      lwork(static_cast<int>(layout.work)),
+      lrwork(static_cast<int>(layout.real_work)),
+      liwork(static_cast<int>(layout.integer_work)) {
     const Extent extents[] = {layout.x, layout.y, layout.a, layout.b, layout.c};
     const i64 used = std::ranges::count_if(extents, [](const Extent& e) { return e.elements() > 0; });
     // Where two arrays lie the same distance into their pages, a processor takes a load of one for a hit on a store to
@@ -108,46 +58,63 @@ void Operands::refill() {
     const double scale = 2.0 / std::minstd_rand::max();
     for (const Array& array : arrays_)
         for (i64 i = 0; i < array.doubles; ++i) array.data[i] = static_cast<double>(generator()) * scale - 1.0;
-    shape_a();
-    if (need_restoring()) original_.assign(restored_array().data, restored_array().data + restored_array().doubles);
+    const auto elements = [&](std::size_t i, const Extent& extent) {
+        return Elements{arrays_[i].data, extent.rows, extent.columns, layout_.doubles_per_element};
+    };
+    const bool told = options_.find_first_of("LU") != std::string::npos;
+    give_shape(layout_.shape, told ? options_[options_.find_first_of("LU")] : ' ', elements(2, layout_.a),
+               elements(4, layout_.c));
+    original_.clear();
+    for_arrays(layout_.restored,
+               [&](const Array& array) { original_.insert(original_.end(), array.data, array.data + array.doubles); });
     set_pivots();
     work_.assign(static_cast<std::size_t>(layout_.work * layout_.doubles_per_element), 0.0);
+    real_work_.assign(static_cast<std::size_t>(layout_.real_work), 0.0);
+    integer_work_.assign(static_cast<std::size_t>(layout_.integer_work), 0);
     result = {};
+    count = 0;
     info = 0;
     turn = 0;
 }
 
-void Operands::restore() { std::ranges::copy(original_, restored_array().data); }
-
-void Operands::shape_a() {
-    const Square matrix{arrays_[2].data, layout_.a.rows, layout_.doubles_per_element};
-    switch (layout_.shape) {
-    case Shape::random: return;
-    case Shape::own_inverse: return make_own_inverse(matrix);
-    case Shape::dominated: return make_dominated(matrix);
-    case Shape::positive_definite: return make_positive_definite(matrix);
-    case Shape::near_one:
-        for (i64 i = 0; i < arrays_[2].doubles; ++i) arrays_[2].data[i] = 1.0 + 1e-4 * arrays_[2].data[i];
-        return;
-    case Shape::factors: return make_factors(matrix);
-    }
+void Operands::restore() {
+    const double* from = original_.data();
+    for_arrays(layout_.restored, [&](const Array& array) {
+        std::copy_n(from, array.doubles, array.data);
+        from += array.doubles;
+    });
+    std::ranges::fill(integer_work_, 0);
 }
 
-/// Each row changes places with a random one that is not above it.
+template <class Body> void Operands::for_arrays(const char* names, const Body& body) const {
+    for (std::size_t i = 0; i < arrays_.size(); ++i)
+        if (std::strchr(names, "xyabc"[i])) body(arrays_[i]);
+}
+
+/// Each row changes places with a random one that is not above it, of `indefinite_factors` not above it for L, not
+/// below it for U, and there every other two are a block, as negative numbers tell.
 void Operands::set_pivots() {
     std::minstd_rand generator(21);
-    pivots_.resize(static_cast<std::size_t>(layout_.pivots));
-    for (int i = 0; i < layout_.pivots; ++i)
-        pivots_[static_cast<std::size_t>(i)] = std::uniform_int_distribution(i + 1, layout_.pivots)(generator);
+    const int n = layout_.pivots, reach = layout_.farthest >= 0 ? layout_.farthest : n;
+    const bool symmetric = layout_.shape == Shape::indefinite_factors, upper = symmetric && options_[0] == 'U';
+    pivots_.resize(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i)
+        pivots_[static_cast<std::size_t>(i)] =
+            upper ? std::uniform_int_distribution(std::max(1, i + 1 - reach), i + 1)(generator)
+                  : std::uniform_int_distribution(i + 1, std::min(n, i + 1 + reach))(generator);
+    for (std::size_t i = 0; symmetric && i + 1 < pivots_.size(); i += 4)
+        pivots_[i] = pivots_[i + 1] = -pivots_[upper ? i : i + 1];
 }
 
 double Operands::difference(const Operands& other) const {
     double largest = std::max(relative_difference(result.real(), other.result.real()),
                               relative_difference(result.imag(), other.result.imag()));
     for (std::size_t k = 0; k < arrays_.size(); ++k)
-        for (i64 i = 0; i < arrays_[k].doubles; ++i)
+        for (i64 i = 0; i < arrays_[k].doubles && !std::strchr(layout_.unchecked, "xyabc"[k]); ++i)
             largest = std::max(largest, relative_difference(arrays_[k].data[i], other.arrays_[k].data[i]));
-    return info == other.info && pivots_ == other.pivots_ ? largest : std::numeric_limits<double>::infinity();
+    return info == other.info && count == other.count && pivots_ == other.pivots_
+               ? largest
+               : std::numeric_limits<double>::infinity();
 }
 
 } // namespace nxl::bench

@@ -1,6 +1,7 @@
 // The arrays that every contender of a case works on, in turn.
 #pragma once
 #include "bench/cases.hpp"
+#include "bench/shapes.hpp"
 #include "service/types.hpp"
 #include <array>
 #include <cstdlib>
@@ -17,27 +18,17 @@ struct Extent {
     i64 elements() const { return i64{rows} * columns; }
 };
 
-/// What the square matrix a is.
-enum class Shape {
-    random,
-    own_inverse, // a triangle to which repeated products and solutions return
-    dominated,   // one large entry in each row and column, in random places: well conditioned, and rows have to move
-    positive_definite, // Hermitian
-    near_one,          // so that a product over all elements stays near 1 too
-    factors            // either triangle, with its diagonal or with ones, is well conditioned
-};
-
-/// The array that each call finds as it was at first.
-enum class Restored { none, a, b };
-
 /// Which arrays a routine has, and their sizes in elements of one or two doubles.
 struct Layout {
     Extent x{}, y{}, a{}, b{}, c{};
     int doubles_per_element = 1;
     Shape shape = Shape::random;
-    Restored restored = Restored::none;
-    int pivots = 0; // row interchanges
-    i64 work = 0;   // elements of scratch memory
+    const char* restored = "";  // names of the arrays that each call finds as they were at first
+    const char* unchecked = ""; // and of those in which libraries may differ: eigenvectors
+    int pivots = 0;             // row interchanges
+    int farthest = -1;          // rows that an interchange reaches over; all when negative
+    i64 work = 0;               // elements of scratch memory
+    i64 real_work = 0, integer_work = 0;
 
     i64 doubles() const {
         return (x.elements() + y.elements() + a.elements() + b.elements() + c.elements()) * doubles_per_element;
@@ -57,19 +48,21 @@ class Operands {
     std::string options_;
     std::unique_ptr<double[], Free> memory_;
     std::array<Array, 5> arrays_;  // x, y, a, b, c
-    std::vector<double> original_; // of the array to restore
-    std::vector<int> pivots_;
-    std::vector<double> work_;
+    std::vector<double> original_; // of the arrays to restore, one after the other
+    std::vector<int> pivots_, integer_work_;
+    std::vector<double> work_, real_work_;
 
     template <class T> T* data(std::size_t i) const { return reinterpret_cast<T*>(arrays_[i].data); }
-    const Array& restored_array() const { return arrays_[layout_.restored == Restored::a ? 2 : 3]; }
-    void shape_a();
+    /// Calls body(array) for those that `names` has.
+    template <class Body> void for_arrays(const char* names, const Body& body) const;
     void set_pivots();
 
   public:
     Size size;
-    int lda, ldb, ldc;
+    int lda, ldb, ldc, ldx;
+    int lwork, lrwork, liwork;
     zcomplex result;   // of the last call
+    int count = 0;     // that the last call found
     int info = 0;      // of the last call
     unsigned turn = 0; // lets a call undo what the one before it did
 
@@ -80,19 +73,23 @@ class Operands {
     template <class T = double> T* a() const { return data<T>(2); }
     template <class T = double> T* b() const { return data<T>(3); }
     template <class T = double> T* c() const { return data<T>(4); }
+    /// Real ones where a routine has two side by side: the second column of x or y.
+    double* second_x() const { return arrays_[0].data + i64{layout_.x.rows} * layout_.doubles_per_element; }
+    double* second_y() const { return arrays_[1].data + i64{layout_.y.rows} * layout_.doubles_per_element; }
     int* pivots() { return pivots_.data(); }
-    template <class T> T* work() { return reinterpret_cast<T*>(work_.data()); }
-    template <class T> int work_elements() const { return static_cast<int>(work_.size() * sizeof(double) / sizeof(T)); }
+    int* integer_work() { return integer_work_.data(); }
+    double* real_work() { return real_work_.data(); }
+    template <class T = double> T* work() { return reinterpret_cast<T*>(work_.data()); }
     const char* option(std::size_t i) const { return &options_[i]; }
 
     /// The same values at every call: uniform in (-1, 1) but for the shape of a, and no turn taken.
     void refill();
 
-    bool need_restoring() const { return layout_.restored != Restored::none; }
+    bool need_restoring() const { return layout_.restored[0] != 0; }
     void restore();
 
     /// Largest difference of results and arrays, relative to values of size 1 or more; infinite where one is not
-    /// finite, or where a row interchange or info differs.
+    /// finite, or where a row interchange, a count or info differs.
     double difference(const Operands& other) const;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 #include "bench/library.hpp"
 #include "bench/operands.hpp"
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,14 +23,15 @@ struct Work {
 struct Routine {
     std::string name;
     Work (*work)(const Case& which);
-    void (*run)(Symbol symbol, Operands& operands, i64 calls);
+    std::function<void(Symbol symbol, Operands& operands, i64 calls)> run;
 };
 
-/// The rows of each level, of the factorisations and of the primitives, in a file of its own.
+/// The rows of each level, of the factorisations, of other LAPACK and of the primitives, in a file of its own.
 const std::vector<Routine>& level1_routines();
 const std::vector<Routine>& level2_routines();
 const std::vector<Routine>& level3_routines();
 const std::vector<Routine>& factor_routines();
+const std::vector<Routine>& lapack_routines();
 const std::vector<Routine>& primitive_routines();
 
 /// The routine of that name; throws when there is none.

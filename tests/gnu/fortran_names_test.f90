@@ -10,7 +10,7 @@ program fortran_names_test
     use told
     implicit none
     integer, parameter :: n = 40
-    external :: dgemm, dgetrf, dgetrs, dpotrf, dtrtrs, ztrtri, zlacgv
+    external :: dgemm, dgetrf, dgetrs, dpotrf, dtrtrs, ztrtri, zlacgv, dgesv, dgbsv, dposv, dpbsv, dsysv, zhesv
     real(real64), external :: ddot, dznrm2
     complex(real64), external :: zdotc, zdotu
     integer, external :: idamax
@@ -18,6 +18,7 @@ program fortran_names_test
     call vectors()
     call products()
     call factors()
+    call drivers()
     call bad_argument()
 
 contains
@@ -72,11 +73,66 @@ contains
         call expect(info == 0 .and. t(1, 2) == (-2, -1), 'ztrtri')
     end subroutine
 
+    ! One band matrix in each storage: 4 on the diagonal, two diagonals of ones on each side; solutions are ones.
+    subroutine drivers()
+        integer, parameter :: width = 2
+        real(real64) :: a(n, n), sums(n), band(3 * width + 1, n), x(n), work(1)
+        complex(real64) :: h(2, 2) = reshape([(0, 0), (0, 1), (0, -1), (0, 0)], [2, 2]), z(2) = [(0, -1), (0, 1)], w(2)
+        integer :: pivots(n), info
+        a = band_matrix(width)
+        sums = sum(a, 2)
+        band = 1
+        band(2 * width + 1, :) = 4
+        x = sums
+        call dgbsv(n, width, width, 1, band, 3 * width + 1, pivots, x, n, info)
+        call expect(solved(x, info), 'dgbsv')
+        band = 1
+        band(width + 1, :) = 4
+        x = sums
+        call dpbsv('Upper', n, width, 1, band, 3 * width + 1, x, n, info)
+        call expect(solved(x, info), 'dpbsv')
+        x = sums
+        call dsysv('Lower', n, 1, a, n, pivots, x, n, work, -1, info)
+        call expect(info == 0 .and. work(1) >= n .and. all(x == sums), 'dsysv, query')
+        call dsysv('Lower', n, 1, a, n, pivots, x, n, work, 1, info)
+        call expect(solved(x, info), 'dsysv')
+        a = band_matrix(width)
+        x = sums
+        call dposv('Upper', n, 1, a, n, x, n, info)
+        call expect(solved(x, info), 'dposv')
+        a = band_matrix(width)
+        x = sums
+        a(:, 5) = 0
+        call dgesv(n, 1, a, n, pivots, x, n, info)
+        call expect(info > 0 .and. all(x == sums), 'dgesv, singular')
+        a = band_matrix(width)
+        x = sums
+        call dgesv(n, 1, a, n, pivots, x, n, info)
+        call expect(solved(x, info), 'dgesv')
+        call zhesv('Upper', 2, 1, h, 2, pivots, z, 2, w, 2, info)
+        call expect(info == 0 .and. maxval(abs(z - 1)) < 1e-15_real64, 'zhesv')
+    end subroutine
+
+    function band_matrix(width) result(a)
+        integer, intent(in) :: width
+        real(real64) :: a(n, n)
+        integer :: i, j
+        a = reshape([((merge(merge(4, 1, i == j), 0, abs(i - j) <= width), i = 1, n), j = 1, n)], [n, n])
+    end function
+
+    logical function solved(x, info)
+        real(real64), intent(in) :: x(:)
+        integer, intent(in) :: info
+        solved = info == 0 .and. maxval(abs(x - 1)) < 1e-13_real64
+    end function
+
     subroutine bad_argument()
         real(real64) :: a(1, 1) = 1
         integer :: info
         call dpotrf('Lower', -1, a, 1, info)
         call expect(info == -2 .and. reports == 1, 'xerbla')
+        call dposv('Lower', 1, 1, a, 1, a, 0, info)
+        call expect(info == -7 .and. reports == 2, 'xerbla of a driver')
     end subroutine
 
 end program
@@ -87,5 +143,5 @@ subroutine xerbla(name, position)
     implicit none
     character(len=*), intent(in) :: name
     integer, intent(in) :: position
-    if (name == 'DPOTRF' .and. position == 2) reports = reports + 1
+    if ((name == 'DPOTRF' .and. position == 2) .or. (name == 'DPOSV' .and. position == 7)) reports = reports + 1
 end subroutine

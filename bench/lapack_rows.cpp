@@ -1,0 +1,126 @@
+// Routines of LAPACK beside those of factor_rows.cpp, a line for each: its arguments, and its work, which tells the
+// arrays, too. Sizes are m by n, of solutions the order and the right-hand sides; k is the width of a band.
+#include "bench/argument_list.hpp"
+#include "bench/rows.hpp"
+#include <algorithm>
+
+namespace nxl::bench {
+namespace {
+
+constexpr int block = 64; // columns of scratch memory; blocks of published routines are not wider
+
+Routine lapack(const char* name, Work (*work)(const Case&), const char* arguments) {
+    return {name, work, [list = ArgumentList(arguments)](Symbol symbol, Operands& operands, i64 calls) {
+                list.call(symbol, operands, calls);
+            }};
+}
+
+/// Work on n elements of `a`, each of them stored too when that is what is restored.
+template <class T> Work work_on(double multiply_adds, double elements, int terms, const Layout& layout) {
+    return work_in_elements<T>(multiply_adds, elements, layout.restored[0] != 0 ? elements : 0.0, terms, layout);
+}
+
+template <class T> Work indefinite_work(const Case& which) {
+    const int n = which.size.n;
+    return work_on<T>(double(n) * n * n / 6, double(n) * n / 2, n,
+                      {.a = {n, n}, .shape = Shape::indefinite, .restored = "a", .pivots = n, .work = i64{n} * block});
+}
+
+template <class T> Work indefinite_solution_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    return work_on<T>(double(m) * m * n, double(m) * m / 2 + double(m) * n, m,
+                      {.a = {m, m}, .b = {m, n}, .shape = Shape::indefinite_factors, .restored = "b", .pivots = m});
+}
+
+/// Rows of the result are filled in as far as interchanges reach.
+template <class T> Work band_lu_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    return work_on<T>(double(n) * k * (2.0 * k + 1), double(n) * (3.0 * k + 1), k,
+                      {.a = {3 * k + 1, n}, .shape = Shape::band_dominated, .restored = "a", .pivots = std::min(m, n)});
+}
+
+template <class T> Work band_cholesky_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    return work_on<T>(double(n) * k * (k + 1.0) / 2, double(n) * (k + 1.0), k,
+                      {.a = {k + 1, n}, .shape = Shape::band_positive_definite, .restored = "a"});
+}
+
+template <class T> Work band_lu_solution_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    return work_on<T>(
+        double(m) * n * (3.0 * k + 1), double(m) * (3.0 * k + 1 + n), k,
+        {.a = {3 * k + 1, m}, .b = {m, n}, .shape = Shape::band_factors, .restored = "b", .pivots = m, .farthest = k});
+}
+
+template <class T> Work band_cholesky_solution_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    return work_on<T>(double(m) * n * (2.0 * k + 1), double(m) * (k + 1.0 + n), k,
+                      {.a = {k + 1, m}, .b = {m, n}, .shape = Shape::band_triangle, .restored = "b"});
+}
+
+/// As many solutions as the estimate takes with most matrices; with Triangles 1 each of one triangle.
+template <class T, int Triangles, Shape Kind> Work condition_work(const Case& which) {
+    const int n = which.size.n;
+    constexpr double solutions = 5.0;
+    return work_on<T>(
+        solutions * Triangles / 2.0 * n * n, double(n) * n * Triangles / 2, n,
+        {.a = {n, n}, .shape = Kind, .pivots = n, .work = 4 * i64{n}, .real_work = 2 * i64{n}, .integer_work = n});
+}
+
+/// Residual, bound and estimate of each right-hand side, once.
+template <class T> Work refinement_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    constexpr double passes = 7.0;
+    return work_on<T>(passes * double(m) * m * n, 2.0 * m * m + 2.0 * m * n, m,
+                      {.x = {m, n},
+                       .y = {n, 2},
+                       .a = {m, m},
+                       .b = {m, n},
+                       .c = {m, m},
+                       .shape = Shape::product_of_factors,
+                       .pivots = m,
+                       .farthest = 0,
+                       .work = 3 * i64{m},
+                       .real_work = m,
+                       .integer_work = m});
+}
+
+} // namespace
+
+const std::vector<Routine>& lapack_routines() {
+    static const std::vector<Routine> rows = {
+        lapack("dsytrf", indefinite_work<double>, "letter n a lda ipiv work lwork info"),
+        lapack("zsytrf", indefinite_work<zcomplex>, "letter n a lda ipiv work lwork info"),
+        lapack("zhetrf", indefinite_work<zcomplex>, "letter n a lda ipiv work lwork info"),
+        lapack("dsytrs", indefinite_solution_work<double>, "letter m n a lda ipiv b ldb info"),
+        lapack("zsytrs", indefinite_solution_work<zcomplex>, "letter m n a lda ipiv b ldb info"),
+        lapack("zhetrs", indefinite_solution_work<zcomplex>, "letter m n a lda ipiv b ldb info"),
+        lapack("dgbtrf", band_lu_work<double>, "m n k k a lda ipiv info"),
+        lapack("zgbtrf", band_lu_work<zcomplex>, "m n k k a lda ipiv info"),
+        lapack("dpbtrf", band_cholesky_work<double>, "letter n k a lda info"),
+        lapack("zpbtrf", band_cholesky_work<zcomplex>, "letter n k a lda info"),
+        lapack("dgbtrs", band_lu_solution_work<double>, "letter m k k n a lda ipiv b ldb info"),
+        lapack("zgbtrs", band_lu_solution_work<zcomplex>, "letter m k k n a lda ipiv b ldb info"),
+        lapack("dpbtrs", band_cholesky_solution_work<double>, "letter m k n a lda b ldb info"),
+        lapack("zpbtrs", band_cholesky_solution_work<zcomplex>, "letter m k n a lda b ldb info"),
+        lapack("dgecon", condition_work<double, 2, Shape::factors>, "letter n a lda unit value work iwork info"),
+        lapack("zgecon", condition_work<zcomplex, 2, Shape::factors>, "letter n a lda unit value work rwork info"),
+        lapack("dpocon", condition_work<double, 2, Shape::factors>, "letter n a lda unit value work iwork info"),
+        lapack("zpocon", condition_work<zcomplex, 2, Shape::factors>, "letter n a lda unit value work rwork info"),
+        lapack("dtrcon", condition_work<double, 1, Shape::factors>,
+               "letter letter letter n a lda value work iwork info"),
+        lapack("ztrcon", condition_work<zcomplex, 1, Shape::factors>,
+               "letter letter letter n a lda value work rwork info"),
+        lapack("dsycon", condition_work<double, 2, Shape::indefinite_factors>,
+               "letter n a lda ipiv unit value work iwork info"),
+        lapack("zhecon", condition_work<zcomplex, 2, Shape::indefinite_factors>,
+               "letter n a lda ipiv unit value work info"),
+        lapack("dgerfs", refinement_work<double>, "letter m n a lda c ldc ipiv b ldb x ldx y y2 work iwork info"),
+        lapack("zgerfs", refinement_work<zcomplex>, "letter m n a lda c ldc ipiv b ldb x ldx y y2 work rwork info"),
+        lapack("dporfs", refinement_work<double>, "letter m n a lda c ldc b ldb x ldx y y2 work iwork info"),
+        lapack("zporfs", refinement_work<zcomplex>, "letter m n a lda c ldc b ldb x ldx y y2 work rwork info"),
+    };
+    return rows;
+}
+
+} // namespace nxl::bench
