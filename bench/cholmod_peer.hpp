@@ -1,14 +1,12 @@
 // The peer of the sparse family: CHOLMOD, where its header was there when nxl-bench was configured and its library is
 // there when it runs.
 #pragma once
-#include "tests/support/sparse_problems.hpp"
+#include "bench/direct_solver.hpp"
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace nxl::bench {
-
-enum class SparseOrdering { minimum_degree, metis };
 
 /// What the analysis of a symmetric positive definite pattern comes to.
 struct Analysis {

@@ -26,18 +26,10 @@ void print_peaks(double core_flops, int threads) {
                 peak_bandwidth(Traffic::stores, memory_bytes, threads) * 1e-9);
 }
 
-/// Libraries read these when they are loaded or first called. Idle threads sleep at once: while one contender runs,
-/// those of the others would be on its cores.
-void prepare_environment(int threads) {
-    setenv("KMP_BLOCKTIME", "0", 0);
-    setenv("OPENBLAS_THREAD_TIMEOUT", "4", 0);
-    setenv("NXL_DYNAMIC", "FALSE", 1);
-    limit_threads_of_peers(threads);
-}
-
 int run_contest(const Request& request, const Plan& plan) {
     const int threads = request.threads > 0 ? request.threads : plan.threads;
-    prepare_environment(threads);
+    let_idle_threads_sleep(threads);
+    setenv("NXL_DYNAMIC", "FALSE", 1);
     const Library nxl = Library::nxl(request.library);
     std::vector<Library> peers = plan.peers();
     for (const std::string& file : request.peers) peers.push_back(Library::peer(file));
@@ -119,6 +111,12 @@ int run_bandwidth(const Request&) {
 
 } // namespace
 
+void let_idle_threads_sleep(int threads) { // libraries read these when they are loaded or first called
+    setenv("KMP_BLOCKTIME", "0", 0);
+    setenv("OPENBLAS_THREAD_TIMEOUT", "4", 0);
+    limit_threads_of_peers(threads);
+}
+
 const std::vector<Family>& families() {
     static const std::vector<std::string> comparison = {"--library", "--peer", "--filter", "--sizes",
                                                         "--threads", "--csv",  "--plot",   "--self-check"};
@@ -142,9 +140,9 @@ const std::vector<Family>& families() {
          run_krylov,
          {"--library", "--filter", "--csv"}},
         {"sparse",
-         "ordering and symbolic factorisation of sparse systems, one thread, against a peer",
+         "sparse systems: analysis, factorisation, solution, one thread, against the peers that take each",
          run_sparse,
-         {"--library", "--filter", "--sizes", "--threads", "--csv"}},
+         {"--library", "--filter", "--sizes", "--threads", "--matrices", "--csv"}},
         {"overhead", "what a call costs before its kernel starts", run_overhead, {"--library"}},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth, {}},
     };

@@ -1,5 +1,5 @@
 // nxl-bench: times nxl and the peers found on this machine, side by side in one run.
-#include "bench/cholmod_peer.hpp"
+#include "bench/direct_solver.hpp"
 #include "bench/families.hpp"
 #include "bench/krylov_peer.hpp"
 #include "bench/machine.hpp"
@@ -64,6 +64,9 @@ void declare(CLI::App& app, CommandLine& line) {
     app.add_option("--peer", request.peers, "Another library to compare with, of Fortran's names; may be repeated")
         ->allow_extra_args(false)
         ->option_text("FILE.so");
+    app.add_option("--matrices", request.matrices, "Also the Matrix Market files in this folder, plain or gzip")
+        ->check(CLI::ExistingDirectory)
+        ->option_text("FOLDER");
     app.add_option("--csv", request.csv, "Write all figures; of several families, each to FILE-FAMILY.csv")
         ->option_text("FILE.csv");
     app.add_option("--plot", request.plot,
@@ -93,8 +96,9 @@ int list(const Request& request) {
     if (libraries.size() == 1) std::printf("  no peer is installed here\n");
     if (const std::string version = eigen_version(); !version.empty())
         std::printf("  %-10s  %s\n%14sGMRES, for krylov\n", "Eigen", version.c_str(), "");
-    if (const auto cholmod = cholmod_peer())
-        std::printf("  %-10s  %s\n%14sanalysis, for sparse\n", "CHOLMOD", cholmod->version().c_str(), "");
+    for (const auto peers : {cholmod_direct, mumps_direct, umfpack_direct, superlu_direct})
+        for (const DirectContender& peer : peers())
+            std::printf("  %-10s  %s\n%14sfor sparse\n", peer.name.c_str(), peer.version.c_str(), "");
     return common::kDone;
 }
 

@@ -2,8 +2,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <complex>
 #include <cstddef>
+#include <random>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 namespace nxl_test {
@@ -47,12 +50,12 @@ class Assembly {
 
 int power(int side, int dimensions) { return dimensions == 0 ? 1 : side * power(side, dimensions - 1); }
 
-/// Differences on a grid: `wind`, times the mesh width, along each axis.
-SparseProblem differences(int side, int dimensions, int mtype, const std::array<double, 3>& wind) {
+/// Differences on a grid: `wind`, times the mesh width, along each axis; `shift` is taken off the diagonal.
+SparseProblem differences(int side, int dimensions, int mtype, const std::array<double, 3>& wind, double shift = 0.0) {
     const int n = power(side, dimensions);
     Assembly matrix(n, mtype);
     for (int i = 0; i < n; ++i) {
-        double diagonal = 0.0;
+        double diagonal = -shift;
         for (int d = 0; d < dimensions; ++d) {
             const int step = power(side, d), at = i / step % side;
             const double flow = wind.at(static_cast<std::size_t>(d)) / (side + 1);
@@ -103,7 +106,41 @@ Brick brick_stiffness() {
 
 SparseProblem poisson2d(int side) { return differences(side, 2, 2, {}); }
 SparseProblem poisson3d(int side) { return differences(side, 3, 2, {}); }
+SparseProblem convection2d(int side) { return differences(side, 2, 11, {40.0, 20.0}); }
 SparseProblem convection3d(int side) { return differences(side, 3, 11, {40.0, 20.0, 10.0}); }
+
+namespace {
+constexpr double ten_points_to_a_wave = 0.628 * 0.628; // (k h)^2
+}
+SparseProblem shifted2d(int side) { return differences(side, 2, -2, {}, ten_points_to_a_wave); }
+SparseProblem shifted3d(int side) { return differences(side, 3, -2, {}, ten_points_to_a_wave); }
+
+SparseProblem circuit(int side) {
+    constexpr int nodes_of_a_rail = 500, nearest = 40;
+    const int n = side * side, rails = std::max(n / nodes_of_a_rail, 1);
+    std::mt19937 random(7); // its numbers are the same everywhere, those of distributions are not
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    const auto strength = [&] { return 0.1 + below(1000) / 250.0; };
+    Assembly matrix(n, 11);
+    const auto connect = [&](int i, int j, double conductance) {
+        matrix.add(i, i, conductance);
+        matrix.add(j, j, conductance);
+        matrix.add(i, j, -conductance);
+        matrix.add(j, i, -conductance);
+    };
+    for (int i = 0; i < n; ++i) {
+        matrix.add(i, i, 0.01); // to the ground
+        if (i > 0) connect(i, i - 1 - below(std::min(i, nearest)), strength());
+        if (below(3) == 0) connect(i, below(rails) * (n / rails), strength());
+        if (i > 0 && below(4) == 0) { // a current of i, set by the voltage of another
+            const int by = i - 1 - below(std::min(i, nearest));
+            const double gain = strength();
+            matrix.add(i, by, gain);
+            matrix.add(i, i, gain);
+        }
+    }
+    return std::move(matrix).problem();
+}
 
 SparseProblem elasticity3d(int side) {
     const Brick brick = brick_stiffness();
@@ -155,13 +192,39 @@ SparseProblem saddle(int side) {
     return std::move(matrix).problem();
 }
 
+SparseProblem in_complex(SparseProblem problem) {
+    const auto unit = [](int k) { return std::polar(1.0, 0.7 * k); };
+    const bool hermitian = problem.mtype == 2, symmetric = problem.mtype == -2;
+    std::vector<double> values;
+    values.reserve(2 * problem.a.size());
+    std::size_t k = 0;
+    for (int i = 0; i < problem.n; ++i)
+        for (const auto end = static_cast<std::size_t>(problem.ia.data()[i + 1] - 1); k < end; ++k) {
+            const int j = problem.ja.data()[k] - 1;
+            const auto right = hermitian ? std::conj(unit(j)) : unit(symmetric ? j : 3 * j);
+            const auto value =
+                i == j && hermitian ? std::complex(problem.a.data()[k]) : problem.a.data()[k] * unit(i) * right;
+            values.push_back(value.real());
+            values.push_back(value.imag());
+        }
+    problem.a = std::move(values);
+    problem.mtype = hermitian ? 4 : symmetric ? 6 : 13;
+    return problem;
+}
+
 SparseProblem sparse_problem(const std::string& name, int side) {
+    constexpr std::string_view complex = "-complex";
+    if (name.ends_with(complex)) return in_complex(sparse_problem(name.substr(0, name.size() - complex.size()), side));
     const int most = name.ends_with("3d") ? 200 : 8000; // entries are counted by 32-bit numbers
     if (side < 2 || side > most) throw std::invalid_argument(name + ": a side is 2 to " + std::to_string(most));
     if (name == "poisson2d") return poisson2d(side);
     if (name == "poisson3d") return poisson3d(side);
     if (name == "elasticity3d") return elasticity3d(side);
+    if (name == "convection2d") return convection2d(side);
     if (name == "convection3d") return convection3d(side);
+    if (name == "shifted2d") return shifted2d(side);
+    if (name == "shifted3d") return shifted3d(side);
+    if (name == "circuit") return circuit(side);
     if (name == "saddle") return saddle(side);
     throw std::invalid_argument("no such problem: " + name);
 }
