@@ -11,7 +11,7 @@ install(TARGETS nxl nxl_gnu EXPORT nxl
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set_target_properties(nxl PROPERTIES INSTALL_RPATH "")
 set_target_properties(nxl_gnu PROPERTIES INSTALL_RPATH "$ORIGIN") # preloaded, it finds the other beside itself
-install(FILES ${PROJECT_SOURCE_DIR}/include/nxl.h ${PROJECT_SOURCE_DIR}/include/nxl.f90
+install(FILES ${PROJECT_SOURCE_DIR}/include/nxl.h ${PROJECT_SOURCE_DIR}/include/nxl.hpp ${PROJECT_SOURCE_DIR}/include/nxl.f90
     ${PROJECT_SOURCE_DIR}/include/nxl_cblas.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 

@@ -102,6 +102,7 @@ template <class T> int run(const SparseMatrix<T>& a, const Input& input, const O
                .outcome = outcome,
                .times = times,
                .residual = scaled_residual(a, rhs.b, x),
+               .backward_error = outcome.factors ? backward_error(a, rhs.b, x) : 0.0,
                .error = rhs.solution ? &error : nullptr,
                .generated = options.file.empty()});
     }

@@ -11,6 +11,7 @@ namespace {
 /// The methods for real and complex matrices.
 template <class T> std::unique_ptr<Method<T>> make_general_method(const Settings& settings) {
     if (settings.method == "auto") return make_automatic<T>(settings);
+    if (settings.method == "direct") return make_sparse_direct<T>(settings);
     if (settings.method == "lu") return make_lu<T>();
     if (settings.method == "cholesky") return make_cholesky<T>();
     throw common::UsageError("no method of the name '" + settings.method + "'");

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -23,6 +24,8 @@ struct Settings {
     int restart = 30;                    // fgmres: iterations until it begins anew, in memory that grows with them
     int fill = 10;                       // ilut: the most entries that L, and U, keep of a row
     double drop = 1e-3;                  // ilut: what is smaller, relative to its row, is dropped
+    std::string ordering = "nested-dissection"; // direct; or "minimum-degree", "constrained"
+    int refine = -1; // direct: most steps, by residuals in doubled precision; -1: 2 unless the matrix is definite
 };
 
 /// One iteration, as seen by whoever watches.
@@ -33,6 +36,16 @@ struct Step {
 };
 using Observer = std::function<void(const Step&)>;
 
+/// The factors of a sparse matrix.
+struct SparseFactors {
+    int entries = 0;   // with diagonal blocks whole
+    double fill = 0.0; // entries for each one of the matrix that was stored
+    bool definite = false, has_signs = false;
+    int positive = 0, negative = 0; // pivots, where signs are told
+    int replaced = 0;               // pivots that were too small
+    int refined = 0;                // steps
+};
+
 struct Outcome {
     long iterations = 0;   // over all right-hand sides
     double residual = 0.0; // the largest, relative as in Step, as the method itself sees it
@@ -42,12 +55,18 @@ struct Outcome {
     /// Of a direct method: the floating-point operations of its factorisation, and the seconds; it has no iterations
     /// and no residual of its own. 0 after an iterative one.
     double operations = 0.0, factor_seconds = 0.0;
-    bool direct() const { return operations > 0.0; }
+    std::optional<SparseFactors> factors; // of a sparse one, whose operations are counted in millions
+    bool direct() const { return operations > 0.0 || factors; }
 };
 
 /// A method that cannot work with this matrix, in one line. Exit status 1.
 class Refusal : public std::runtime_error {
     using std::runtime_error::runtime_error;
+};
+
+/// The factors would take more than half of the memory.
+class TooLarge : public Refusal {
+    using Refusal::Refusal;
 };
 
 /// No preconditioner and no method can: the matrix is singular by its pattern.
@@ -73,19 +92,22 @@ std::unique_ptr<Method<double>> make_conjugate_gradients(const Settings& setting
 std::unique_ptr<Method<double>> make_fgmres(const Settings& settings);
 template <class T> std::unique_ptr<Method<T>> make_lu();
 template <class T> std::unique_ptr<Method<T>> make_cholesky();
+template <class T> std::unique_ptr<Method<T>> make_sparse_direct(const Settings& settings);
 
-/// Chooses when it sees the matrix. What may be positive definite is tried by Cholesky, all else goes to LU. Real
-/// matrices for which a dense factorisation would not pay are left to conjugate gradients and to FGMRES.
+/// Chooses when it sees the matrix. Sparse ones go to the sparse direct method; of dense ones, what may be positive
+/// definite is tried by Cholesky, and all else goes to LU. Real matrices whose factors do not fit into memory are left
+/// to conjugate gradients and to FGMRES.
 template <class T> std::unique_ptr<Method<T>> make_automatic(const Settings& settings);
 
 /// The limit of iterations when the user named none.
 int default_limit(int n);
 
-/// Whether factoring a dense copy is a good way to solve a system for which there are others: it is quick, or the
-/// matrix is dense already.
-bool pays_dense(int n, int entries);
+/// Whether a dense copy is no larger than sparse factors would become: a quarter of the entries are stored.
+bool is_dense(int n, int entries);
 
-/// Whether a dense matrix takes at most half of the machine's memory; and how the refusal of a larger one goes on.
+/// Whether so many bytes are at most half of the machine's memory; and how the refusal of more goes on.
+bool fits_in_memory(double bytes);
+std::string memory_need(double bytes, const std::string& what);
 template <class T> bool fits_dense(int n);
 template <class T> std::string dense_need(int n);
 

@@ -1,5 +1,5 @@
-// The choice of a method by the matrix: Cholesky or LU; conjugate gradients or FGMRES where dense factors would cost
-// too much, or where the user asks for iterations.
+// The choice of a method by the matrix: sparse factors; Cholesky or LU where it is dense; conjugate gradients or FGMRES
+// where factors do not fit into memory, or where the user asks for iterations.
 #include "method.hpp"
 
 #include <algorithm>
@@ -21,30 +21,16 @@ template <class T> class Automatic final : public Method<T> {
     explicit Automatic(const Settings& settings) : settings_(settings) {}
 
     void set_up(const SparseMatrix<T>& a) override {
-        std::string doubt = doubt_of_definiteness(a);
-        const bool fits = fits_dense<T>(a.n);
-        if constexpr (std::is_same_v<T, double>) {
-            const bool large = !(fits && pays_dense(a.n, a.entries()));
-            if (large || settings_.iterative) return iterate(a, large ? "large, " : "", doubt, fits);
-        } else {
-            if (settings_.iterative) throw Refusal("methods cg and fgmres need a real matrix, this one is complex");
-            if (!fits)
-                throw Refusal("no method fits: cg and fgmres need a real matrix, and lu needs " + dense_need<T>(a.n));
-        }
-        if (doubt.empty()) {
-            try {
-                return take(make_cholesky<T>(), a, "positive definite");
-            } catch (const Refusal& refusal) {
-                doubt = refusal.what();
-            }
-        }
-        take(make_lu<T>(), a, doubt);
+        const std::string doubt = doubt_of_definiteness(a);
+        if (settings_.iterative) return iterate_or_refuse(a, "", doubt);
+        if (!is_dense(a.n, a.entries())) return set_up_sparse(a, doubt);
+        if (fits_dense<T>(a.n)) return set_up_dense(a, doubt);
+        iterate_or_refuse(a, dense_need<T>(a.n) + ", ", doubt);
     }
     Outcome solve(const Block<T>& b, Block<T>& x, const Observer& observe) override {
         Outcome outcome = chosen_->solve(b, x, observe);
         if (outcome.converged || fallback_ == nullptr) return outcome;
-        take(make_lu<T>(), *fallback_,
-             "fgmres did not converge in " + std::to_string(outcome.iterations) + " iterations");
+        take(make_lu<T>(), *fallback_, "method direct met pivots too small");
         return chosen_->solve(b, x, observe);
     }
     std::string description() const override { return chosen_->description() + " (auto: " + reason_ + ")"; }
@@ -56,9 +42,37 @@ template <class T> class Automatic final : public Method<T> {
         reason_ = reason;
     }
 
+    /// Factors that do not fit leave a real matrix to the iterations. Where a dense copy fits, it has the last word on
+    /// a matrix that pivots inside a few columns cannot factor.
+    void set_up_sparse(const SparseMatrix<T>& a, const std::string& doubt) {
+        try {
+            take(make_sparse_direct<T>(settings_), a, "sparse");
+            if (fits_dense<T>(a.n)) fallback_ = &a;
+        } catch (const TooLarge& refusal) {
+            iterate_or_refuse(a, refusal.what() + std::string(", "), doubt);
+        }
+    }
+
+    void set_up_dense(const SparseMatrix<T>& a, std::string doubt) {
+        if (doubt.empty()) {
+            try {
+                return take(make_cholesky<T>(), a, "positive definite");
+            } catch (const Refusal& refusal) {
+                doubt = refusal.what();
+            }
+        }
+        take(make_lu<T>(), a, doubt);
+    }
+
+    void iterate_or_refuse(const SparseMatrix<T>& a, const std::string& size, const std::string& doubt) {
+        if constexpr (std::is_same_v<T, double>) iterate(a, size, doubt);
+        else if (settings_.iterative) throw Refusal("methods cg and fgmres need a real matrix, this one is complex");
+        else throw Refusal("no method fits: " + size + "and cg and fgmres need a real matrix");
+    }
+
     /// By conjugate gradients where there is no doubt that matrix and preconditioner are positive definite, otherwise
     /// by FGMRES with ILU(0), as far as the user has left that open.
-    void iterate(const SparseMatrix<double>& a, const std::string& size, std::string doubt, bool fits)
+    void iterate(const SparseMatrix<double>& a, const std::string& size, std::string doubt)
         requires std::is_same_v<T, double>
     {
         if (doubt.empty()) {
@@ -69,37 +83,26 @@ template <class T> class Automatic final : public Method<T> {
             }
         }
         Settings settings = settings_;
-        const bool full = a.n > 500 && a.entries() >= 0.25 * a.n * a.n; // ILU(0) would be LU, on one thread, by merging
+        const bool full = a.n > 500 && is_dense(a.n, a.entries()); // ILU(0) would be LU, on one thread, by merging
         if (!settings.preconditioner_named) settings.preconditioner = full ? "none" : "ilu0";
-        const bool free = fits && !settings.iterative; // to go over to LU
-        if (free) settings.max_iterations = kPatience;
         try {
             take(make_fgmres(settings), a, size + doubt);
-            if (free) fallback_ = &a;
         } catch (const Refusal& refusal) {
             if (settings.preconditioner_named) throw;
-            const std::string reason = size + doubt + ", " + refusal.what();
-            if (free) return take(make_lu<double>(), a, reason);
             settings.preconditioner = "none";
-            take(make_fgmres(settings), a, reason);
+            take(make_fgmres(settings), a, size + doubt + ", " + refusal.what());
         }
     }
 
-    /// Iterations for each right-hand side before dense LU is tried: with ILU(0) most that converge at all are done.
-    static constexpr int kPatience = 500;
-
     const Settings settings_;
     std::unique_ptr<Method<T>> chosen_;
-    const SparseMatrix<T>* fallback_ = nullptr; // to be solved by LU if FGMRES does not converge
+    const SparseMatrix<T>* fallback_ = nullptr; // to be solved by LU if the direct method does not
     std::string reason_;
 };
 
 } // namespace
 
-bool pays_dense(int n, int entries) {
-    constexpr int kQuick = 5000; // 42 GFLOP for Cholesky, 200 MB: about a second
-    return n <= kQuick || entries >= 0.25 * n * n;
-}
+bool is_dense(int n, int entries) { return entries >= 0.25 * n * n; }
 
 template <class T> std::unique_ptr<Method<T>> make_automatic(const Settings& settings) {
     return std::make_unique<Automatic<T>>(settings);

@@ -175,16 +175,19 @@ template <class T> class Cholesky final : public Direct<T> {
 
 } // namespace
 
-template <class T> bool fits_dense(int n) {
+bool fits_in_memory(double bytes) {
     const auto memory = static_cast<double>(sysconf(_SC_PHYS_PAGES)) * static_cast<double>(sysconf(_SC_PAGESIZE));
-    return dense_bytes<T>(n) <= memory / 2.0;
+    return bytes <= memory / 2.0;
 }
 
-template <class T> std::string dense_need(int n) {
+std::string memory_need(double bytes, const std::string& what) {
     std::array<char, 32> gibibytes{};
-    std::snprintf(gibibytes.data(), gibibytes.size(), "%.1f GiB", dense_bytes<T>(n) / 0x1p30);
-    return gibibytes.data() + std::string(" for the dense matrix, more than half of this machine's memory");
+    std::snprintf(gibibytes.data(), gibibytes.size(), "%.1f GiB", bytes / 0x1p30);
+    return gibibytes.data() + std::string(" for ") + what + ", more than half of this machine's memory";
 }
+
+template <class T> bool fits_dense(int n) { return fits_in_memory(dense_bytes<T>(n)); }
+template <class T> std::string dense_need(int n) { return memory_need(dense_bytes<T>(n), "the dense matrix"); }
 
 template <class T> std::unique_ptr<Method<T>> make_lu() { return std::make_unique<Lu<T>>(); }
 template <class T> std::unique_ptr<Method<T>> make_cholesky() { return std::make_unique<Cholesky<T>>(); }

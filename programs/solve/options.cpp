@@ -16,6 +16,17 @@ std::string footer() {
            "Example: nxl-solve --generate heat3d:100 --precond jacobi --plot history.svg";
 }
 
+void declare_factors(CLI::App& app, Settings& s) {
+    app.add_option("--ordering", s.ordering,
+                   "Order of elimination of method direct: nested dissection by METIS, minimum "
+                   "degree, or the latter by independent parts")
+        ->check(CLI::IsMember({"nested-dissection", "minimum-degree", "constrained"}))
+        ->option_text("nested-dissection|minimum-degree|constrained [nested-dissection]");
+    app.add_option("--refine", s.refine, "Most steps of refinement of method direct, by residuals in doubled precision")
+        ->check(CLI::Range(0, 100))
+        ->option_text("N [2; 0 if definite]");
+}
+
 void declare_iterations(CLI::App& app, Settings& s) {
     app.add_option(
            "--precond", s.preconditioner,
@@ -52,10 +63,12 @@ void declare(CLI::App& app, Options& o) {
     app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(".mtx|.mtx.gz");
     app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
     app.add_option("--method", o.settings.method,
-                   "lu, of a dense copy; cholesky, if symmetric or Hermitian positive definite; cg, conjugate "
-                   "gradients, if real symmetric positive definite; fgmres, if real; auto chooses")
-        ->check(CLI::IsMember({"auto", "lu", "cholesky", "cg", "fgmres"}))
-        ->option_text("auto|lu|cholesky|cg|fgmres [auto]");
+                   "direct, sparse factors; lu, of a dense copy; cholesky, the same if symmetric or Hermitian positive "
+                   "definite; cg, conjugate gradients, if real symmetric positive definite; fgmres, if real; auto "
+                   "chooses")
+        ->check(CLI::IsMember({"auto", "direct", "lu", "cholesky", "cg", "fgmres"}))
+        ->option_text("auto|direct|lu|cholesky|cg|fgmres [auto]");
+    declare_factors(app, o.settings);
     declare_iterations(app, o.settings);
     app.add_option("--rhs", o.right_hand_side,
                    "Right-hand side: known (A times ones, so that the error is known), ones, load (the generated "
@@ -88,9 +101,15 @@ void choose_by_options(const CLI::App& app, Settings& settings) {
         throw common::UsageError("--precond ilut belongs to method fgmres: cg needs a symmetric preconditioner");
     for (const std::string option : {"--precond", "--tolerance", "--max-iterations", "--plot"}) {
         if (app.count(option) == 0) continue;
-        if (settings.method == "lu" || settings.method == "cholesky")
+        if (settings.method == "lu" || settings.method == "cholesky" || settings.method == "direct")
             throw common::UsageError(option + " belongs to methods cg and fgmres");
         settings.iterative = true;
+    }
+    for (const std::string option : {"--ordering", "--refine"}) {
+        if (app.count(option) == 0) continue;
+        if (settings.iterative || (settings.method != "auto" && settings.method != "direct"))
+            throw common::UsageError(option + " belongs to method direct");
+        settings.method = "direct";
     }
 }
 

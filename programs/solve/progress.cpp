@@ -23,11 +23,16 @@ FactorisationProgress::FactorisationProgress(int columns) : columns_(columns) { 
 
 FactorisationProgress::~FactorisationProgress() { current = nullptr; }
 
-void FactorisationProgress::reach(int column) {
+FactorisationProgress::FactorisationProgress() : FactorisationProgress(0) {}
+
+void FactorisationProgress::reach(int step, std::string_view stage) {
+    const bool sparse = columns_ == 0;
+    if (sparse != stage.starts_with("Pardiso")) return;
     int furthest = furthest_.load(std::memory_order_relaxed);
-    while (furthest < column && !furthest_.compare_exchange_weak(furthest, column)) {
+    while (furthest < step && !furthest_.compare_exchange_weak(furthest, step)) {
     }
     furthest = furthest_.load(std::memory_order_relaxed);
+    if (sparse) return progress_.show(furthest / 100.0);
     const double left = 1.0 - static_cast<double>(furthest) / columns_;
     // What is left of the matrix is a square of so many columns: its work goes with the cube.
     progress_.show(1.0 - left * left * left,
@@ -37,9 +42,9 @@ void FactorisationProgress::reach(int column) {
 } // namespace solve
 
 /// Called by threads of the factorisation, between blocks of columns. An odd answer stops it.
-extern "C" [[gnu::visibility("default")]] int NXL_PROGRESS(const int* /*thread*/, const int* step,
-                                                           const char* /*stage*/, int /*stage_length*/) noexcept {
+extern "C" [[gnu::visibility("default")]] int NXL_PROGRESS(const int* /*thread*/, const int* step, const char* stage,
+                                                           int stage_length) noexcept {
     // FactorisationProgress outlives the call of the factorisation, and so this one.
-    if (auto* progress = solve::current.load()) progress->reach(*step);
+    if (auto* progress = solve::current.load()) progress->reach(*step, {stage, static_cast<std::size_t>(stage_length)});
     return common::interrupted() ? 1 : 0;
 }

@@ -46,6 +46,25 @@ template <class T> double scaled_residual(const SparseMatrix<T>& a, const Block<
     return worst;
 }
 
+template <class T> double backward_error(const SparseMatrix<T>& a, const Block<T>& b, const Block<T>& x) {
+    double worst = 0.0;
+    for (int k = 0; k < b.count; ++k) {
+        const T *const right = b.column(k), *const solution = x.column(k);
+        for (int i = 0; i < a.n; ++i) {
+            const auto [columns, values] = a.row(i);
+            T residual = right[i];
+            double size = std::abs(right[i]);
+            for (std::size_t e = 0; e < columns.size(); ++e) {
+                const T term = values[e] * solution[columns[e]];
+                residual -= term;
+                size += std::abs(term);
+            }
+            worst = worse(worst, ratio(std::abs(residual), size));
+        }
+    }
+    return worst;
+}
+
 template <class T> double relative_error(const Block<T>& x, const Block<T>& exact) {
     double worst = 0.0;
     for (int k = 0; k < x.count; ++k) {
@@ -68,24 +87,45 @@ template <class T> std::string facts(const SparseMatrix<T>& a) {
            (std::is_same_v<T, double> ? "real " : "complex ") + symmetry + ", norm " + norm_text.data();
 }
 
+namespace {
+
+void print_factors(const Outcome& outcome) {
+    std::printf("factors      ");
+    if (outcome.factors) std::printf("%d entries, fill %.2f, ", outcome.factors->entries, outcome.factors->fill);
+    if (outcome.operations > 0.0)
+        std::printf("%.3g GFLOP in %.3f s, %.3g GFLOP/s\n", 1e-9 * outcome.operations, outcome.factor_seconds,
+                    1e-9 * outcome.operations / outcome.factor_seconds);
+    else std::printf("%.3f s\n", outcome.factor_seconds);
+    if (!outcome.factors) return;
+    const SparseFactors& f = *outcome.factors;
+    std::printf("pivots       ");
+    if (f.definite) std::printf("all positive");
+    else if (f.has_signs) std::printf("%d positive, %d negative, %d replaced", f.positive, f.negative, f.replaced);
+    else std::printf("%d replaced", f.replaced);
+    std::printf("; %d steps of refinement\n", f.refined);
+}
+
+} // namespace
+
 void print(const Report& r) {
     std::printf("matrix       %s%s\n", r.source.c_str(), r.generated ? " (generated)" : "");
     std::printf("             %s\n", r.facts.c_str());
     std::printf("right sides  %d: %s\n", r.systems, r.right_hand_side.c_str());
     std::printf("method       %s\n", r.method.c_str());
-    if (r.outcome.direct())
-        std::printf("factors      %.3g GFLOP in %.3f s, %.3g GFLOP/s\n", 1e-9 * r.outcome.operations,
-                    r.outcome.factor_seconds, 1e-9 * r.outcome.operations / r.outcome.factor_seconds);
+    if (r.outcome.direct()) print_factors(r.outcome);
     else std::printf("iterations   %ld, residual reduced to %.2e\n", r.outcome.iterations, r.outcome.residual);
     std::printf("time         %s %.3f s, setup %.3f s, solve %.3f s\n", r.generated ? "generate" : "read",
                 r.times.input, r.times.setup, r.times.solve);
     std::printf("residual     %.2e  |b - A x| / (|A| |x| + |b|)\n", r.residual);
+    if (r.outcome.factors) std::printf("backward     %.2e  the same by elements\n", r.backward_error);
     if (r.error != nullptr) std::printf("error        %.2e  |x - x_known| / |x_known|\n", *r.error);
     std::printf("memory       %.0f MiB at the peak\n", peak_megabytes());
 }
 
 template double scaled_residual(const SparseMatrix<double>&, const Block<double>&, const Block<double>&);
 template double scaled_residual(const SparseMatrix<Complex>&, const Block<Complex>&, const Block<Complex>&);
+template double backward_error(const SparseMatrix<double>&, const Block<double>&, const Block<double>&);
+template double backward_error(const SparseMatrix<Complex>&, const Block<Complex>&, const Block<Complex>&);
 template double relative_error(const Block<double>&, const Block<double>&);
 template double relative_error(const Block<Complex>&, const Block<Complex>&);
 template std::string facts(const SparseMatrix<double>&);

@@ -15,6 +15,10 @@ struct Times {
 /// The largest |b - A x| / (|A| |x| + |b|) over the columns, infinity norms; 0 where all is 0.
 template <class T> double scaled_residual(const SparseMatrix<T>& a, const Block<T>& b, const Block<T>& x);
 
+/// The largest |b - A x| / (|A| |x| + |b|) of an element: the relative change of the entries of A and b that x would
+/// solve exactly. Oettli and Prager, Numer. Math. 6 (1964).
+template <class T> double backward_error(const SparseMatrix<T>& a, const Block<T>& b, const Block<T>& x);
+
 /// The largest |x - exact| / |exact| over the columns, infinity norms.
 template <class T> double relative_error(const Block<T>& x, const Block<T>& exact);
 
@@ -27,6 +31,7 @@ struct Report {
     Outcome outcome;
     Times times;
     double residual = 0.0;
+    double backward_error = 0.0;   // of a sparse direct method
     const double* error = nullptr; // null when the solution is not known
     bool generated = false;
 };

@@ -1,4 +1,5 @@
-// The direct methods of nxl-solve and the choice among all: every kind of matrix, and what is refused.
+// The direct methods of nxl-solve and the choice among all: every kind of matrix, sparse and dense, and what is
+// refused.
 #include "program.hpp"
 
 #include "common/line_reader.hpp"
@@ -103,8 +104,8 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
         {"negative.mtx", "lu (auto: diagonal entry 2 is not positive)"},
         {"values.mtx", "cholesky (auto: positive definite)"},
         {"--generate kriging:100", "cholesky (auto: positive definite)"},
-        {"--generate poisson2d:71",
-         "cg, preconditioner none, tolerance 1e-08 (auto: large, symmetric, positive diagonal)"},
+        {"--generate poisson2d:71", "direct, symmetric positive definite, nested-dissection (auto: sparse)"},
+        {"--generate convection2d:71 --ordering constrained", "direct, unsymmetric, constrained"},
         {"--generate kriging:100 --precond jacobi",
          "cg, preconditioner jacobi, tolerance 1e-08 (auto: symmetric, positive diagonal)"},
         {"--generate kriging:100 --max-iterations 500",
@@ -118,8 +119,8 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
          "fgmres, restart 3, preconditioner ilu0 (rows permuted), tolerance 1e-08 (auto: not symmetric)"},
         {"--generate panels:600 --max-iterations 300",
          "fgmres, restart 30, preconditioner none, tolerance 1e-08 (auto: not symmetric)"},
-        {"--generate convection2d:71",
-         "fgmres, restart 30, preconditioner ilu0, tolerance 1e-08 (auto: large, not symmetric)"},
+        {"--generate convection2d:71 --precond ilu0",
+         "fgmres, restart 30, preconditioner ilu0, tolerance 1e-08 (auto: not symmetric)"},
         {"--generate convection2d:9 --restart 7", "fgmres, restart 7, preconditioner none, tolerance 1e-08"},
         {"--generate poisson2d:9 --precond ilut --fill 5",
          "fgmres, restart 30, preconditioner ilut (fill 5, drop 0.001), tolerance 1e-08"},
@@ -133,26 +134,83 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
     EXPECT_NE(run("values.mtx").out.find("complex hermitian by its values"), std::string::npos);
 }
 
-// U of the incomplete factors has 1e-3 on its diagonal and 1 beside it: its inverse leaves the range of doubles.
-TEST_F(Program, AutoTurnsToLuWhereFgmresFails) {
-    const int n = 5001;
+/// Random sparse rows, some 4 entries each beside the diagonal of the given text.
+std::string sparse_matrix(const std::string& field, const std::string& symmetry, int n, const std::string& diagonal,
+                          double scale = 1.0) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> uniform(-scale, scale);
+    const bool general = symmetry == "general", complex = field == "complex";
     std::string lines;
+    int count = 0;
+    const auto add = [&](int i, int j, const std::string& value) {
+        lines += std::to_string(i) + " " + std::to_string(j) + " " + value + "\n";
+        ++count;
+    };
     for (int i = 1; i <= n; ++i) {
-        const auto row = std::to_string(i) + " ";
-        lines += row + row + "1e-3\n" + row + std::to_string(i % n + 1) + " 1\n";
+        if (!diagonal.empty()) add(i, i, complex ? diagonal + " 0" : diagonal);
+        for (const int step : {1, 7, 31, 60}) {
+            const int j = i - step + (general && i <= step ? n : 0);
+            if (j >= 1)
+                add(i, j, std::to_string(uniform(random)) + (complex ? " " + std::to_string(uniform(random)) : ""));
+        }
     }
-    write("a.mtx", kBanner + "coordinate real general\n5001 5001 10002\n" + lines);
-    const auto run = this->run("a.mtx");
-    EXPECT_EQ(run.status, 0) << run.err;
-    EXPECT_NE(run.out.find("method       lu (auto: fgmres did not converge in "), std::string::npos) << run.out;
-    EXPECT_LT(number_after(run.out, "error "), 1e-10) << run.out;
+    const auto size = std::to_string(n);
+    return kBanner + "coordinate " + field + " " + symmetry + "\n" + size + " " + size + " " + std::to_string(count) +
+           "\n" + lines;
 }
 
-TEST(Choice, DenseCopiesPayWhenSmallOrAQuarterFull) {
-    EXPECT_TRUE(solve::pays_dense(5000, 5000));
-    EXPECT_FALSE(solve::pays_dense(5001, 5001));
-    EXPECT_FALSE(solve::pays_dense(40000, 399999999));
-    EXPECT_TRUE(solve::pays_dense(40000, 400000000));
+// The type is by symmetry and by the signs of the diagonal, and the trial Cholesky decides on what is left.
+TEST_F(Program, FactorsEveryKindOfSparseMatrix) {
+    const struct {
+        const char *field, *symmetry, *diagonal, *kind, *pivots;
+    } kinds[] = {
+        {"real", "symmetric", "9", "symmetric positive definite", "all positive"},
+        {"real", "symmetric", "0.5", "symmetric indefinite", " positive, "},
+        {"real", "symmetric", "-9", "symmetric indefinite", "0 positive, 300 negative, 0 replaced"},
+        {"real", "symmetric", "0", "symmetric indefinite", " negative, "},
+        {"real", "skew-symmetric", "", "unsymmetric", "0 replaced"},
+        {"real", "general", "", "unsymmetric", "0 replaced"},
+        {"complex", "hermitian", "9", "Hermitian positive definite", "all positive"},
+        {"complex", "hermitian", "0.5", "Hermitian indefinite", " positive, "},
+        {"complex", "symmetric", "0.5", "complex symmetric", " replaced"},
+        {"complex", "general", "0.1", "unsymmetric", "0 replaced"},
+    };
+    for (const auto& [field, symmetry, diagonal, kind, pivots] : kinds) {
+        write("a.mtx", sparse_matrix(field, symmetry, 300, diagonal));
+        for (const std::string options : {"", " --method direct --ordering minimum-degree --refine 5 --nrhs 3"}) {
+            const auto run = this->run("a.mtx" + options);
+            EXPECT_EQ(run.status, 0) << run.err;
+            EXPECT_NE(run.out.find("direct, " + std::string(kind) + ", "), std::string::npos) << run.out;
+            EXPECT_NE(run.out.find(pivots), std::string::npos) << run.out;
+            EXPECT_LT(number_after(run.out, "backward     "), 1e-12) << run.out;
+            EXPECT_LT(number_after(run.out, "error "), 1e-9) << run.out;
+            EXPECT_GE(number_after(run.out, "fill "), 1.0) << run.out;
+        }
+    }
+}
+
+// As many entries as rows: not to be taken for a diagonal matrix.
+TEST_F(Program, SolvesAPermutation) {
+    write("a.mtx", kBanner + "coordinate real general\n5 5 5\n1 2 2\n2 3 4\n3 1 8\n4 5 2\n5 4 4\n");
+    write("b.mtx", kBanner + "array real general\n5 2\n1\n2\n3\n4\n5\n2\n4\n8\n2\n4\n");
+    ASSERT_EQ(run("a.mtx --rhs b.mtx --output x.mtx --method direct").status, 0);
+    const auto x = solve::read_block<double>(common::open_lines((folder_ / "x.mtx").string()), 5);
+    ASSERT_EQ(x.count, 2);
+    const double expected[] = {0.375, 0.5, 0.5, 1.25, 2.0, 1.0, 1.0, 1.0, 1.0, 1.0};
+    for (int k = 0; k < 10; ++k) EXPECT_DOUBLE_EQ(x.value.data()[k], expected[k]) << k;
+}
+
+// Pivots of 1e-20 in columns of 1e12: what replaces them is too small for the refinement to repair.
+TEST_F(Program, AutoTurnsToLuWherePivotsInsideFewColumnsDoNotDo) {
+    write("a.mtx", sparse_matrix("real", "symmetric", 300, "1e-20", 1e12));
+    const auto direct = run("a.mtx --method direct");
+    EXPECT_EQ(direct.status, 3) << direct.out;
+    EXPECT_TRUE(direct.err.ends_with("not solved: the pivots are too small: the matrix is singular, or close to it\n"));
+    const auto run = this->run("a.mtx");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("method       lu (auto: method direct met pivots too small)\n"), std::string::npos)
+        << run.out;
+    EXPECT_LT(number_after(run.out, "error "), 1e-10) << run.out;
 }
 
 struct Fault {
@@ -176,6 +234,7 @@ TEST_F(Program, DirectMethodsRefuseInOneLine) {
     write("indefinite.mtx", kBanner + "array real symmetric\n3 3\n4\n2\n0\n1\n0\n1\n");
     write("symmetric.mtx", kBanner + "array complex symmetric\n2 2\n4 0\n0 1\n4 0\n");
     write("rows.mtx", kBanner + "array real general\n3 2\n1\n2\n3\n2\n4\n6\n");
+    write("empty.mtx", kBanner + "coordinate real general\n3 3 4\n1 1 1\n2 1 1\n3 1 1\n3 3 1\n");
     write("tiny.mtx", kBanner + "array real general\n1 1\n1e-300\n");
     write("b.mtx", kBanner + "array real general\n1 1\n1e300\n");
     const std::string dense = " GiB for the dense matrix, more than half of this machine's memory";
@@ -191,7 +250,10 @@ TEST_F(Program, DirectMethodsRefuseInOneLine) {
         {"rows.mtx --method lu", 1, "rows.mtx:2: the matrix is not square: 3 by 2"},
         {"large.mtx --method lu", 1, "large.mtx: method lu needs 7450.6" + dense},
         {"wide.mtx --method cholesky", 1, "wide.mtx: method cholesky needs 14901.2" + dense},
-        {"wide.mtx", 1, "wide.mtx: no method fits: cg and fgmres need a real matrix, and lu needs 14901.2" + dense},
+        {"empty.mtx --method direct", 1, "the matrix is singular: no order of its rows fills the diagonal"},
+        {"singular.mtx --method direct --tolerance 1e-3", 2, "--tolerance belongs to methods cg and fgmres"},
+        {"singular.mtx --method lu --refine 2", 2, "--refine belongs to method direct"},
+        {"singular.mtx --precond ilu0 --ordering constrained", 2, "--ordering belongs to method direct"},
         {"zero.mtx --precond jacobi", 1, "zero.mtx: methods cg and fgmres need a real matrix, this one is complex"},
         {"singular.mtx --method lu --plot h.svg", 2, "--plot belongs to methods cg and fgmres"},
         {"singular.mtx --method cholesky --tolerance 1e-3", 2, "--tolerance belongs to methods cg and fgmres"},
