@@ -1167,6 +1167,133 @@ void zherfs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, con
             const int* ldaf, const int* ipiv, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr,
             double* berr, nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
+/* ==== LAPACK: orthogonal factorisations ==========================================================================
+ * A = Q R, A = L Q and their kin, with Q orthogonal or unitary, as products of reflectors H = I - tau v v^H.
+ *
+ * Reflectors stay where a factorisation has left them: of each vector v the elements beside the first one, which is 1
+ * and not stored, in the part of a that R or L does not have, and its scalar in tau. Q itself is formed, or applied to
+ * a matrix, by a call of its own. Of work(lwork) every routine tells the best length: lwork -1 asks for it, it comes
+ * back in work(1), and nothing else is done. Any length from the least one up gives the same result at the same speed:
+ * blocks have memory of the routine's own. info: 0; -i when argument i is bad, which is reported as well; -1000 when
+ * there was no memory, which is reported, too. Schreiber and Van Loan, SIAM J. Sci. Stat. Comput. 10 (1989). */
+
+/* A = Q R of a(m,n): R in the upper triangle, min(m, n) by n, its diagonal real; below it the vectors of Q = H1 H2 ...,
+ * with tau(min(m, n)). work(lwork), lwork at least max(1, n). Reports 1 m, 2 n, 4 lda, 7 lwork.
+ * Method: blocks of columns, halved recursively; Elmroth and Gustavson, IBM J. Res. Dev. 44 (2000). */
+void dgeqrf(const int* m, const int* n, double* a, const int* lda, double* tau, double* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+void zgeqrf(const int* m, const int* n, nxl_z* a, const int* lda, nxl_z* tau, nxl_z* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+
+/* A = L Q of a(m,n): L in the lower triangle, m by min(m, n), its diagonal real; right of it the vectors of
+ * Q = ... H2^H H1^H, conjugated, with tau(min(m, n)). work(lwork), lwork at least max(1, m). Reports 1 m, 2 n, 4 lda,
+ * 7 lwork. Method: that of dgeqrf on the adjoint of blocks of rows. */
+void dgelqf(const int* m, const int* n, double* a, const int* lda, double* tau, double* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+void zgelqf(const int* m, const int* n, nxl_z* a, const int* lda, nxl_z* tau, nxl_z* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+
+/* A P = Q R of a(m,n) with pivots, stored as by dgeqrf: of the columns left, each step takes the one of the largest
+ * norm, so that |R(i,i)| does not grow. jpvt(n): columns with a number other than 0 come first, without pivots among
+ * them; on exit column j of A P was column jpvt(j) of A. work(lwork), lwork at least 3n + 1. Reports 1 m, 2 n, 4 lda, 8
+ * lwork. Quintana-Orti, Sun and Bischof, SIAM J. Sci. Comput. 19 (1998); norms: Drmac and Bujanovic, ACM TOMS 35
+ * (2008). */
+void dgeqp3(const int* m, const int* n, double* a, const int* lda, int* jpvt, double* tau, double* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+
+/* The first n columns of Q = H1 ... Hk of a QR factorisation, m >= n >= k: a(m,n) has the vectors in its first k
+ * columns, as dgeqrf has left them, with tau(k), and is overwritten. work(lwork), lwork at least max(1, n). Reports 1
+ * m, 2 n, 3 k, 5 lda, 8 lwork. */
+void dorgqr(const int* m, const int* n, const int* k, double* a, const int* lda, const double* tau, double* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+void zungqr(const int* m, const int* n, const int* k, nxl_z* a, const int* lda, const nxl_z* tau, nxl_z* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+
+/* The first m rows of Q = Hk^H ... H1^H of an LQ factorisation, n >= m >= k: a(m,n) has the vectors in its first k
+ * rows, as dgelqf has left them, with tau(k), and is overwritten. work(lwork), lwork at least max(1, m). Reports 1 m, 2
+ * n, 3 k, 5 lda, 8 lwork. */
+void dorglq(const int* m, const int* n, const int* k, double* a, const int* lda, const double* tau, double* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+void zunglq(const int* m, const int* n, const int* k, nxl_z* a, const int* lda, const nxl_z* tau, nxl_z* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+
+/* C := op(Q) C (side L) or C op(Q) (R), c(m,n), Q = H1 ... Hk of order m (L) or n (R) from dgeqrf, whose vectors are
+ * the columns of a(m,k) or a(n,k), with tau(k). op by trans: N as it is, T transposed (real), C adjoint (complex).
+ * work(lwork), lwork at least max(1, n) for L, max(1, m) for R. Reports 1 side, 2 trans, 3 m, 4 n, 5 k, 7 lda, 10 ldc,
+ * 12 lwork. Threads: each has columns (L) or rows (R) of C for itself. */
+void dormqr(const char* side, const char* trans, const int* m, const int* n, const int* k, const double* a,
+            const int* lda, const double* tau, double* c, const int* ldc, double* work, const int* lwork, int* info,
+            NXL_LENGTH(side_length), NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zunmqr(const char* side, const char* trans, const int* m, const int* n, const int* k, const nxl_z* a,
+            const int* lda, const nxl_z* tau, nxl_z* c, const int* ldc, nxl_z* work, const int* lwork, int* info,
+            NXL_LENGTH(side_length), NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* The same with Q = Hk^H ... H1^H from dgelqf, whose vectors are the rows of a(k,m) or a(k,n). */
+void dormlq(const char* side, const char* trans, const int* m, const int* n, const int* k, const double* a,
+            const int* lda, const double* tau, double* c, const int* ldc, double* work, const int* lwork, int* info,
+            NXL_LENGTH(side_length), NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zunmlq(const char* side, const char* trans, const int* m, const int* n, const int* k, const nxl_z* a,
+            const int* lda, const nxl_z* tau, nxl_z* c, const int* ldc, nxl_z* work, const int* lwork, int* info,
+            NXL_LENGTH(side_length), NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* Q of the reduction to tridiagonal form by dsytrd or zhetrd with the same uplo, in the place of its vectors in a(n,n);
+ * tau(n - 1). work(lwork), lwork at least max(1, n - 1). Reports 1 uplo, 2 n, 4 lda, 7 lwork. */
+void dorgtr(const char* uplo, const int* n, double* a, const int* lda, const double* tau, double* work,
+            const int* lwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zungtr(const char* uplo, const int* n, nxl_z* a, const int* lda, const nxl_z* tau, nxl_z* work, const int* lwork,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Q of the reduction of rows and columns ilo to ihi, from 1, to Hessenberg form by dgehrd or zgehrd, in the place of
+ * its vectors in a(n,n); tau(n - 1). Outside of them Q is the identity. work(lwork), lwork at least max(1, ihi - ilo).
+ * Reports 1 n, 2 ilo, 3 ihi, 5 lda, 8 lwork. */
+void dorghr(const int* n, const int* ilo, const int* ihi, double* a, const int* lda, const double* tau, double* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+void zunghr(const int* n, const int* ilo, const int* ihi, nxl_z* a, const int* lda, const nxl_z* tau, nxl_z* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+
+/* One factor of the reduction to bidiagonal form by dgebrd or zgebrd in the place of its vectors in a(m,n), with tau:
+ * vect Q, the first n columns of Q of a matrix that had k columns, m >= n >= min(m, k); vect P, the first m rows of P^H
+ * of one that had k rows, n >= m >= min(n, k). work(lwork), lwork at least max(1, min(m, n)). Reports 1 vect, 2 m, 3 n,
+ * 4 k, 6 lda, 9 lwork. */
+void dorgbr(const char* vect, const int* m, const int* n, const int* k, double* a, const int* lda, const double* tau,
+            double* work, const int* lwork, int* info, NXL_LENGTH(vect_length)) NXL_NOEXCEPT;
+void zungbr(const char* vect, const int* m, const int* n, const int* k, nxl_z* a, const int* lda, const nxl_z* tau,
+            nxl_z* work, const int* lwork, int* info, NXL_LENGTH(vect_length)) NXL_NOEXCEPT;
+
+/* C := op(Q) C (side L) or C op(Q) (R), c(m,n), Q of order m (L) or n (R) from the reduction to tridiagonal form with
+ * the same uplo, its vectors in a. op and work as for dormqr. Reports 1 side, 2 uplo, 3 trans, 4 m, 5 n, 7 lda, 10 ldc,
+ * 12 lwork. */
+void dormtr(const char* side, const char* uplo, const char* trans, const int* m, const int* n, const double* a,
+            const int* lda, const double* tau, double* c, const int* ldc, double* work, const int* lwork, int* info,
+            NXL_LENGTH(side_length), NXL_LENGTH(uplo_length), NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zunmtr(const char* side, const char* uplo, const char* trans, const int* m, const int* n, const nxl_z* a,
+            const int* lda, const nxl_z* tau, nxl_z* c, const int* ldc, nxl_z* work, const int* lwork, int* info,
+            NXL_LENGTH(side_length), NXL_LENGTH(uplo_length), NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* The same with Q (vect Q) or P (P) from the reduction to bidiagonal form by dgebrd of a matrix that had k columns (Q)
+ * or k rows (P). Reports 1 vect, 2 side, 3 trans, 4 m, 5 n, 6 k, 8 lda, 11 ldc, 13 lwork. */
+void dormbr(const char* vect, const char* side, const char* trans, const int* m, const int* n, const int* k,
+            const double* a, const int* lda, const double* tau, double* c, const int* ldc, double* work,
+            const int* lwork, int* info, NXL_LENGTH(vect_length), NXL_LENGTH(side_length),
+            NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
+/* ==== LAPACK: least squares ======================================================================================
+ * min |b - A x|, and the shortest x where there are many. */
+
+/* Solves with op(A) = A (trans N), A^T (T, real) or A^H (C, complex), a(m,n) of full rank, for each of nrhs columns of
+ * b: min |b - op(A) x| where op(A) has at least as many rows as columns, else the shortest x with op(A) x = b. b has
+ * max(m, n) rows, the right-hand sides in the first ones; x takes their place. In a least squares problem the sum of
+ * squares of the elements below x is that of the residual. a is overwritten with its QR or, for m < n, its LQ
+ * factorisation. A and B near the limits of the range are scaled. work(lwork), lwork at least
+ * max(1, min(m, n) + max(min(m, n), nrhs)); -1 asks for the best length, which comes back in work(1). info: 0; i above
+ * 0: element i on the diagonal of the triangle is 0, A has not full rank, and there is no solution; -i and -1000 as by
+ * dgeqrf. Reports 1 trans, 2 m, 3 n, 4 nrhs, 6 lda, 8 ldb, 10 lwork.
+ * Golub and Van Loan, Matrix Computations, 4th ed., sections 5.3 and 5.6. */
+void dgels(const char* trans, const int* m, const int* n, const int* nrhs, double* a, const int* lda, double* b,
+           const int* ldb, double* work, const int* lwork, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+void zgels(const char* trans, const int* m, const int* n, const int* nrhs, nxl_z* a, const int* lda, nxl_z* b,
+           const int* ldb, nxl_z* work, const int* lwork, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
+
 /* ==== LAPACK: eigenproblems ======================================================================================
  * Eigenvalues and eigenvectors. */
 
