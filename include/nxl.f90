@@ -1528,6 +1528,24 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
+        ! ---- LAPACK, orthogonal factorisations ----
+
+        ! A = Q R of a(m,n): R in the upper triangle, min(m, n) by n, its diagonal real; below it the vectors of Q = H1
+        ! H2 ..., with tau(min(m, n)).
+        subroutine dgeqrf(m, n, a, lda, tau, work, lwork, info) bind(c, name="dgeqrf")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), tau(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgeqrf(m, n, a, lda, tau, work, lwork, info) bind(c, name="zgeqrf")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), tau(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- LAPACK, eigenproblems ----
 
         ! All eigenvalues of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1): they take the

@@ -1167,6 +1167,25 @@ void zherfs(const char* uplo, const int* n, const int* nrhs, const nxl_z* a, con
             const int* ldaf, const int* ipiv, const nxl_z* b, const int* ldb, nxl_z* x, const int* ldx, double* ferr,
             double* berr, nxl_z* work, double* rwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
+/* ==== LAPACK: orthogonal factorisations ==========================================================================
+ * A = Q R, A = L Q and their kin, with Q orthogonal or unitary, as products of reflectors H = I - tau v v^H.
+ *
+ * Reflectors stay where a factorisation has left them: of each vector v the elements beside the first one, which is 1
+ * and not stored, in the part of a that R or L does not have, and its scalar in tau. Q itself is formed, or applied to
+ * a matrix, by a call of its own. Every routine has work(lwork): lwork -1 asks for the best length, which comes back in
+ * work(1), and does nothing else; any length from the least one up gives the same result at the same speed, since the
+ * routines take memory of their own for blocks. info: 0, or -i when argument i is bad, which is reported as well, or
+ * -1000 when there was no memory, which is also reported and leaves the arrays as they were.
+ * Blocks of reflectors: Schreiber and Van Loan, SIAM J. Sci. Stat. Comput. 10 (1989). */
+
+/* A = Q R of a(m,n): R in the upper triangle, min(m, n) by n, its diagonal real; below it the vectors of Q = H1 H2 ...,
+ * with tau(min(m, n)). lwork at least max(1, n). Reports 1 m, 2 n, 4 lda, 7 lwork.
+ * Method: blocks of columns, halved recursively; Elmroth and Gustavson, IBM J. Res. Dev. 44 (2000). */
+void dgeqrf(const int* m, const int* n, double* a, const int* lda, double* tau, double* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+void zgeqrf(const int* m, const int* n, nxl_z* a, const int* lda, nxl_z* tau, nxl_z* work, const int* lwork,
+            int* info) NXL_NOEXCEPT;
+
 /* ==== LAPACK: eigenproblems ======================================================================================
  * Eigenvalues and eigenvectors. */
 

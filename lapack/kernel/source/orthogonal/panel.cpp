@@ -1,0 +1,125 @@
+// The recursion, and the narrow panels in which it ends.
+#include "lapack/kernel/source/orthogonal/panel.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/orthogonal/block_reflector.hpp"
+#include "lapack/kernel/source/orthogonal/reflector.hpp"
+#include "service/scalars.hpp"
+#include <algorithm>
+#include <cmath>
+
+namespace nxl {
+namespace {
+
+/// Columns up to which a panel is worked on column by column.
+template <class T> constexpr i64 narrow = is_complex_scalar<T> ? 4 : 8;
+
+/// Inner products of unscaled columns stay exact within these squares of norms: neither do they leave the range, nor
+/// does a product with a much smaller column fall out of it.
+bool is_moderate(double square) { return square > 0x1p-200 && square < 0x1p200; }
+template <class T> bool all_finite(i64 n, const T* x) {
+    double sum = 0.0;
+    for (i64 i = 0; i < n; ++i) sum += abs1(x[i]);
+    return std::isfinite(sum);
+}
+
+/// One column of a narrow panel, j, and what it does to the others. One product with all columns of the panel gives
+/// the norm of what is to be eliminated, the inner products with the vectors before it, which T is made of, and those
+/// with the columns after it, which its reflector is applied to.
+template <class T> class NarrowPanel {
+    const Matrix<T> a_, t_;
+    T* const tau_;
+    T products_[narrow<T>];
+
+    i64 below(i64 j) const { return a_.rows - j - 1; }
+    T* tail(i64 j) const { return a_.at(j, j) + 1; }
+
+    /// products := (rows below j of all columns)^H x
+    void multiply(i64 j) {
+        if (below(j) == 0) return static_cast<void>(std::fill_n(products_, a_.columns, T{}));
+        slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()('C', below(j), a_.columns, T(1.0), a_.at(0, 0) + j + 1,
+                                                               a_.ld, tail(j), 1, T(0.0), products_, 1);
+    }
+
+    /// Column j becomes beta and v; products are those with v.
+    void eliminate(i64 j) {
+        T& alpha = a_(j, j);
+        multiply(j);
+        const double square = real_part(products_[j]);
+        if (!is_moderate(square) || std::fabs(abs1(alpha)) > 0x1p100 || !all_finite(a_.columns, products_)) {
+            tau_[j] = make_reflector(below(j), alpha, tail(j), 1);
+            return multiply(j);
+        }
+        const ReflectorScalars<T> reflector = reflector_scalars(alpha, std::sqrt(square));
+        tau_[j] = reflector.tau;
+        scal(below(j), reflector.scale, tail(j), 1);
+        for (i64 c = 0; c < a_.columns; ++c) products_[c] *= reflector.scale;
+    }
+
+    /// Column j of T: -tau T (V^H v) above the diagonal.
+    void extend_factor(i64 j) {
+        T* const column = t_.at(0, j);
+        for (i64 c = 0; c < j; ++c) column[c] = -tau_[j] * (conj_if<true>(a_(j, c)) + products_[c]);
+        for (i64 r = 0; r < j; ++r) {
+            T sum{};
+            for (i64 c = r; c < j; ++c) sum += t_(r, c) * column[c];
+            column[r] = sum;
+        }
+        column[j] = tau_[j];
+    }
+
+    /// H^H on the columns after j.
+    void update(i64 j) {
+        const i64 first = j + 1, count = a_.columns - first;
+        if (count == 0 || tau_[j] == T{}) return;
+        T factors[narrow<T>];
+        for (i64 c = first; c < a_.columns; ++c) {
+            factors[c - first] = conj_if<true>(tau_[j]) * (a_(j, c) + conj_if<true>(products_[c]));
+            a_(j, c) -= factors[c - first];
+        }
+        slot_of<T, &KernelTable::dger, &KernelTable::zgeru>()(below(j), count, T(-1.0), tail(j), 1, factors, 1,
+                                                              a_.at(0, first) + first, a_.ld);
+    }
+
+  public:
+    NarrowPanel(const Matrix<T>& a, T* tau, const Matrix<T>& t) : a_(a), t_(t), tau_(tau) {}
+
+    void factor() {
+        for (i64 j = 0; j < a_.columns; ++j) {
+            eliminate(j);
+            extend_factor(j);
+            update(j);
+        }
+    }
+};
+
+/// T12 := -T11 V1^H V2 T22; both halves of the vectors begin in the rows of their own first columns.
+template <class T> void join_factors(const Matrix<T>& a, const Matrix<T>& t, i64 half) {
+    const i64 rest = a.columns - half, below = a.rows - a.columns;
+    const Matrix<T> t12 = t.block(0, half, half, rest);
+    for (i64 j = 0; j < rest; ++j)
+        for (i64 i = 0; i < half; ++i) t12(i, j) = conj_if<true>(a(half + j, i));
+    trmm('R', 'L', 'N', 'U', 1.0, a.block(half, half, rest, rest), t12);
+    if (below > 0)
+        gemm('C', 'N', 1.0, a.block(a.columns, 0, below, half), a.block(a.columns, half, below, rest), 1.0, t12);
+    trmm('L', 'U', 'N', 'N', -1.0, t.block(0, 0, half, half), t12);
+    trmm('R', 'U', 'N', 'N', 1.0, t.from(half, half), t12);
+}
+
+} // namespace
+
+template <class T> void factor_panel(const Matrix<T>& a, T* tau, const Matrix<T>& t) {
+    if (a.columns <= narrow<T>) return NarrowPanel<T>(a, tau, t).factor();
+    const i64 half = round_up(a.columns / 2, narrow<T>), rest = a.columns - half;
+    const Matrix<T> left = a.columns_from(0, half), right = a.columns_from(half, rest);
+    const Matrix<T> t11 = t.block(0, 0, half, half);
+    factor_panel(left, tau, t11);
+    apply_block('L', 'C', Reflectors<T>{left, Order::forward, Storage::columns}, t11, right,
+                t.block(0, half, half, rest));
+    factor_panel(right.from(half, 0), tau + half, t.from(half, half));
+    join_factors(a, t, half);
+}
+
+template void factor_panel(const Matrix<double>&, double*, const Matrix<double>&);
+template void factor_panel(const Matrix<zcomplex>&, zcomplex*, const Matrix<zcomplex>&);
+
+} // namespace nxl

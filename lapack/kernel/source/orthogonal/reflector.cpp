@@ -1,0 +1,76 @@
+// One reflector: made safely, applied by a product with a vector and an update of rank 1.
+#include "lapack/kernel/source/orthogonal/reflector.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/common/scalars.hpp"
+#include <cmath>
+#include <complex>
+
+namespace nxl {
+namespace {
+
+/// The norm of (alpha; x), with the sign that makes the difference from alpha the larger one.
+double opposite_norm(double alpha, double norm_of_x) { return -std::copysign(std::hypot(alpha, norm_of_x), alpha); }
+double opposite_norm(const zcomplex& alpha, double norm_of_x) {
+    return -std::copysign(std::hypot(std::abs(alpha), norm_of_x), alpha.real());
+}
+
+double tau_of(double alpha, double beta) { return (beta - alpha) / beta; }
+zcomplex tau_of(const zcomplex& alpha, double beta) { return {(beta - alpha.real()) / beta, -alpha.imag() / beta}; }
+
+bool has_imaginary_part(double) { return false; }
+bool has_imaginary_part(const zcomplex& x) { return x.imag() != 0.0; }
+
+/// What brings a norm well into the range: 1 where it lies there, or is no number.
+double scale_into_range(double norm) {
+    constexpr double tiny = safe_minimum / unit_roundoff, huge = 0x1p1020;
+    if (norm < tiny) return 0x1p900;
+    return norm > huge ? 0x1p-100 : 1.0;
+}
+
+} // namespace
+
+template <class T> ReflectorScalars<T> reflector_scalars(T& alpha, double norm_of_x) {
+    const double beta = opposite_norm(alpha, norm_of_x);
+    const ReflectorScalars<T> result{tau_of(alpha, beta), T(1.0) / (alpha - beta)};
+    alpha = beta;
+    return result;
+}
+
+template <class T> T make_reflector(i64 n, T& alpha, T* x, i64 incx) {
+    double norm = n > 0 ? nrm2(n, x, incx) : 0.0;
+    if (norm == 0.0 && !has_imaginary_part(alpha)) return {};
+    const double scale = scale_into_range(std::fabs(opposite_norm(alpha, norm)));
+    if (scale != 1.0) {
+        alpha *= scale;
+        scal(n, scale, x, incx);
+        norm = n > 0 ? nrm2(n, x, incx) : 0.0;
+    }
+    const ReflectorScalars<T> reflector = reflector_scalars(alpha, norm);
+    scal(n, reflector.scale, x, incx);
+    alpha /= scale;
+    return reflector.tau;
+}
+
+template <class T>
+void apply_reflector(char side, const T* w, i64 incw, const T& factor, const Matrix<T>& c, T* work) {
+    if (factor == T{} || c.rows == 0 || c.columns == 0) return;
+    if (side == 'L') { // work := (w^H C)^H, C := C - factor w work^H
+        gemv('C', c.rows, c.columns, 1.0, c.data, c.ld, w, incw, 0.0, work, 1);
+        slot_of<T, &KernelTable::dger, &KernelTable::zgerc>()(c.rows, c.columns, -factor, w, incw, work, 1, c.data,
+                                                              c.ld);
+    } else {
+        gemv('N', c.rows, c.columns, 1.0, c.data, c.ld, w, incw, 0.0, work, 1);
+        slot_of<T, &KernelTable::dger, &KernelTable::zgerc>()(c.rows, c.columns, -factor, work, 1, w, incw, c.data,
+                                                              c.ld);
+    }
+}
+
+#define NXL_INSTANTIATE(T)                                                                                             \
+    template ReflectorScalars<T> reflector_scalars(T&, double);                                                        \
+    template T make_reflector(i64, T&, T*, i64);                                                                       \
+    template void apply_reflector(char, const T*, i64, const T&, const Matrix<T>&, T*)
+NXL_INSTANTIATE(double);
+NXL_INSTANTIATE(zcomplex);
+#undef NXL_INSTANTIATE
+
+} // namespace nxl
