@@ -1548,6 +1548,25 @@ module nxl
 
         ! ---- LAPACK, eigenproblems ----
 
+        ! A = Q T Q^H: a symmetric or Hermitian matrix, triangle uplo of a(n,n), brought to real symmetric tridiagonal
+        ! form.
+        subroutine dsytrd(uplo, n, a, lda, d, e, tau, work, lwork, info) bind(c, name="dsytrd")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), d(*), e(*), tau(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhetrd(uplo, n, a, lda, d, e, tau, work, lwork, info) bind(c, name="zhetrd")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), tau(*), work(*)
+            real(c_double), intent(inout) :: d(*), e(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! All eigenvalues of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1): they take the
         ! place of d, ascending; e is destroyed.
         subroutine dsterf(n, d, e, info) bind(c, name="dsterf")

@@ -1189,6 +1189,19 @@ void zgeqrf(const int* m, const int* n, nxl_z* a, const int* lda, nxl_z* tau, nx
 /* ==== LAPACK: eigenproblems ======================================================================================
  * Eigenvalues and eigenvectors. */
 
+/* A = Q T Q^H: a symmetric or Hermitian matrix, triangle uplo of a(n,n), brought to real symmetric tridiagonal form. The
+ * diagonal of T comes in d(n), its off-diagonal in e(n-1); both stand in a as well. Q is H1 H2 ... (uplo L), vector i in
+ * a(i+2..n,i) behind a one, or ... H2 H1 (U), vector i in a(1..i-1,i+1) before a one; their scalars in tau(n-1). dormtr
+ * multiplies by Q, dorgtr forms it. The imaginary parts of a Hermitian diagonal are taken as 0. By panels from n = 33 on,
+ * on threads from n = 32 on. work(lwork), lwork at least 1; lwork -1 asks for the best size, n times the block, which
+ * comes back in work(1) and does nothing else. info: 0, or -i when argument i is bad, which is reported as well: 1 uplo,
+ * 2 n, 4 lda, 9 lwork. Golub and Van Loan, Matrix Computations, 4th ed., section 8.3; Dongarra, Sorensen and Hammarling,
+ * J. Comput. Appl. Math. 27 (1989). */
+void dsytrd(const char* uplo, const int* n, double* a, const int* lda, double* d, double* e, double* tau, double* work,
+            const int* lwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhetrd(const char* uplo, const int* n, nxl_z* a, const int* lda, double* d, double* e, nxl_z* tau, nxl_z* work,
+            const int* lwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
 /* All eigenvalues of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1): they take the place
  * of d, ascending; e is destroyed. QL without square roots, variant of Pal, Walker and Kahan: Parlett, The Symmetric
  * Eigenvalue Problem, SIAM 1998, section 8.15. info: 0; -1 when n is negative, which is reported as well; or as many

@@ -70,7 +70,7 @@ struct Bisection {
         }
         i64 bad_here = 0;
         const i64 many = std::max(interval.last - interval.first + 1, i64{0});
-        if (count == 1 && many == 1) w[found] = block.d[0];
+        if (count == 1 && many == 1 && std::isfinite(block.d[0])) w[found] = block.d[0];
         else bad_here = bisect(block, interval, tolerance(own), space, w + found);
         std::fill(iblock + found, iblock + found + many, bad_here > 0 ? -blocks : blocks);
         found += many;
@@ -100,7 +100,7 @@ i64 split(i64 n, const double* d, const double* e, double scale, double* e2, i64
     for (i64 i = 0; i + 1 < n; ++i) {
         const double off = scale * e[i];
         e2[i] = off * off;
-        if (std::fabs(d[i] * d[i + 1]) * ulp * ulp + safe_minimum <= e2[i] || std::isnan(e2[i])) continue;
+        if (!(std::fabs(d[i] * d[i + 1]) * ulp * ulp + safe_minimum > e2[i])) continue;
         isplit[blocks++] = i + 1;
         e2[i] = 0.0;
     }
