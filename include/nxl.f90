@@ -1567,6 +1567,27 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
+        ! Generalised eigenproblems made ordinary ones: with the factor of B = U^H U (uplo U) or L L^H (L) that dpotrf
+        ! or zpotrf has left in b(n,n), triangle uplo of A, a(n,n), becomes that of U^-H A U^-1 or L^-1 A L^-H for itype
+        ! 1, A x = lambda B x, or of U A U^H or L^H A L for itype 2, A B x = lambda x, and 3, B A x = lambda x.
+        subroutine dsygst(itype, uplo, n, a, lda, b, ldb, info) bind(c, name="dsygst")
+            import :: c_char, c_double, c_int
+            integer(c_int), intent(in) :: itype, n, lda, ldb
+            character(kind=c_char), intent(in) :: uplo
+            real(c_double), intent(inout) :: a(lda, *)
+            real(c_double), intent(in) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhegst(itype, uplo, n, a, lda, b, ldb, info) bind(c, name="zhegst")
+            import :: c_char, c_double_complex, c_int
+            integer(c_int), intent(in) :: itype, n, lda, ldb
+            character(kind=c_char), intent(in) :: uplo
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            complex(c_double_complex), intent(in) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! All eigenvalues of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1): they take the
         ! place of d, ascending; e is destroyed.
         subroutine dsterf(n, d, e, info) bind(c, name="dsterf")

@@ -1202,6 +1202,16 @@ void dsytrd(const char* uplo, const int* n, double* a, const int* lda, double* d
 void zhetrd(const char* uplo, const int* n, nxl_z* a, const int* lda, double* d, double* e, nxl_z* tau, nxl_z* work,
             const int* lwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
+/* Generalised eigenproblems made ordinary ones: with the factor of B = U^H U (uplo U) or L L^H (L) that dpotrf or zpotrf
+ * has left in b(n,n), triangle uplo of A, a(n,n), becomes that of U^-H A U^-1 or L^-1 A L^-H for itype 1, A x = lambda
+ * B x, or of U A U^H or L^H A L for itype 2, A B x = lambda x, and 3, B A x = lambda x. By halves, on products and
+ * solutions of level 3. info: 0, or -i when argument i is bad, which is reported as well: 1 itype, 2 uplo, 3 n, 5 lda,
+ * 7 ldb. Golub and Van Loan, Matrix Computations, 4th ed., section 8.7.2. */
+void dsygst(const int* itype, const char* uplo, const int* n, double* a, const int* lda, const double* b,
+            const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhegst(const int* itype, const char* uplo, const int* n, nxl_z* a, const int* lda, const nxl_z* b, const int* ldb,
+            int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
 /* All eigenvalues of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1): they take the place
  * of d, ascending; e is destroyed. QL without square roots, variant of Pal, Walker and Kahan: Parlett, The Symmetric
  * Eigenvalue Problem, SIAM 1998, section 8.15. info: 0; -1 when n is negative, which is reported as well; or as many

@@ -5,6 +5,7 @@
 #include "lapack/kernel/source/eigen/stein.hpp"
 #include "lapack/kernel/source/eigen/steqr.hpp"
 #include "lapack/kernel/source/eigen/sterf.hpp"
+#include "lapack/kernel/source/eigen/sygst.hpp"
 #include "lapack/kernel/source/eigen/xsytrd_omp.hpp"
 #include "nxl.h"
 #include "service/export.hpp"
@@ -53,10 +54,22 @@ NXL_EXPORT void dsterf(const int* n, double* d, double* e, int* info) noexcept {
     nxl_lapack_dsterf(*n, d, e, info64.value);
 }
 
+NXL_EXPORT void dsygst(const int* itype, const char* uplo, const int* n, double* a, const int* lda, const double* b,
+                       const int* ldb, int* info, int uplo_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_dsygst(*itype, capital(*uplo), *n, a, *lda, b, *ldb, info64.value, uplo_length);
+}
+
 NXL_EXPORT void dsytrd(const char* uplo, const int* n, double* a, const int* lda, double* d, double* e, double* tau,
                        double* work, const int* lwork, int* info, int uplo_length) noexcept {
     OutInt info64(info);
     nxl_lapack_dsytrd(capital(*uplo), *n, a, *lda, d, e, tau, work, *lwork, info64.value, uplo_length);
+}
+
+NXL_EXPORT void zhegst(const int* itype, const char* uplo, const int* n, nxl_z* a, const int* lda, const nxl_z* b,
+                       const int* ldb, int* info, int uplo_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_zhegst(*itype, capital(*uplo), *n, a, *lda, b, *ldb, info64.value, uplo_length);
 }
 
 NXL_EXPORT void zhetrd(const char* uplo, const int* n, nxl_z* a, const int* lda, double* d, double* e, nxl_z* tau,

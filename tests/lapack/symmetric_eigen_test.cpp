@@ -102,6 +102,59 @@ TYPED_TEST(SymmetricEigen, ReductionToTridiagonalForm) {
                 }
 }
 
+/// F^-1 A F^-H times a vector, or F^H A F, by the full matrices; F is L, or U^H.
+TYPED_TEST(SymmetricEigen, GeneralisedToOrdinary) {
+    using T = TypeParam;
+    constexpr auto sygst = [] {
+        if constexpr (is_complex<T>) return zhegst;
+        else return dsygst;
+    }();
+    for (const int itype : {1, 2, 3})
+        for (const char uplo : {'U', 'L'})
+            for (const int n : {0, 1, 2, 32, 33, 71}) {
+                SCOPED_TRACE(testing::Message() << itype << uplo << n);
+                Hermitian<T> a(uplo, n, 5);
+                LapackMatrix<T> b(n, n, 2), x = matrix_of<T>(MatrixKind::random, n, 1, 0, 8);
+                LapackMatrix<T> values = matrix_of<T>(MatrixKind::random, n, n, 0, 6);
+                const bool lower = uplo == 'L';
+                const auto factor = [&](int i, int j) { // F, a lower triangle
+                    if (i < j) return T{};
+                    return i == j ? T(2.0) : values.at(i, j) / static_cast<double>(n);
+                };
+                for (int j = 0; j < n; ++j)
+                    for (int i = j; i < n; ++i)
+                        (lower ? b.at(i, j) : b.at(j, i)) = lower ? factor(i, j) : conjugate(factor(i, j));
+                int info = -99;
+                sygst(&itype, &uplo, &n, a.stored.data(), &a.stored.lda, b.data(), &b.lda, &info, 1);
+                EXPECT_EQ(info, 0);
+                EXPECT_TRUE(a.stored.slack_untouched());
+                using Vector = std::vector<T>;
+                const auto product = [n](const auto& element, const Vector& v) {
+                    Vector result(v.size());
+                    for (int i = 0; i < n; ++i)
+                        for (int j = 0; j < n; ++j)
+                            result[static_cast<size_t>(i)] += element(i, j) * v[static_cast<size_t>(j)];
+                    return result;
+                };
+                const auto adjoint = [&](int i, int j) { return conjugate(factor(j, i)); };
+                const auto original = [&](int i, int j) { return a.full.at(i, j); };
+                const auto changed = [&](int i, int j) {
+                    const bool stored = lower ? i >= j : i <= j;
+                    return stored ? a.stored.at(i, j) : conjugate(a.stored.at(j, i));
+                };
+                Vector left, right; // for itype 1 F C F^H x and A x; else C x and F^H A F x
+                if (itype == 1) {
+                    left = product(factor, product(changed, product(adjoint, x.elements)));
+                    right = product(original, x.elements);
+                } else {
+                    left = product(changed, x.elements);
+                    right = product(adjoint, product(original, product(factor, x.elements)));
+                }
+                for (size_t i = 0; i < static_cast<size_t>(n); ++i)
+                    EXPECT_LE(std::abs(left[i] - right[i]), 200.0 * (n + 1) * eps);
+            }
+}
+
 /// Every element of the triangle belongs to one block, and the threads' areas differ by little.
 TEST(TrailingUpdate, BlocksCoverTheTriangleInEqualShares) {
     for (std::int64_t threads = 1; threads < 9; ++threads)

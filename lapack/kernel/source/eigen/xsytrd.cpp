@@ -49,10 +49,8 @@ void sytrd_serial(const char& uplo, const i64& n, T* a, const i64& lda, double* 
     const Workspace<T> space{work, lwork, 1, std::max(n * tridiagonal_sizes<T>.block, i64{1})};
     if (refused(uplo, n, lda, space, info) || space.is_query() || n == 0) return;
     const TridiagonalReduction<T> reduction(uplo, {a, n, n, lda}, d, e, tau, work, lwork);
-    reduction.run(1, static_cast<T*>(nullptr), [&](const Matrix<T>& c, Operand<T> v, Operand<T> w) {
-        slot_of<T, &KernelTable::dsyr2k, &KernelTable::zher2k>()(uplo, 'N', c.rows, v.columns, T(-1.0), v.data, v.ld,
-                                                                 w.data, w.ld, 1.0, c.data, c.ld);
-    });
+    reduction.run(1, static_cast<T*>(nullptr),
+                  [&](const Matrix<T>& c, Operand<T> v, Operand<T> w) { her2k(uplo, 'N', -1.0, v, w, 1.0, c); });
 }
 
 template void sytd2<double>(char, const Matrix<double>&, double*, double*, double*);
