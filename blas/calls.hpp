@@ -168,6 +168,19 @@ void herk(char uplo, char trans, double alpha, const Operand<T>& a, double beta,
     herk(uplo, trans, c.rows, trans == 'N' ? a.columns : a.rows, alpha, a.data, a.ld, beta, c.data, c.ld);
 }
 
+/// C := alpha A B^H + conj(alpha) B A^H + beta C, or with `trans` C of the adjoints, one triangle.
+template <class T>
+void her2k(char uplo, char trans, Factor<T> alpha, const Operand<T>& a, const Operand<T>& b, double beta,
+           const Matrix<T>& c) {
+    const i64 n = c.rows, k = trans == 'N' ? a.columns : a.rows;
+    const auto call = [&](auto&& routine) {
+        routine(uplo, trans, n, k, alpha, a.data, a.ld, b.data, b.ld, beta, c.data, c.ld);
+    };
+    if (stays_here<T>(n, n, k, 1.0)) return call(slot_of<T, &KernelTable::dsyr2k, &KernelTable::zher2k>());
+    if constexpr (std::is_same_v<T, double>) call(nxl_blas_dsyr2k);
+    else call(nxl_blas_zher2k);
+}
+
 /// One triangle of C := alpha op(A) op(B) + beta C, which is known to be symmetric, or Hermitian where an op is C.
 template <class T>
 void gemmt(char uplo, char transa, char transb, Factor<T> alpha, const Operand<T>& a, const Operand<T>& b,

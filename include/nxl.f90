@@ -1757,6 +1757,108 @@ module nxl
 
         ! ---- LAPACK, eigenproblems ----
 
+        ! A = Q T Q^H: a symmetric or Hermitian matrix, triangle uplo of a(n,n), brought to real symmetric tridiagonal
+        ! form.
+        subroutine dsytrd(uplo, n, a, lda, d, e, tau, work, lwork, info) bind(c, name="dsytrd")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), d(*), e(*), tau(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhetrd(uplo, n, a, lda, d, e, tau, work, lwork, info) bind(c, name="zhetrd")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), tau(*), work(*)
+            real(c_double), intent(inout) :: d(*), e(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Generalised eigenproblems made ordinary ones: with the factor of B = U^H U (uplo U) or L L^H (L) that dpotrf
+        ! or zpotrf has left in b(n,n), triangle uplo of A, a(n,n), becomes that of U^-H A U^-1 or L^-1 A L^-H for itype
+        ! 1, A x = lambda B x, or of U A U^H or L^H A L for itype 2, A B x = lambda x, and 3, B A x = lambda x.
+        subroutine dsygst(itype, uplo, n, a, lda, b, ldb, info) bind(c, name="dsygst")
+            import :: c_char, c_double, c_int
+            integer(c_int), intent(in) :: itype, n, lda, ldb
+            character(kind=c_char), intent(in) :: uplo
+            real(c_double), intent(inout) :: a(lda, *)
+            real(c_double), intent(in) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhegst(itype, uplo, n, a, lda, b, ldb, info) bind(c, name="zhegst")
+            import :: c_char, c_double_complex, c_int
+            integer(c_int), intent(in) :: itype, n, lda, ldb
+            character(kind=c_char), intent(in) :: uplo
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            complex(c_double_complex), intent(in) :: b(ldb, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! All eigenvalues of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1): they take the
+        ! place of d, ascending; e is destroyed.
+        subroutine dsterf(n, d, e, info) bind(c, name="dsterf")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n
+            real(c_double), intent(inout) :: d(*), e(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Eigenvalues of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1) by bisection: all
+        ! of them (range A), those in (vl, vu] (V), or the il-th to the iu-th, ascending, from 1 (I).
+        subroutine dstebz(range, order, n, vl, vu, il, iu, abstol, d, e, m, nsplit, w, iblock, isplit, work, iwork, &
+            info) bind(c, name="dstebz")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: range, order
+            integer(c_int), intent(in) :: n, il, iu
+            real(c_double), intent(in) :: vl, vu, abstol, d(*), e(*)
+            integer(c_int), intent(out) :: m, nsplit, info
+            real(c_double), intent(inout) :: w(*), work(*)
+            integer(c_int), intent(inout) :: iblock(*), isplit(*), iwork(*)
+        end subroutine
+
+        ! Eigenvectors z(n,m) of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1) for its
+        ! eigenvalues w(m), by inverse iteration.
+        subroutine dstein(n, d, e, m, w, iblock, isplit, z, ldz, work, iwork, ifail, info) bind(c, name="dstein")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, m, iblock(*), isplit(*), ldz
+            real(c_double), intent(in) :: d(*), e(*), w(*)
+            real(c_double), intent(inout) :: z(ldz,*), work(*)
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zstein(n, d, e, m, w, iblock, isplit, z, ldz, work, iwork, ifail, info) bind(c, name="zstein")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: n, m, iblock(*), isplit(*), ldz
+            real(c_double), intent(in) :: d(*), e(*), w(*)
+            complex(c_double_complex), intent(inout) :: z(ldz,*)
+            real(c_double), intent(inout) :: work(*)
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! All eigenvalues and, with compz V or I, eigenvectors of the symmetric tridiagonal matrix with diagonal d(n)
+        ! and off-diagonal e(n-1), by implicit QL or QR with Wilkinson's shift.
+        subroutine dsteqr(compz, n, d, e, z, ldz, work, info) bind(c, name="dsteqr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: compz
+            integer(c_int), intent(in) :: n, ldz
+            real(c_double), intent(inout) :: d(*), e(*), z(ldz,*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zsteqr(compz, n, d, e, z, ldz, work, info) bind(c, name="zsteqr")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: compz
+            integer(c_int), intent(in) :: n, ldz
+            real(c_double), intent(inout) :: d(*), e(*), work(*)
+            complex(c_double_complex), intent(inout) :: z(ldz,*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! The eigenvalues of the Hermitian matrix [a b; conj(b) c], whose a and c count by their real parts: rt1 is the
         ! one of larger modulus, to a few units in the last place; rt2 the other, as exact as a c - |b|^2 does not
         ! cancel.

@@ -221,6 +221,16 @@ struct KernelTable {
     GemmBlocksKernel xzgemm_blocks_htn;
     GemmCopyAKernel<zcomplex> xzgemm_copy_an;
     GemmCopyAKernel<zcomplex> xzgemm_copy_ac;
+
+    // LAPACK: eigenproblems.
+    /// For each of `sequences` in turn, for j = 0 .. columns - 2 in turn, with cosine c and sine s at turns[2 ((columns
+    /// - 1) sequence + j)]: columns j and j + 1 of a become c a_j + s a_j+1 and c a_j+1 - s a_j. lda may be negative.
+    void (*drotations)(const i64& rows, const i64& columns, const i64& sequences, const double* turns, double* a,
+                       const i64& lda);
+    /// counts[k]: the eigenvalues up to shifts[k] of the tridiagonal matrix with diagonal d[0 .. n-1] and squares of
+    /// off-diagonal elements e2[0 .. n-1], of which the last does not count. pivmin > 0: the least pivot.
+    void (*dsturm)(const i64& n, const double* d, const double* e2, const double& pivmin, const i64& many,
+                   const double* shifts, i64* counts);
 };
 
 } // namespace nxl

@@ -105,6 +105,8 @@ Kernel<decltype(KernelTable::dtrti2)> dtrti2;
 Kernel<decltype(KernelTable::ztrti2)> ztrti2;
 Kernel<decltype(KernelTable::dlauu2)> dlauu2;
 Kernel<decltype(KernelTable::zlauu2)> zlauu2;
+Kernel<decltype(KernelTable::drotations)> drotations;
+Kernel<decltype(KernelTable::dsturm)> dsturm;
 // Pieces of the matrix product, of all classes.
 Kernel<decltype(KernelTable::xdgemm_copy_at)> xdgemm_copy_at;
 Kernel<decltype(KernelTable::xzgemm_copy_at)> xzgemm_copy_at;

@@ -129,6 +129,9 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .xzgemm_blocks_htn = only < kClass == CpuClass::mc > (xzgemm_blocks_htn),
         .xzgemm_copy_an = only < kClass == CpuClass::mc > (xzgemm_copy_an),
         .xzgemm_copy_ac = only < kClass == CpuClass::mc > (xzgemm_copy_ac),
+
+        .drotations = drotations,
+        .dsturm = dsturm,
     };
 }
 

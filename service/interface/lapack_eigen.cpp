@@ -1,11 +1,100 @@
 // LAPACK, eigenproblems: entries.
+#include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/eigen/laev2.hpp"
+#include "lapack/kernel/source/eigen/stebz.hpp"
+#include "lapack/kernel/source/eigen/stein.hpp"
+#include "lapack/kernel/source/eigen/steqr.hpp"
+#include "lapack/kernel/source/eigen/sterf.hpp"
+#include "lapack/kernel/source/eigen/sygst.hpp"
+#include "lapack/kernel/source/eigen/xsytrd_omp.hpp"
 #include "nxl.h"
 #include "service/export.hpp"
+#include "service/interface/integers.hpp"
+#include "service/letters.hpp"
 
 using namespace nxl;
 
 extern "C" {
+
+NXL_EXPORT void dstebz(const char* range, const char* order, const int* n, const double* vl, const double* vu,
+                       const int* il, const int* iu, const double* abstol, const double* d, const double* e, int* m,
+                       int* nsplit, double* w, int* iblock, int* isplit, double* work, int* iwork, int* info,
+                       int range_length, int order_length) noexcept {
+    OutInt info64(info), nsplit64(nsplit), m64(m);
+    nsplit64.value = *nsplit; // they stay where an argument is bad
+    m64.value = *m;
+    const WideInts blocks(iblock, *n, Transfer::out), ends(isplit, *n, Transfer::out);
+    const WideInts integers(iwork, 3 * i64{*n}, Transfer::first_out);
+    if (!blocks.data() || !ends.data() || !integers.data()) return refuse_for_memory("DSTEBZ", info64.value);
+    nxl_lapack_dstebz(capital(*range), capital(*order), *n, *vl, *vu, *il, *iu, *abstol, d, e, m64.value,
+                      nsplit64.value, w, blocks.data(), ends.data(), work, integers.data(), info64.value, range_length,
+                      order_length);
+}
+
+NXL_EXPORT void dstein(const int* n, const double* d, const double* e, const int* m, const double* w, const int* iblock,
+                       const int* isplit, double* z, const int* ldz, double* work, int* iwork, int* ifail,
+                       int* info) noexcept {
+    OutInt info64(info);
+    const WideInts blocks(iblock, *n), ends(isplit, *n);
+    const WideInts failed(ifail, *m, Transfer::out), integers(iwork, *n, Transfer::first_out);
+    if (!blocks.data() || !ends.data() || !failed.data() || !integers.data())
+        return refuse_for_memory("DSTEIN", info64.value);
+    nxl_lapack_dstein(*n, d, e, *m, w, blocks.data(), ends.data(), z, *ldz, work, integers.data(), failed.data(),
+                      info64.value);
+}
+
+NXL_EXPORT void dsteqr(const char* compz, const int* n, double* d, double* e, double* z, const int* ldz, double* work,
+                       int* info, int compz_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_dsteqr(capital(*compz), *n, d, e, z, *ldz, work, info64.value, compz_length);
+}
+
+NXL_EXPORT void dsterf(const int* n, double* d, double* e, int* info) noexcept {
+    OutInt info64(info);
+    nxl_lapack_dsterf(*n, d, e, info64.value);
+}
+
+NXL_EXPORT void dsygst(const int* itype, const char* uplo, const int* n, double* a, const int* lda, const double* b,
+                       const int* ldb, int* info, int uplo_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_dsygst(*itype, capital(*uplo), *n, a, *lda, b, *ldb, info64.value, uplo_length);
+}
+
+NXL_EXPORT void dsytrd(const char* uplo, const int* n, double* a, const int* lda, double* d, double* e, double* tau,
+                       double* work, const int* lwork, int* info, int uplo_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_dsytrd(capital(*uplo), *n, a, *lda, d, e, tau, work, *lwork, info64.value, uplo_length);
+}
+
+NXL_EXPORT void zhegst(const int* itype, const char* uplo, const int* n, nxl_z* a, const int* lda, const nxl_z* b,
+                       const int* ldb, int* info, int uplo_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_zhegst(*itype, capital(*uplo), *n, a, *lda, b, *ldb, info64.value, uplo_length);
+}
+
+NXL_EXPORT void zhetrd(const char* uplo, const int* n, nxl_z* a, const int* lda, double* d, double* e, nxl_z* tau,
+                       nxl_z* work, const int* lwork, int* info, int uplo_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_zhetrd(capital(*uplo), *n, a, *lda, d, e, tau, work, *lwork, info64.value, uplo_length);
+}
+
+NXL_EXPORT void zstein(const int* n, const double* d, const double* e, const int* m, const double* w, const int* iblock,
+                       const int* isplit, nxl_z* z, const int* ldz, double* work, int* iwork, int* ifail,
+                       int* info) noexcept {
+    OutInt info64(info);
+    const WideInts blocks(iblock, *n), ends(isplit, *n);
+    const WideInts failed(ifail, *m, Transfer::out), integers(iwork, *n, Transfer::first_out);
+    if (!blocks.data() || !ends.data() || !failed.data() || !integers.data())
+        return refuse_for_memory("ZSTEIN", info64.value);
+    nxl_lapack_zstein(*n, d, e, *m, w, blocks.data(), ends.data(), z, *ldz, work, integers.data(), failed.data(),
+                      info64.value);
+}
+
+NXL_EXPORT void zsteqr(const char* compz, const int* n, double* d, double* e, nxl_z* z, const int* ldz, double* work,
+                       int* info, int compz_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_zsteqr(capital(*compz), *n, d, e, z, *ldz, work, info64.value, compz_length);
+}
 
 NXL_EXPORT void ZLAEV2(const nxl_z* a, const nxl_z* b, const nxl_z* c, double* rt1, double* rt2, double* cs1,
                        nxl_z* sn1) noexcept {

@@ -1,0 +1,187 @@
+// Eigenvalues and vectors of symmetric tridiagonal matrices, easy ones and those that are hard.
+#include "nxl.h"
+#include "tests/support/lapack.hpp"
+#include "tests/support/tridiagonals.hpp"
+
+namespace {
+
+using namespace nxl_test;
+using std::size_t;
+
+constexpr int sizes[] = {0, 1, 2, 3, 17, 90};
+
+void expect_values(const Tridiagonal& t, const std::vector<double>& w) {
+    const std::vector<double> expected = reference_values(t);
+    const double bound = (20.0 + t.order()) * eps * t.norm() + std::numeric_limits<double>::denorm_min() * 10;
+    EXPECT_TRUE(std::is_sorted(w.begin(), w.end()));
+    for (size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(w[i], expected[i], bound) << i;
+}
+
+template <class T> LapackMatrix<T> identity(int n) {
+    LapackMatrix<T> z(n, n, 2);
+    for (int j = 0; j < n; ++j) {
+        z.clear_column(j);
+        z.at(j, j) = 1.0;
+    }
+    return z;
+}
+
+template <class T> class TridiagonalVectors : public ::testing::Test {
+  public:
+    static constexpr auto steqr = [] {
+        if constexpr (is_complex<T>) return zsteqr;
+        else return dsteqr;
+    }();
+    static int run(const char* compz, Tridiagonal& t, LapackMatrix<T>& z) {
+        const int n = t.order();
+        int info = -99;
+        steqr(compz, &n, t.d.data(), t.e.data(), z.data(), &z.lda, nullptr, &info, 1);
+        return info;
+    }
+};
+TYPED_TEST_SUITE(TridiagonalVectors, Scalars);
+
+TYPED_TEST(TridiagonalVectors, QlAndItsRotations) {
+    using T = TypeParam;
+    for (const Kind kind : all_kinds)
+        for (const int n : sizes) {
+            SCOPED_TRACE(name_of(kind, n));
+            const Tridiagonal t = tridiagonal_of(kind, n);
+            Tridiagonal values = t, vectors = t;
+            LapackMatrix<T> z(n, n, 2);
+            ASSERT_EQ(this->run("n", values, z), 0);
+            ASSERT_EQ(this->run("i", vectors, z), 0);
+            expect_values(t, values.d);
+            expect_values(t, vectors.d);
+            EXPECT_TRUE(z.slack_untouched());
+            const auto quality = quality_of(t, vectors.d, z, n);
+            EXPECT_LE(quality.residual, 10.0);
+            EXPECT_LE(quality.orthogonality, 10.0);
+        }
+}
+
+struct Bisected {
+    int m = -1, parts = -1, info = -1;
+    std::vector<double> w;
+    std::vector<int> block, end;
+};
+
+Bisected bisected(const Tridiagonal& t, const char* options, double vl, double vu, int il, int iu) {
+    const int n = t.order();
+    const size_t room = static_cast<size_t>(n) + 1;
+    Bisected b{.w = std::vector<double>(room), .block = std::vector<int>(room), .end = std::vector<int>(room)};
+    std::vector<double> work(4 * room);
+    std::vector<int> integers(3 * room);
+    const double tolerance = 0.0;
+    dstebz(options, options + 1, &n, &vl, &vu, &il, &iu, &tolerance, t.d.data(), t.e.data(), &b.m, &b.parts, b.w.data(),
+           b.block.data(), b.end.data(), work.data(), integers.data(), &b.info, 1, 1);
+    b.w.resize(static_cast<size_t>(std::max(b.m, 0)));
+    return b;
+}
+
+TEST(Bisection, RangesAndIndices) {
+    for (const Kind kind : all_kinds)
+        for (const int n : sizes) {
+            SCOPED_TRACE(name_of(kind, n));
+            const Tridiagonal t = tridiagonal_of(kind, n);
+            const Bisected all = bisected(t, "AE", 0.0, 0.0, 0, 0);
+            ASSERT_EQ(all.m, n);
+            EXPECT_EQ(all.info, 0);
+            expect_values(t, all.w);
+            if (n < 3) continue;
+            const int il = n / 3 + 1, iu = n - 1;
+            const double low = all.w[static_cast<size_t>(il) - 1], high = all.w[static_cast<size_t>(iu) - 1];
+            const Bisected some = bisected(t, "iE", 0.0, 0.0, il, iu);
+            ASSERT_EQ(some.m, iu - il + 1);
+            EXPECT_EQ(some.info, 0);
+            for (int i = 0; i < some.m; ++i)
+                EXPECT_NEAR(some.w[static_cast<size_t>(i)], all.w[static_cast<size_t>(il - 1 + i)], 8 * eps * t.norm());
+            if (!(low < high)) continue;
+            const Bisected between = bisected(t, "VB", low, high, 0, 0); // up to and with the upper end
+            const auto inside = [&](double slack) {
+                return std::count_if(all.w.begin(), all.w.end(),
+                                     [&](double v) { return v > low + slack && v <= high - slack; });
+            };
+            const double slack = 8 * eps * t.norm();
+            EXPECT_GE(between.m, inside(slack));
+            EXPECT_LE(between.m, inside(-slack));
+            EXPECT_TRUE(std::is_sorted(between.block.begin(), between.block.begin() + between.m));
+            EXPECT_EQ(between.end[static_cast<size_t>(between.parts) - 1], n);
+        }
+    Tridiagonal broken = tridiagonal_of(Kind::laplacian, 9);
+    broken.d[4] = std::nan("");
+    EXPECT_EQ(bisected(broken, "AE", 0.0, 0.0, 0, 0).info, 1);
+}
+
+TYPED_TEST(TridiagonalVectors, InverseIteration) {
+    using T = TypeParam;
+    constexpr auto stein = [] {
+        if constexpr (is_complex<T>) return zstein;
+        else return dstein;
+    }();
+    for (const Kind kind : all_kinds)
+        for (const int n : sizes) {
+            SCOPED_TRACE(name_of(kind, n));
+            const Tridiagonal t = tridiagonal_of(kind, n);
+            const Bisected all = bisected(t, "AB", 0.0, 0.0, 0, 0);
+            const auto run = [&](LapackMatrix<T>& z) {
+                std::vector<int> failed(static_cast<size_t>(n) + 1, -1), integers(failed);
+                int info = -99;
+                stein(&n, t.d.data(), t.e.data(), &all.m, all.w.data(), all.block.data(), all.end.data(), z.data(),
+                      &z.lda, nullptr, integers.data(), failed.data(), &info);
+                EXPECT_EQ(info, 0);
+                for (int j = 0; j < n; ++j) EXPECT_EQ(failed[static_cast<size_t>(j)], 0);
+            };
+            LapackMatrix<T> z(n, n, 2), again = z;
+            run(z);
+            EXPECT_TRUE(z.slack_untouched());
+            const auto quality = quality_of(t, all.w, z, n);
+            EXPECT_LE(quality.residual, 10.0);
+            EXPECT_LE(quality.orthogonality, 10.0);
+            const Team team(7);
+            run(again);
+            EXPECT_EQ(std::memcmp(z.data(), again.data(), z.elements.size() * sizeof(T)), 0);
+        }
+}
+
+/// V turns what z holds: by the same rotations, whatever the number of threads.
+TYPED_TEST(TridiagonalVectors, TurnsTheGivenMatrix) {
+    using T = TypeParam;
+    const int n = 301;
+    const Tridiagonal t = tridiagonal_of(Kind::random, n);
+    LapackMatrix<T> own(n, n, 2), first = own;
+    Tridiagonal values = t;
+    ASSERT_EQ(this->run("I", values, own), 0);
+    for (const int threads : {1, 2, 5, 8}) {
+        const Team team(threads);
+        Tridiagonal again = t;
+        LapackMatrix<T> z = identity<T>(n);
+        for (int j = 0; j < n; ++j) z.at(j, j) = scalar<T>(0.0, 1.0) + scalar<T>(is_complex<T> ? 0.0 : 2.0, 0.0);
+        ASSERT_EQ(this->run("V", again, z), 0);
+        double largest = 0.0;
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < n; ++i)
+                largest = std::max(
+                    largest, std::abs(z.at(i, j) - own.at(i, j) * (is_complex<T> ? scalar<T>(0.0, 1.0) : T(2.0))));
+        EXPECT_LE(largest, 1e-15);
+    }
+}
+
+/// No hang, and the number of what has not converged.
+TYPED_TEST(TridiagonalVectors, NanAndInfinityAreTold) {
+    using T = TypeParam;
+    for (const double value : {std::nan(""), std::numeric_limits<double>::infinity()})
+        for (const bool off : {false, true}) {
+            const int n = 40;
+            Tridiagonal t = tridiagonal_of(Kind::laplacian, n);
+            (off ? t.e : t.d)[20] = value;
+            for (const char* compz : {"N", "I"}) {
+                Tridiagonal broken = t;
+                LapackMatrix<T> z(n, n, 0);
+                const int info = this->run(compz, broken, z);
+                if (std::isnan(value) || off) EXPECT_GT(info, 0);
+            }
+        }
+}
+
+} // namespace
