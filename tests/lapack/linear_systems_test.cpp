@@ -39,7 +39,7 @@ template <class T> T element(Kind kind, const Band& band, int i, int j) {
     if (kind == Kind::graded) v *= std::pow(10.0, (band.uplo == 'G' ? 0.0 : -3.0) + 3.0 * std::sin(i) * std::sin(j));
     if (kind == Kind::graded && i == j && band.uplo != 'G') v *= 1e4;
     if (kind == Kind::tiny) v *= 1e-250;
-    if (kind == Kind::huge) v *= 1e290;
+    if (kind == Kind::huge) v *= 1e270;
     if (kind == Kind::nan && i == j && i == band.n / 3) v = std::nan("");
     return v;
 }

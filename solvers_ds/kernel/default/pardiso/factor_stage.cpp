@@ -44,7 +44,8 @@ template <class M> NumericResult run(const Handle& handle, const Call& call, con
     const Places places = order.places();
     const double eps =
         pivot_perturbation(call.iparam[Iparam::perturbation], call.mtype, call.ia, static_cast<const double*>(call.a));
-    i64* const queue_start = handle.block<i64>(HandleWord::update_lists);
+    i64* const queue_start = threads > 1 ? handle.block<i64>(HandleWord::update_lists) : nullptr;
+    i64* const queues = threads > 1 ? queue_start + control[Word::supernodes] + 1 : nullptr;
     return factorise<M>({.n = call.neqns,
                          .supernodes = supernodes_of(handle),
                          .a = static_cast<const T*>(call.a),
@@ -63,7 +64,7 @@ template <class M> NumericResult run(const Handle& handle, const Call& call, con
                          .link = handle.array<i32>(ArrayBase::link),
                          .length = handle.array<i32>(ArrayBase::length),
                          .queue_start = queue_start,
-                         .queues = reinterpret_cast<WaitingUpdate*>(queue_start + control[Word::supernodes] + 1),
+                         .queues = reinterpret_cast<WaitingUpdate*>(queues),
                          .temp = handle.block<T>(HandleWord::work_r0),
                          .temp_size = control[Word::update_words] * 8 / i64{sizeof(T)},
                          .messages = call.messages});
