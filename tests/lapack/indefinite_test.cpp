@@ -1,5 +1,5 @@
 // Symmetric indefinite and Hermitian systems through the entries: factors, solutions, inverses, conditions, refinement.
-// CTest runs this program for each processor class and vector width.
+// CTest runs this program on two of the kernel targets.
 #include "tests/support/lapack.hpp"
 #include <array>
 

@@ -3,6 +3,7 @@
 #include "nxl.h"
 #include "tests/support/captured.hpp"
 #include "tests/support/catalogue.hpp"
+#include "tests/support/dense.hpp"
 #include <cmath>
 #include <random>
 #include <string>
@@ -59,20 +60,6 @@ inline Vector jacobi(const Matrix& a, const Vector& x) {
     Vector scaled = x;
     for (std::size_t i = 0; i < x.size(); ++i) scaled[i] /= a[i][i];
     return scaled;
-}
-
-/// Gaussian elimination; no pivots are needed where the diagonal dominates.
-inline Vector dense_solution(Matrix a, Vector b) {
-    const std::size_t n = b.size();
-    for (std::size_t k = 0; k < n; ++k)
-        for (std::size_t i = k + 1; i < n; ++i) {
-            const double factor = a[k][i] / a[k][k];
-            for (std::size_t j = k; j < n; ++j) a[j][i] -= factor * a[j][k];
-            b[i] -= factor * b[k];
-        }
-    for (std::size_t k = n; k-- > 0; b[k] /= a[k][k])
-        for (std::size_t j = k + 1; j < n; ++j) b[k] -= a[j][k] * b[j];
-    return b;
 }
 
 inline void expect_near(const Vector& actual, const Vector& expected, double tolerance, const std::string& what) {

@@ -1,6 +1,7 @@
 // dtrnlspbc: it ends at first-order points wherever they lie, asks only for points inside the bounds, and tells why it
 // stopped.
 #include "tests/solvers_tr/least_squares_fit.hpp"
+#include "tests/support/dense.hpp"
 #include <cstring>
 
 namespace {
@@ -91,22 +92,6 @@ INSTANTIATE_TEST_SUITE_P(
         Known{"powell_singular_cut", named("PowellSingular"), {0.1, -20, -20, -20}, {100, 20, 20, 20}}),
     [](const auto& info) { return info.param.name; });
 
-/// Solves a x = b by elimination; a is small and well conditioned.
-Vector solve_dense(std::vector<Vector> a, Vector b) {
-    const std::size_t n = b.size();
-    for (std::size_t k = 0; k < n; ++k)
-        for (std::size_t i = k + 1; i < n; ++i) {
-            const double factor = a[i][k] / a[k][k]; // positive definite: no pivoting
-            for (std::size_t j = k; j < n; ++j) a[i][j] -= factor * a[k][j];
-            b[i] -= factor * b[k];
-        }
-    for (std::size_t k = n; k-- > 0;) {
-        for (std::size_t j = k + 1; j < n; ++j) b[k] -= a[k][j] * b[j];
-        b[k] /= a[k][k];
-    }
-    return b;
-}
-
 /// The least |F| of a linear problem within finite bounds: every choice of variables at bounds is tried.
 Vector by_enumeration(const Problem& problem, const Vector& lower, const Vector& upper) {
     const int n = problem.n();
@@ -127,7 +112,7 @@ Vector by_enumeration(const Problem& problem, const Vector& lower, const Vector&
                 for (std::size_t c = 0; c < free.size(); ++c)
                     a[r][c] += j[free[r] * f.size() + i] * j[free[c] * f.size() + i];
             }
-        const Vector solution = solve_dense(a, b);
+        const Vector solution = dense_solution(a, b);
         bool inside = true;
         for (std::size_t r = 0; r < free.size(); ++r) {
             x[free[r]] = solution[r];

@@ -1,4 +1,4 @@
-// A matrix of a test's own: plain loops, zeros at first, no slack.
+// A matrix of a test's own: plain loops, zeros at first, no slack; and a small system solved.
 #pragma once
 #include "tests/support/scalars.hpp"
 
@@ -27,5 +27,20 @@ template <class T> struct Dense {
         return most;
     }
 };
+
+/// The solution of a x = b by elimination. a[j][i]; no pivots are needed where the diagonal dominates or a is positive
+/// definite.
+inline std::vector<double> dense_solution(std::vector<std::vector<double>> a, std::vector<double> b) {
+    const std::size_t n = b.size();
+    for (std::size_t k = 0; k < n; ++k)
+        for (std::size_t i = k + 1; i < n; ++i) {
+            const double factor = a[k][i] / a[k][k];
+            for (std::size_t j = k; j < n; ++j) a[j][i] -= factor * a[j][k];
+            b[i] -= factor * b[k];
+        }
+    for (std::size_t k = n; k-- > 0; b[k] /= a[k][k])
+        for (std::size_t j = k + 1; j < n; ++j) b[k] -= a[j][k] * b[j];
+    return b;
+}
 
 } // namespace nxl_test
