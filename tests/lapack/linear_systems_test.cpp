@@ -249,7 +249,7 @@ struct Sizes {
 };
 /// Narrow bands and blocked ones, wider than the matrix too, and sizes around a block.
 constexpr Sizes sizes[] = {{0, 0, 0},   {1, 3, 2},    {5, 0, 0},    {7, 2, 9},    {33, 5, 4},
-                           {70, 13, 0}, {97, 20, 31}, {130, 40, 3}, {64, 70, 66}, {200, 33, 50}};
+                           {70, 13, 0}, {97, 20, 31}, {130, 40, 3}, {64, 70, 66}, {210, 97, 50}};
 
 template <class System> void for_each_system(const std::string& without, auto&& body) {
     for (const Kind kind : kinds) {

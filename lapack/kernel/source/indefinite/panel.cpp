@@ -13,7 +13,7 @@
 #include "lapack/kernel/source/indefinite/panel.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/indefinite/pivots.hpp"
-#include "lapack/kernel/source/indefinite/vector_product.hpp"
+#include "lapack/kernel/source/common/vector_product.hpp"
 #include <algorithm>
 #include <cmath>
 

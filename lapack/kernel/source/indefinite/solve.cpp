@@ -10,7 +10,7 @@
 #include "lapack/kernel/source/indefinite/solve.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/indefinite/pivot_block.hpp"
-#include "lapack/kernel/source/indefinite/vector_product.hpp"
+#include "lapack/kernel/source/common/vector_product.hpp"
 
 namespace nxl {
 
