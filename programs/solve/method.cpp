@@ -13,6 +13,7 @@ template <class T> std::unique_ptr<Method<T>> make_general_method(const Settings
     if (settings.method == "auto") return make_automatic<T>(settings);
     if (settings.method == "lu") return make_lu<T>();
     if (settings.method == "cholesky") return make_cholesky<T>();
+    if (settings.method == "ldl") return make_ldl<T>();
     throw common::UsageError("no method of the name '" + settings.method + "'");
 }
 

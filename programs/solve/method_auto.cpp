@@ -22,6 +22,7 @@ template <class T> class Automatic final : public Method<T> {
 
     void set_up(const SparseMatrix<T>& a) override {
         std::string doubt = doubt_of_definiteness(a);
+        if (!settings_.iterative && pays_band(a)) return set_up_band(a, doubt.empty());
         const bool fits = fits_dense<T>(a.n);
         if constexpr (std::is_same_v<T, double>) {
             const bool large = !(fits && pays_dense(a.n, a.entries()));
@@ -47,9 +48,20 @@ template <class T> class Automatic final : public Method<T> {
              "fgmres did not converge in " + std::to_string(outcome.iterations) + " iterations");
         return chosen_->solve(b, x, observe);
     }
+    double condition() const override { return chosen_->condition(); }
     std::string description() const override { return chosen_->description() + " (auto: " + reason_ + ")"; }
 
   private:
+    void set_up_band(const SparseMatrix<T>& a, bool may_be_definite) {
+        if (may_be_definite) {
+            try {
+                return take(make_band_cholesky<T>(), a, "narrow band, positive definite");
+            } catch (const Refusal&) { // LU has the last word
+            }
+        }
+        take(make_band_lu<T>(), a, "narrow band");
+    }
+
     void take(std::unique_ptr<Method<T>> method, const SparseMatrix<T>& a, const std::string& reason) {
         chosen_ = std::move(method); // frees what the one before held
         chosen_->set_up(a);

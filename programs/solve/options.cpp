@@ -51,11 +51,12 @@ void declare(CLI::App& app, Options& o) {
     app.footer(footer());
     app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(".mtx|.mtx.gz");
     app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
-    app.add_option("--method", o.settings.method,
-                   "lu, of a dense copy; cholesky, if symmetric or Hermitian positive definite; cg, conjugate "
-                   "gradients, if real symmetric positive definite; fgmres, if real; auto chooses")
-        ->check(CLI::IsMember({"auto", "lu", "cholesky", "cg", "fgmres"}))
-        ->option_text("auto|lu|cholesky|cg|fgmres [auto]");
+    app.add_option(
+           "--method", o.settings.method,
+           "lu, of a dense copy; cholesky, if symmetric or Hermitian positive definite; ldl, if symmetric "
+           "or Hermitian; cg, conjugate gradients, if real symmetric positive definite; fgmres, if real; auto chooses")
+        ->check(CLI::IsMember({"auto", "lu", "cholesky", "ldl", "cg", "fgmres"}))
+        ->option_text("auto|lu|cholesky|ldl|cg|fgmres [auto]");
     declare_iterations(app, o.settings);
     app.add_option("--rhs", o.right_hand_side,
                    "Right-hand side: known (A times ones, so that the error is known), ones, load (the generated "
@@ -88,7 +89,7 @@ void choose_by_options(const CLI::App& app, Settings& settings) {
         throw common::UsageError("--precond ilut belongs to method fgmres: cg needs a symmetric preconditioner");
     for (const std::string option : {"--precond", "--tolerance", "--max-iterations", "--plot"}) {
         if (app.count(option) == 0) continue;
-        if (settings.method == "lu" || settings.method == "cholesky")
+        if (settings.method == "lu" || settings.method == "cholesky" || settings.method == "ldl")
             throw common::UsageError(option + " belongs to methods cg and fgmres");
         settings.iterative = true;
     }

@@ -80,6 +80,11 @@ void print(const Report& r) {
     std::printf("time         %s %.3f s, setup %.3f s, solve %.3f s\n", r.generated ? "generate" : "read",
                 r.times.input, r.times.setup, r.times.solve);
     std::printf("residual     %.2e  |b - A x| / (|A| |x| + |b|)\n", r.residual);
+    if (r.bounds.condition > 0.0) {
+        std::printf("condition    %.2e  |A| |A^-1|\n", r.bounds.condition);
+        std::printf("bounds       %.2e  forward, |x - exact| / |x|; backward %.2e, by elements of A and b\n",
+                    r.bounds.forward, r.bounds.backward);
+    }
     if (r.error != nullptr) std::printf("error        %.2e  |x - x_known| / |x_known|\n", *r.error);
     std::printf("memory       %.0f MiB at the peak\n", peak_megabytes());
 }

@@ -1,6 +1,7 @@
 // The short report at the end of a run, and the figures that it needs.
 #pragma once
 
+#include "error_bounds.hpp"
 #include "matrix_market.hpp"
 #include "method.hpp"
 
@@ -27,6 +28,7 @@ struct Report {
     Outcome outcome;
     Times times;
     double residual = 0.0;
+    ErrorBounds bounds;
     const double* error = nullptr; // null when the solution is not known
     bool generated = false;
 };
