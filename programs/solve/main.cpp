@@ -93,6 +93,7 @@ template <class T> int run(const SparseMatrix<T>& a, const Input& input, const O
     times.solve = watch.lap();
 
     if (!options.quiet) {
+        const double condition = method->condition();
         const double error = rhs.solution ? relative_error(x, *rhs.solution) : 0.0;
         print({.source = source_of(options),
                .facts = facts(a),
@@ -102,7 +103,7 @@ template <class T> int run(const SparseMatrix<T>& a, const Input& input, const O
                .outcome = outcome,
                .times = times,
                .residual = scaled_residual(a, rhs.b, x),
-               .backward_error = outcome.factors ? backward_error(a, rhs.b, x) : 0.0,
+               .bounds = outcome.direct() ? error_bounds(a, rhs.b, x, condition) : ErrorBounds{},
                .error = rhs.solution ? &error : nullptr,
                .generated = options.file.empty()});
     }

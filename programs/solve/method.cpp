@@ -14,6 +14,7 @@ template <class T> std::unique_ptr<Method<T>> make_general_method(const Settings
     if (settings.method == "direct") return make_sparse_direct<T>(settings);
     if (settings.method == "lu") return make_lu<T>();
     if (settings.method == "cholesky") return make_cholesky<T>();
+    if (settings.method == "ldl") return make_ldl<T>();
     throw common::UsageError("no method of the name '" + settings.method + "'");
 }
 

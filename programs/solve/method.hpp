@@ -81,6 +81,8 @@ template <class T> class Method {
     virtual void set_up(const SparseMatrix<T>& a) = 0;
     /// Solves A X = B, from X = 0 where that matters; an iterative method tells `observe` about every iteration.
     virtual Outcome solve(const Block<T>& b, Block<T>& x, const Observer& observe) = 0;
+    /// The condition number |A| |A^-1|, infinity norms, as the factors tell it; 0 where they do not.
+    virtual double condition() const { return 0.0; }
     /// For the report, after set_up: the method's name and settings.
     virtual std::string description() const = 0;
 };
@@ -93,6 +95,13 @@ std::unique_ptr<Method<double>> make_fgmres(const Settings& settings);
 template <class T> std::unique_ptr<Method<T>> make_lu();
 template <class T> std::unique_ptr<Method<T>> make_cholesky();
 template <class T> std::unique_ptr<Method<T>> make_sparse_direct(const Settings& settings);
+template <class T> std::unique_ptr<Method<T>> make_ldl();
+template <class T> std::unique_ptr<Method<T>> make_band_lu();
+template <class T> std::unique_ptr<Method<T>> make_band_cholesky();
+
+/// Whether the band between the outermost diagonals, with what interchanges fill in, is about as large as what is
+/// stored of the matrix.
+template <class T> bool pays_band(const SparseMatrix<T>& a);
 
 /// Chooses when it sees the matrix. Sparse ones go to the sparse direct method; of dense ones, what may be positive
 /// definite is tried by Cholesky, and all else goes to LU. Real matrices whose factors do not fit into memory are left

@@ -1,4 +1,4 @@
-// The choice of a method by the matrix: sparse factors; Cholesky or LU where it is dense; conjugate gradients or FGMRES
+// The choice of a method by the matrix: factors of a narrow band; sparse factors; Cholesky or LU where it is dense; conjugate gradients or FGMRES
 // where factors do not fit into memory, or where the user asks for iterations.
 #include "method.hpp"
 
@@ -23,6 +23,7 @@ template <class T> class Automatic final : public Method<T> {
     void set_up(const SparseMatrix<T>& a) override {
         const std::string doubt = doubt_of_definiteness(a);
         if (settings_.iterative) return iterate_or_refuse(a, "", doubt);
+        if (pays_band(a)) return set_up_band(a, doubt.empty());
         if (!is_dense(a.n, a.entries())) return set_up_sparse(a, doubt);
         if (fits_dense<T>(a.n)) return set_up_dense(a, doubt);
         iterate_or_refuse(a, dense_need<T>(a.n) + ", ", doubt);
@@ -33,9 +34,20 @@ template <class T> class Automatic final : public Method<T> {
         take(make_lu<T>(), *fallback_, "method direct met pivots too small");
         return chosen_->solve(b, x, observe);
     }
+    double condition() const override { return chosen_->condition(); }
     std::string description() const override { return chosen_->description() + " (auto: " + reason_ + ")"; }
 
   private:
+    void set_up_band(const SparseMatrix<T>& a, bool may_be_definite) {
+        if (may_be_definite) {
+            try {
+                return take(make_band_cholesky<T>(), a, "narrow band, positive definite");
+            } catch (const Refusal&) { // LU has the last word
+            }
+        }
+        take(make_band_lu<T>(), a, "narrow band");
+    }
+
     void take(std::unique_ptr<Method<T>> method, const SparseMatrix<T>& a, const std::string& reason) {
         chosen_ = std::move(method); // frees what the one before held
         chosen_->set_up(a);

@@ -1,31 +1,21 @@
 // The direct methods: the matrix is made dense, factored once, and all right-hand sides are solved together.
 // LU with row interchanges is dgetrf and dgetrs, Cholesky dpotrf and dpotrs; zgetrf and so on for complex matrices.
-#include "common/interrupt.hpp"
-#include "common/stopwatch.hpp"
-#include "method.hpp"
-#include "progress.hpp"
+#include "direct_method.hpp"
 
 #include "nxl.h"
 
-#include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
-#include <new>
 #include <unistd.h>
 
 namespace solve {
 namespace {
 
-/// A flop of complex numbers, taken over additions and products in equal number, is four of real ones.
-template <class T> constexpr double kRealFlops = std::is_same_v<T, double> ? 1.0 : 4.0;
-
-double cube(int n) { return static_cast<double>(n) * n * n; }
-
 template <class T> double dense_bytes(int n) { return static_cast<double>(n) * n * sizeof(T); }
 
-/// The dense copy, column by column. Rows are copied 64 columns at a time: so many cache lines and pages stay at hand
-/// for the rows that follow.
+} // namespace
+
+/// Rows are copied 64 columns at a time: so many cache lines and pages stay at hand for the rows that follow.
 template <class T> std::vector<T> column_major(const SparseMatrix<T>& a) {
     const auto n = static_cast<std::size_t>(a.n);
     std::vector<T> dense(n * n);
@@ -43,61 +33,7 @@ template <class T> std::vector<T> column_major(const SparseMatrix<T>& a) {
     return dense;
 }
 
-/// Our arguments are good: what is below 0 says that a routine had no memory to work with.
-void expect_memory(int info) {
-    if (info < 0) throw std::bad_alloc();
-}
-
-template <class T> class Direct : public Method<T> {
-  public:
-    void set_up(const SparseMatrix<T>& a) final {
-        check(a);
-        n_ = a.n;
-        dense_ = column_major(a);
-        const int info = watched_factor();
-        expect_memory(info);
-        if (info > 0) refuse(info);
-    }
-
-    Outcome solve(const Block<T>& b, Block<T>& x, const Observer& /*observe*/) final {
-        x = b;
-        expect_memory(substitute(x));
-        const auto finite = [](const T& value) { return std::isfinite(std::abs(value)); };
-        Outcome outcome;
-        outcome.operations = operations();
-        outcome.factor_seconds = seconds_;
-        outcome.converged = std::all_of(x.value.begin(), x.value.end(), finite);
-        if (!outcome.converged) outcome.trouble = "the numbers left the range of doubles";
-        return outcome;
-    }
-
-  protected:
-    /// Throws Refusal before any memory is taken.
-    virtual void check(const SparseMatrix<T>& a) const = 0;
-    /// Factors the dense matrix in its place; returns info.
-    virtual int factor() = 0;
-    [[noreturn]] virtual void refuse(int info) const = 0;
-    /// Replaces right-hand sides by solutions; returns info.
-    virtual int substitute(Block<T>& x) const = 0;
-    virtual double operations() const = 0;
-
-    int n_ = 0;
-    std::vector<T> dense_; // column by column; the factors once set_up is through
-
-  private:
-    /// Throws Interrupted when the user has stopped it: then the factors are not whole, whatever info says.
-    int watched_factor() {
-        const common::Interruptible interruptible;
-        const FactorisationProgress progress(n_);
-        common::Stopwatch watch;
-        const int info = factor();
-        seconds_ = watch.lap();
-        common::stop_if_interrupted();
-        return info;
-    }
-
-    double seconds_ = 0.0;
-};
+namespace {
 
 void factor_lu(const int& n, double* a, int* pivots, int& info) { dgetrf(&n, &n, a, &n, pivots, &info); }
 void factor_lu(const int& n, Complex* a, int* pivots, int& info) { zgetrf(&n, &n, a, &n, pivots, &info); }
@@ -123,14 +59,22 @@ template <class T> class Lu final : public Direct<T> {
     int factor() override {
         int info = 0;
         pivots_.resize(static_cast<std::size_t>(this->n_));
-        factor_lu(this->n_, this->dense_.data(), pivots_.data(), info);
+        factor_lu(this->n_, this->values_.data(), pivots_.data(), info);
         return info;
     }
     [[noreturn]] void refuse(int info) const override {
         throw Refusal("the matrix is singular: column " + std::to_string(info) +
                       " depends on the columns before it, as method lu finds");
     }
-    int substitute(Block<T>& x) const override { return solve_lu(this->n_, this->dense_.data(), pivots_.data(), x); }
+    int substitute(Block<T>& x) const override { return solve_lu(this->n_, this->values_.data(), pivots_.data(), x); }
+    double reciprocal_condition(double norm) const override {
+        double rcond = 0.0;
+        int info = 0;
+        ConditionSpace<T> space(this->n_);
+        routine_of<T>(dgecon, zgecon)("I", &this->n_, this->values_.data(), &this->n_, &norm, &rcond, space.work.data(),
+                                      space.spare.data(), &info, 1);
+        return rcond;
+    }
     double operations() const override { return kRealFlops<T> * 2.0 / 3.0 * cube(this->n_); }
 
     std::vector<int> pivots_;
@@ -162,14 +106,22 @@ template <class T> class Cholesky final : public Direct<T> {
     }
     int factor() override {
         int info = 0;
-        factor_cholesky(this->n_, this->dense_.data(), info);
+        factor_cholesky(this->n_, this->values_.data(), info);
         return info;
     }
     [[noreturn]] void refuse(int info) const override {
         throw Refusal("method cholesky needs a positive definite matrix, but the leading minor of order " +
                       std::to_string(info) + " is not positive");
     }
-    int substitute(Block<T>& x) const override { return solve_cholesky(this->n_, this->dense_.data(), x); }
+    int substitute(Block<T>& x) const override { return solve_cholesky(this->n_, this->values_.data(), x); }
+    double reciprocal_condition(double norm) const override {
+        double rcond = 0.0;
+        int info = 0;
+        ConditionSpace<T> space(this->n_);
+        routine_of<T>(dpocon, zpocon)("L", &this->n_, this->values_.data(), &this->n_, &norm, &rcond, space.work.data(),
+                                      space.spare.data(), &info, 1);
+        return rcond;
+    }
     double operations() const override { return kRealFlops<T> / 3.0 * cube(this->n_); }
 };
 
@@ -192,6 +144,8 @@ template <class T> std::string dense_need(int n) { return memory_need(dense_byte
 template <class T> std::unique_ptr<Method<T>> make_lu() { return std::make_unique<Lu<T>>(); }
 template <class T> std::unique_ptr<Method<T>> make_cholesky() { return std::make_unique<Cholesky<T>>(); }
 
+template std::vector<double> column_major(const SparseMatrix<double>&);
+template std::vector<Complex> column_major(const SparseMatrix<Complex>&);
 template bool fits_dense<double>(int);
 template bool fits_dense<Complex>(int);
 template std::string dense_need<double>(int);

@@ -64,10 +64,10 @@ void declare(CLI::App& app, Options& o) {
     app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
     app.add_option("--method", o.settings.method,
                    "direct, sparse factors; lu, of a dense copy; cholesky, the same if symmetric or Hermitian positive "
-                   "definite; cg, conjugate gradients, if real symmetric positive definite; fgmres, if real; auto "
-                   "chooses")
-        ->check(CLI::IsMember({"auto", "direct", "lu", "cholesky", "cg", "fgmres"}))
-        ->option_text("auto|direct|lu|cholesky|cg|fgmres [auto]");
+                   "definite; ldl, the same if symmetric or Hermitian; cg, conjugate gradients, if real symmetric "
+                   "positive definite; fgmres, if real; auto chooses")
+        ->check(CLI::IsMember({"auto", "direct", "lu", "cholesky", "ldl", "cg", "fgmres"}))
+        ->option_text("auto|direct|lu|cholesky|ldl|cg|fgmres [auto]");
     declare_factors(app, o.settings);
     declare_iterations(app, o.settings);
     app.add_option("--rhs", o.right_hand_side,
@@ -101,7 +101,8 @@ void choose_by_options(const CLI::App& app, Settings& settings) {
         throw common::UsageError("--precond ilut belongs to method fgmres: cg needs a symmetric preconditioner");
     for (const std::string option : {"--precond", "--tolerance", "--max-iterations", "--plot"}) {
         if (app.count(option) == 0) continue;
-        if (settings.method == "lu" || settings.method == "cholesky" || settings.method == "direct")
+        if (settings.method == "lu" || settings.method == "cholesky" || settings.method == "ldl" ||
+            settings.method == "direct")
             throw common::UsageError(option + " belongs to methods cg and fgmres");
         settings.iterative = true;
     }

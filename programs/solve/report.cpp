@@ -46,25 +46,6 @@ template <class T> double scaled_residual(const SparseMatrix<T>& a, const Block<
     return worst;
 }
 
-template <class T> double backward_error(const SparseMatrix<T>& a, const Block<T>& b, const Block<T>& x) {
-    double worst = 0.0;
-    for (int k = 0; k < b.count; ++k) {
-        const T *const right = b.column(k), *const solution = x.column(k);
-        for (int i = 0; i < a.n; ++i) {
-            const auto [columns, values] = a.row(i);
-            T residual = right[i];
-            double size = std::abs(right[i]);
-            for (std::size_t e = 0; e < columns.size(); ++e) {
-                const T term = values[e] * solution[columns[e]];
-                residual -= term;
-                size += std::abs(term);
-            }
-            worst = worse(worst, ratio(std::abs(residual), size));
-        }
-    }
-    return worst;
-}
-
 template <class T> double relative_error(const Block<T>& x, const Block<T>& exact) {
     double worst = 0.0;
     for (int k = 0; k < x.count; ++k) {
@@ -117,15 +98,17 @@ void print(const Report& r) {
     std::printf("time         %s %.3f s, setup %.3f s, solve %.3f s\n", r.generated ? "generate" : "read",
                 r.times.input, r.times.setup, r.times.solve);
     std::printf("residual     %.2e  |b - A x| / (|A| |x| + |b|)\n", r.residual);
-    if (r.outcome.factors) std::printf("backward     %.2e  the same by elements\n", r.backward_error);
+    if (r.bounds.condition > 0.0) {
+        std::printf("condition    %.2e  |A| |A^-1|\n", r.bounds.condition);
+        std::printf("bounds       %.2e  forward, |x - exact| / |x|; backward %.2e, by elements of A and b\n",
+                    r.bounds.forward, r.bounds.backward);
+    } else if (r.outcome.factors) std::printf("backward     %.2e  the same by elements\n", r.bounds.backward);
     if (r.error != nullptr) std::printf("error        %.2e  |x - x_known| / |x_known|\n", *r.error);
     std::printf("memory       %.0f MiB at the peak\n", peak_megabytes());
 }
 
 template double scaled_residual(const SparseMatrix<double>&, const Block<double>&, const Block<double>&);
 template double scaled_residual(const SparseMatrix<Complex>&, const Block<Complex>&, const Block<Complex>&);
-template double backward_error(const SparseMatrix<double>&, const Block<double>&, const Block<double>&);
-template double backward_error(const SparseMatrix<Complex>&, const Block<Complex>&, const Block<Complex>&);
 template double relative_error(const Block<double>&, const Block<double>&);
 template double relative_error(const Block<Complex>&, const Block<Complex>&);
 template std::string facts(const SparseMatrix<double>&);

@@ -1,6 +1,7 @@
 // The short report at the end of a run, and the figures that it needs.
 #pragma once
 
+#include "error_bounds.hpp"
 #include "matrix_market.hpp"
 #include "method.hpp"
 
@@ -15,10 +16,6 @@ struct Times {
 /// The largest |b - A x| / (|A| |x| + |b|) over the columns, infinity norms; 0 where all is 0.
 template <class T> double scaled_residual(const SparseMatrix<T>& a, const Block<T>& b, const Block<T>& x);
 
-/// The largest |b - A x| / (|A| |x| + |b|) of an element: the relative change of the entries of A and b that x would
-/// solve exactly. Oettli and Prager, Numer. Math. 6 (1964).
-template <class T> double backward_error(const SparseMatrix<T>& a, const Block<T>& b, const Block<T>& x);
-
 /// The largest |x - exact| / |exact| over the columns, infinity norms.
 template <class T> double relative_error(const Block<T>& x, const Block<T>& exact);
 
@@ -31,7 +28,7 @@ struct Report {
     Outcome outcome;
     Times times;
     double residual = 0.0;
-    double backward_error = 0.0;   // of a sparse direct method
+    ErrorBounds bounds; // of a direct method
     const double* error = nullptr; // null when the solution is not known
     bool generated = false;
 };

@@ -1,5 +1,7 @@
 // Symmetric indefinite and Hermitian systems through the entries: factors, solutions, inverses, conditions, refinement.
 // CTest runs this program on two of the kernel targets.
+#include "tests/support/captured.hpp"
+#include "tests/support/host_allocator.hpp"
 #include "tests/support/lapack.hpp"
 #include <array>
 
@@ -249,6 +251,38 @@ TYPED_TEST(Indefinite, Solutions) {
                     }
                 }
             });
+}
+
+/// With the k-th allocation failing for every k, factors and solution are as ever, or that there was no memory is told.
+TYPED_TEST(Indefinite, EveryAllocationMayFail) {
+    using T = typename TypeParam::T;
+    const int n = 150, nrhs = 3;
+    TestFixture::with_factors(Kind::random, n, [&](char uplo, const auto& a, const auto& f) {
+        const LapackMatrix<T> b = matrix_of<T>(MatrixKind::random, n, nrhs);
+        for (long failing = 1; failing <= 6; ++failing) {
+            Factored<T> ours = f;
+            NXL_FreeBuffers();
+            fail_allocation(failing);
+            std::string printed = printed_by([&] { ours = TestFixture::factors(uplo, a, 1); });
+            fail_allocation(0);
+            EXPECT_EQ(ours.info, printed.empty() ? 0 : -1000) << failing;
+            if (printed.empty()) EXPECT_EQ(ours.ipiv, f.ipiv) << failing;
+            LapackMatrix<T> x = b;
+            int info = -99;
+            NXL_FreeBuffers();
+            fail_allocation(failing);
+            printed = printed_by([&] {
+                TypeParam::trs(&uplo, &n, &nrhs, f.factors.elements.data(), &a.lda, f.ipiv.data(), x.data(), &x.lda,
+                               &info, 1);
+            });
+            fail_allocation(0);
+            EXPECT_EQ(info, printed.empty() ? 0 : -1000) << failing;
+            const std::vector<T> column(&x.at(0, 0), &x.at(0, 0) + n), right(&b.at(0, 0), &b.at(0, 0) + n);
+            const auto r = TestFixture::difference(TestFixture::product(a, column), right);
+            if (!printed.empty()) EXPECT_EQ(column, right) << failing;
+            else EXPECT_LE(TestFixture::largest(r) / TestFixture::norm(a) / TestFixture::largest(column), n * eps);
+        }
+    });
 }
 
 /// The inverse, and with it the condition: the estimate is not below the true one and seldom far above.

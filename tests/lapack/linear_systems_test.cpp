@@ -1,5 +1,7 @@
 // Band and full systems, from the factorisation to the error bounds, against the reference LAPACK. Matrices of every
 // storage are filled by one function; what lies outside of them is NaN and has to stay.
+#include "tests/support/captured.hpp"
+#include "tests/support/host_allocator.hpp"
 #include "tests/support/lapack.hpp"
 #include <cmath>
 #include <numeric>
@@ -236,7 +238,7 @@ struct Sizes {
 };
 /// Narrow bands and blocked ones, wider than the matrix too, and sizes around a block. Each meets both triangles.
 constexpr Sizes sizes[] = {{0, 0, 0},   {1, 3, 2},    {5, 0, 0},    {7, 2, 9},    {33, 5, 4},
-                           {70, 13, 0}, {97, 20, 31}, {130, 40, 3}, {64, 70, 66}, {200, 33, 50}};
+                           {70, 13, 0}, {97, 20, 31}, {130, 40, 3}, {64, 70, 66}, {210, 97, 50}};
 
 template <class System> void for_each_system(const std::string& without, auto&& body) {
     for (const Kind kind : kinds) {
@@ -331,6 +333,50 @@ TYPED_TEST(LinearSystem, RefinementMendsWhatIsSpoilt) {
             EXPECT_LE(difference(x, expected), 4.0 * std::max({ferr[0], ferr[1], eps}));
         }
     });
+}
+
+/// With the k-th allocation failing for every k, a step is done by the road that needs no memory, or nothing happened
+/// and that is told.
+TYPED_TEST(LinearSystem, EveryAllocationMayFail) {
+    using T = typename decltype(TypeParam::a.elements)::value_type;
+    const int n = 130, count = 3;
+    const TypeParam system(Kind::dominated, n, 40, 20);
+    TypeParam whole = system;
+    whole.factor(true);
+    const std::vector<T> b = random_values<T>(n * count, 5);
+    std::vector<T> x = b;
+    whole.solve(true, *TypeParam::solutions, count, x, n);
+    Work<T> work(n);
+    double rcond = 0.0, ferr[3], berr[3];
+    whole.condition(true, *TypeParam::norms, 1.0, rcond, work);
+    for (long failing = 1; failing <= 6; ++failing) {
+        const auto starved = [&](TypeParam& of, auto&& step, auto&& done, auto&& untouched) {
+            NXL_FreeBuffers();
+            fail_allocation(failing);
+            const std::string printed = printed_by(step);
+            fail_allocation(0);
+            EXPECT_EQ(of.info, printed.empty() ? 0 : -1000) << failing;
+            EXPECT_TRUE(printed.empty() ? done() : untouched()) << failing << printed;
+        };
+        TypeParam ours = system;
+        starved(
+            ours, [&] { ours.factor(true); },
+            [&] { return difference(ours.factors.elements, whole.factors.elements) <= 1e-10; },
+            [&] { return difference(ours.factors.elements, system.factors.elements) == 0.0; });
+        ours = whole;
+        std::vector<T> y = b;
+        starved(
+            ours, [&] { ours.solve(true, *TypeParam::solutions, count, y, n); },
+            [&] { return difference(x, y) <= 1e-10; }, [&] { return y == b; });
+        double found = -1.0;
+        starved(
+            ours, [&] { ours.condition(true, *TypeParam::norms, 1.0, found, work); },
+            [&] { return std::abs(found - rcond) <= 1e-10 * rcond; }, [&] { return found == -1.0; });
+        y = x;
+        starved(
+            ours, [&] { ours.refine(true, *TypeParam::solutions, count, b, y, n, ferr, berr, work); },
+            [&] { return difference(x, y) <= 1e-10; }, [&] { return y == x; });
+    }
 }
 
 /// More rows than columns and more columns than rows; a team; no positive minor after the first.

@@ -38,6 +38,19 @@ std::string random_matrix(const std::string& format, const std::string& field, c
            (coordinate ? " " + std::to_string(count) : "") + "\n" + lines;
 }
 
+/// A matrix of order 40 with so much on the diagonals -1, 0 and 1.
+std::string tridiagonal(double below, double diagonal, double above) {
+    std::string lines;
+    for (int i = 1; i <= 40; ++i)
+        for (int j = std::max(1, i - 1); j <= std::min(40, i + 1); ++j)
+            lines += std::to_string(i) + " " + std::to_string(j) + " " +
+                     std::to_string(j < i    ? below
+                                    : j == i ? diagonal
+                                             : above) +
+                     "\n";
+    return kBanner + "coordinate real general\n40 40 118\n" + lines;
+}
+
 struct Kind {
     const char *field, *symmetry, *choice;
 };
@@ -58,6 +71,7 @@ TEST_F(Program, SolvesEveryKindOfMatrixDirectly) {
             for (const std::string options : {" --nrhs 3", " --method lu"}) {
                 const auto run = this->run("a.mtx" + options);
                 EXPECT_EQ(run.status, 0) << run.err;
+                EXPECT_LE(number_after(run.out, "\nerror "), number_after(run.out, "\nbounds ")) << run.out;
                 const std::string method = options == " --method lu" ? "lu" : choice;
                 EXPECT_NE(run.out.find("method       " + method + "\n"), std::string::npos) << run.out;
                 EXPECT_LT(number_after(run.out, "residual     "), 1e-14) << run.out;
@@ -71,7 +85,7 @@ TEST_F(Program, SolvesEveryKindOfMatrixDirectly) {
 TEST_F(Program, SolvesTheHermitianSystemAndNotItsConjugate) {
     write("a.mtx", kBanner + "array complex hermitian\n2 2\n2 0\n1 1\n3 0\n");
     write("b.mtx", kBanner + "array complex general\n2 2\n1 0\n0 1\n0 0\n4 0\n");
-    for (const std::string method : {"cholesky", "lu"}) {
+    for (const std::string method : {"cholesky", "lu", "ldl"}) {
         ASSERT_EQ(run("a.mtx --rhs b.mtx --output x.mtx --method " + method).status, 0);
         const auto x = solve::read_block<Complex>(common::open_lines((folder_ / "x.mtx").string()), 2);
         const Complex expected[] = {{0.5, -0.25}, {-0.25, 0.25}, {-1.0, 1.0}, {2.0, 0.0}};
@@ -98,7 +112,15 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
     write("negative.mtx", kBanner + "array real symmetric\n2 2\n1\n0\n-1\n");
     write("values.mtx", kBanner + "array complex general\n2 2\n2 0\n1 1\n1 -1\n3 0\n");
     write("shift.mtx", kBanner + "coordinate real general\n3 3 3\n1 2 1\n2 3 1\n3 1 1\n");
+    write("symmetric.mtx", kBanner + "array complex symmetric\n2 2\n1 1\n2 0\n1 3\n");
+    write("band.mtx", tridiagonal(-2.0, 0.5, 1.0));
+    write("definite.mtx", tridiagonal(-1.0, 2.5, -1.0));
+    write("rest.mtx", tridiagonal(-1.0, 0.5, -1.0));
     const std::pair<std::string, std::string> choices[] = {
+        {"symmetric.mtx --method ldl", "ldl"},
+        {"band.mtx", "band lu, width 1 below and 1 above (auto: narrow band)"},
+        {"definite.mtx", "band cholesky, width 1 (auto: narrow band, positive definite)"},
+        {"rest.mtx", "band lu, width 1 below and 1 above (auto: narrow band)"},
         {"indefinite.mtx", "lu (auto: method cholesky needs a positive definite matrix, but the leading minor of order "
                            "2 is not positive)"},
         {"negative.mtx", "lu (auto: diagonal entry 2 is not positive)"},

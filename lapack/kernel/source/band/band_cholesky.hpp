@@ -7,8 +7,7 @@ namespace nxl {
 /// B := (U^H U)^-1 B or (L L^H)^-1 B
 template <class T> void solve_band_cholesky(char uplo, const Columns<const T>& factor, const Matrix<T>& b) {
     for (const char trans : {uplo == 'U' ? 'C' : 'N', uplo == 'U' ? 'N' : 'C'})
-        if (b.columns == 1) solve_triangle(uplo, trans, 'N', factor, b.data);
-        else solve_triangle(uplo, trans, 'N', factor, b);
+        solve_triangle(uplo, trans, 'N', factor, b);
 }
 
 } // namespace nxl

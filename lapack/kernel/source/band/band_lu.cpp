@@ -1,10 +1,12 @@
-// Solutions with the factors of a band. One right-hand side goes through L column by column. For many, a block of L's
+// Solutions with the factors of a band. One right-hand side goes through L by some columns at
+// a time, in narrow bands one by one. For many, a block of L's
 // columns is copied, and the interchanges after each of them are made in the copy: then it is the panel of an ordinary
 // factorisation. Du Croz, Mayes and Radicati, LAPACK Working Note 21 (1990).
 #include "lapack/kernel/source/band/band_lu.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/band/band_triangle.hpp"
 #include "lapack/kernel/source/band/narrow_columns.hpp"
+#include "lapack/kernel/source/band/strip.hpp"
 #include "lapack/kernel/source/lu/laswp.hpp"
 #include "service/scratch.hpp"
 #include <utility>
@@ -23,6 +25,42 @@ template <class T> template <i64 Count> void BandLu<T>::lower_columns(char trans
             if (trans == 'N') subtract_multiple(count, y[j], column, y + j + 1);
         }
     }
+}
+
+/// The product with the strip's rectangle passes over the rows in it that interchanges move: these are `kept`, and go
+/// through the columns one by one.
+template <class T> void BandLu<T>::lower_strip(char trans, const Slice& strip_columns, T* x) const {
+    const Strip<T> strip(lower, true, strip_columns);
+    i64 rows[Strip<T>::most], count = 0;
+    T kept[Strip<T>::most];
+    const auto place = [&](i64 row) {
+        const i64 k = std::find(rows, rows + count, row) - rows;
+        return k < count ? kept + k : x + row;
+    };
+    for (i64 c = strip_columns.start; c < strip_columns.end(); ++c)
+        if (const i64 row = ipiv[c] - 1; row >= strip.rectangle.start && row < strip.rectangle.end())
+            if (place(row) == x + row) {
+                rows[count] = row;
+                kept[count++] = x[row];
+            }
+    if (trans != 'N') {
+        for (i64 k = 0; k < count; ++k) x[rows[k]] = T{};
+        strip.subtract_rectangle(trans, x);
+    }
+    for (i64 step = 0; step < strip_columns.count; ++step) {
+        const i64 c = trans == 'N' ? strip_columns.start + step : strip_columns.end() - 1 - step;
+        if (trans != 'N') {
+            x[c] -= strip.edge_dot(trans == 'C', c, x);
+            for (i64 k = 0; k < count; ++k) x[c] -= conj_if(trans == 'C', lower.a(rows[k], c)) * kept[k];
+        }
+        if (const i64 row = ipiv[c] - 1; row != c) std::swap(x[c], *place(row));
+        if (trans == 'N') {
+            strip.subtract_edges(c, x);
+            for (i64 k = 0; k < count; ++k) kept[k] -= x[c] * lower.a(rows[k], c);
+        }
+    }
+    if (trans == 'N') strip.subtract_rectangle('N', x);
+    for (i64 k = 0; k < count; ++k) x[rows[k]] = kept[k];
 }
 
 template <class T> void BandLu<T>::lower_block(char trans, i64 j, i64 width, const Matrix<T>& b, T* space) const {
@@ -48,6 +86,8 @@ template <class T> void BandLu<T>::lower_block(char trans, i64 j, i64 width, con
 template <class T> void BandLu<T>::solve_lower(char trans, const Matrix<T>& b) const {
     const i64 n = order(), blocks = (n + BandSizes::panel - 1) / BandSizes::panel;
     if (lower.below == 0) return;
+    if (lower.below >= Strip<T>::least && b.columns == 1)
+        return for_strips<T>(n, trans == 'N', [&](const Slice& columns) { lower_strip(trans, columns, b.data); });
     if (lower.below > BandSizes::narrow && b.columns > 1)
         if (const Scratch<T> space((BandSizes::panel + lower.below) * BandSizes::panel); space.data()) {
             for (i64 step = 0; step < blocks; ++step) {
@@ -61,8 +101,7 @@ template <class T> void BandLu<T>::solve_lower(char trans, const Matrix<T>& b) c
 
 template <class T> void BandLu<T>::solve(char trans, const Matrix<T>& b) const {
     if (trans == 'N') solve_lower(trans, b);
-    if (b.columns == 1) solve_triangle('U', trans, 'N', upper, b.data);
-    else solve_triangle('U', trans, 'N', upper, b);
+    solve_triangle('U', trans, 'N', upper, b);
     if (trans != 'N') solve_lower(trans, b);
 }
 

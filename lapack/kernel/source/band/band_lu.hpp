@@ -7,6 +7,7 @@
 //                                               l l l l *      kl multipliers
 #pragma once
 #include "lapack/kernel/source/common/columns.hpp"
+#include "service/slice.hpp"
 
 namespace nxl {
 
@@ -28,6 +29,7 @@ template <class T> struct BandLu {
 
   private:
     template <i64 Count> void lower_columns(char trans, T* x, i64 ld) const;
+    void lower_strip(char trans, const Slice& strip_columns, T* x) const;
     void lower_block(char trans, i64 j, i64 width, const Matrix<T>& b, T* space) const;
 };
 

@@ -1,5 +1,5 @@
-// One right-hand side, and narrow bands: column by column. Many: a block of columns is copied with zeros around the
-// band, which makes it one triangle and one rectangle of level 3.
+// Narrow bands: column by column. One right-hand side: some columns at a time. Many: a block of columns is copied with
+// zeros around the band, which makes it one triangle and one rectangle of level 3.
 //
 //     lower    \ . . .          diagonal: solved with           upper    \ # . .
 //              #\. . .          #: the rectangle                         . \ # .
@@ -7,6 +7,7 @@
 #include "lapack/kernel/source/band/band_triangle.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/band/narrow_columns.hpp"
+#include "lapack/kernel/source/band/strip.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include "service/scratch.hpp"
 
@@ -46,14 +47,32 @@ template <class T> struct BandTriangle {
         for (i64 step = 0; step < n; ++step) {
             const i64 j = ascending() ? step : n - 1 - step, first = off.first(j), count = off.count(j);
             const T* const column = off.a.at(first, j);
-            const T pivot = diag == 'U' ? T(1.0) : conj_if(trans == 'C', all.a(j, j));
+            const Divisor<T> pivot(diag == 'U' ? T(1.0) : conj_if(trans == 'C', all.a(j, j)));
             for (i64 k = 0; k < Count; ++k) {
                 T* const y = x + k * ld;
                 if (trans != 'N') y[j] -= column_dot(trans == 'C', count, column, y + first);
-                if (diag != 'U') y[j] /= pivot;
+                if (diag != 'U') y[j] = pivot.divide(y[j]);
                 if (trans == 'N') subtract_multiple(count, y[j], column, y + first);
             }
         }
+    }
+
+    /// The same for one right-hand side, some columns at a time.
+    void solve_strip(const Slice& columns, T* x) const {
+        const Strip<T> strip(off, uplo == 'L', columns);
+        if (trans != 'N') strip.subtract_rectangle(trans, x);
+        for (i64 step = 0; step < columns.count; ++step) {
+            const i64 c = ascending() ? columns.start + step : columns.end() - 1 - step;
+            if (trans != 'N') x[c] -= strip.edge_dot(trans == 'C', c, x);
+            if (diag != 'U') x[c] = Divisor<T>(conj_if(trans == 'C', all.a(c, c))).divide(x[c]);
+            if (trans == 'N') strip.subtract_edges(c, x);
+        }
+        if (trans == 'N') strip.subtract_rectangle('N', x);
+    }
+
+    void solve_one(T* x) const {
+        if (std::max(all.above, all.below) < Strip<T>::least) return solve_columns<1>(x, 0);
+        for_strips<T>(n, ascending(), [&](const Slice& columns) { solve_strip(columns, x); });
     }
 
     /// Columns j .. j + width - 1, whose rows off the block on the diagonal are from `row` on.
@@ -89,14 +108,15 @@ template <class T> BandTriangle<T> band_triangle(char uplo, char trans, char dia
 template <class T> void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, T* x) {
     if (std::max(triangle.above, triangle.below) + 1 >= triangle.a.rows && triangle.a.ld >= triangle.a.rows)
         return trsv(uplo, trans, diag, triangle.a, x);
-    band_triangle(uplo, trans, diag, triangle).template solve_columns<1>(x, 0);
+    band_triangle(uplo, trans, diag, triangle).solve_one(x);
 }
 
 template <class T>
 void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, const Matrix<T>& b) {
+    if (b.columns == 1) return solve_triangle(uplo, trans, diag, triangle, b.data);
     const auto solver = band_triangle(uplo, trans, diag, triangle);
     const i64 width = std::max(triangle.above, triangle.below);
-    if (width > BandSizes::narrow && b.columns > 1)
+    if (width > BandSizes::narrow)
         if (const Scratch<T> space((BandSizes::panel + width) * BandSizes::panel); space.data())
             return solver.solve_blocks(b, space.data());
     for_groups_of_columns(b, [&](T* x, auto count) { solver.template solve_columns<count>(x, b.ld); });
