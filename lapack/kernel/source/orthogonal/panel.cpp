@@ -11,7 +11,7 @@ namespace nxl {
 namespace {
 
 /// Columns up to which a panel is worked on column by column.
-template <class T> constexpr i64 narrow = is_complex_scalar<T> ? 4 : 8;
+template <class T> constexpr i64 narrow = is_complex_scalar<T> ? 8 : 16;
 
 /// Inner products of unscaled columns stay exact within these squares of norms: neither do they leave the range, nor
 /// does a product with a much smaller column fall out of it.
