@@ -4,6 +4,7 @@
 #include "tests/support/host_allocator.hpp"
 #include <gtest/gtest.h>
 #include <omp.h>
+#include <pthread.h>
 
 namespace {
 
@@ -263,6 +264,36 @@ TEST_P(PardisoIndefinite, ZeroDiagonalsTakePairsOrAreReplaced) {
         EXPECT_EQ(system.parameter(22) + system.parameter(23), 40);
         system.run(-1);
     }
+}
+
+/// Calls body on a thread with a stack on which nothing can recurse from row to row.
+template <class Body> void on_small_stack(Body& body) {
+    pthread_attr_t small;
+    pthread_attr_init(&small);
+    pthread_attr_setstacksize(&small, 256 * 1024);
+    pthread_t thread{};
+    const auto call = [](void* argument) -> void* { return (*static_cast<Body*>(argument))(), nullptr; };
+    ASSERT_EQ(pthread_create(&thread, &small, call, &body), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&small);
+}
+
+/// Trees as deep and as wide as they come; what is quadratic in them would not end.
+TEST(PardisoSizes, LongChainsAndStarsAreSolvedOnASmallStack) {
+    constexpr int n = 100000;
+    auto solve_all = [&] {
+        for (const Shape& shape : {Shape{"chain", chain(n)}, {"star", star(n, n)}})
+            for (const int ordering : {0, 1, 2, 3}) { // 3: the order of the rows
+                System system = prepared(-2, shape.pattern, 6);
+                system.parameter(2) = ordering % 3;
+                system.parameter(5) = ordering == 3 ? 1 : 0;
+                const auto b = system.b;
+                EXPECT_EQ(system.run(13), 0) << shape.name << ", ordering " << ordering;
+                expect_solved(system, b, shape.name);
+                system.run(-1);
+            }
+    };
+    on_small_stack(solve_all);
 }
 
 /// A pivot that fails: its place, what is printed of it, and that nothing is solved with what is left.
