@@ -3,8 +3,12 @@
 #include "solvers_ds/kernel/default/pardiso/nested_dissection.hpp"
 #include "solvers_ds/kernel/default/pardiso/ordering.hpp"
 #include "tests/solvers_ds/graphs.hpp"
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <numeric>
+#include <thread>
 
 namespace {
 
@@ -166,6 +170,27 @@ struct Ordered {
         return graph;
     }
 };
+
+/// A signal that ends the process ends it during a partition too, and is not taken for a fault of the ordering.
+TEST(NestedDissectionDeathTest, LeavesTerminationToTheHost) {
+    const TestGraph graph = grid("grid", 150, 150, 1);
+    const auto partition_until_terminated = [&] {
+        const pthread_t self = pthread_self();
+        std::thread([self] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            pthread_kill(self, SIGTERM);
+        }).detach();
+        std::vector<i32> perm(at(graph.n())), invp = perm, pairs(100);
+        for (;;) {
+            GraphArrays arrays(graph);
+            Separators separators = {.n = 0, .pair = pairs.data()};
+            if (nested_dissection({.n = graph.n(), .xadj = arrays.xadj.data(), .adjncy = arrays.adjncy.data()}, 1,
+                                  perm.data(), invp.data(), separators) != 0)
+                std::_Exit(1);
+        }
+    };
+    EXPECT_EXIT(partition_until_terminated(), testing::KilledBySignal(SIGTERM), "");
+}
 
 TEST(Sssord, FindsTheGraphOfEveryType) {
     const TestGraph graph = random_graph("", 200, 500, 5);

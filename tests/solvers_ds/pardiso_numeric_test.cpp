@@ -4,6 +4,7 @@
 #include "tests/support/host_allocator.hpp"
 #include <gtest/gtest.h>
 #include <omp.h>
+#include <pthread.h>
 
 namespace {
 
@@ -43,6 +44,49 @@ class PardisoNumeric : public testing::TestWithParam<int> {};
 INSTANTIATE_TEST_SUITE_P(, PardisoNumeric, testing::ValuesIn(all_types), [](const auto& info) {
     return (info.param < 0 ? "minus_" : "") + std::to_string(std::abs(info.param));
 });
+
+/// One right-hand side on a factor that is large enough for the subtrees to go to threads: the solution of one thread
+/// up to rounding, in one go and by the sub-steps, with the transpose too.
+TEST_P(PardisoNumeric, SolvesByThreadsWhatOneSolves) {
+    System system(GetParam(), grid(190, 190), 5);
+    NXL_Set_Dynamic(0);
+    system.run(-2);
+    system.parameter(2) = 2;
+    system.parameter(10) = 13;
+    system.parameter(18) = -1;
+    system.parameter(21) = 1;
+    omp_set_num_threads(3); // the count of the analysis is that of the solves
+    ASSERT_EQ(system.run(12), 0);
+    EXPECT_GT(system.parameter(18), 600000) << "too small for three threads";
+    const auto b = system.b;
+    for (const bool transposed : {false, true}) {
+        if (transposed && triangle_type(GetParam())) continue;
+        const auto solved = [&](int threads, const std::vector<int>& steps) {
+            omp_set_num_threads(threads);
+            system.b = b;
+            system.parameter(1) = 2;
+            system.parameter(12) = transposed ? 1 : 0;
+            for (const int ido : steps) {
+                EXPECT_EQ(system.run(ido), 0);
+                if (steps.size() > 1) system.b = system.x;
+            }
+            return system.x;
+        };
+        const std::vector<double> alone = solved(1, {33});
+        expect_solved(system, b, "one thread", transposed);
+        for (const auto& steps : {std::vector<int>{33}, {331, 332, 333}}) {
+            const std::vector<double> together = solved(3, steps);
+            double difference = 0.0, size = 0.0;
+            for (std::size_t i = 0; i < alone.size(); ++i) {
+                difference = std::max(difference, std::abs(alone[i] - together[i]));
+                size = std::max(size, std::abs(alone[i]));
+            }
+            EXPECT_LE(difference, 1e-11 * size) << steps.size() << " steps, transposed " << transposed;
+        }
+    }
+    system.run(-1);
+    omp_set_num_threads(1);
+}
 
 TEST_P(PardisoNumeric, SolvesOnEveryShapeWithEveryOrdering) {
     for (const Shape& shape : shapes())
@@ -220,6 +264,36 @@ TEST_P(PardisoIndefinite, ZeroDiagonalsTakePairsOrAreReplaced) {
         EXPECT_EQ(system.parameter(22) + system.parameter(23), 40);
         system.run(-1);
     }
+}
+
+/// Calls body on a thread with a stack on which nothing can recurse from row to row.
+template <class Body> void on_small_stack(Body& body) {
+    pthread_attr_t small;
+    pthread_attr_init(&small);
+    pthread_attr_setstacksize(&small, 256 * 1024);
+    pthread_t thread{};
+    const auto call = [](void* argument) -> void* { return (*static_cast<Body*>(argument))(), nullptr; };
+    ASSERT_EQ(pthread_create(&thread, &small, call, &body), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&small);
+}
+
+/// Trees as deep and as wide as they come; what is quadratic in them would not end.
+TEST(PardisoSizes, LongChainsAndStarsAreSolvedOnASmallStack) {
+    constexpr int n = 100000;
+    auto solve_all = [&] {
+        for (const Shape& shape : {Shape{"chain", chain(n)}, {"star", star(n, n)}})
+            for (const int ordering : {0, 1, 2, 3}) { // 3: the order of the rows
+                System system = prepared(-2, shape.pattern, 6);
+                system.parameter(2) = ordering % 3;
+                system.parameter(5) = ordering == 3 ? 1 : 0;
+                const auto b = system.b;
+                EXPECT_EQ(system.run(13), 0) << shape.name << ", ordering " << ordering;
+                expect_solved(system, b, shape.name);
+                system.run(-1);
+            }
+    };
+    on_small_stack(solve_all);
 }
 
 /// A pivot that fails: its place, what is printed of it, and that nothing is solved with what is left.

@@ -1,6 +1,7 @@
 #include "solvers_ds/kernel/default/pardiso/nested_dissection.hpp"
 #include "service/scratch.hpp"
 #include <algorithm>
+#include <csignal>
 #include <metis.h>
 #include <numeric>
 #include <type_traits>
@@ -14,6 +15,23 @@ static_assert(std::is_same_v<idx_t, i32>, "METIS has to be the one with 32-bit i
 constexpr i32 kDensePart = 8;
 /// METIS orders rows longer than a tenth of this times the average last, outside its partition.
 constexpr i32 kPruningFactor = 200;
+
+/// METIS takes SIGTERM for a fault of its own while it runs: it would end with an error, and the signal be lost. With
+/// this one the signal waits, and is then the host's as ever. Where METIS runs out of memory it raises SIGABRT.
+class TerminationWaits {
+    sigset_t before_;
+
+  public:
+    TerminationWaits() {
+        sigset_t termination;
+        sigemptyset(&termination);
+        sigaddset(&termination, SIGTERM);
+        pthread_sigmask(SIG_BLOCK, &termination, &before_);
+    }
+    ~TerminationWaits() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    TerminationWaits(const TerminationWaits&) = delete;
+    TerminationWaits& operator=(const TerminationWaits&) = delete;
+};
 
 bool has_dense_rows(const DissectedGraph& graph) {
     i32 longest = 0;
@@ -68,6 +86,7 @@ i32 code_of(int metis_status) {
 i32 dissect_into(i32 parts, const DissectedGraph& graph, i32* options, i32* perm, i32* invp, Separators& separators) {
     const Scratch<i32> sizes(2 * i64{parts} - 1);
     if (!sizes.data()) return kNoMemory;
+    const TerminationWaits waits;
     const i32 code =
         code_of(METIS_NodeNDP(graph.n, graph.xadj, graph.adjncy, nullptr, parts, options, perm, invp, sizes.data()));
     if (code != 0) return code;
@@ -89,6 +108,7 @@ i32 nested_dissection(const DissectedGraph& graph, i32 parts, i32* perm, i32* in
     const bool dense = has_dense_rows(graph);
     if (dense) options[METIS_OPTION_PFACTOR] = kPruningFactor;
     if (parts > 1 && !dense) return dissect_into(parts, graph, options, perm, invp, separators);
+    const TerminationWaits waits;
     return code_of(METIS_NodeND(&n, graph.xadj, graph.adjncy, nullptr, options, perm, invp));
 }
 

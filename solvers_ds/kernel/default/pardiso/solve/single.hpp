@@ -101,7 +101,7 @@ template <class T> class SingleColumn {
     }
 
   public:
-    SingleColumn(T* work, T* buffer) : work_(work), buffer_(buffer) {}
+    SingleColumn(i64, T* work, T* buffer) : work_(work), buffer_(buffer) {}
 
     void forward(const FactorBlock<T>& block, const Triangle<T>& t) const {
         T* const x = work_ + (block.first - 1);

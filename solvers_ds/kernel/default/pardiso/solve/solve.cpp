@@ -1,54 +1,42 @@
 #include "solvers_ds/kernel/default/pardiso/solve/solve.hpp"
-#include "service/parallel.hpp"
-#include "service/scratch.hpp"
-#include "solvers_ds/kernel/default/pardiso/numeric/diagonal_block.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/gather.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/several.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/single.hpp"
+#include "solvers_ds/kernel/default/pardiso/solve/steps.hpp"
 #include <atomic>
 
 namespace nxl::pardiso {
 namespace {
 
-/// The steps on work memory.
-template <class M, class Columns, class T = typename M::T>
-void run_steps(const SolveView<T>& view, i64 width, T* work, const Columns& columns) {
-    const auto block = [&](i32 s) { return block_of(view.supernodes, view.factor, s); };
-    const i32 count = view.supernodes.count;
-    const auto conjugate = [&] { // L^H is applied as L^T is, to the conjugates
-        if constexpr (M::hermitian)
-            for (i64 i = 0; i < view.n * width; ++i) work[i] = std::conj(work[i]);
-    };
-    if (view.steps.forward)
-        for (i32 s = 1; s <= count; ++s) {
-            const FactorBlock<T> own = block(s);
-            columns.forward(own, forward_triangle<M>(own, view.transposed));
-        }
-    if constexpr (M::has_d)
-        if (view.steps.diagonal)
-            for (i32 s = 1; s <= count; ++s) {
-                const FactorBlock<T> own = block(s);
-                divide_by_d<M, DivisorSide::left>(own, width, work + (own.first - 1) * width, width);
-            }
-    if (!view.steps.backward) return;
-    conjugate();
-    for (i32 s = count; s >= 1; --s) {
-        const FactorBlock<T> own = block(s);
-        columns.backward(own, backward_triangle<M>(own, view.transposed));
-    }
-    conjugate();
+/// Whether a solve is worth a team: its time is that of reading the factor.
+template <class T> bool pays_for_subtrees(const SolveView<T>& view) {
+    constexpr i64 entries_per_thread = 200000;
+    return view.threads > 1 && view.factor.xlnz[view.n + 1] > entries_per_thread * view.threads &&
+           !region_would_be_serial();
 }
 
-/// Right-hand sides that are solved for together.
+template <class M, class Columns, class T = typename M::T>
+bool run_steps(const SolveView<T>& view, i64 width, T* work, bool alone) {
+    const SolveSteps<M, Columns> steps(view, width, work);
+    if (alone && pays_for_subtrees(view)) {
+        const Subtrees trees(view.supernodes, std::min(view.threads, i32{largest_team}));
+        if (trees.has_memory() && steps.run_through(trees)) return true;
+    }
+    const Scratch<T> buffer(view.tallest * width);
+    if (buffer.data()) steps.run(buffer.data());
+    return buffer.data() != nullptr;
+}
+
+/// Right-hand sides that are solved for together, with all threads when they are alone.
 template <class M, class T = typename M::T>
-bool solve_block(const SolveView<T>& view, const T* b, T* x, i64 width) {
-    const Scratch<T> work(view.n * width), buffer(view.tallest * width);
-    if (!work.data() || !buffer.data()) return false;
+bool solve_block(const SolveView<T>& view, const T* b, T* x, i64 width, bool alone) {
+    const Scratch<T> work(view.n * width);
+    if (!work.data()) return false;
     psol_fwgath(view, b, width, work.data());
-    if (width == 1) run_steps<M>(view, width, work.data(), SingleColumn<T>(work.data(), buffer.data()));
-    else run_steps<M>(view, width, work.data(), SeveralColumns<T>(width, work.data(), buffer.data()));
-    psol_bwscat(view, work.data(), width, x);
-    return true;
+    const bool done = width == 1 ? run_steps<M, SingleColumn<T>>(view, width, work.data(), alone)
+                                 : run_steps<M, SeveralColumns<T>>(view, width, work.data(), alone);
+    if (done) psol_bwscat(view, work.data(), width, x);
+    return done;
 }
 
 } // namespace
@@ -60,7 +48,7 @@ template <class M> bool solve(const SolveView<typename M::T>& view, const typena
     std::atomic<bool> done{true};
     const auto solve_one = [&](i64 block) {
         const i64 first = block * width;
-        if (!solve_block<M>(view, b + first * n, x + first * n, std::min(width, nb - first)))
+        if (!solve_block<M>(view, b + first * n, x + first * n, std::min(width, nb - first), blocks == 1))
             done.store(false, std::memory_order_relaxed);
     };
     if (view.threads == 1 || blocks <= 1)
