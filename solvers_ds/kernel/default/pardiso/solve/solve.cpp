@@ -1,10 +1,10 @@
 #include "solvers_ds/kernel/default/pardiso/solve/solve.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
-#include "solvers_ds/kernel/default/pardiso/numeric/diagonal_block.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/gather.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/several.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/single.hpp"
+#include "solvers_ds/kernel/default/pardiso/solve/steps.hpp"
 #include <atomic>
 
 namespace nxl::pardiso {
@@ -13,30 +13,13 @@ namespace {
 /// The steps on work memory.
 template <class M, class Columns, class T = typename M::T>
 void run_steps(const SolveView<T>& view, i64 width, T* work, const Columns& columns) {
-    const auto block = [&](i32 s) { return block_of(view.supernodes, view.factor, s); };
-    const i32 count = view.supernodes.count;
-    const auto conjugate = [&] { // L^H is applied as L^T is, to the conjugates
-        if constexpr (M::hermitian)
-            for (i64 i = 0; i < view.n * width; ++i) work[i] = std::conj(work[i]);
-    };
-    if (view.steps.forward)
-        for (i32 s = 1; s <= count; ++s) {
-            const FactorBlock<T> own = block(s);
-            columns.forward(own, forward_triangle<M>(own, view.transposed));
-        }
-    if constexpr (M::has_d)
-        if (view.steps.diagonal)
-            for (i32 s = 1; s <= count; ++s) {
-                const FactorBlock<T> own = block(s);
-                divide_by_d<M, DivisorSide::left>(own, width, work + (own.first - 1) * width, width);
-            }
+    const SupernodeRange all{1, view.supernodes.count};
+    if (view.steps.forward) forward_step<M>(view, all, columns);
+    if (view.steps.diagonal) diagonal_step<M>(view, width, work);
     if (!view.steps.backward) return;
-    conjugate();
-    for (i32 s = count; s >= 1; --s) {
-        const FactorBlock<T> own = block(s);
-        columns.backward(own, backward_triangle<M>(own, view.transposed));
-    }
-    conjugate();
+    conjugate<M>(view.n * width, work);
+    backward_step<M>(view, all, columns);
+    conjugate<M>(view.n * width, work);
 }
 
 /// Right-hand sides that are solved for together.
