@@ -121,7 +121,7 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  * ido, the step; error is 0 unless told otherwise:
  *   11, 12, 13  analysis; analysis and factorisation; both and solution
  *   22, 23, 33  factorisation; factorisation and solution; solution, with error 0 whatever happens while iparam(4)
- *               is 0
+ *               is 0; where files of the factors cannot be read x is NaN
  *   331, 332, 333  the forward, the diagonal and the backward step of a solution
  *   0    frees the factorisation of matrix_number
  *   -1   frees everything and makes the handle new
@@ -161,7 +161,9 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *   26       another than 0: no refinement while iparam(8) is 0, else residuals in doubled precision
  *   27       another than 0: check ia and ja, which otherwise have to be right; 0 afterwards
  *   31, 32, 33  out: where the check found ia or ja wrong, see below
- *   60 [0]   1, 2: out of core, when it has to be, or always
+ *   60 [0]   1, 2: factors on files, when memory does not do for them, or always; read by steps that begin with the
+ *            analysis, before defaults are filled in. How much memory and which files: docs/out-of-core.md
+ *   61, 62, 63  out: megabytes of the analysis, of what stays of it, and of factors in memory
  *   64       out: 105
  *   others are not read, or written 0
  *
@@ -176,7 +178,7 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *    -6       no perfect matching: A is structurally singular; or iparam(13) is 2 to 4
  *    -7       as -1, without messages; a 0 on the diagonal of a diagonal matrix
  *    -8       the graph or the factors are too large for their integers
- *    -9, -10, -11  out of core: memory, opening a file, reading or writing it
+ *    -9, -10, -11  out of core: memory; opening a file, or it belongs to another handle; reading or writing it
  * iparam(27) finds four faults in a pattern; the first one that applies is told, at its last place, in iparam(31..33):
  *   21  ia does not begin with 1 or does not ascend at i: i, ia(i), ia(i+1)
  *   22  a column out of range at j: j, ja(j), neqns

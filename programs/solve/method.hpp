@@ -25,7 +25,8 @@ struct Settings {
     int fill = 10;                       // ilut: the most entries that L, and U, keep of a row
     double drop = 1e-3;                  // ilut: what is smaller, relative to its row, is dropped
     std::string ordering = "nested-dissection"; // direct; or "minimum-degree", "constrained"
-    int refine = -1; // direct: most steps, by residuals in doubled precision; -1: 2 unless the matrix is definite
+    int out_of_core = -1; // direct: megabytes of memory for factors that are on files; -1: none are
+    int refine = -1;      // direct: most steps, by residuals in doubled precision; -1: 2 unless the matrix is definite
 };
 
 /// One iteration, as seen by whoever watches.
@@ -38,12 +39,14 @@ using Observer = std::function<void(const Step&)>;
 
 /// The factors of a sparse matrix.
 struct SparseFactors {
-    int entries = 0;   // with diagonal blocks whole
+    int entries = 0; // with diagonal blocks whole
+    double bytes = 0.0;
     double fill = 0.0; // entries for each one of the matrix that was stored
     bool definite = false, has_signs = false;
     int positive = 0, negative = 0; // pivots, where signs are told
     int replaced = 0;               // pivots that were too small
     int refined = 0;                // steps
+    int window = -1;                // megabytes of memory, where factors were on files
 };
 
 struct Outcome {

@@ -1,4 +1,5 @@
 // The sparse direct method: the matrix is factored as it is, by the kind that its symmetry and its signs allow.
+#include "common/input_error.hpp"
 #include "common/interrupt.hpp"
 #include "common/stopwatch.hpp"
 #include "method.hpp"
@@ -8,9 +9,13 @@
 #include "nxl.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <new>
 #include <optional>
+#include <system_error>
 
 namespace solve {
 namespace {
@@ -58,6 +63,28 @@ template <class T> nxl::MatrixType type_of(const SparseMatrix<T>& a, bool positi
     return real ? general : complex_general;
 }
 
+/// A folder for factors, and the library's settings for it.
+class FactorFolder {
+    std::filesystem::path path_;
+
+  public:
+    explicit FactorFolder(int megabytes) {
+        std::string name = (std::filesystem::temp_directory_path() / "nxl-solve-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr)
+            throw common::InputError(name, std::error_code(errno, std::generic_category()).message());
+        path_ = name;
+        setenv("NXL_PARDISO_OOC_PATH", (path_ / "factors").c_str(), 1);
+        setenv("NXL_PARDISO_OOC_MAX_CORE_SIZE", std::to_string(megabytes).c_str(), 1);
+        setenv("NXL_PARDISO_OOC_KEEP_FILE", "1", 1); // which deletes them
+    }
+    ~FactorFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    FactorFolder(const FactorFolder&) = delete;
+    FactorFolder& operator=(const FactorFolder&) = delete;
+};
+
 template <class T> class SparseDirect final : public Method<T> {
   public:
     explicit SparseDirect(const Settings& settings) : settings_(settings) {}
@@ -66,8 +93,9 @@ template <class T> class SparseDirect final : public Method<T> {
         a_ = &a;
         const Signs signs = signs_of_diagonal(a);
         solver_.emplace(type_of(a, signs.positive), options(a, signs));
+        if (settings_.out_of_core > 0) files_.emplace(settings_.out_of_core);
         expect(solver_->analyse(a.row_start, a.column, a.value));
-        expect_room();
+        if (!files_) expect_room();
         if (!factor()) {
             reason_ = "a trial Cholesky failed";
             solver_->give_up_definiteness();
@@ -83,7 +111,8 @@ template <class T> class SparseDirect final : public Method<T> {
         outcome.factors = figures();
         const double residual = scaled_residual(*a_, b, x);
         outcome.converged = residual <= kGoodResidual;
-        if (!std::isfinite(residual)) outcome.trouble = "the numbers left the range of doubles";
+        if (!std::isfinite(residual) && files_) outcome.trouble = "the files of the factors could not be read";
+        else if (!std::isfinite(residual)) outcome.trouble = "the numbers left the range of doubles";
         else if (!outcome.converged)
             outcome.trouble = "the pivots are too small: the matrix is singular, or close to it";
         return outcome;
@@ -105,6 +134,7 @@ template <class T> class SparseDirect final : public Method<T> {
         const nxl::MatrixType type = type_of(a, signs.positive);
         auto options = nxl::SparseOptions::of(type);
         options.ordering = ordering_of(settings_.ordering);
+        if (settings_.out_of_core > 0) options.out_of_core = nxl::OutOfCore::always;
         if (options.pivots_of_order_2) options.matching = options.scaling = signs.zero; // pairs for the zeros
         return options;
     }
@@ -146,6 +176,7 @@ template <class T> class SparseDirect final : public Method<T> {
     SparseFactors figures() const {
         const auto [positive, negative] = solver_->inertia();
         return {.entries = solver_->factor_size_in_entries(),
+                .bytes = static_cast<double>(solver_->factor_size_in_entries()) * sizeof(T),
                 .fill = static_cast<double>(solver_->factor_size_in_entries()) / solver_->entries(),
                 .definite = definite(),
                 .has_signs =
@@ -153,11 +184,13 @@ template <class T> class SparseDirect final : public Method<T> {
                 .positive = positive,
                 .negative = negative,
                 .replaced = solver_->perturbed_pivots(),
-                .refined = solver_->refinement_steps()};
+                .refined = solver_->refinement_steps(),
+                .window = settings_.out_of_core};
     }
 
     const Settings settings_;
     const SparseMatrix<T>* a_ = nullptr;
+    std::optional<FactorFolder> files_; // outlives the solver
     std::optional<nxl::SparseSolver<T>> solver_;
     std::string reason_;
     double seconds_ = 0.0;

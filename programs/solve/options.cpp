@@ -25,6 +25,14 @@ void declare_factors(CLI::App& app, Settings& s) {
     app.add_option("--refine", s.refine, "Most steps of refinement of method direct, by residuals in doubled precision")
         ->check(CLI::Range(0, 100))
         ->option_text("N [2; 0 if definite]");
+    app.add_option(
+           "--out-of-core", s.out_of_core,
+           "Method direct keeps its factors on files, in the folder TMPDIR or /tmp, and takes so many megabytes of "
+           "memory")
+        ->check(CLI::Range(1, 2000000000))
+        ->expected(0, 1)
+        ->default_str("2000")
+        ->option_text("MB [2000]");
 }
 
 void declare_iterations(CLI::App& app, Settings& s) {
@@ -106,7 +114,7 @@ void choose_by_options(const CLI::App& app, Settings& settings) {
             throw common::UsageError(option + " belongs to methods cg and fgmres");
         settings.iterative = true;
     }
-    for (const std::string option : {"--ordering", "--refine"}) {
+    for (const std::string option : {"--ordering", "--refine", "--out-of-core"}) {
         if (app.count(option) == 0) continue;
         if (settings.iterative || (settings.method != "auto" && settings.method != "direct"))
             throw common::UsageError(option + " belongs to method direct");

@@ -84,6 +84,8 @@ void print_factors(const Outcome& outcome) {
     else if (f.has_signs) std::printf("%d positive, %d negative, %d replaced", f.positive, f.negative, f.replaced);
     else std::printf("%d replaced", f.replaced);
     std::printf("; %d steps of refinement\n", f.refined);
+    if (f.window > 0)
+        std::printf("files        %.0f MB of factors through %d MB of memory\n", 1e-6 * f.bytes, f.window);
 }
 
 } // namespace

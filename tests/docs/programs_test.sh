@@ -21,7 +21,7 @@ count=0
 for file in *.c *.cpp *.f90; do
     case $file in
     *.c) compile=("$c") ;;
-    *.cpp) compile=("$cxx") ;;
+    *.cpp) compile=("$cxx" -std=c++20) ;;
     *) compile=("$fortran" nxl.o) ;;
     esac
     cblas=$(grep -q nxl_cblas.h "$file" && echo -lnxl_gnu || true)

@@ -211,6 +211,17 @@ TEST_F(Program, FactorsEveryKindOfSparseMatrix) {
     }
 }
 
+TEST_F(Program, KeepsFactorsOnFiles) {
+    std::filesystem::create_directory(folder_ / "scratch");
+    const auto run = this->run("--generate poisson2d:90 --nrhs 2 --out-of-core 4", "TMPDIR=scratch");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find(" MB of factors through 4 MB of memory\n"), std::string::npos) << run.out;
+    EXPECT_LT(number_after(run.out, "error "), 1e-10) << run.out;
+    EXPECT_TRUE(std::filesystem::is_empty(folder_ / "scratch"));
+    EXPECT_EQ(this->run("--generate poisson2d:90 --out-of-core 1").status, 1);
+    EXPECT_EQ(this->run("--generate poisson2d:9 --out-of-core", "TMPDIR=/nowhere").status, 1);
+}
+
 // As many entries as rows: not to be taken for a diagonal matrix.
 TEST_F(Program, SolvesAPermutation) {
     write("a.mtx", kBanner + "coordinate real general\n5 5 5\n1 2 2\n2 3 4\n3 1 8\n4 5 2\n5 4 4\n");

@@ -289,7 +289,8 @@ TEST(PardisoSummary, OfAnAnalysisAndOfACleaning) {
     NXL_Set_Num_Threads(1);
     const std::string printed = std::regex_replace(printed_by([&] { ASSERT_EQ(solver.run(11), 0); }),
                                                    std::regex("[0-9]\\.[0-9]{6} s"), "TIME s");
-    EXPECT_EQ(printed, "================  PARDISO: solving a symm. posit. def. system  ================\n"
+    EXPECT_EQ(printed, "=== PARDISO is running in In-Core mode, because iparam(60)=0 ===\n"
+                       "================  PARDISO: solving a symm. posit. def. system  ================\n"
                        "Summary PARDISO: ( reorder to reorder )\n"
                        "================\n"
                        "Times:\n"

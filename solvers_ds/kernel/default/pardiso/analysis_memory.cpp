@@ -49,7 +49,8 @@ i64 layout_supernode_tree(Control control) {
         .words();
 }
 
-i64 layout_structure(Control control, const AnalysisSizes& s) {
+/// The row lists stand last, where they can be cut off.
+i64 layout_structure(Control control, const AnalysisSizes& s, i64 lists) {
     const i64 n = s.n, supernodes = control[Word::supernodes], entries = control[Word::entries];
     return Layout(control)
         .place<i32>(ArrayBase::perm, n)
@@ -57,7 +58,6 @@ i64 layout_structure(Control control, const AnalysisSizes& s) {
         .place<i32>(ArrayBase::snode, n)
         .place<i32>(ArrayBase::xsup, supernodes + 1)
         .place<i64>(ArrayBase::xlindx, supernodes + 1)
-        .place<i32>(ArrayBase::lindx, control[Word::structure_length])
         .place<i64>(ArrayBase::xlnz, n + 1)
         .place<i64>(ArrayBase::xunz, n + 1)
         .place<i32>(ArrayBase::nmod, supernodes)
@@ -71,6 +71,7 @@ i64 layout_structure(Control control, const AnalysisSizes& s) {
         .place<i32>(ArrayBase::scatter_source, entries)
         .place<i32>(ArrayBase::one_by_one, n / 32 + 1)
         .place<i32>(ArrayBase::pnlsch, s.threads > 1 ? supernodes : 0)
+        .place<i32>(ArrayBase::lindx, lists)
         .words();
 }
 
@@ -112,14 +113,20 @@ Fault take_symbolic_blocks(const Handle& handle) {
     const Control control = handle.control();
     const i64 lists = (8 * control[Word::supernodes] + control[Word::structure_length] + 18) / 2;
     const i64 tree = std::max(lists, layout_supernode_tree(control));
-    const i64 structure = layout_structure(control, sizes_of(control)) + 17; // 35 integers
+    const i64 structure =
+        layout_structure(control, sizes_of(control), control[Word::structure_length]) + 17; // 35 integers
     if (const Fault fault = handle.take(HandleWord::struc_s2, 8 * tree, Tag::struc_s2, Account::peak)) return fault;
     return handle.take(HandleWord::struc_fi, 8 * structure, Tag::struc_fi, Account::permanent);
 }
 
-void trim_structure(const Handle& handle) {
+i64 structure_bytes(const Handle& handle) {
     const Control control = handle.control();
-    handle.shrink(HandleWord::struc_fi, 8 * (layout_structure(control, sizes_of(control)) + 3));
+    return 8 * (layout_structure(control, sizes_of(control), control[Word::structure_length]) + 3);
+}
+
+void trim_structure(const Handle& handle) {
+    const i64 lists = handle.ooc().out_of_core() ? 4 * handle.control()[Word::structure_length] : 0;
+    handle.shrink(HandleWord::struc_fi, structure_bytes(handle) - lists / 8 * 8);
 }
 
 void release_work_blocks(const Handle& handle) {

@@ -21,7 +21,10 @@ Fault take_order_blocks(const Handle& handle);
 /// STRUC_S2 and STRUC_FI: the symbolic arrays, once the supernodes are known.
 Fault take_symbolic_blocks(const Handle& handle);
 
-/// Cuts off what STRUC_FI has beyond its arrays. They may move.
+/// Bytes of the arrays of STRUC_FI, with the row lists.
+i64 structure_bytes(const Handle& handle);
+
+/// Cuts off what STRUC_FI has beyond its arrays, and out of core the row lists. They may move.
 void trim_structure(const Handle& handle);
 
 /// Gives back what only the analysis needs.

@@ -4,6 +4,7 @@
 #include "solvers_ds/kernel/default/pardiso/factor_stage.hpp"
 #include "solvers_ds/kernel/default/pardiso/hybrid_stage.hpp"
 #include "solvers_ds/kernel/default/pardiso/matrix_type.hpp"
+#include "solvers_ds/kernel/default/pardiso/out_of_core/ooc_stage.hpp"
 #include "solvers_ds/kernel/default/pardiso/preprocessing.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve_stage.hpp"
 
@@ -19,7 +20,8 @@ Fault run_analysis(const Handle& handle, const Call& call) {
     if (const Fault fault = order_matrix(handle, call)) return fault;
     if (const Fault fault = take_symbolic_blocks(handle)) return fault;
     if (const Fault fault = build_structure(handle, call)) return fault;
-    return prepare_factorization(handle, call);
+    if (const Fault fault = prepare_factorization(handle, call)) return fault;
+    return settle_mode(handle, call);
 }
 
 void release_structure(const Handle& handle) {

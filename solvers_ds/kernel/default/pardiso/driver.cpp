@@ -4,6 +4,7 @@
 #include "solvers_ds/kernel/default/pardiso/error_report.hpp"
 #include "solvers_ds/kernel/default/pardiso/handle.hpp"
 #include "solvers_ds/kernel/default/pardiso/init_parameters.hpp"
+#include "solvers_ds/kernel/default/pardiso/out_of_core/ooc_stage.hpp"
 #include "solvers_ds/kernel/default/pardiso/summary.hpp"
 #include <algorithm>
 
@@ -36,10 +37,7 @@ Fault build_handle(const Handle& handle, const Call& call) {
         handle.control()[Word::construction] = -1;
         return refused(inner::not_initialised);
     }
-    OocContext& ooc = handle.ooc();
-    ooc[OocWord::mode] = call.iparam[Iparam::out_of_core];
-    ooc[OocWord::message_level] = call.messages;
-    ooc[OocWord::file_kinds] = ooc_file_kinds;
+    handle.ooc()[OocWord::file_kinds] = ooc_file_kinds;
     return {};
 }
 
@@ -66,6 +64,7 @@ void clear_memory_figures(Parameters iparam) {
 void clean(const Handle& handle, const Call& call) {
     clear_memory_figures(call.iparam);
     const Control control = handle.control();
+    remove_factor_files(handle.ooc(), call.messages);
     control[Word::deleted] = -handle.delete_contents();
     if (call.messages) print_clean_summary(control);
     handle.dismantle();
@@ -73,7 +72,9 @@ void clean(const Handle& handle, const Call& call) {
 
 void restart(const Handle& handle, const Call& call) {
     clear_memory_figures(call.iparam);
+    remove_factor_files(handle.ooc(), call.messages);
     handle.delete_contents();
+    start_out_of_core(handle, call);
     init_parameters(call, handle.control());
 }
 
@@ -95,7 +96,11 @@ void store_memory_figures(const Call& call, Control control) {
 /// A step of 1 and above, on a handle that is there.
 Fault run_call(const Handle& handle, Call& call) {
     const Control control = handle.control();
+    const OocContext& ooc = handle.ooc();
     limit_threads(handle, call.iparam);
+    ooc[OocWord::error] = 0;
+    ooc[OocWord::phase] = call.ido;
+    ooc[OocWord::steps] = call.iparam[Iparam::step_limit];
     if (call.starts_analysis()) restart(handle, call);
     const i64 stored = control[Word::entries];
     call.length = call.starts_analysis() || stored == 0 ? call.told_length() : stored;
@@ -115,8 +120,14 @@ Fault timed_call(const Handle& handle, Call& call) {
     const double start = wall_seconds();
     const Fault fault = call.ido == ido_delete_factor ? delete_factor(handle, call) : run_call(handle, call);
     control.seconds(Timer::total) = wall_seconds() - start;
+    handle.ooc()[OocFigure::total_seconds] += control.seconds(Timer::total);
     control.touched(Timer::total) = 1;
     return fault;
+}
+
+/// Of a first call that failed: files too, if it came so far.
+void remove_unfinished(const Handle& handle) {
+    if (handle[HandleWord::ooc_context] != 0 && handle.ooc().settings) remove_factor_files(handle.ooc(), false);
 }
 
 /// Builds the handle where there is none, runs the call, and prints its fault, and a summary of what was accepted. A
@@ -128,8 +139,11 @@ Fault run_step(const Handle& handle, Call& call) {
     if (!fault) fault = timed_call(handle, call);
     if (fault && call.messages) report_fault(fault, call, handle.control());
     if (call.messages && fault.error != Error::parameters && handle[HandleWord::calls] > accepted)
-        print_summary(call, handle.control());
-    if (fault && first && !handle.analysed()) handle.dismantle();
+        print_summary(call, handle);
+    if (fault && first && !handle.analysed()) {
+        remove_unfinished(handle);
+        handle.dismantle();
+    }
     return fault;
 }
 

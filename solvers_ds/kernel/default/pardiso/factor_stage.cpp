@@ -3,6 +3,7 @@
 #include "solvers_ds/kernel/default/pardiso/analysis.hpp"
 #include "solvers_ds/kernel/default/pardiso/matrix_type.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/factorise.hpp"
+#include "solvers_ds/kernel/default/pardiso/out_of_core/ooc_stage.hpp"
 #include "solvers_ds/kernel/default/pardiso/preprocessing.hpp"
 #include <numeric>
 
@@ -46,28 +47,29 @@ template <class M> NumericResult run(const Handle& handle, const Call& call, con
         pivot_perturbation(call.iparam[Iparam::perturbation], call.mtype, call.ia, static_cast<const double*>(call.a));
     i64* const queue_start = threads > 1 ? handle.block<i64>(HandleWord::update_lists) : nullptr;
     i64* const queues = threads > 1 ? queue_start + control[Word::supernodes] + 1 : nullptr;
-    return factorise<M>({.n = call.neqns,
-                         .supernodes = supernodes_of(handle),
-                         .a = static_cast<const T*>(call.a),
-                         .scatter_start = handle.array<i32>(ArrayBase::scatter_start),
-                         .scatter_position = handle.array<i64>(ArrayBase::scatter_position),
-                         .scatter_source = handle.array<i32>(ArrayBase::scatter_source),
-                         .row_scale = places.row_scale,
-                         .column_scale = places.column_scale,
-                         .rule = {control[Word::pivoting] != 0,
-                                  Perturbation::of(eps, M::form == Form::ldl ? least_ldl_pivot : least_lu_pivot)},
-                         .factor = factor_in<M>(handle, slot),
-                         .factor_size = control[Word::l_size],
-                         .threads = threads,
-                         .nmod = handle.array<i32>(ArrayBase::nmod_saved),
-                         .pnlsch = handle.array<i32>(ArrayBase::pnlsch),
-                         .link = handle.array<i32>(ArrayBase::link),
-                         .length = handle.array<i32>(ArrayBase::length),
-                         .queue_start = queue_start,
-                         .queues = reinterpret_cast<WaitingUpdate*>(queues),
-                         .temp = handle.block<T>(HandleWord::work_r0),
-                         .temp_size = control[Word::update_words] * 8 / i64{sizeof(T)},
-                         .messages = call.messages});
+    const NumericView<T> view{.n = call.neqns,
+                              .supernodes = supernodes_of(handle),
+                              .a = static_cast<const T*>(call.a),
+                              .scatter_start = handle.array<i32>(ArrayBase::scatter_start),
+                              .scatter_position = handle.array<i64>(ArrayBase::scatter_position),
+                              .scatter_source = handle.array<i32>(ArrayBase::scatter_source),
+                              .row_scale = places.row_scale,
+                              .column_scale = places.column_scale,
+                              .rule = {control[Word::pivoting] != 0,
+                                       Perturbation::of(eps, M::form == Form::ldl ? least_ldl_pivot : least_lu_pivot)},
+                              .factor = factor_in<M>(handle, slot),
+                              .factor_size = control[Word::l_size],
+                              .threads = threads,
+                              .nmod = handle.array<i32>(ArrayBase::nmod_saved),
+                              .pnlsch = handle.array<i32>(ArrayBase::pnlsch),
+                              .link = handle.array<i32>(ArrayBase::link),
+                              .length = handle.array<i32>(ArrayBase::length),
+                              .queue_start = queue_start,
+                              .queues = reinterpret_cast<WaitingUpdate*>(queues),
+                              .temp = handle.block<T>(HandleWord::work_r0),
+                              .temp_size = control[Word::update_words] * 8 / i64{sizeof(T)},
+                              .messages = call.messages};
+    return handle.ooc().out_of_core() ? factorise_out_of_core<M>(handle, call, view) : factorise<M>(view);
 }
 
 void store_counts(const Call& call, Control control, const PivotCounts& counts) {
@@ -76,15 +78,13 @@ void store_counts(const Call& call, Control control, const PivotCounts& counts) 
     control[Word::negative_pivots] = call.iparam[Iparam::negative_pivots] = counts.negative;
 }
 
-template <class M> i64 factor_bytes(Control control) {
-    return FactorLayout::of(M{}, control[Word::l_size], control[Word::u_size], control[Word::neqns])
-        .template bytes<typename M::T>();
-}
-
 template <class M>
 Fault factorise_as(const Handle& handle, const Call& call, FactorSlot& slot, bool& stopped) {
     const Control control = handle.control();
-    if (const Fault fault = handle.take_factor(slot, factor_bytes<M>(control), account_of(call))) return fault;
+    const i64 bytes = factor_layout<M>(handle).template bytes<typename M::T>();
+    if (const Fault fault = handle.take_factor(slot, bytes, account_of(call))) return fault;
+    if (handle.ooc().out_of_core())
+        if (const Fault fault = take_window(handle, call)) return fault;
     control[Word::factor_memory] = control[Word::numeric_memory];
     const i32 threads = team(handle);
     NumericResult result;
@@ -96,6 +96,7 @@ Fault factorise_as(const Handle& handle, const Call& call, FactorSlot& slot, boo
     handle.release(HandleWord::update_lists);
     handle.release(HandleWord::work_r0);
     if (!fault && result.code != 0) fault = {Error::factorization, result.code};
+    if (ooc_error(handle) != Error::none) fault = {ooc_error(handle), result.code};
     stopped = result.stopped;
     store_counts(call, control, result.counts);
     control[Word::inner_error] = fault.inner;

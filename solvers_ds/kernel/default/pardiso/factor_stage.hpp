@@ -30,14 +30,18 @@ class FactorOrder {
     }
 };
 
+/// The arrays of a factor that are in memory: out of core all but L and U.
+template <class M> FactorLayout factor_layout(const Handle& handle) {
+    const Control control = handle.control();
+    const bool files = handle.ooc().out_of_core();
+    return FactorLayout::of(M{}, files ? 0 : control[Word::l_size], files ? 0 : control[Word::u_size],
+                            control[Word::neqns]);
+}
+
 /// The factor in a slot, of a matrix of the member.
 template <class M> Factor<typename M::T> factor_in(const Handle& handle, const FactorSlot& slot) {
-    using T = typename M::T;
-    const Control control = handle.control();
-    const FactorLayout layout =
-        FactorLayout::of(M{}, control[Word::l_size], control[Word::u_size], control[Word::neqns]);
-    return layout.factor<T>(std::bit_cast<void*>(slot.factor), handle.array<i64>(ArrayBase::xlnz),
-                            handle.array<i64>(ArrayBase::xunz));
+    return factor_layout<M>(handle).template factor<typename M::T>(
+        std::bit_cast<void*>(slot.factor), handle.array<i64>(ArrayBase::xlnz), handle.array<i64>(ArrayBase::xunz));
 }
 
 /// Factors the matrix of the call into its slot. `stopped` by the host; then, and after a fault, the slot is empty.

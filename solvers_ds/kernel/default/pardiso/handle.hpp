@@ -28,6 +28,11 @@ struct OocContext {
     i64* statistics;
 
     i64& operator[](OocWord word) const { return settings[static_cast<int>(word)]; }
+    double& operator[](OocFigure figure) const {
+        return reinterpret_cast<double*>(statistics)[static_cast<int>(figure)];
+    }
+    OocMode mode() const { return static_cast<OocMode>((*this)[OocWord::mode]); }
+    bool out_of_core() const { return mode() == OocMode::out_of_core; }
 };
 
 class Handle {

@@ -78,10 +78,11 @@ template <class M> class HybridRun {
     /// A solve, timed, and an iteration as long as the time of a factorisation allows.
     Fault solve(IterationResult& result) const {
         const SolveSession<M> session(handle_, call_);
-        if (!session.has_memory()) return no_memory_to_solve();
+        if (!session.has_memory()) return failed_solve(handle_);
         const double start = wall_seconds();
-        if (!session.solve_into(session.b(), session.x())) return no_memory_to_solve();
-        const i32 budget = iteration_budget(kind_, control_[RealWord::factor_seconds], wall_seconds() - start);
+        if (!session.solve_into(session.b(), session.x())) return failed_solve(handle_);
+        const i32 budget = iteration_budget(kind_, control_[RealWord::factor_seconds], wall_seconds() - start,
+                                            handle_.ooc().out_of_core());
         control_[Word::iteration_budget] = budget;
         if (budget < 1) {
             result = {IterationEnd::too_slow, 0};
@@ -122,12 +123,13 @@ template <class M> class HybridRun {
 
 } // namespace
 
-i32 iteration_budget(i32 kind, double factor_seconds, double solve_seconds) {
+i32 iteration_budget(i32 kind, double factor_seconds, double solve_seconds, bool out_of_core) {
+    constexpr i32 least_with_files = 10;
     constexpr double least_time = 1e-10, share = 0.44999998807907104;
     const double ratio = 3.0 * std::abs(kind) * factor_seconds / solve_seconds * share + 1.0;
     const i32 budget = solve_seconds <= least_time ? 0 : static_cast<i32>(std::min(ratio, 1e9));
     if (kind < 0) return unlimited_budget;
-    return std::min(budget, largest_budget);
+    return std::min(out_of_core ? std::max(budget, least_with_files) : budget, largest_budget);
 }
 
 Fault iterate_or_factorise(const Handle& handle, const Call& call) {

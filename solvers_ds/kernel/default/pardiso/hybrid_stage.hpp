@@ -8,7 +8,7 @@ namespace nxl::pardiso {
 Fault iterate_or_factorise(const Handle& handle, const Call& call);
 
 /// The steps that an iteration may take for its time to stay below that of a factorisation: 0 when a solve takes no
-/// time that can be measured.
-i32 iteration_budget(i32 kind, double factor_seconds, double solve_seconds);
+/// time that can be measured, 10 at least out of core.
+i32 iteration_budget(i32 kind, double factor_seconds, double solve_seconds, bool out_of_core = false);
 
 } // namespace nxl::pardiso

@@ -1,4 +1,4 @@
-// Codes come in four runs, each of which has consecutive rows in the catalogue, and one code per matrix type.
+// Codes come in five runs, each of which has consecutive rows in the catalogue, and one code per matrix type.
 #include "solvers_ds/kernel/default/pardiso/message.hpp"
 
 namespace nxl::pardiso {
@@ -12,7 +12,8 @@ constexpr int banner_types[] = {1, 2, -2, 3, 4, -4, 6, 11, 13};
 constexpr Run runs[] = {{static_cast<int>(Text::summary), static_cast<int>(Text::summary), 781},
                         {static_cast<int>(Text::summary_of_clean), static_cast<int>(Text::progress_backward), 782},
                         {static_cast<int>(heading_of(Error::parameters)), static_cast<int>(Text::matrix_heading), 860},
-                        {static_cast<int>(Text::clean_impossible), static_cast<int>(Text::iteration_limit), 880}};
+                        {static_cast<int>(Text::clean_impossible), static_cast<int>(Text::iteration_limit), 880},
+                        {static_cast<int>(Text::ooc_cfg_path), static_cast<int>(Text::ooc_total_megabytes), 940}};
 
 } // namespace
 

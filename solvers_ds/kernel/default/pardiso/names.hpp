@@ -39,6 +39,9 @@ enum class Iparam : int {
     fault_second = 33,
     partition_exponent = 50,
     out_of_core = 60,
+    ooc_peak_memory = 61, ///< megabytes: of the analysis, of what stays of it, of factors in memory
+    ooc_permanent_memory = 62,
+    ooc_numeric_memory = 63,
     exit_mark = 64
 };
 
@@ -198,8 +201,46 @@ enum class Timer : int {
 inline constexpr int timer_count = 10, kept_timers = 8, first_timer_word = 70, first_flag_word = 80;
 
 /// Settings of an OocContext.
-enum class OocWord : int { mode, max_core_megabytes, delete_files, message_level, phase, steps, error, file_kinds };
-inline constexpr int ooc_words = 128, ooc_stem_bytes = 1024, ooc_file_kinds = 4;
+enum class OocWord : int {
+    mode, ///< one of OocMode
+    max_core_megabytes,
+    delete_files, ///< when the factors go; under the name keep_file outside
+    message_level,
+    phase,
+    steps, ///< the last iparam(8)
+    error, ///< of `error`: what out-of-core work failed with
+    file_kinds,
+    largest_block, ///< entries of L, and of U, of the largest supernode
+    largest_upper_block,
+    whole_window, ///< 1: the window holds all of the factor
+    window_words, ///< 8-byte words
+    window_list_words,
+    files,  ///< 1: the three files are this handle's
+    device, ///< of the first of them, and where it is in its file system
+    inode,
+    next_holder,
+    write_percent, ///< of factorisation, solution and both, for the statistics
+    read_percent,
+    solve_read_percent,
+    total_write_percent,
+    total_read_percent
+};
+inline constexpr int ooc_words = 128, ooc_stem_bytes = 1024, ooc_stem_length = 1000, ooc_file_kinds = 4;
+static_assert(static_cast<int>(OocWord::total_read_percent) < ooc_words);
+
+/// What OocWord::mode says: before an analysis what was asked for, after it what is done.
+enum class OocMode : int { in_core = 0, decide = 1, out_of_core = 2 };
+
+/// Statistics of an OocContext, doubles.
+enum class OocFigure : int {
+    write_seconds,
+    factor_read_seconds,
+    solve_read_seconds,
+    total_seconds,
+    megabytes_written,
+    factor_megabytes_read,
+    solve_megabytes_read
+};
 
 /// Values of the argument `error`.
 enum class Error : int {

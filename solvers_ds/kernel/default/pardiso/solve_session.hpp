@@ -4,8 +4,10 @@
 #include "solvers_ds/kernel/default/pardiso/factor_stage.hpp"
 #include "solvers_ds/kernel/default/pardiso/matrix_type.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/codes.hpp"
+#include "solvers_ds/kernel/default/pardiso/out_of_core/ooc_stage.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/amuxy.hpp"
 #include <algorithm>
+#include <limits>
 
 namespace nxl::pardiso {
 
@@ -13,8 +15,11 @@ inline FactorSlot& slot_of_call(const Handle& handle, const Call& call) {
     return handle.slots()[call.matrix_number - 1];
 }
 
-/// What is told where a solve has no memory for its work.
-inline Fault no_memory_to_solve() { return {Error::factorization, small_buffer}; }
+/// What is told where a solve has no memory for its work, or out of core its files failed.
+inline Fault failed_solve(const Handle& handle) {
+    if (ooc_error(handle) != Error::none) return {ooc_error(handle), 0};
+    return {Error::factorization, small_buffer};
+}
 
 template <class M> class SolveSession {
     using T = typename M::T;
@@ -43,10 +48,15 @@ template <class M> class SolveSession {
     T* x() const { return static_cast<T*>(call_.x); }
     i64 length() const { return i64{call_.neqns} * call_.nb; }
 
-    /// x := A^-1 b; x may be b. False when there was no memory.
-    bool solve_into(const T* b, T* x) const {
+    /// x := A^-1 b; x may be b. False when there was no memory, or files failed; then the caller gets NaN.
+    bool solve_into(const T* b, T* to) const {
         const Stopwatch watch(handle_.control(), Timer::solve);
-        return solve<M>(view(), b, x, call_.nb);
+        if (!handle_.ooc().out_of_core()) return solve<M>(view(), b, to, call_.nb);
+        if (solve_out_of_core<M>(handle_, call_, view(), b, to)) return true;
+        if (ooc_error(handle_) == Error::none) return false;
+        std::fill_n(x(), length(), T(std::numeric_limits<double>::quiet_NaN()));
+        hand_out();
+        return false;
     }
 
     CallerMatrix<T> matrix() const {

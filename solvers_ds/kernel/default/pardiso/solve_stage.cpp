@@ -35,13 +35,13 @@ template <class M> Fault solve_and_refine(const Handle& handle, const Call& call
     T* const vectors = handle.block<T>(HandleWord::refinement);
     T *const residual = vectors, *const b = residual + length, *const x_low = b + length;
     std::copy_n(session.b(), length, b);
-    if (!session.solve_into(b, session.x())) return no_memory_to_solve();
+    if (!session.solve_into(b, session.x())) return failed_solve(handle);
     const Scratch<T> residual_low(rule.extended() ? call.neqns : 0);
-    if (rule.extended() && !residual_low.data()) return no_memory_to_solve();
+    if (rule.extended() && !residual_low.data()) return failed_solve(handle);
     const RefinementResult result =
         refine(session.matrix(), b, session.x(), call.nb, rule, RefinementWork<T>{residual, residual_low.data(), x_low},
                [&](T* d) { return session.solve_into(d, d); });
-    if (!result.memory) return no_memory_to_solve();
+    if (!result.memory) return failed_solve(handle);
     call.iparam[Iparam::steps_done] = result.steps;
     if (result.budget_spent) call.iparam[Iparam::hybrid_outcome] = two_steps_taken;
     return result.code == 0 ? Fault{} : Fault{Error::factorization, result.code};
@@ -49,12 +49,12 @@ template <class M> Fault solve_and_refine(const Handle& handle, const Call& call
 
 template <class M> Fault solve_as(const Handle& handle, const Call& call) {
     const SolveSession<M> session(handle, call);
-    if (!session.has_memory()) return no_memory_to_solve();
+    if (!session.has_memory()) return failed_solve(handle);
     const Control control = handle.control();
     call.iparam[Iparam::steps_done] = 0;
     Fault fault;
     if (!is_refined(call, control)) {
-        if (!session.solve_into(session.b(), session.x())) return no_memory_to_solve();
+        if (!session.solve_into(session.b(), session.x())) return failed_solve(handle);
     } else {
         if (const Fault memory = take_vectors(handle, call, rule_of(call, control))) return memory;
         fault = solve_and_refine<M>(handle, call, session);

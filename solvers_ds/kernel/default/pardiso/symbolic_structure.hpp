@@ -18,6 +18,13 @@ struct Supernodes {
     i32 rows(i32 s) const { return static_cast<i32>(xlindx[s + 1] - xlindx[s]); }
     const i32* list(i32 s) const { return &lindx[xlindx[s]]; }
 
+    i32 widest() const {
+        i32 found = 0;
+        for (i32 s = 1; s <= count; ++s)
+            if (width(s) > found) found = width(s);
+        return found;
+    }
+
     /// Calls body(target, group, rest) for each run of rows below supernode s that are columns of one supernode: the
     /// run has `group` rows, and `rest` rows, those among them, are from its first one to the end.
     template <class Body> void groups(i32 s, Body&& body) const {

@@ -2,7 +2,7 @@
 #include "solvers_ds/kernel/default/pardiso/solve/gather.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/several.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/single.hpp"
-#include "solvers_ds/kernel/default/pardiso/solve/steps.hpp"
+#include "solvers_ds/kernel/default/pardiso/solve/subtree_steps.hpp"
 #include <atomic>
 
 namespace nxl::pardiso {
@@ -15,16 +15,24 @@ template <class T> bool pays_for_subtrees(const SolveView<T>& view) {
            !region_would_be_serial();
 }
 
+/// The steps on work memory; with all threads where the columns are alone and it pays. False without memory.
 template <class M, class Columns, class T = typename M::T>
 bool run_steps(const SolveView<T>& view, i64 width, T* work, bool alone) {
-    const SolveSteps<M, Columns> steps(view, width, work);
     if (alone && pays_for_subtrees(view)) {
         const Subtrees trees(view.supernodes, std::min(view.threads, i32{largest_team}));
-        if (trees.has_memory() && steps.run_through(trees)) return true;
+        if (trees.has_memory() && SubtreeSteps<M, Columns>(view, width, work).run(trees)) return true;
     }
     const Scratch<T> buffer(view.tallest * width);
-    if (buffer.data()) steps.run(buffer.data());
-    return buffer.data() != nullptr;
+    if (!buffer.data()) return false;
+    const Columns columns(width, work, buffer.data());
+    const SupernodeRange all{1, view.supernodes.count};
+    if (view.steps.forward) forward_step<M>(view, all, columns);
+    if (view.steps.diagonal) diagonal_step<M>(view, width, work);
+    if (!view.steps.backward) return true;
+    conjugate<M>(view.n * width, work);
+    backward_step<M>(view, all, columns);
+    conjugate<M>(view.n * width, work);
+    return true;
 }
 
 /// Right-hand sides that are solved for together, with all threads when they are alone.
