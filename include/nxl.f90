@@ -1546,6 +1546,215 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
+        ! A = L Q of a(m,n): L in the lower triangle, m by min(m, n), its diagonal real; right of it the vectors of Q =
+        ! ...
+        subroutine dgelqf(m, n, a, lda, tau, work, lwork, info) bind(c, name="dgelqf")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), tau(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgelqf(m, n, a, lda, tau, work, lwork, info) bind(c, name="zgelqf")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), tau(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! A P = Q R of a(m,n) with pivots, stored as by dgeqrf: of the columns left, each step takes the one of the
+        ! largest norm, so that |R(i,i)| does not grow.
+        subroutine dgeqp3(m, n, a, lda, jpvt, tau, work, lwork, info) bind(c, name="dgeqp3")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), tau(*), work(*)
+            integer(c_int), intent(inout) :: jpvt(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The first n columns of Q = H1 ...
+        subroutine dorgqr(m, n, k, a, lda, tau, work, lwork, info) bind(c, name="dorgqr")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, k, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), work(*)
+            real(c_double), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zungqr(m, n, k, a, lda, tau, work, lwork, info) bind(c, name="zungqr")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, k, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            complex(c_double_complex), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The first m rows of Q = Hk^H ...
+        subroutine dorglq(m, n, k, a, lda, tau, work, lwork, info) bind(c, name="dorglq")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, k, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), work(*)
+            real(c_double), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zunglq(m, n, k, a, lda, tau, work, lwork, info) bind(c, name="zunglq")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, k, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            complex(c_double_complex), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! C := op(Q) C (side L) or C op(Q) (R), c(m,n), Q = H1 ...
+        subroutine dormqr(side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork, info) bind(c, name="dormqr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: side, trans
+            integer(c_int), intent(in) :: m, n, k, lda, ldc, lwork
+            real(c_double), intent(in) :: a(lda, *), tau(*)
+            real(c_double), intent(inout) :: c(ldc, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zunmqr(side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork, info) bind(c, name="zunmqr")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: side, trans
+            integer(c_int), intent(in) :: m, n, k, lda, ldc, lwork
+            complex(c_double_complex), intent(in) :: a(lda, *), tau(*)
+            complex(c_double_complex), intent(inout) :: c(ldc, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The same with Q = Hk^H ...
+        subroutine dormlq(side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork, info) bind(c, name="dormlq")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: side, trans
+            integer(c_int), intent(in) :: m, n, k, lda, ldc, lwork
+            real(c_double), intent(in) :: a(lda, *), tau(*)
+            real(c_double), intent(inout) :: c(ldc, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zunmlq(side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork, info) bind(c, name="zunmlq")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: side, trans
+            integer(c_int), intent(in) :: m, n, k, lda, ldc, lwork
+            complex(c_double_complex), intent(in) :: a(lda, *), tau(*)
+            complex(c_double_complex), intent(inout) :: c(ldc, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Q of the reduction to tridiagonal form by dsytrd or zhetrd with the same uplo, in the place of its vectors in
+        ! a(n,n); tau(n - 1).
+        subroutine dorgtr(uplo, n, a, lda, tau, work, lwork, info) bind(c, name="dorgtr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), work(*)
+            real(c_double), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zungtr(uplo, n, a, lda, tau, work, lwork, info) bind(c, name="zungtr")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            complex(c_double_complex), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Q of the reduction of rows and columns ilo to ihi, from 1, to Hessenberg form by dgehrd or zgehrd, in the
+        ! place of its vectors in a(n,n); tau(n - 1).
+        subroutine dorghr(n, ilo, ihi, a, lda, tau, work, lwork, info) bind(c, name="dorghr")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, ilo, ihi, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), work(*)
+            real(c_double), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zunghr(n, ilo, ihi, a, lda, tau, work, lwork, info) bind(c, name="zunghr")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, ilo, ihi, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            complex(c_double_complex), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! One factor of the reduction to bidiagonal form by dgebrd or zgebrd in the place of its vectors in a(m,n), with
+        ! tau: vect Q, the first n columns of Q of a matrix that had k columns, m >= n >= min(m, k); vect P, the first m
+        ! rows of P^H of one that had k rows, n >= m >= min(n, k).
+        subroutine dorgbr(vect, m, n, k, a, lda, tau, work, lwork, info) bind(c, name="dorgbr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: vect
+            integer(c_int), intent(in) :: m, n, k, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), work(*)
+            real(c_double), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zungbr(vect, m, n, k, a, lda, tau, work, lwork, info) bind(c, name="zungbr")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: vect
+            integer(c_int), intent(in) :: m, n, k, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), work(*)
+            complex(c_double_complex), intent(in) :: tau(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! C := op(Q) C (side L) or C op(Q) (R), c(m,n), Q of order m (L) or n (R) from the reduction to tridiagonal form
+        ! with the same uplo, its vectors in a.
+        subroutine dormtr(side, uplo, trans, m, n, a, lda, tau, c, ldc, work, lwork, info) bind(c, name="dormtr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: side, uplo, trans
+            integer(c_int), intent(in) :: m, n, lda, ldc, lwork
+            real(c_double), intent(in) :: a(lda, *), tau(*)
+            real(c_double), intent(inout) :: c(ldc, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zunmtr(side, uplo, trans, m, n, a, lda, tau, c, ldc, work, lwork, info) bind(c, name="zunmtr")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: side, uplo, trans
+            integer(c_int), intent(in) :: m, n, lda, ldc, lwork
+            complex(c_double_complex), intent(in) :: a(lda, *), tau(*)
+            complex(c_double_complex), intent(inout) :: c(ldc, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The same with Q (vect Q) or P (P) from the reduction to bidiagonal form by dgebrd of a matrix that had k
+        ! columns (Q) or k rows (P).
+        subroutine dormbr(vect, side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork, info) bind(c, name="dormbr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: vect, side, trans
+            integer(c_int), intent(in) :: m, n, k, lda, ldc, lwork
+            real(c_double), intent(in) :: a(lda, *), tau(*)
+            real(c_double), intent(inout) :: c(ldc, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! ---- LAPACK, least squares ----
+
+        ! Solves with op(A) = A (trans N), A^T (T, real) or A^H (C, complex), a(m,n) of full rank, for each of nrhs
+        ! columns of b: min |b - op(A) x| where op(A) has at least as many rows as columns, else the shortest x with
+        ! op(A) x = b.
+        subroutine dgels(trans, m, n, nrhs, a, lda, b, ldb, work, lwork, info) bind(c, name="dgels")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: m, n, nrhs, lda, ldb, lwork
+            real(c_double), intent(inout) :: a(lda, *), b(ldb, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgels(trans, m, n, nrhs, a, lda, b, ldb, work, lwork, info) bind(c, name="zgels")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: trans
+            integer(c_int), intent(in) :: m, n, nrhs, lda, ldb, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), b(ldb, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- LAPACK, eigenproblems ----
 
         ! A = Q T Q^H: a symmetric or Hermitian matrix, triangle uplo of a(n,n), brought to real symmetric tridiagonal
@@ -1565,6 +1774,101 @@ module nxl
             complex(c_double_complex), intent(inout) :: a(lda, *), tau(*), work(*)
             real(c_double), intent(inout) :: d(*), e(*)
             integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Eigenvalues of a symmetric or Hermitian matrix, triangle uplo of a(n,n), and with jobz V their vectors: all of
+        ! them (range A), those in (vl, vu] (V), or the il-th to the iu-th, ascending, from 1 (I).
+        subroutine dsyevx(jobz, range, uplo, n, a, lda, vl, vu, il, iu, abstol, m, w, z, ldz, work, lwork, iwork, &
+            ifail, info) bind(c, name="dsyevx")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, lda, il, iu, ldz, lwork
+            real(c_double), intent(inout) :: a(lda, *), w(*), z(ldz,*), work(*)
+            real(c_double), intent(in) :: vl, vu, abstol
+            integer(c_int), intent(out) :: m, info
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+        end subroutine
+
+        subroutine zheevx(jobz, range, uplo, n, a, lda, vl, vu, il, iu, abstol, m, w, z, ldz, work, lwork, rwork, &
+            iwork, ifail, info) bind(c, name="zheevx")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, lda, il, iu, ldz, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), z(ldz,*), work(*)
+            real(c_double), intent(in) :: vl, vu, abstol
+            integer(c_int), intent(out) :: m, info
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+        end subroutine
+
+        ! All eigenvalues w(n), ascending, of a symmetric or Hermitian band matrix with kd diagonals beside the main
+        ! one, and with jobz V their vectors z(n,n).
+        subroutine dsbev(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, info) bind(c, name="dsbev")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldz
+            real(c_double), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: w(*), z(ldz,*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhbev(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, rwork, info) bind(c, name="zhbev")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldz
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            complex(c_double_complex), intent(inout) :: z(ldz,*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine dsbevd(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, lwork, iwork, liwork, info) bind(c, &
+            name="dsbevd")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldz, lwork, liwork
+            real(c_double), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: w(*), z(ldz,*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhbevd(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, lwork, rwork, lrwork, iwork, liwork, info) &
+            bind(c, name="zhbevd")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldz, lwork, lrwork, liwork
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            complex(c_double_complex), intent(inout) :: z(ldz,*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Selected eigenvalues and vectors of a band matrix as that of dsbev; what is asked for and what comes back is
+        ! that of dsyevx.
+        subroutine dsbevx(jobz, range, uplo, n, kd, ab, ldab, q, ldq, vl, vu, il, iu, abstol, m, w, z, ldz, work, &
+            iwork, ifail, info) bind(c, name="dsbevx")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldq, il, iu, ldz
+            real(c_double), intent(in) :: ab(ldab, *), vl, vu, abstol
+            real(c_double), intent(inout) :: q(ldq, *), w(*), z(ldz,*), work(*)
+            integer(c_int), intent(out) :: m, info
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+        end subroutine
+
+        subroutine zhbevx(jobz, range, uplo, n, kd, ab, ldab, q, ldq, vl, vu, il, iu, abstol, m, w, z, ldz, work, &
+            rwork, iwork, ifail, info) bind(c, name="zhbevx")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldq, il, iu, ldz
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            complex(c_double_complex), intent(inout) :: q(ldq, *), z(ldz,*), work(*)
+            real(c_double), intent(in) :: vl, vu, abstol
+            integer(c_int), intent(out) :: m, info
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
         end subroutine
 
         ! Generalised eigenproblems made ordinary ones: with the factor of B = U^H U (uplo U) or L L^H (L) that dpotrf

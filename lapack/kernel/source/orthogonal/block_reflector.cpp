@@ -114,7 +114,7 @@ void apply_block(char side, char op, const Reflectors<T>& v, Operand<T> t, const
 template <class T>
 void apply_block_to_zeros(char side, char op, const Reflectors<T>& v, Operand<T> t, const Matrix<T>& c,
                           const Matrix<T>& w) {
-    if (c.rows == 0 || c.columns == 0 || v.in_rest().count == 0) return;
+    if (c.rows == 0 || c.columns == 0) return;
     const Parts<T> parts(side, v, c);
     multiply_rest(side, v, parts.in_rest, 0.0, w);
     trmm(side, v.factor_uplo(), op, 'N', 1.0, t, w);
