@@ -1776,6 +1776,101 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
+        ! Eigenvalues of a symmetric or Hermitian matrix, triangle uplo of a(n,n), and with jobz V their vectors: all of
+        ! them (range A), those in (vl, vu] (V), or the il-th to the iu-th, ascending, from 1 (I).
+        subroutine dsyevx(jobz, range, uplo, n, a, lda, vl, vu, il, iu, abstol, m, w, z, ldz, work, lwork, iwork, &
+            ifail, info) bind(c, name="dsyevx")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, lda, il, iu, ldz, lwork
+            real(c_double), intent(inout) :: a(lda, *), w(*), z(ldz,*), work(*)
+            real(c_double), intent(in) :: vl, vu, abstol
+            integer(c_int), intent(out) :: m, info
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+        end subroutine
+
+        subroutine zheevx(jobz, range, uplo, n, a, lda, vl, vu, il, iu, abstol, m, w, z, ldz, work, lwork, rwork, &
+            iwork, ifail, info) bind(c, name="zheevx")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, lda, il, iu, ldz, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), z(ldz,*), work(*)
+            real(c_double), intent(in) :: vl, vu, abstol
+            integer(c_int), intent(out) :: m, info
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+        end subroutine
+
+        ! All eigenvalues w(n), ascending, of a symmetric or Hermitian band matrix with kd diagonals beside the main
+        ! one, and with jobz V their vectors z(n,n).
+        subroutine dsbev(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, info) bind(c, name="dsbev")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldz
+            real(c_double), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: w(*), z(ldz,*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhbev(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, rwork, info) bind(c, name="zhbev")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldz
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            complex(c_double_complex), intent(inout) :: z(ldz,*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine dsbevd(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, lwork, iwork, liwork, info) bind(c, &
+            name="dsbevd")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldz, lwork, liwork
+            real(c_double), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: w(*), z(ldz,*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhbevd(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, lwork, rwork, lrwork, iwork, liwork, info) &
+            bind(c, name="zhbevd")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldz, lwork, lrwork, liwork
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            complex(c_double_complex), intent(inout) :: z(ldz,*), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Selected eigenvalues and vectors of a band matrix as that of dsbev; what is asked for and what comes back is
+        ! that of dsyevx.
+        subroutine dsbevx(jobz, range, uplo, n, kd, ab, ldab, q, ldq, vl, vu, il, iu, abstol, m, w, z, ldz, work, &
+            iwork, ifail, info) bind(c, name="dsbevx")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldq, il, iu, ldz
+            real(c_double), intent(in) :: ab(ldab, *), vl, vu, abstol
+            real(c_double), intent(inout) :: q(ldq, *), w(*), z(ldz,*), work(*)
+            integer(c_int), intent(out) :: m, info
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+        end subroutine
+
+        subroutine zhbevx(jobz, range, uplo, n, kd, ab, ldab, q, ldq, vl, vu, il, iu, abstol, m, w, z, ldz, work, &
+            rwork, iwork, ifail, info) bind(c, name="zhbevx")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, kd, ldab, ldq, il, iu, ldz
+            complex(c_double_complex), intent(in) :: ab(ldab, *)
+            complex(c_double_complex), intent(inout) :: q(ldq, *), z(ldz,*), work(*)
+            real(c_double), intent(in) :: vl, vu, abstol
+            integer(c_int), intent(out) :: m, info
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            integer(c_int), intent(inout) :: iwork(*), ifail(*)
+        end subroutine
+
         ! Generalised eigenproblems made ordinary ones: with the factor of B = U^H U (uplo U) or L L^H (L) that dpotrf
         ! or zpotrf has left in b(n,n), triangle uplo of A, a(n,n), becomes that of U^-H A U^-1 or L^-1 A L^-H for itype
         ! 1, A x = lambda B x, or of U A U^H or L^H A L for itype 2, A B x = lambda x, and 3, B A x = lambda x.

@@ -1299,24 +1299,78 @@ void zgels(const char* trans, const int* m, const int* n, const int* nrhs, nxl_z
 /* ==== LAPACK: eigenproblems ======================================================================================
  * Eigenvalues and eigenvectors. */
 
-/* A = Q T Q^H: a symmetric or Hermitian matrix, triangle uplo of a(n,n), brought to real symmetric tridiagonal form. The
- * diagonal of T comes in d(n), its off-diagonal in e(n-1); both stand in a as well. Q is H1 H2 ... (uplo L), vector i in
- * a(i+2..n,i) behind a one, or ... H2 H1 (U), vector i in a(1..i-1,i+1) before a one; their scalars in tau(n-1). dormtr
- * multiplies by Q, dorgtr forms it. The imaginary parts of a Hermitian diagonal are taken as 0. By panels from n = 33 on,
- * on threads from n = 32 on. work(lwork), lwork at least 1; lwork -1 asks for the best size, n times the block, which
- * comes back in work(1) and does nothing else. info: 0, or -i when argument i is bad, which is reported as well: 1 uplo,
- * 2 n, 4 lda, 9 lwork. Golub and Van Loan, Matrix Computations, 4th ed., section 8.3; Dongarra, Sorensen and Hammarling,
- * J. Comput. Appl. Math. 27 (1989). */
+/* A = Q T Q^H: a symmetric or Hermitian matrix, triangle uplo of a(n,n), brought to real symmetric tridiagonal form.
+ * The diagonal of T comes in d(n), its off-diagonal in e(n-1); both stand in a as well. Q is H1 H2 ... (uplo L), vector
+ * i in a(i+2..n,i) behind a one, or ... H2 H1 (U), vector i in a(1..i-1,i+1) before a one; their scalars in tau(n-1).
+ * dormtr multiplies by Q, dorgtr forms it. The imaginary parts of a Hermitian diagonal are taken as 0. By panels from n
+ * = 33 on, on threads from n = 32 on. work(lwork), lwork at least 1; lwork -1 asks for the best size, n times the
+ * block, which comes back in work(1) and does nothing else. info: 0, or -i when argument i is bad, which is reported as
+ * well: 1 uplo, 2 n, 4 lda, 9 lwork. Golub and Van Loan, Matrix Computations, 4th ed., section 8.3; Dongarra, Sorensen
+ * and Hammarling, J. Comput. Appl. Math. 27 (1989). */
 void dsytrd(const char* uplo, const int* n, double* a, const int* lda, double* d, double* e, double* tau, double* work,
             const int* lwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 void zhetrd(const char* uplo, const int* n, nxl_z* a, const int* lda, double* d, double* e, nxl_z* tau, nxl_z* work,
             const int* lwork, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
-/* Generalised eigenproblems made ordinary ones: with the factor of B = U^H U (uplo U) or L L^H (L) that dpotrf or zpotrf
- * has left in b(n,n), triangle uplo of A, a(n,n), becomes that of U^-H A U^-1 or L^-1 A L^-H for itype 1, A x = lambda
- * B x, or of U A U^H or L^H A L for itype 2, A B x = lambda x, and 3, B A x = lambda x. By halves, on products and
- * solutions of level 3. info: 0, or -i when argument i is bad, which is reported as well: 1 itype, 2 uplo, 3 n, 5 lda,
- * 7 ldb. Golub and Van Loan, Matrix Computations, 4th ed., section 8.7.2. */
+/* Eigenvalues of a symmetric or Hermitian matrix, triangle uplo of a(n,n), and with jobz V their vectors: all of them
+ * (range A), those in (vl, vu] (V), or the il-th to the iu-th, ascending, from 1 (I). The m values come in w,
+ * ascending, the vectors in the first m columns of z, which has n in any case. a is destroyed. All pairs come by QL
+ * when abstol is not above 0; else, and others, by bisection to abstol, see dstebz, and inverse iteration, see dstein.
+ * work(lwork), lwork at least 8n, complex 2n, or 1 for n below 2; lwork -1 asks for the best size, which comes back in
+ * work(1) and does nothing else. iwork(5n), complex: rwork(7n), are not used. ifail(n): 0, or first the numbers of
+ * vectors that have not converged. info: 0; as many of them; -1000 when there is no memory; or -i when argument i is
+ * bad, which is reported as well: 1 jobz, 2 range, 3 uplo, 4 n, 6 lda, 8 vl and vu, 9 il, 10 iu, 15 ldz, 17 lwork. */
+void dsyevx(const char* jobz, const char* range, const char* uplo, const int* n, double* a, const int* lda,
+            const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m, double* w,
+            double* z, const int* ldz, double* work, const int* lwork, int* iwork, int* ifail, int* info,
+            NXL_LENGTH(jobz_length), NXL_LENGTH(range_length), NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zheevx(const char* jobz, const char* range, const char* uplo, const int* n, nxl_z* a, const int* lda,
+            const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m, double* w,
+            nxl_z* z, const int* ldz, nxl_z* work, const int* lwork, double* rwork, int* iwork, int* ifail, int* info,
+            NXL_LENGTH(jobz_length), NXL_LENGTH(range_length), NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* All eigenvalues w(n), ascending, of a symmetric or Hermitian band matrix with kd diagonals beside the main one, and
+ * with jobz V their vectors z(n,n). ab(ldab,n) holds a triangle: element (i,j) at ab(kd+1+i-j,j) (uplo U) or
+ * ab(1+i-j,j) (L), and is not changed. The band is brought to tridiagonal form by reflectors that chase bulges, then
+ * QL. No workspace is used; those of the forms with d have to be as long as published, and a length of -1 asks for
+ * that, in work(1), rwork(1), iwork(1). work(3n-2), complex: work(n), rwork(3n-2); with d: lwork 1 for n below 2, 2n
+ * for jobz N, 1 + 5n + 2n^2 for V, complex: n or 2n^2, with lrwork n or 1 + 5n + 2n^2; liwork 1, or for V 3 + 5n. info:
+ * 0; the number of off-diagonal elements that have not become 0; -1000 when there is no memory; or -i when argument i
+ * is bad, which is reported as well: 1 jobz, 2 uplo, 3 n, 4 kd, 6 ldab, 9 ldz, 11 lwork, 13 liwork or lrwork, 15
+ * liwork. Murata and Horikoshi, Information Processing in Japan 15 (1975); Lang, SIAM J. Sci. Comput. 14 (1993). */
+void dsbev(const char* jobz, const char* uplo, const int* n, const int* kd, const double* ab, const int* ldab,
+           double* w, double* z, const int* ldz, double* work, int* info, NXL_LENGTH(jobz_length),
+           NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhbev(const char* jobz, const char* uplo, const int* n, const int* kd, const nxl_z* ab, const int* ldab, double* w,
+           nxl_z* z, const int* ldz, nxl_z* work, double* rwork, int* info, NXL_LENGTH(jobz_length),
+           NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void dsbevd(const char* jobz, const char* uplo, const int* n, const int* kd, const double* ab, const int* ldab,
+            double* w, double* z, const int* ldz, double* work, const int* lwork, int* iwork, const int* liwork,
+            int* info, NXL_LENGTH(jobz_length), NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhbevd(const char* jobz, const char* uplo, const int* n, const int* kd, const nxl_z* ab, const int* ldab,
+            double* w, nxl_z* z, const int* ldz, nxl_z* work, const int* lwork, double* rwork, const int* lrwork,
+            int* iwork, const int* liwork, int* info, NXL_LENGTH(jobz_length), NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Selected eigenvalues and vectors of a band matrix as that of dsbev; what is asked for and what comes back is that of
+ * dsyevx. With jobz V the matrix that brings the band to tridiagonal form comes in q(n,n). work(7n), complex: work(n),
+ * rwork(7n), and iwork(5n) are not used. Reports 1 jobz, 2 range, 3 uplo, 4 n, 5 kd, 7 ldab, 9 ldq, 11 vl and vu, 12
+ * il, 13 iu, 18 ldz. */
+void dsbevx(const char* jobz, const char* range, const char* uplo, const int* n, const int* kd, const double* ab,
+            const int* ldab, double* q, const int* ldq, const double* vl, const double* vu, const int* il,
+            const int* iu, const double* abstol, int* m, double* w, double* z, const int* ldz, double* work, int* iwork,
+            int* ifail, int* info, NXL_LENGTH(jobz_length), NXL_LENGTH(range_length),
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zhbevx(const char* jobz, const char* range, const char* uplo, const int* n, const int* kd, const nxl_z* ab,
+            const int* ldab, nxl_z* q, const int* ldq, const double* vl, const double* vu, const int* il, const int* iu,
+            const double* abstol, int* m, double* w, nxl_z* z, const int* ldz, nxl_z* work, double* rwork, int* iwork,
+            int* ifail, int* info, NXL_LENGTH(jobz_length), NXL_LENGTH(range_length),
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* Generalised eigenproblems made ordinary ones: with the factor of B = U^H U (uplo U) or L L^H (L) that dpotrf or
+ * zpotrf has left in b(n,n), triangle uplo of A, a(n,n), becomes that of U^-H A U^-1 or L^-1 A L^-H for itype 1, A x =
+ * lambda B x, or of U A U^H or L^H A L for itype 2, A B x = lambda x, and 3, B A x = lambda x. By halves, on products
+ * and solutions of level 3. info: 0, or -i when argument i is bad, which is reported as well: 1 itype, 2 uplo, 3 n, 5
+ * lda, 7 ldb. Golub and Van Loan, Matrix Computations, 4th ed., section 8.7.2. */
 void dsygst(const int* itype, const char* uplo, const int* n, double* a, const int* lda, const double* b,
             const int* ldb, int* info, NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 void zhegst(const int* itype, const char* uplo, const int* n, nxl_z* a, const int* lda, const nxl_z* b, const int* ldb,
@@ -1332,23 +1386,23 @@ void dsterf(const int* n, double* d, double* e, int* info) NXL_NOEXCEPT;
  * (range A), those in (vl, vu] (V), or the il-th to the iu-th, ascending, from 1 (I). They come in w(m), ascending in
  * each block that the matrix splits into (order B), as dstein wants them, or all in all (order E). nsplit blocks: block
  * k ends with row isplit(k), and eigenvalue i is one of block iblock(i), negative where it is not as good as it should
- * be. abstol: the length of the interval that is taken for an eigenvalue; not above 0 for roundoff times the norm of the
- * block; 2 D1MACH(1) for the most accurate values. w, iblock, isplit: n elements; work(4n), iwork(3n).
- * info: 0; 1 when some values are not good, as with a NaN; 2 when range I found other than iu - il + 1 of them; 3 both;
- * 4 when none could be told apart; -1000 when there is no memory; or -i when argument i is bad, which is reported as
- * well: 1 range, 2 order, 3 n, 5 vl and vu, 6 il, 7 iu. Demmel, Dhillon and Ren, ETNA 3 (1995). */
+ * be. abstol: the length of the interval that is taken for an eigenvalue; not above 0 for roundoff times the norm of
+ * the block; 2 D1MACH(1) for the most accurate values. w, iblock, isplit: n elements; work(4n), iwork(3n). info: 0; 1
+ * when some values are not good, as with a NaN; 2 when range I found other than iu - il + 1 of them; 3 both; 4 when
+ * none could be told apart; -1000 when there is no memory; or -i when argument i is bad, which is reported as well: 1
+ * range, 2 order, 3 n, 5 vl and vu, 6 il, 7 iu. Demmel, Dhillon and Ren, ETNA 3 (1995). */
 void dstebz(const char* range, const char* order, const int* n, const double* vl, const double* vu, const int* il,
             const int* iu, const double* abstol, const double* d, const double* e, int* m, int* nsplit, double* w,
             int* iblock, int* isplit, double* work, int* iwork, int* info, NXL_LENGTH(range_length),
             NXL_LENGTH(order_length)) NXL_NOEXCEPT;
 
 /* Eigenvectors z(n,m) of the symmetric tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1) for its
- * eigenvalues w(m), by inverse iteration. w, iblock(m) and isplit are those of dstebz with order B. Vectors of length 1;
- * those of values that are closer than a thousandth of the norm are made orthogonal to each other, the other groups are
- * spread over threads. work(5n) is not used. iwork(n), ifail(m). info: 0, then ifail is 0; the number of vectors that
- * have not converged from 3 starts, whose numbers stand in ifail(1) and on; -1000 when there is no memory; or -i when
- * argument i is bad, which is reported as well: 1 n, 4 m, 5 w is not ascending in a block, 6 iblock is not ascending, 9
- * ldz. Jessup and Ipsen, SIAM J. Sci. Stat. Comput. 13 (1992). */
+ * eigenvalues w(m), by inverse iteration. w, iblock(m) and isplit are those of dstebz with order B. Vectors of length
+ * 1; those of values that are closer than a thousandth of the norm are made orthogonal to each other, the other groups
+ * are spread over threads. work(5n) is not used. iwork(n), ifail(m). info: 0, then ifail is 0; the number of vectors
+ * that have not converged from 3 starts, whose numbers stand in ifail(1) and on; -1000 when there is no memory; or -i
+ * when argument i is bad, which is reported as well: 1 n, 4 m, 5 w is not ascending in a block, 6 iblock is not
+ * ascending, 9 ldz. Jessup and Ipsen, SIAM J. Sci. Stat. Comput. 13 (1992). */
 void dstein(const int* n, const double* d, const double* e, const int* m, const double* w, const int* iblock,
             const int* isplit, double* z, const int* ldz, double* work, int* iwork, int* ifail, int* info) NXL_NOEXCEPT;
 void zstein(const int* n, const double* d, const double* e, const int* m, const double* w, const int* iblock,
@@ -1357,11 +1411,11 @@ void zstein(const int* n, const double* d, const double* e, const int* m, const 
 /* All eigenvalues and, with compz V or I, eigenvectors of the symmetric tridiagonal matrix with diagonal d(n) and
  * off-diagonal e(n-1), by implicit QL or QR with Wilkinson's shift. The values take the place of d, ascending; e is
  * destroyed. compz I: the columns of z(n,n) become the vectors. V: z holds the matrix by which a full matrix was
- * brought to tridiagonal form, and its columns become the full matrix's vectors. N: neither z nor work is looked at, and
- * the values are dsterf's. work(2n-2) is not used. info: 0; the number of off-diagonal elements that have not become 0
- * in 30 n steps or because of a NaN; -1000 when there is no memory; or -i when argument i is bad, which is reported as
- * well: 1 compz, 2 n, 6 ldz. Golub and Van Loan, Matrix Computations, 4th ed., section 8.3; rotations are applied many
- * sweeps at a time and on several threads: Van Zee, van de Geijn and Quintana-Orti, ACM TOMS 40 (2014). */
+ * brought to tridiagonal form, and its columns become the full matrix's vectors. N: neither z nor work is looked at,
+ * and the values are dsterf's. work(2n-2) is not used. info: 0; the number of off-diagonal elements that have not
+ * become 0 in 30 n steps or because of a NaN; -1000 when there is no memory; or -i when argument i is bad, which is
+ * reported as well: 1 compz, 2 n, 6 ldz. Golub and Van Loan, Matrix Computations, 4th ed., section 8.3; rotations are
+ * applied many sweeps at a time and on several threads: Van Zee, van de Geijn and Quintana-Orti, ACM TOMS 40 (2014). */
 void dsteqr(const char* compz, const int* n, double* d, double* e, double* z, const int* ldz, double* work, int* info,
             NXL_LENGTH(compz_length)) NXL_NOEXCEPT;
 void zsteqr(const char* compz, const int* n, double* d, double* e, nxl_z* z, const int* ldz, double* work, int* info,

@@ -1,10 +1,12 @@
 // LAPACK, eigenproblems: entries.
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/eigen/laev2.hpp"
+#include "lapack/kernel/source/eigen/sbev.hpp"
 #include "lapack/kernel/source/eigen/stebz.hpp"
 #include "lapack/kernel/source/eigen/stein.hpp"
 #include "lapack/kernel/source/eigen/steqr.hpp"
 #include "lapack/kernel/source/eigen/sterf.hpp"
+#include "lapack/kernel/source/eigen/syevx.hpp"
 #include "lapack/kernel/source/eigen/sygst.hpp"
 #include "lapack/kernel/source/eigen/xsytrd_omp.hpp"
 #include "nxl.h"
@@ -15,6 +17,37 @@
 using namespace nxl;
 
 extern "C" {
+
+NXL_EXPORT void dsbev(const char* jobz, const char* uplo, const int* n, const int* kd, const double* ab,
+                      const int* ldab, double* w, double* z, const int* ldz, double* work, int* info, int jobz_length,
+                      int uplo_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_dsbev(capital(*jobz), capital(*uplo), *n, *kd, ab, *ldab, w, z, *ldz, work, info64.value, jobz_length,
+                     uplo_length);
+}
+
+NXL_EXPORT void dsbevd(const char* jobz, const char* uplo, const int* n, const int* kd, const double* ab,
+                       const int* ldab, double* w, double* z, const int* ldz, double* work, const int* lwork,
+                       int* iwork, const int* liwork, int* info, int jobz_length, int uplo_length) noexcept {
+    OutInt info64(info);
+    const WideInts integers(iwork, *liwork, Transfer::first_out);
+    if (!integers.data()) return refuse_for_memory("DSBEVD", info64.value);
+    nxl_lapack_dsbevd(capital(*jobz), capital(*uplo), *n, *kd, ab, *ldab, w, z, *ldz, work, *lwork, integers.data(),
+                      *liwork, info64.value, jobz_length, uplo_length);
+}
+
+NXL_EXPORT void dsbevx(const char* jobz, const char* range, const char* uplo, const int* n, const int* kd,
+                       const double* ab, const int* ldab, double* q, const int* ldq, const double* vl, const double* vu,
+                       const int* il, const int* iu, const double* abstol, int* m, double* w, double* z, const int* ldz,
+                       double*, int* iwork, int* ifail, int* info, int, int, int) noexcept {
+    OutInt info64(info), m64(m);
+    m64.value = *m; // it stays where an argument is bad
+    const WideInts failed(ifail, *jobz == 'N' ? 0 : *n, Transfer::out),
+        integers(iwork, 5 * i64{*n}, Transfer::first_out);
+    if (!failed.data() || !integers.data()) return refuse_for_memory("DSBEVX", info64.value);
+    nxl_lapack_dsbevx(capital(*jobz), capital(*range), capital(*uplo), *n, *kd, ab, *ldab, q, *ldq, *vl, *vu, *il, *iu,
+                      *abstol, m64.value, w, z, *ldz, failed.data(), info64.value);
+}
 
 NXL_EXPORT void dstebz(const char* range, const char* order, const int* n, const double* vl, const double* vu,
                        const int* il, const int* iu, const double* abstol, const double* d, const double* e, int* m,
@@ -54,6 +87,20 @@ NXL_EXPORT void dsterf(const int* n, double* d, double* e, int* info) noexcept {
     nxl_lapack_dsterf(*n, d, e, info64.value);
 }
 
+NXL_EXPORT void dsyevx(const char* jobz, const char* range, const char* uplo, const int* n, double* a, const int* lda,
+                       const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m,
+                       double* w, double* z, const int* ldz, double* work, const int* lwork, int* iwork, int* ifail,
+                       int* info, int, int, int) noexcept {
+    OutInt info64(info), m64(m);
+    m64.value = *m; // it stays where an argument is bad
+    const i64 count = unless_query(*n, *lwork);
+    const WideInts failed(ifail, *jobz == 'N' ? 0 : count, Transfer::out),
+        integers(iwork, 5 * count, Transfer::first_out);
+    if (!failed.data() || !integers.data()) return refuse_for_memory("DSYEVX", info64.value);
+    nxl_lapack_dsyevx(capital(*jobz), capital(*range), capital(*uplo), *n, a, *lda, *vl, *vu, *il, *iu, *abstol,
+                      m64.value, w, z, *ldz, work, *lwork, failed.data(), info64.value);
+}
+
 NXL_EXPORT void dsygst(const int* itype, const char* uplo, const int* n, double* a, const int* lda, const double* b,
                        const int* ldb, int* info, int uplo_length) noexcept {
     OutInt info64(info);
@@ -64,6 +111,52 @@ NXL_EXPORT void dsytrd(const char* uplo, const int* n, double* a, const int* lda
                        double* work, const int* lwork, int* info, int uplo_length) noexcept {
     OutInt info64(info);
     nxl_lapack_dsytrd(capital(*uplo), *n, a, *lda, d, e, tau, work, *lwork, info64.value, uplo_length);
+}
+
+NXL_EXPORT void zhbev(const char* jobz, const char* uplo, const int* n, const int* kd, const nxl_z* ab, const int* ldab,
+                      double* w, nxl_z* z, const int* ldz, nxl_z* work, double* rwork, int* info, int jobz_length,
+                      int uplo_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_zhbev(capital(*jobz), capital(*uplo), *n, *kd, ab, *ldab, w, z, *ldz, work, rwork, info64.value,
+                     jobz_length, uplo_length);
+}
+
+NXL_EXPORT void zhbevd(const char* jobz, const char* uplo, const int* n, const int* kd, const nxl_z* ab,
+                       const int* ldab, double* w, nxl_z* z, const int* ldz, nxl_z* work, const int* lwork,
+                       double* rwork, const int* lrwork, int* iwork, const int* liwork, int* info, int jobz_length,
+                       int uplo_length) noexcept {
+    OutInt info64(info);
+    const WideInts integers(iwork, *liwork, Transfer::first_out);
+    if (!integers.data()) return refuse_for_memory("ZHBEVD", info64.value);
+    nxl_lapack_zhbevd(capital(*jobz), capital(*uplo), *n, *kd, ab, *ldab, w, z, *ldz, work, *lwork, rwork, *lrwork,
+                      integers.data(), *liwork, info64.value, jobz_length, uplo_length);
+}
+
+NXL_EXPORT void zhbevx(const char* jobz, const char* range, const char* uplo, const int* n, const int* kd,
+                       const nxl_z* ab, const int* ldab, nxl_z* q, const int* ldq, const double* vl, const double* vu,
+                       const int* il, const int* iu, const double* abstol, int* m, double* w, nxl_z* z, const int* ldz,
+                       nxl_z*, double*, int* iwork, int* ifail, int* info, int, int, int) noexcept {
+    OutInt info64(info), m64(m);
+    m64.value = *m; // it stays where an argument is bad
+    const WideInts failed(ifail, *jobz == 'N' ? 0 : *n, Transfer::out),
+        integers(iwork, 5 * i64{*n}, Transfer::first_out);
+    if (!failed.data() || !integers.data()) return refuse_for_memory("ZHBEVX", info64.value);
+    nxl_lapack_zhbevx(capital(*jobz), capital(*range), capital(*uplo), *n, *kd, ab, *ldab, q, *ldq, *vl, *vu, *il, *iu,
+                      *abstol, m64.value, w, z, *ldz, failed.data(), info64.value);
+}
+
+NXL_EXPORT void zheevx(const char* jobz, const char* range, const char* uplo, const int* n, nxl_z* a, const int* lda,
+                       const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m,
+                       double* w, nxl_z* z, const int* ldz, nxl_z* work, const int* lwork, double*, int* iwork,
+                       int* ifail, int* info, int, int, int) noexcept {
+    OutInt info64(info), m64(m);
+    m64.value = *m; // it stays where an argument is bad
+    const i64 count = unless_query(*n, *lwork);
+    const WideInts failed(ifail, *jobz == 'N' ? 0 : count, Transfer::out),
+        integers(iwork, 5 * count, Transfer::first_out);
+    if (!failed.data() || !integers.data()) return refuse_for_memory("ZHEEVX", info64.value);
+    nxl_lapack_zheevx(capital(*jobz), capital(*range), capital(*uplo), *n, a, *lda, *vl, *vu, *il, *iu, *abstol,
+                      m64.value, w, z, *ldz, work, *lwork, failed.data(), info64.value);
 }
 
 NXL_EXPORT void zhegst(const int* itype, const char* uplo, const int* n, nxl_z* a, const int* lda, const nxl_z* b,

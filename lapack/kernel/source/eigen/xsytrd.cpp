@@ -1,22 +1,10 @@
 // dsytrd, zhetrd on one thread: by panels, each followed by one update of rank 2 k. Golub and Van Loan, Matrix
 // Computations, 4th ed., section 8.3.1.
 #include "lapack/kernel/source/eigen/xsytrd.hpp"
-#include "blas/calls.hpp"
+#include "lapack/kernel/source/eigen/two_sided.hpp"
 #include "lapack/kernel/source/orthogonal/reflector.hpp"
 
 namespace nxl {
-namespace {
-
-/// Reflects the rest of a matrix, n rows, by I - tau v v^H from both sides; w: n elements.
-template <class T> void reflect(char uplo, const Matrix<T>& rest, const T* v, const T& tau, T* w) {
-    const i64 n = rest.rows;
-    hemv(uplo, tau, rest, v, 0.0, w);
-    axpy(n, -0.5 * tau * dotc(n, w, 1, v, 1), v, 1, w, 1);
-    slot_of<T, &KernelTable::dsyr2, &KernelTable::zher2>()(uplo, n, T(-1.0), v, 1, w, 1, rest.data, rest.ld);
-}
-
-} // namespace
-
 template <class T> void sytd2(char uplo, const Matrix<T>& a, double* d, double* e, T* tau) {
     const i64 n = a.rows;
     if (n == 0) return;
@@ -32,7 +20,8 @@ template <class T> void sytd2(char uplo, const Matrix<T>& a, double* d, double* 
         e[place] = real_part(alpha);
         if (scalar != T{}) {
             alpha = 1.0;
-            reflect(uplo, a.block(first, first, count, count), a.at(first, i), scalar, lower ? tau + i : tau);
+            reflect_both_sides(uplo, a.block(first, first, count, count), a.at(first, i), scalar,
+                               lower ? tau + i : tau);
         }
         alpha = e[place];
         d[i] = real_part(a(i, i));

@@ -1,0 +1,91 @@
+// dsbev, zhbev, dsbevd, zhbevd: to tridiagonal form, then QL.
+#include "lapack/kernel/source/eigen/sbev.hpp"
+#include "lapack/kernel/source/common/reports.hpp"
+#include "lapack/kernel/source/eigen/sbtrd.hpp"
+#include "lapack/kernel/source/eigen/steqr.hpp"
+#include "lapack/kernel/source/eigen/tridiagonal_blocks.hpp"
+#include "service/arguments.hpp"
+#include "service/scratch.hpp"
+
+namespace nxl {
+namespace {
+
+/// The checks that all forms share.
+template <class T>
+void check(Arguments& arguments, char jobz, const HermitianBand<T>& a, i64 ldz) {
+    arguments.letter(1, jobz, "NV").letter(2, a.uplo, "UL").size(3, a.n).size(4, a.kd);
+    arguments.expect(6, a.ldab >= a.kd + 1).leading(9, ldz, jobz == 'V' ? a.n : 1);
+}
+
+template <class T>
+void solve(const RoutineLetters& name, char jobz, const HermitianBand<T>& a, double* w, T* z, i64 ldz, i64& info) {
+    const i64 n = a.n;
+    if (n == 0) return;
+    const Scratch<double> e(n);
+    const double largest = a.largest(), scale = block_scale(&largest, nullptr, 1);
+    if (!e.data() || !sbtrd(a, scale, w, e.data(), jobz == 'V', {z, n, n, ldz})) return refuse_for_memory(name, info);
+    steqr<T>(jobz, n, w, e.data(), z, jobz == 'V' ? ldz : 1, nullptr, info, 1);
+    for (i64 i = 0; i < n; ++i) w[i] /= scale;
+}
+
+/// What the forms with D ask of the caller: workspaces that divide and conquer fills.
+struct Lengths {
+    i64 real, integer;
+};
+constexpr Lengths lengths(char jobz, i64 n, i64 values_alone) {
+    if (n <= 1) return {1, 1};
+    return jobz == 'V' ? Lengths{1 + 5 * n + 2 * n * n, 3 + 5 * n} : Lengths{values_alone * n, 1};
+}
+
+} // namespace
+
+void nxl_lapack_dsbev(const char& jobz, const char& uplo, const i64& n, const i64& kd, const double* ab,
+                      const i64& ldab, double* w, double* z, const i64& ldz, double*, i64& info, int, int) {
+    Arguments arguments("DSBEV ");
+    const HermitianBand<double> a{uplo, n, kd, ab, ldab};
+    check(arguments, jobz, a, ldz);
+    if (!arguments.refused(info)) solve("DSBEV ", jobz, a, w, z, ldz, info);
+}
+
+void nxl_lapack_zhbev(const char& jobz, const char& uplo, const i64& n, const i64& kd, const zcomplex* ab,
+                      const i64& ldab, double* w, zcomplex* z, const i64& ldz, zcomplex*, double*, i64& info, int,
+                      int) {
+    Arguments arguments("ZHBEV ");
+    const HermitianBand<zcomplex> a{uplo, n, kd, ab, ldab};
+    check(arguments, jobz, a, ldz);
+    if (!arguments.refused(info)) solve("ZHBEV ", jobz, a, w, z, ldz, info);
+}
+
+void nxl_lapack_dsbevd(const char& jobz, const char& uplo, const i64& n, const i64& kd, const double* ab,
+                       const i64& ldab, double* w, double* z, const i64& ldz, double* work, const i64& lwork,
+                       i64* iwork, const i64& liwork, i64& info, int, int) {
+    Arguments arguments("DSBEVD");
+    const HermitianBand<double> a{uplo, n, kd, ab, ldab};
+    const Lengths least = lengths(jobz, n, 2);
+    const bool query = lwork == -1 || liwork == -1;
+    check(arguments, jobz, a, ldz);
+    arguments.expect(11, query || lwork >= least.real).expect(13, query || liwork >= least.integer);
+    if (arguments.refused(info)) return;
+    work[0] = static_cast<double>(least.real);
+    iwork[0] = least.integer;
+    if (!query) solve("DSBEVD", jobz, a, w, z, ldz, info);
+}
+
+void nxl_lapack_zhbevd(const char& jobz, const char& uplo, const i64& n, const i64& kd, const zcomplex* ab,
+                       const i64& ldab, double* w, zcomplex* z, const i64& ldz, zcomplex* work, const i64& lwork,
+                       double* rwork, const i64& lrwork, i64* iwork, const i64& liwork, i64& info, int, int) {
+    Arguments arguments("ZHBEVD");
+    const HermitianBand<zcomplex> a{uplo, n, kd, ab, ldab};
+    const Lengths least = lengths(jobz, n, 1);
+    const i64 complex_least = n <= 1 ? 1 : jobz == 'V' ? 2 * n * n : n;
+    const bool query = lwork == -1 || lrwork == -1 || liwork == -1;
+    check(arguments, jobz, a, ldz);
+    arguments.expect(11, query || lwork >= complex_least).expect(13, query || lrwork >= least.real);
+    if (arguments.expect(15, query || liwork >= least.integer).refused(info)) return;
+    work[0] = static_cast<double>(complex_least);
+    rwork[0] = static_cast<double>(least.real);
+    iwork[0] = least.integer;
+    if (!query) solve("ZHBEVD", jobz, a, w, z, ldz, info);
+}
+
+} // namespace nxl

@@ -1,0 +1,28 @@
+// Band matrices brought to tridiagonal form.
+#pragma once
+#include "service/matrix.hpp"
+#include "service/scalars.hpp"
+
+namespace nxl {
+
+/// A symmetric or Hermitian band as the caller stores it.
+template <class T> struct HermitianBand {
+    char uplo;
+    i64 n, kd;
+    const T* ab;
+    i64 ldab;
+
+    /// Element (i, j), i >= j, of the lower triangle.
+    T lower(i64 i, i64 j) const {
+        if (uplo == 'L') return ab[i - j + j * ldab];
+        return conj_if(true, ab[kd + j - i + i * ldab]);
+    }
+    double largest() const;
+};
+
+/// scale A = Q T Q^H: the diagonal and off-diagonal of T in d(n) and e(n-1); with `wants_q`, Q in q(n,n). False when
+/// there was no memory.
+template <class T>
+bool sbtrd(const HermitianBand<T>& a, double scale, double* d, double* e, bool wants_q, const Matrix<T>& q);
+
+} // namespace nxl

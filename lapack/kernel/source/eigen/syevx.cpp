@@ -1,0 +1,121 @@
+// dsyevx, zheevx, dsbevx, zhbevx: reduction, then selected_pairs.hpp.
+#include "lapack/kernel/source/eigen/syevx.hpp"
+#include "lapack/kernel/source/common/columns.hpp"
+#include "lapack/kernel/source/common/reports.hpp"
+#include "lapack/kernel/source/eigen/sbtrd.hpp"
+#include "lapack/kernel/source/eigen/selected_pairs.hpp"
+#include "lapack/kernel/source/eigen/symmetric_names.hpp"
+#include "lapack/kernel/source/eigen/xsytrd.hpp"
+#include "lapack/kernel/source/eigen/xsytrd_omp.hpp"
+#include "lapack/kernel/source/orthogonal/orgtr.hpp"
+#include "lapack/kernel/source/orthogonal/ormtr.hpp"
+
+namespace nxl {
+namespace {
+
+/// A triangle multiplied by a power of two that keeps squares in the range; returns that.
+template <class T> double bring_into_range(char uplo, const Matrix<T>& a) {
+    const Columns<T> triangle = triangle_of(uplo, a);
+    double largest = 0.0;
+    for (i64 j = 0; j < a.columns; ++j)
+        for (i64 i = triangle.first(j); i < triangle.end(j); ++i) {
+            const double size = i == j ? std::fabs(real_part(a(i, j))) : abs1(a(i, j));
+            if (!(size <= largest)) largest = size;
+        }
+    const double scale = block_scale(&largest, nullptr, 1);
+    for (i64 j = 0; j < a.columns && scale != 1.0; ++j) // a diagonal's imaginary part stays beside the real one
+        for (i64 i = triangle.first(j); i < triangle.end(j); ++i) a(i, j) *= scale;
+    return scale;
+}
+
+} // namespace
+
+template <class T>
+void syevx(const char& jobz, const char& range, const char& uplo, const i64& n, T* a, const i64& lda, const double& vl,
+           const double& vu, const i64& il, const i64& iu, const double& abstol, i64& m, double* w, T* z,
+           const i64& ldz, T* work, const i64& lwork, i64* ifail, i64& info) {
+    constexpr i64 vectors_of_n = is_complex_scalar<T> ? 2 : 8; // that the published workspace has at least
+    const i64 least = n <= 1 ? 1 : vectors_of_n * n;
+    const Workspace<T> space{work, lwork, least, std::max(least, (tridiagonal_sizes<T>.block + 3) * n)};
+    const PairSelection wanted{jobz, range, n, vl, vu, il, iu, abstol};
+    Arguments arguments(symmetric_routine<T>("EVX"));
+    arguments.letter(1, jobz, "NV").letter(2, range, "AVI").letter(3, uplo, "UL").size(4, n).leading(6, lda, n);
+    wanted.check(arguments, 8);
+    if (arguments.leading(15, ldz, jobz == 'V' ? n : 1).workspace(17, space).refused(info)) return;
+    if (space.is_query()) return;
+    m = 0;
+    if (n == 0) return;
+    const Matrix<T> matrix{a, n, n, lda};
+    const Scratch<double> tridiagonal(2 * n);
+    const Scratch<T> scalars(n);
+    if (!tridiagonal.data() || !scalars.data()) return refuse_for_memory(symmetric_routine<T>("EVX"), info);
+    double *const d = tridiagonal.data(), *const e = d + n;
+    const double scale = bring_into_range(uplo, matrix);
+    sytrd(uplo, n, a, lda, d, e, scalars.data(), work, lwork, info);
+    const auto form_q = [&](const Matrix<T>& q) {
+        const Columns<T> from = triangle_of(uplo, matrix);
+        for (i64 j = 0; j < n; ++j) std::copy(from.start(j), from.start(j) + from.count(j), q.at(from.first(j), j));
+        i64 status = 0;
+        orgtr(uplo, n, q.data, q.ld, scalars.data(), work, lwork, status);
+        return status == 0;
+    };
+    const auto multiply = [&](const Matrix<T>& vectors) {
+        i64 status = 0;
+        ormtr('L', uplo, 'N', n, vectors.columns, a, lda, scalars.data(), vectors.data, vectors.ld, work, lwork,
+              status);
+        return status == 0;
+    };
+    info = find_pairs<T>(wanted, scale, d, e, {m, w, {z, n, n, ldz}, ifail}, form_q, multiply);
+    if (info < 0) refuse_for_memory(symmetric_routine<T>("EVX"), info);
+}
+
+template <class T>
+void sbevx(const char& jobz, const char& range, const char& uplo, const i64& n, const i64& kd, const T* ab,
+           const i64& ldab, T* q, const i64& ldq, const double& vl, const double& vu, const i64& il, const i64& iu,
+           const double& abstol, i64& m, double* w, T* z, const i64& ldz, i64* ifail, i64& info) {
+    constexpr RoutineLetters name = is_complex_scalar<T> ? RoutineLetters("ZHBEVX") : RoutineLetters("DSBEVX");
+    const PairSelection wanted{jobz, range, n, vl, vu, il, iu, abstol};
+    const i64 rows = wanted.vectors() ? n : 1;
+    Arguments arguments(name);
+    arguments.letter(1, jobz, "NV").letter(2, range, "AVI").letter(3, uplo, "UL").size(4, n).size(5, kd);
+    arguments.expect(7, ldab >= kd + 1).expect(9, !wanted.vectors() || ldq >= std::max(n, i64{1}));
+    wanted.check(arguments, 11);
+    if (arguments.leading(18, ldz, rows).refused(info)) return;
+    m = 0;
+    if (n == 0) return;
+    const Matrix<T> orthogonal{q, n, n, ldq};
+    const Scratch<double> tridiagonal(2 * n);
+    const HermitianBand<T> a{uplo, n, kd, ab, ldab};
+    const double largest = a.largest(), scale = block_scale(&largest, nullptr, 1);
+    double *const d = tridiagonal.data(), *const e = d + n;
+    if (!d || !sbtrd(a, scale, d, e, wanted.vectors(), orthogonal)) return refuse_for_memory(name, info);
+    const auto form_q = [&](const Matrix<T>& to) {
+        for (i64 j = 0; j < n; ++j) std::copy(orthogonal.at(0, j), orthogonal.at(0, j) + n, to.at(0, j));
+        return true;
+    };
+    const auto multiply = [&](const Matrix<T>& vectors) {
+        const Scratch<T> copy(n * vectors.columns);
+        if (!copy.data()) return false;
+        const Matrix<T> of_t{copy.data(), n, vectors.columns, n};
+        for (i64 j = 0; j < vectors.columns; ++j) std::copy(vectors.at(0, j), vectors.at(0, j) + n, of_t.at(0, j));
+        gemm('N', 'N', 1.0, orthogonal, of_t, 0.0, vectors);
+        return true;
+    };
+    info = find_pairs<T>(wanted, scale, d, e, {m, w, {z, n, n, ldz}, ifail}, form_q, multiply);
+    if (info < 0) refuse_for_memory(name, info);
+}
+
+template void syevx<double>(const char&, const char&, const char&, const i64&, double*, const i64&, const double&,
+                            const double&, const i64&, const i64&, const double&, i64&, double*, double*, const i64&,
+                            double*, const i64&, i64*, i64&);
+template void syevx<zcomplex>(const char&, const char&, const char&, const i64&, zcomplex*, const i64&, const double&,
+                              const double&, const i64&, const i64&, const double&, i64&, double*, zcomplex*,
+                              const i64&, zcomplex*, const i64&, i64*, i64&);
+template void sbevx<double>(const char&, const char&, const char&, const i64&, const i64&, const double*, const i64&,
+                            double*, const i64&, const double&, const double&, const i64&, const i64&, const double&,
+                            i64&, double*, double*, const i64&, i64*, i64&);
+template void sbevx<zcomplex>(const char&, const char&, const char&, const i64&, const i64&, const zcomplex*,
+                              const i64&, zcomplex*, const i64&, const double&, const double&, const i64&, const i64&,
+                              const double&, i64&, double*, zcomplex*, const i64&, i64*, i64&);
+
+} // namespace nxl
