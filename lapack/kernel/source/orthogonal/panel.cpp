@@ -35,7 +35,7 @@ template <class T> class NarrowPanel {
 
     /// products := (rows below j of all columns)^H x
     void multiply(i64 j) {
-        if (below(j) == 0) return static_cast<void>(std::fill_n(products_, a_.columns, T{}));
+        std::fill_n(products_, a_.columns, T{}); // a product without rows leaves them alone
         slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()('C', below(j), a_.columns, T(1.0), a_.at(0, 0) + j + 1,
                                                                a_.ld, tail(j), 1, T(0.0), products_, 1);
     }
