@@ -178,7 +178,8 @@ float R1MACH(const int* i) NXL_NOEXCEPT;
  *    -6       no perfect matching: A is structurally singular; or iparam(13) is 2 to 4
  *    -7       as -1, without messages; a 0 on the diagonal of a diagonal matrix
  *    -8       the graph or the factors are too large for their integers
- *    -9, -10, -11  out of core: memory; opening a file, or it belongs to another handle; reading or writing it
+ *    -9, -10, -11  out of core: memory; opening a file, or it belongs to another handle; reading or writing it. An
+ *                  analysis that cannot save its part ends the program with code 2
  * iparam(27) finds four faults in a pattern; the first one that applies is told, at its last place, in iparam(31..33):
  *   21  ia does not begin with 1 or does not ascend at i: i, ia(i), ia(i+1)
  *   22  a column out of range at j: j, ja(j), neqns

@@ -1,5 +1,5 @@
-// The choice of a method by the matrix: factors of a narrow band; sparse factors; Cholesky or LU where it is dense; conjugate gradients or FGMRES
-// where factors do not fit into memory, or where the user asks for iterations.
+// The choice of a method by the matrix: factors of a narrow band; sparse factors; Cholesky or LU where it is dense;
+// conjugate gradients or FGMRES where factors do not fit into memory, or where the user asks for iterations.
 #include "method.hpp"
 
 #include <algorithm>

@@ -28,7 +28,7 @@ struct Report {
     Outcome outcome;
     Times times;
     double residual = 0.0;
-    ErrorBounds bounds; // of a direct method
+    ErrorBounds bounds;            // of a direct method
     const double* error = nullptr; // null when the solution is not known
     bool generated = false;
 };

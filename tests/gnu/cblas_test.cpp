@@ -34,7 +34,7 @@ template <class T> class ByRows {
         for (int j = 0; j < shape_.cols; ++j)
             for (int i = 0; i < shape_.rows; ++i)
                 columns_[shape_.at(i, j)] = std::exchange(rows_[at(i, j)], all_nan<T>());
-        for (const T& slack : rows_) EXPECT_TRUE(std::isnan(std::real(slack))) << call_in_progress;
+        for (const T& slack : rows_) EXPECT_TRUE(std::isnan(std::real(slack))) << in_progress.text();
     }
     ByRows(const ByRows&) = delete;
     ByRows& operator=(const ByRows&) = delete;

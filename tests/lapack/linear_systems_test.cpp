@@ -340,15 +340,15 @@ TYPED_TEST(LinearSystem, RefinementMendsWhatIsSpoilt) {
 TYPED_TEST(LinearSystem, EveryAllocationMayFail) {
     using T = typename decltype(TypeParam::a.elements)::value_type;
     const int n = 130, count = 3;
-    const TypeParam system(Kind::dominated, n, 40, 20);
+    const TypeParam system(Kind::dominated, n, 40, 20, 'U');
     TypeParam whole = system;
     whole.factor(true);
     const std::vector<T> b = random_values<T>(n * count, 5);
     std::vector<T> x = b;
-    whole.solve(true, *TypeParam::solutions, count, x, n);
+    whole.solve(true, system.solutions[0], count, x, n);
     Work<T> work(n);
     double rcond = 0.0, ferr[3], berr[3];
-    whole.condition(true, *TypeParam::norms, 1.0, rcond, work);
+    whole.condition(true, system.norms[0], 1.0, rcond, work);
     for (long failing = 1; failing <= 6; ++failing) {
         const auto starved = [&](TypeParam& of, auto&& step, auto&& done, auto&& untouched) {
             NXL_FreeBuffers();
@@ -366,15 +366,15 @@ TYPED_TEST(LinearSystem, EveryAllocationMayFail) {
         ours = whole;
         std::vector<T> y = b;
         starved(
-            ours, [&] { ours.solve(true, *TypeParam::solutions, count, y, n); },
+            ours, [&] { ours.solve(true, system.solutions[0], count, y, n); },
             [&] { return difference(x, y) <= 1e-10; }, [&] { return y == b; });
         double found = -1.0;
         starved(
-            ours, [&] { ours.condition(true, *TypeParam::norms, 1.0, found, work); },
+            ours, [&] { ours.condition(true, system.norms[0], 1.0, found, work); },
             [&] { return std::abs(found - rcond) <= 1e-10 * rcond; }, [&] { return found == -1.0; });
         y = x;
         starved(
-            ours, [&] { ours.refine(true, *TypeParam::solutions, count, b, y, n, ferr, berr, work); },
+            ours, [&] { ours.refine(true, system.solutions[0], count, b, y, n, ferr, berr, work); },
             [&] { return difference(x, y) <= 1e-10; }, [&] { return y == x; });
     }
 }

@@ -236,7 +236,7 @@ TEST_F(OutOfCore, FilesOfALiveHandleAreRefused) {
 
 TEST_F(OutOfCore, HostileFileSystemsGiveErrors) {
     set("PATH", "nowhere/x");
-    EXPECT_EQ(system(2).run(13), -10);
+    EXPECT_EXIT(system(2).run(13), testing::ExitedWithCode(2), "");
     set("PATH", "x");
     std::filesystem::create_directory("x.lnz");
     EXPECT_EQ(system(2).run(11), -10);
@@ -267,17 +267,35 @@ TEST_F(OutOfCore, AFullDiskIsAnError) {
     System made = system(13, 1, 40);
     EXPECT_EQ(made.run(12), -11);
     EXPECT_EQ(made.run(-1), 0);
+    EXPECT_EXIT(system(13, 1, 200).run(11), testing::ExitedWithCode(2), ""); // the row lists are too long themselves
     EXPECT_EQ(umount("disk"), 0);
 }
 
-// The n-th of all file operations fails: there is an error, or nothing depended on it, and the handle can be cleaned.
+TEST_F(OutOfCore, AnAnalysisThatCannotSaveEndsTheProcess) {
+    host_files = {.operations = 0, .fail_at = 0};
+    System counted = system(2);
+    ASSERT_EQ(counted.run(11), 0);
+    const int closing = host_files.operations - 4; // two files are opened and closed after the one that is written
+    counted.run(-1);
+    for (const int fail_at : {closing - 1, closing}) {
+        const auto analyse = [&] {
+            host_files = {.operations = 0, .fail_at = fail_at};
+            system(2).run(11);
+        };
+        EXPECT_EXIT(analyse(), testing::ExitedWithCode(2), "");
+    }
+}
+
+// The n-th of all file operations after the analysis fails: there is an error, or nothing depended on it, and the
+// handle can be cleaned.
 TEST_F(OutOfCore, EveryFileOperationMayFail) {
     for (const int type : {2, 11}) {
         int failures = 0;
         for (int n = 1;; ++n) {
             System made = system(type);
+            ASSERT_EQ(made.run(11), 0);
             host_files = {.operations = 0, .fail_at = n};
-            int error = made.run(12);
+            int error = made.run(22);
             for (const int step : {331, 332, 333}) {
                 if (error != 0) break;
                 made.b = step == 331 ? made.b : made.x;
@@ -339,8 +357,8 @@ TEST_F(OutOfCore, TheFileLayerTellsItsStatuses) {
         OocStatus result = OocStatus::done;
         pardiso::pardiso_read_ooc_file(file, {8, 2, 2}, back, 2, result);
         pardiso::pardiso_write_ooc_file(file, {8, 2, 2}, values, 2, result);
-        pardiso::ooc_report(OocStatus::write_parameters, "here");
-        pardiso::ooc_report(OocStatus::input, "there");
+        pardiso::ooc_report(OocStatus::write_parameters, false, "here");
+        pardiso::ooc_report(OocStatus::input, false, "there");
         pardiso::ooc_close(file, true, result);
         pardiso::ooc_close(nullptr, true, result = OocStatus::close);
     });

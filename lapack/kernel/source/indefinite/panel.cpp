@@ -12,8 +12,8 @@
 // too. Bunch and Kaufman, Math. Comp. 31 (1977); blocked: Anderson and Dongarra, LAPACK Working Note 19 (1989).
 #include "lapack/kernel/source/indefinite/panel.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/indefinite/pivots.hpp"
 #include "lapack/kernel/source/common/vector_product.hpp"
+#include "lapack/kernel/source/indefinite/pivots.hpp"
 #include <algorithm>
 #include <cmath>
 

@@ -9,8 +9,8 @@
 // product is made apart, and what A's own rows do there is kept off.
 #include "lapack/kernel/source/indefinite/solve.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/indefinite/pivot_block.hpp"
 #include "lapack/kernel/source/common/vector_product.hpp"
+#include "lapack/kernel/source/indefinite/pivot_block.hpp"
 
 namespace nxl {
 

@@ -1,8 +1,8 @@
 #include "solvers_ds/kernel/default/pardiso/numeric/factorise.hpp"
 #include "lapack/kernel/source/common/task_region.hpp"
 #include "service/scratch.hpp"
-#include "solvers_ds/kernel/default/pardiso/numeric/assembler.hpp"
 #include "solvers_ds/kernel/default/pardiso/matrix_type.hpp"
+#include "solvers_ds/kernel/default/pardiso/numeric/assembler.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/progress.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/update.hpp"
 #include <atomic>

@@ -6,6 +6,7 @@
 namespace nxl::pardiso {
 namespace {
 
+constexpr char save_text[] = "do_all: save lindx";
 constexpr OocFileKind all_kinds[] = {OocFileKind::structure, OocFileKind::lower, OocFileKind::upper};
 
 /// Handles that hold files, linked through their settings. Creating and removing files is rare: one at a time.
@@ -22,15 +23,13 @@ bool is_held(const struct stat& file) {
     return false;
 }
 
-/// Makes the first file, unless somebody has it.
-std::FILE* claim(const OocContext& ooc, bool messages, OocStatus& status) {
+/// Makes the first file. Null when it cannot be made, or `held` is set: another handle has it.
+std::FILE* claim(const OocContext& ooc, bool messages, OocStatus& status, bool& held) {
     const SpinGuard guard(holders_lock);
     struct stat file{};
     const OocFileName name(ooc.stem, OocFileKind::structure);
-    if (stat(name.text, &file) == 0 && is_held(file)) {
-        status = OocStatus::open;
-        return nullptr;
-    }
+    held = stat(name.text, &file) == 0 && is_held(file);
+    if (held) return nullptr;
     std::FILE* const stream = ooc_open(ooc.stem, OocFileKind::structure, 'w', messages, status);
     if (!stream) return nullptr;
     fstat(fileno(stream), &file);
@@ -68,7 +67,7 @@ bool FactorFiles::settle(const char* text) {
     if (messages_) {
         char place[80];
         std::snprintf(place, sizeof place, "%s%s", kernel_, text);
-        ooc_report(status_, place);
+        ooc_report(status_, false, place);
     }
     ooc_[OocWord::error] = static_cast<i64>(error_of(status_));
     return false;
@@ -117,12 +116,15 @@ bool FactorFiles::close() {
 
 OocStatus create_factor_files(const OocContext& ooc, const i32* lindx, i64 count, bool messages) {
     OocStatus status = OocStatus::done;
-    std::FILE* const file = claim(ooc, messages, status);
-    if (!file) return status;
+    bool held = false;
+    std::FILE* const file = claim(ooc, messages, status, held);
+    if (held) return OocStatus::open;
+    if (!file) ooc_report(status, true, save_text);
     pardiso_write_ooc_file(file, {.size = i64{sizeof(i32)}, .first = 1, .count = count}, lindx, messages, status);
     OocStatus closed = OocStatus::done;
     ooc_close(file, messages, closed);
     if (status == OocStatus::done) status = closed;
+    if (status != OocStatus::done) ooc_report(status, true, save_text);
     for (const OocFileKind kind : {OocFileKind::lower, OocFileKind::upper})
         if (status == OocStatus::done) status = create_empty(ooc, kind, messages);
     return status;
@@ -134,7 +136,7 @@ void remove_factor_files(const OocContext& ooc, bool messages) {
         for (const OocFileKind kind : all_kinds) {
             if (std::remove(OocFileName(ooc.stem, kind).text) == 0) continue;
             ooc[OocWord::error] = static_cast<i64>(error_of(OocStatus::remove));
-            if (messages) ooc_report(OocStatus::remove, "do_all: clean");
+            if (messages) ooc_report(OocStatus::remove, false, "do_all: clean");
         }
     disclaim(ooc);
 }

@@ -1,6 +1,7 @@
 #include "solvers_ds/kernel/default/pardiso/out_of_core/files.hpp"
 #include "solvers_ds/kernel/default/pardiso/message.hpp"
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 namespace nxl::pardiso {
@@ -121,12 +122,13 @@ void pardiso_read_ooc_file(std::FILE* file, const OocItems& items, void* data, i
         status = read_record(file, position_of(items, k), items, to, msglvl);
 }
 
-void ooc_report(OocStatus status, const char* text) {
+void ooc_report(OocStatus status, bool fatal, const char* text) {
     constexpr int last = static_cast<int>(OocStatus::write_parameters);
     const int number = static_cast<int>(status);
     if (number == 0) return;
     if (number <= last) pardiso_message(static_cast<int>(Text::first_ooc_status) + number - 1, text);
     else pardiso_message(Text::ooc_unknown_status, number, text);
+    if (fatal) std::exit(2);
 }
 
 } // namespace nxl::pardiso

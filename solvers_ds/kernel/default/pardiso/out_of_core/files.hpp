@@ -46,8 +46,8 @@ struct OocItems {
 void pardiso_write_ooc_file(std::FILE* file, const OocItems& items, const void* data, int msglvl, OocStatus& status);
 void pardiso_read_ooc_file(std::FILE* file, const OocItems& items, void* data, int msglvl, OocStatus& status);
 
-/// Prints what a status means, for the place in the work that `text` names.
-void ooc_report(OocStatus status, const char* text);
+/// Prints what a status means, for the place in the work that `text` names. A fatal one ends the process with code 2.
+void ooc_report(OocStatus status, bool fatal, const char* text);
 
 /// The error of a call that ended with a status: files that could not be opened, and all else.
 inline Error error_of(OocStatus status) {

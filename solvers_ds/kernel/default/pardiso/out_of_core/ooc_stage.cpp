@@ -53,7 +53,7 @@ Fault put_lists_on_file(const Handle& handle, const Call& call) {
     const OocStatus status =
         create_factor_files(ooc, handle.array<i32>(ArrayBase::lindx), control[Word::structure_length], call.messages);
     if (status != OocStatus::done) {
-        if (call.messages) ooc_report(status, "do_all: save lindx");
+        if (call.messages) ooc_report(status, false, "do_all: create files");
         ooc[OocWord::error] = static_cast<i64>(error_of(status));
         return {error_of(status), static_cast<i32>(status)};
     }
