@@ -37,9 +37,10 @@ TEST_F(Bench, SelfCheckedRowsOfSeveralFamilies) {
 TEST_F(Bench, SparseSystemsWithAndWithoutAPeer) {
     const auto result = run("sparse --filter '(poisson2d|saddle)/' --sizes 20 --csv f.csv");
     EXPECT_EQ(result.status, 0) << result.err;
-    for (const char* row : {"\npoisson2d     metis ", "\npoisson2d     mindegree ", "\nsaddle        metis "})
+    for (const char* row : {"\npoisson2d     20    metis ", "\npoisson2d     20    mindegree ",
+                            "\nsaddle        20    metis ", "\nsaddle               20    solve100 "})
         EXPECT_TRUE(has(result.out, row)) << result.out;
-    EXPECT_TRUE(has(read("f.csv"), "sparse,poisson2d,mindegree,400,nxl,")) << read("f.csv");
+    EXPECT_TRUE(has(read("f.csv"), "sparse,poisson2d,20,mindegree,400,nxl,")) << read("f.csv");
     EXPECT_EQ(run("sparse --sizes 1").status, 1);
 }
 

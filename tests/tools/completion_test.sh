@@ -37,7 +37,7 @@ for program in "$@"; do
     expect "--version" "$program" --vers
     case $program in
     *nxl-solve)
-        expect "auto lu cholesky cg fgmres" "$program" --method ""
+        expect "auto direct lu cholesky ldl cg fgmres" "$program" --method ""
         expect "ilu0 ilut" "$program" a.mtx --precond ilu
         expect "cg cholesky" "$program" --method = c
         expect "heat3d:" "$program" --generate hea
