@@ -24,10 +24,14 @@ class [[nodiscard]] Status {
 
   public:
     Status() = default;
+    /// The text is kept as it is given, not copied.
     Status(int code, std::string_view text) : code_(code), text_(text) {}
 
+    /// Whether the step was done.
     bool ok() const { return code_ == 0; }
+    /// The same.
     explicit operator bool() const { return ok(); }
+    /// 0, or what the routine returned as its error.
     int code() const { return code_; }
     /// One line for a reader; lives as long as the program.
     std::string_view text() const { return text_; }
@@ -46,20 +50,24 @@ enum class MatrixType : int {
     complex_general = 13
 };
 
+/// The order of elimination: iparam(2).
 enum class Ordering : int { minimum_degree = 0, constrained_minimum_degree = 1, nested_dissection = 2 };
+/// Whether factors go to files: iparam(60).
 enum class OutOfCore : int { never = 0, when_needed = 1, always = 2 };
 
 /// Options of a factorisation, with the defaults of a type. Each stands for an entry of iparam.
 struct SparseOptions {
-    Ordering ordering = Ordering::nested_dissection;
-    bool matching = false, scaling = false; ///< iparam(13), iparam(11)
-    int pivot_exponent = 0;                 ///< iparam(10): pivots below 10^-p are replaced
-    bool pivots_of_order_2 = false;         ///< iparam(21)
-    int refinement_steps = 0;               ///< iparam(8); 0: two where pivots were replaced
-    bool extended_residual = false;         ///< of the refinement: in doubled precision
-    OutOfCore out_of_core = OutOfCore::never;
-    bool messages = false; ///< on standard output
+    Ordering ordering = Ordering::nested_dissection; ///< iparam(2)
+    bool matching = false;                           ///< iparam(13): large entries to the diagonal
+    bool scaling = false;                            ///< iparam(11): by the matching
+    int pivot_exponent = 0;                          ///< iparam(10): pivots below 10^-p are replaced
+    bool pivots_of_order_2 = false;                  ///< iparam(21)
+    int refinement_steps = 0;                        ///< iparam(8); 0: two where pivots were replaced
+    bool extended_residual = false;                  ///< of the refinement: in doubled precision
+    OutOfCore out_of_core = OutOfCore::never;        ///< iparam(60)
+    bool messages = false;                           ///< on standard output
 
+    /// The defaults of a type.
     static SparseOptions of(MatrixType type) {
         const int number = static_cast<int>(type);
         SparseOptions options;
@@ -187,13 +195,17 @@ template <class T> class SparseSolver {
     }
 
   public:
+    /// Of a type, with its defaults.
     explicit SparseSolver(MatrixType type) : SparseSolver(type, SparseOptions::of(type)) {}
+    /// With options of the caller's.
     SparseSolver(MatrixType type, const SparseOptions& options) : type_(type), options_(options) {}
     ~SparseSolver() { release(); }
+    /// The other one is as new afterwards.
     SparseSolver(SparseSolver&& other) noexcept
         : type_(other.type_),
           options_(other.options_),
           s_(std::exchange(other.s_, State{})) {}
+    /// The two exchange what they hold.
     SparseSolver& operator=(SparseSolver&& other) noexcept {
         std::swap(type_, other.type_);
         std::swap(options_, other.options_);
@@ -256,18 +268,25 @@ template <class T> class SparseSolver {
         return status;
     }
 
+    /// How many pivots have each sign.
     struct Inertia {
-        int positive, negative;
+        int positive; ///< above 0
+        int negative; ///< below 0
     };
     /// Signs of the pivots, which are those of the eigenvalues of a symmetric or Hermitian matrix.
     Inertia inertia() const { return {s_.iparam[positive_count], s_.iparam[negative_count]}; }
+    /// Pivots that were too small and have been replaced.
     int perturbed_pivots() const { return s_.iparam[perturbed_count]; }
+    /// Steps of refinement that the last solution took.
     int refinement_steps() const { return s_.iparam[steps_done]; }
 
+    /// The order of A.
     int size() const { return s_.n; }
+    /// What A is taken for.
     MatrixType type() const { return type_; }
-    /// Entries of A as they are stored, and of its factors with their diagonal blocks whole, at most 2147483647.
+    /// Entries of A as they are stored.
     int entries() const { return static_cast<int>(s_.column.size()); }
+    /// Entries of the factors with their diagonal blocks whole, at most 2147483647.
     int factor_size_in_entries() const { return std::max(s_.iparam[factor_entries], s_.n); }
     /// Operations of a factorisation, in millions of real ones, at most 2147483647.
     int million_operations() const { return std::max(s_.iparam[factor_mflop], 0); }
@@ -299,10 +318,13 @@ struct FitOptions {
     double difference = 1e-6;  ///< of the numeric Jacobian, relative
 };
 
+/// How a fit went.
 struct Fit {
-    Status status;
-    int steps = 0, stop_code = 0; ///< st_cr of dtrnlsp_get
-    double first_norm = 0.0, last_norm = 0.0;
+    Status status;           ///< of the routines
+    int steps = 0;           ///< iterations made
+    int stop_code = 0;       ///< st_cr of dtrnlsp_get
+    double first_norm = 0.0; ///< |F| at the start
+    double last_norm = 0.0;  ///< and at the end
 };
 
 /// Makes |F(x)| small over x, from the x that is given: dtrnlsp, with derivatives by djacobi_solve. `function` is
