@@ -8,11 +8,14 @@ namespace nxl::bench {
 
 /// A word for each argument, a blank between them:
 ///
-///     m n k             sizes of the case
-///     letter            the next option letter of the case; its length stands behind the arguments, as compilers pass
-///     it a b c x y         arrays; x2 and y2 their second columns lda ldb ldc ldx   their leading dimensions ipiv
-///     integers that go in or come out work rwork iwork  scratch memory, with lwork lrwork liwork the lengths value a
-///     real result count info        integer results one zero          numbers, real ones for `unit`
+/// - m n k: sizes of the case
+/// - letter: the next option letter of the case; its length stands behind the arguments, as compilers pass it
+/// - a b c x y: arrays; x2 and y2: their second columns
+/// - lda ldb ldc ldx: their leading dimensions
+/// - ipiv: integers that go in or come out
+/// - work rwork iwork: scratch memory, with lwork lrwork liwork the lengths
+/// - value: a real result; count info: integer results
+/// - zero one: numbers, real ones for `unit`
 class ArgumentList {
     using Address = void* (*)(Operands& operands, int letter);
     std::vector<Address> addresses_;

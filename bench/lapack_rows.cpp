@@ -85,6 +85,56 @@ template <class T> Work refinement_work(const Case& which) {
                        .integer_work = m});
 }
 
+/// QR or LQ, the factor's scalars in x.
+template <class T> Work orthogonal_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    const double shorter = std::min(m, n), longer = std::max(m, n);
+    return work_on<T>(shorter * shorter * (longer - shorter / 3), double(m) * n, m,
+                      {.x = {std::min(m, n), 1},
+                       .a = {m, n},
+                       .shape = Shape::dominated,
+                       .restored = "a",
+                       .work = i64{std::max(m, n)} * block});
+}
+
+/// One right-hand side.
+template <class T> Work least_squares_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    return work_on<T>(double(n) * n * (m - n / 3.0), double(m) * n, m,
+                      {.a = {m, n},
+                       .b = {m, 1},
+                       .shape = Shape::dominated,
+                       .restored = "ab",
+                       .unchecked = "a",
+                       .work = i64{m} * block});
+}
+
+/// The tridiagonal matrix is another one for every order of operations, with the same eigenvalues.
+template <class T> Work reduction_work(const Case& which) {
+    const int n = which.size.n;
+    return work_on<T>(2.0 / 3.0 * n * n * n, double(n) * n / 2, n,
+                      {.x = {n, 1},
+                       .y = {n, 1},
+                       .a = {n, n},
+                       .c = {n, 1},
+                       .shape = Shape::positive_definite,
+                       .restored = "a",
+                       .unchecked = "axyc",
+                       .work = i64{n} * block});
+}
+
+/// Values in x; vectors, where there are any, in a.
+template <int Vectors> Work tridiagonal_work(const Case& which) {
+    const int n = which.size.n;
+    return work_on<double>(Vectors * 3.0 * n * n * n + 15.0 * n * n, Vectors * double(n) * n + 2.0 * n, n,
+                           {.x = {n, 1},
+                            .y = {n, 1},
+                            .a = {Vectors * n, Vectors * n},
+                            .restored = Vectors != 0 ? "xya" : "xy",
+                            .unchecked = "ya",
+                            .work = 2 * i64{n}});
+}
+
 } // namespace
 
 const std::vector<Routine>& lapack_routines() {
@@ -119,6 +169,14 @@ const std::vector<Routine>& lapack_routines() {
         lapack("zgerfs", refinement_work<zcomplex>, "letter m n a lda c ldc ipiv b ldb x ldx y y2 work rwork info"),
         lapack("dporfs", refinement_work<double>, "letter m n a lda c ldc b ldb x ldx y y2 work iwork info"),
         lapack("zporfs", refinement_work<zcomplex>, "letter m n a lda c ldc b ldb x ldx y y2 work rwork info"),
+        lapack("dgeqrf", orthogonal_work<double>, "m n a lda x work lwork info"),
+        lapack("zgeqrf", orthogonal_work<zcomplex>, "m n a lda x work lwork info"),
+        lapack("dgelqf", orthogonal_work<double>, "m n a lda x work lwork info"),
+        lapack("dgels", least_squares_work<double>, "letter m n one a lda b ldb work lwork info"),
+        lapack("dsytrd", reduction_work<double>, "letter n a lda x y c work lwork info"),
+        lapack("zhetrd", reduction_work<zcomplex>, "letter n a lda x y c work lwork info"),
+        lapack("dsterf", tridiagonal_work<0>, "n x y info"),
+        lapack("dsteqr", tridiagonal_work<1>, "letter n x y a lda work info"),
     };
     return rows;
 }
