@@ -27,8 +27,8 @@ static void matrix_of_step(double dt) {
 
 /* Waves with p bellies along each edge are eigenvectors of K: element i, and the eigenvalue. */
 static double wave(int p, int i) {
-    const double x = pi * (i % SIDE + 1) / (SIDE + 1), y = pi * (i / SIDE + 1) / (SIDE + 1);
-    return sin(p * x) * sin(p * y);
+    const int column = i % SIDE + 1, row = i / SIDE + 1;
+    return sin(p * pi * column / (SIDE + 1)) * sin(p * pi * row / (SIDE + 1));
 }
 static double decay(int p) {
     const double s = sin(0.5 * p * pi / (SIDE + 1));

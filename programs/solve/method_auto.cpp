@@ -42,7 +42,8 @@ template <class T> class Automatic final : public Method<T> {
         if (may_be_definite) {
             try {
                 return take(make_band_cholesky<T>(), a, "narrow band, positive definite");
-            } catch (const Refusal&) { // LU has the last word
+            } catch (const Refusal& refusal) {
+                return take(make_band_lu<T>(), a, std::string("narrow band, ") + refusal.what());
             }
         }
         take(make_band_lu<T>(), a, "narrow band");

@@ -178,7 +178,7 @@ TEST(NestedDissectionDeathTest, LeavesTerminationToTheHost) {
         const pthread_t self = pthread_self();
         std::thread([self] {
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            pthread_kill(self, SIGTERM);
+            pthread_kill(self, SIGTERM); // NOLINT(bugprone-bad-signal-to-kill-thread): the process is to end
         }).detach();
         std::vector<i32> perm(at(graph.n())), invp = perm, pairs(100);
         for (;;) {

@@ -65,12 +65,11 @@ void apply_reflector(char side, const T* w, i64 incw, const T& factor, const Mat
     }
 }
 
-#define NXL_INSTANTIATE(T)                                                                                             \
-    template ReflectorScalars<T> reflector_scalars(T&, double);                                                        \
-    template T make_reflector(i64, T&, T*, i64);                                                                       \
-    template void apply_reflector(char, const T*, i64, const T&, const Matrix<T>&, T*)
-NXL_INSTANTIATE(double);
-NXL_INSTANTIATE(zcomplex);
-#undef NXL_INSTANTIATE
+template ReflectorScalars<double> reflector_scalars(double&, double);
+template double make_reflector(i64, double&, double*, i64);
+template void apply_reflector(char, const double*, i64, const double&, const Matrix<double>&, double*);
+template ReflectorScalars<zcomplex> reflector_scalars(zcomplex&, double);
+template zcomplex make_reflector(i64, zcomplex&, zcomplex*, i64);
+template void apply_reflector(char, const zcomplex*, i64, const zcomplex&, const Matrix<zcomplex>&, zcomplex*);
 
 } // namespace nxl
