@@ -120,7 +120,8 @@ TEST_F(Program, AutoTakesWhatTheMatrixAllows) {
         {"symmetric.mtx --method ldl", "ldl"},
         {"band.mtx", "band lu, width 1 below and 1 above (auto: narrow band)"},
         {"definite.mtx", "band cholesky, width 1 (auto: narrow band, positive definite)"},
-        {"rest.mtx", "band lu, width 1 below and 1 above (auto: narrow band)"},
+        {"rest.mtx",
+         "band lu, width 1 below and 1 above (auto: narrow band, the leading minor of order 2 is not positive)"},
         {"indefinite.mtx", "lu (auto: method cholesky needs a positive definite matrix, but the leading minor of order "
                            "2 is not positive)"},
         {"negative.mtx", "lu (auto: diagonal entry 2 is not positive)"},
