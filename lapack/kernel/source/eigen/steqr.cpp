@@ -18,6 +18,14 @@ class ImplicitQl {
     const i64 column_; // of the view's first element
     RotationBatch& rotations_;
 
+    double* sequence(i64 l, i64 m) const { return rotations_.sequence(column_ + m * t_.step, -t_.step, m - l); }
+
+  public:
+    ImplicitQl(const BlockView& t, i64 column, RotationBatch& rotations)
+        : t_(t),
+          column_(column),
+          rotations_(rotations) {}
+
     i64 end_of_part(i64 l) const {
         i64 m = l;
         for (; m + 1 < t_.n; ++m) {
@@ -26,8 +34,6 @@ class ImplicitQl {
         }
         return m;
     }
-    double* sequence(i64 l, i64 m) const { return rotations_.sequence(column_ + m * t_.step, -t_.step, m - l); }
-
     /// The leading element less the eigenvalue of the leading 2 by 2 part that is closer to it.
     double shift(i64 l) const {
         const double off = t_.e(l), half = (t_.d(l + 1) - t_.d(l)) / (2.0 * off);
@@ -60,32 +66,6 @@ class ImplicitQl {
         t_.d(l) -= p;
         t_.e(l) = g;
     }
-
-  public:
-    ImplicitQl(const BlockView& t, i64 column, RotationBatch& rotations)
-        : t_(t),
-          column_(column),
-          rotations_(rotations) {}
-
-    /// Until e is 0, or no steps are left.
-    bool run(i64& steps_left) const {
-        for (i64 l = 0; l < t_.n;) {
-            const i64 m = end_of_part(l);
-            if (m + 1 < t_.n) t_.e(m) = 0.0;
-            if (m == l) {
-                ++l;
-            } else if (m == l + 1) {
-                split_two(l);
-                l += 2;
-            } else {
-                const double shifted = shift(l);
-                if (steps_left == 0 || std::isnan(shifted)) return false;
-                --steps_left;
-                sweep(l, m, shifted);
-            }
-        }
-        return true;
-    }
 };
 
 } // namespace
@@ -109,7 +89,7 @@ void steqr(const char& compz, const i64& n, double* d, double* e, T* z, const i6
     iterate_on_blocks(n, d, e, [&](double* diagonal, double* off, const Slice& block) {
         const bool from_end = std::fabs(diagonal[block.count - 1]) < std::fabs(diagonal[0]);
         const BlockView view(diagonal, off, block.count, from_end);
-        return ImplicitQl(view, from_end ? block.end() - 1 : block.start, rotations).run(steps_left);
+        return run_ql(view, ImplicitQl(view, from_end ? block.end() - 1 : block.start, rotations), steps_left);
     });
     rotations.apply();
     info = count_nonzeros(n, e);

@@ -12,6 +12,9 @@ namespace {
 class SquareFreeQl {
     const BlockView t_;
 
+  public:
+    explicit SquareFreeQl(const BlockView& t) : t_(t) {}
+
     /// The last element of the part that starts at l and does not split.
     i64 end_of_part(i64 l) const {
         i64 m = l;
@@ -41,29 +44,10 @@ class SquareFreeQl {
         t_.d(l) = sigma + gamma;
     }
 
-  public:
-    explicit SquareFreeQl(const BlockView& t) : t_(t) {}
-
-    /// Until e is 0, or no steps are left.
-    bool run(i64& steps_left) const {
-        for (i64 l = 0; l < t_.n;) {
-            const i64 m = end_of_part(l);
-            if (m + 1 < t_.n) t_.e(m) = 0.0;
-            if (m == l) {
-                ++l;
-            } else if (m == l + 1) {
-                double cosine, sine;
-                laev2(t_.d(l), std::sqrt(t_.e(l)), t_.d(m), t_.d(l), t_.d(m), cosine, sine);
-                t_.e(l) = 0.0;
-                l += 2;
-            } else {
-                const double sigma = shift(l);
-                if (steps_left == 0 || std::isnan(sigma)) return false;
-                --steps_left;
-                sweep(l, m, sigma);
-            }
-        }
-        return true;
+    void split_two(i64 l) const {
+        double cosine, sine;
+        laev2(t_.d(l), std::sqrt(t_.e(l)), t_.d(l + 1), t_.d(l), t_.d(l + 1), cosine, sine);
+        t_.e(l) = 0.0;
     }
 };
 
@@ -76,7 +60,8 @@ void nxl_lapack_dsterf(const i64& n, double* d, double* e, i64& info) {
     iterate_on_blocks(n, d, e, [&](double* diagonal, double* off, const Slice& block) {
         for (i64 i = 0; i < block.count - 1; ++i) off[i] *= off[i];
         const bool from_end = std::fabs(diagonal[block.count - 1]) < std::fabs(diagonal[0]);
-        const bool done = SquareFreeQl({diagonal, off, block.count, from_end}).run(steps_left);
+        const BlockView view(diagonal, off, block.count, from_end);
+        const bool done = run_ql(view, SquareFreeQl(view), steps_left);
         for (i64 i = 0; i < block.count - 1; ++i) off[i] = std::sqrt(off[i]); // for the scale
         return done;
     });

@@ -54,6 +54,27 @@ template <class Iterate> void iterate_on_blocks(i64 n, double* d, double* e, con
     }
 }
 
+/// QL on one block until e is 0. False when no steps are left, or a shift is not a number. Of an iteration it asks
+/// end_of_part(l), split_two(l), which makes two rows diagonal, shift(l) and sweep(l, m, shift).
+template <class Iteration> bool run_ql(const BlockView& t, const Iteration& iteration, i64& steps_left) {
+    for (i64 l = 0; l < t.n;) {
+        const i64 m = iteration.end_of_part(l);
+        if (m + 1 < t.n) t.e(m) = 0.0;
+        if (m == l) {
+            ++l;
+        } else if (m == l + 1) {
+            iteration.split_two(l);
+            l += 2;
+        } else {
+            const double shift = iteration.shift(l);
+            if (steps_left == 0 || std::isnan(shift)) return false;
+            --steps_left;
+            iteration.sweep(l, m, shift);
+        }
+    }
+    return true;
+}
+
 /// How many off-diagonal elements are not 0: what a QL iteration tells when it does not converge.
 i64 count_nonzeros(i64 n, const double* e);
 
