@@ -4,8 +4,6 @@
 
 namespace nxl::pardiso {
 
-using i32 = std::int32_t;
-
 /// Inner codes of matching and ordering beside 0; an analysis that meets one ends with it.
 enum PreprocessingCode : i32 {
     kImperfectMatching = -1,
