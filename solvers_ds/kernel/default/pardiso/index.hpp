@@ -4,6 +4,8 @@
 
 namespace nxl::pardiso {
 
+using nxl::i32;
+
 /// Inner codes of matching and ordering beside 0; an analysis that meets one ends with it.
 enum PreprocessingCode : i32 {
     kImperfectMatching = -1,
