@@ -7,10 +7,10 @@
 
 namespace nxl::NXL_TARGET {
 
-/// Doubles in a vector register. The widest registers are for the tile of the matrix product alone, which decides how
-/// fast all of level 3 is: elsewhere memory does, or sizes that leave their lanes empty.
-constexpr int kTileWidth = NXL_TARGET_BITS / 64;
-constexpr int kWidth = kTileWidth < 4 ? kTileWidth : 4;
+/// Doubles in a vector register: in the widest that the target has, where long vectors go by and in the tile of the
+/// matrix product; and in those of 256 bits at most, for everything with a layout or with lanes that would stay empty.
+constexpr int kWidest = NXL_TARGET_BITS / 64;
+constexpr int kWidth = kWidest < 4 ? kWidest : 4;
 
 template <int W> using Vec [[gnu::vector_size(W * sizeof(double))]] = double;
 

@@ -90,7 +90,7 @@ template <class T> void gemm(const GeneralProduct<T>& g) {
     constexpr bool complex = kParts<T> == 2;
     constexpr LeastSizes three{3, 3, 3};
     if (only_scales(g)) return;
-    if constexpr (kTileWidth == 8)
+    if constexpr (kWidest == 8)
         if (suits_direct(g)) return direct_product(g);
     if constexpr (kClass == CpuClass::mc3) {
         constexpr LeastSizes small = complex ? three : LeastSizes{2, 8, 4};

@@ -182,8 +182,8 @@ template <class T, int Groups, class ColumnsB>
     for (int group = 0; group < Groups; ++group) together.of[group] = b(c + group * kPanelRows<T>);
     i64 panel = 0;
     for (; count - panel >= tall; panel += tall)
-        tile_at<T, tall, columns, kTileWidth>(a, panel, steps, together, to, i, j + c);
-    for (; count - panel >= 2; panel += 2) tile_at<T, 2, columns, kTileWidth>(a, panel, steps, together, to, i, j + c);
+        tile_at<T, tall, columns, kWidest>(a, panel, steps, together, to, i, j + c);
+    for (; count - panel >= 2; panel += 2) tile_at<T, 2, columns, kWidest>(a, panel, steps, together, to, i, j + c);
     if (panel < count)
         for (int group = 0; group < Groups; ++group)
             tile_at<T, 1, kPanel>(a, panel, steps, together.of[group], to, i, j + c + group * kPanelRows<T>);
@@ -249,8 +249,8 @@ void multiply_narrow(const BlockA& a, const ColumnsB& b, double* strip, const Re
 /// k, for narrow registers alone.
 template <class T, class ColumnsB>
 void multiply_block(const BlockA& a, const ColumnsB& b, double* strip, const Result<T>& to, i64 i, i64 j) {
-    if constexpr (kTileWidth == 2) multiply_narrow<T>(a, b, strip, to, i, j);
-    else if constexpr (kTileWidth == 4) multiply_wide<T>(a, b, 0, to, i, j);
+    if constexpr (kWidest == 2) multiply_narrow<T>(a, b, strip, to, i, j);
+    else if constexpr (kWidest == 4) multiply_wide<T>(a, b, 0, to, i, j);
     else multiply_widest<T>(a, b, to, i, j);
 }
 
