@@ -1332,13 +1332,16 @@ void zheevx(const char* jobz, const char* range, const char* uplo, const int* n,
 
 /* All eigenvalues w(n), ascending, of a symmetric or Hermitian band matrix with kd diagonals beside the main one, and
  * with jobz V their vectors z(n,n). ab(ldab,n) holds a triangle: element (i,j) at ab(kd+1+i-j,j) (uplo U) or
- * ab(1+i-j,j) (L), and is not changed. The band is brought to tridiagonal form by reflectors that chase bulges, then
- * QL. No workspace is used; those of the forms with d have to be as long as published, and a length of -1 asks for
- * that, in work(1), rwork(1), iwork(1). work(3n-2), complex: work(n), rwork(3n-2); with d: lwork 1 for n below 2, 2n
- * for jobz N, 1 + 5n + 2n^2 for V, complex: n or 2n^2, with lrwork n or 1 + 5n + 2n^2; liwork 1, or for V 3 + 5n. info:
- * 0; the number of off-diagonal elements that have not become 0; -1000 when there is no memory; or -i when argument i
- * is bad, which is reported as well: 1 jobz, 2 uplo, 3 n, 4 kd, 6 ldab, 9 ldz, 11 lwork, 13 liwork or lrwork, 15
- * liwork. Murata and Horikoshi, Information Processing in Japan 15 (1975); Lang, SIAM J. Sci. Comput. 14 (1993). */
+ * ab(1+i-j,j) (L), and is not changed. The band is brought to tridiagonal form by reflectors that chase bulges; then
+ * QL, and for the vectors of the forms with d divide and conquer, which is the faster one. No workspace is used; those
+ * of the forms with d have to be as long as published, and a length of -1 asks for that, in work(1), rwork(1),
+ * iwork(1). work(3n-2), complex: work(n), rwork(3n-2); with d: lwork 1 for n below 2, 2n for jobz N, 1 + 5n + 2n^2 for
+ * V, complex: n or 2n^2, with lrwork n or 1 + 5n + 2n^2; liwork 1, or for V 3 + 5n. info: 0; the number of off-diagonal
+ * elements that have not become 0, or by divide and conquer n + 1 times the first row, from 1, plus the last of the
+ * part where that has been so; -1000 when there is no memory; or -i when argument i is bad, which is reported as well:
+ * 1 jobz, 2 uplo, 3 n, 4 kd, 6 ldab, 9 ldz, 11 lwork, 13 liwork or lrwork, 15 liwork. Murata and Horikoshi, Information
+ * Processing in Japan 15 (1975); Lang, SIAM J. Sci. Comput. 14 (1993); Gu and Eisenstat, SIAM J. Matrix Anal. Appl. 16
+ * (1995). */
 void dsbev(const char* jobz, const char* uplo, const int* n, const int* kd, const double* ab, const int* ldab,
            double* w, double* z, const int* ldz, double* work, int* info, NXL_LENGTH(jobz_length),
            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;

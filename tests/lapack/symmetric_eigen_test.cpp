@@ -263,6 +263,41 @@ TYPED_TEST(SymmetricEigen, DriversAgree) {
                 }
 }
 
+/// QL and divide and conquer, which multiplies by what has made the band tridiagonal, on any number of threads.
+TYPED_TEST(SymmetricEigen, BandDriversAgree) {
+    using T = TypeParam;
+    const int n = 150, kd = 6, lwork = 2 * n * n + 5 * n + 1, liwork = 5 * n + 3;
+    Hermitian<T> a('U', n, 4);
+    LapackMatrix<T> ab(kd + 1, n, 1);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i) {
+            if (std::abs(i - j) > kd) a.full.at(i, j) = T{};
+            else if (i <= j) ab.at(kd + i - j, j) = a.full.at(i, j);
+        }
+    std::vector<T> work(static_cast<size_t>(lwork));
+    std::vector<double> reals(work.size()), first;
+    std::vector<int> integers(static_cast<size_t>(liwork));
+    for (const int threads : {0, 1, 4}) {
+        const Team team(std::max(threads, 1));
+        Found<T> found(n);
+        found.m = n;
+        const auto solve = [&](auto* routine, auto... more) {
+            routine("V", "U", &n, &kd, ab.data(), &ab.lda, found.w.data(), found.z.data(), &found.z.lda, work.data(),
+                    more..., &found.info, 1, 1);
+        };
+        const bool divide = threads > 0;
+        if constexpr (is_complex<T>)
+            if (divide) solve(zhbevd, &lwork, reals.data(), &lwork, integers.data(), &liwork);
+            else solve(zhbev, reals.data());
+        else if (divide) solve(dsbevd, &lwork, integers.data(), &liwork);
+        else solve(dsbev);
+        EXPECT_EQ(found.info, 0);
+        expect_pairs(a.full, found, 20.0);
+        if (first.empty()) first = found.w;
+        for (size_t i = 0; i < static_cast<size_t>(n); ++i) EXPECT_NEAR(found.w[i], first[i], 20.0 * (n + 10) * eps);
+    }
+}
+
 /// Every element of the triangle belongs to one block, and the threads' areas differ by little.
 TEST(TrailingUpdate, BlocksCoverTheTriangleInEqualShares) {
     for (std::int64_t threads = 1; threads < 9; ++threads)

@@ -60,6 +60,45 @@ TYPED_TEST(TridiagonalVectors, QlAndItsRotations) {
         }
 }
 
+/// As a band, whose off-diagonal a complex matrix has with phases: these turn the rows of the vectors alone.
+TYPED_TEST(TridiagonalVectors, DivideAndConquer) {
+    using T = TypeParam;
+    for (const Kind kind : all_kinds)
+        for (const int n : {1, 2, 25, 26, 120}) {
+            SCOPED_TRACE(name_of(kind, n));
+            const Tridiagonal t = tridiagonal_of(kind, n);
+            const int kd = 1, lwork = 2 * n * n + 5 * n + 1, liwork = 5 * n + 3;
+            const auto phase = [](int i) { return is_complex<T> ? std::polar(1.0, 1.0 * i) : zcomplex(1.0); };
+            LapackMatrix<T> ab(2, n, 1), z(n, n, 2);
+            for (int j = 0; j < n; ++j) {
+                const zcomplex off = t.e[static_cast<size_t>(j)] * phase(j + 1) * std::conj(phase(j));
+                ab.at(0, j) = t.d[static_cast<size_t>(j)];
+                ab.at(1, j) = scalar<T>(off.real(), off.imag());
+            }
+            std::vector<T> work(static_cast<size_t>(lwork));
+            std::vector<double> w(static_cast<size_t>(n)), reals(work.size());
+            std::vector<int> integers(static_cast<size_t>(liwork));
+            int info = -99;
+            if constexpr (is_complex<T>)
+                zhbevd("v", "l", &n, &kd, ab.data(), &ab.lda, w.data(), z.data(), &z.lda, work.data(), &lwork,
+                       reals.data(), &lwork, integers.data(), &liwork, &info, 1, 1);
+            else
+                dsbevd("v", "l", &n, &kd, ab.data(), &ab.lda, w.data(), z.data(), &z.lda, work.data(), &lwork,
+                       integers.data(), &liwork, &info, 1, 1);
+            ASSERT_EQ(info, 0);
+            expect_values(t, w);
+            EXPECT_TRUE(z.slack_untouched());
+            for (int j = 0; j < n; ++j)
+                for (int i = 0; i < n; ++i) {
+                    const zcomplex back = std::conj(phase(i));
+                    z.at(i, j) *= scalar<T>(back.real(), back.imag());
+                }
+            const auto quality = quality_of(t, w, z, n);
+            EXPECT_LE(quality.residual, 2.0);
+            EXPECT_LE(quality.orthogonality, 2.0);
+        }
+}
+
 struct Bisected {
     int m = -1, parts = -1, info = -1;
     std::vector<double> w;
