@@ -1330,15 +1330,38 @@ void zheevx(const char* jobz, const char* range, const char* uplo, const int* n,
             nxl_z* z, const int* ldz, nxl_z* work, const int* lwork, double* rwork, int* iwork, int* ifail, int* info,
             NXL_LENGTH(jobz_length), NXL_LENGTH(range_length), NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
+/* The same by another way: all pairs by multiple relatively robust representations, and with jobz N by dsterf; those of
+ * a range, and all where representations are not to be found that are good enough, as of dsyevx, to abstol. isuppz(2m)
+ * is set with jobz V and all pairs: vector i of the tridiagonal matrix is zero but for rows isuppz(2i-1) to isuppz(2i).
+ * That is so when jobz and range are the capitals V and A, or I with il 1 and iu n; with small letters isuppz is left
+ * alone. work(lwork), lwork at least 26n, complex 2n, then also rwork(lrwork), lrwork at least 24n; iwork(liwork),
+ * liwork at least 10n; none below 1. A length of -1 asks for the best ones, which come back in work(1), rwork(1) and
+ * iwork(1), and does nothing else. info: 0; above 0 when vectors have not converged, or values of a NaN; -1000 when
+ * there is no memory; or -i when argument i is bad, which is reported as well: those of dsyevx, but 18 lwork, 20
+ * liwork, complex 20 lrwork, 22 liwork. Dhillon and Parlett, Linear Algebra Appl. 387 (2004); Dhillon, Parlett and
+ * Voemel, ACM TOMS 32 (2006). */
+void dsyevr(const char* jobz, const char* range, const char* uplo, const int* n, double* a, const int* lda,
+            const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m, double* w,
+            double* z, const int* ldz, int* isuppz, double* work, const int* lwork, int* iwork, const int* liwork,
+            int* info, NXL_LENGTH(jobz_length), NXL_LENGTH(range_length), NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zheevr(const char* jobz, const char* range, const char* uplo, const int* n, nxl_z* a, const int* lda,
+            const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m, double* w,
+            nxl_z* z, const int* ldz, int* isuppz, nxl_z* work, const int* lwork, double* rwork, const int* lrwork,
+            int* iwork, const int* liwork, int* info, NXL_LENGTH(jobz_length), NXL_LENGTH(range_length),
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
 /* All eigenvalues w(n), ascending, of a symmetric or Hermitian band matrix with kd diagonals beside the main one, and
  * with jobz V their vectors z(n,n). ab(ldab,n) holds a triangle: element (i,j) at ab(kd+1+i-j,j) (uplo U) or
- * ab(1+i-j,j) (L), and is not changed. The band is brought to tridiagonal form by reflectors that chase bulges, then
- * QL. No workspace is used; those of the forms with d have to be as long as published, and a length of -1 asks for
- * that, in work(1), rwork(1), iwork(1). work(3n-2), complex: work(n), rwork(3n-2); with d: lwork 1 for n below 2, 2n
- * for jobz N, 1 + 5n + 2n^2 for V, complex: n or 2n^2, with lrwork n or 1 + 5n + 2n^2; liwork 1, or for V 3 + 5n. info:
- * 0; the number of off-diagonal elements that have not become 0; -1000 when there is no memory; or -i when argument i
- * is bad, which is reported as well: 1 jobz, 2 uplo, 3 n, 4 kd, 6 ldab, 9 ldz, 11 lwork, 13 liwork or lrwork, 15
- * liwork. Murata and Horikoshi, Information Processing in Japan 15 (1975); Lang, SIAM J. Sci. Comput. 14 (1993). */
+ * ab(1+i-j,j) (L), and is not changed. The band is brought to tridiagonal form by reflectors that chase bulges; then
+ * QL, and for the vectors of the forms with d divide and conquer, which is the faster one. No workspace is used; those
+ * of the forms with d have to be as long as published, and a length of -1 asks for that, in work(1), rwork(1),
+ * iwork(1). work(3n-2), complex: work(n), rwork(3n-2); with d: lwork 1 for n below 2, 2n for jobz N, 1 + 5n + 2n^2 for
+ * V, complex: n or 2n^2, with lrwork n or 1 + 5n + 2n^2; liwork 1, or for V 3 + 5n. info: 0; the number of off-diagonal
+ * elements that have not become 0, or by divide and conquer n + 1 times the first row, from 1, plus the last of the
+ * part where that has been so; -1000 when there is no memory; or -i when argument i is bad, which is reported as well:
+ * 1 jobz, 2 uplo, 3 n, 4 kd, 6 ldab, 9 ldz, 11 lwork, 13 liwork or lrwork, 15 liwork. Murata and Horikoshi, Information
+ * Processing in Japan 15 (1975); Lang, SIAM J. Sci. Comput. 14 (1993); Gu and Eisenstat, SIAM J. Matrix Anal. Appl. 16
+ * (1995). */
 void dsbev(const char* jobz, const char* uplo, const int* n, const int* kd, const double* ab, const int* ldab,
            double* w, double* z, const int* ldz, double* work, int* info, NXL_LENGTH(jobz_length),
            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;

@@ -263,6 +263,87 @@ TYPED_TEST(SymmetricEigen, DriversAgree) {
                 }
 }
 
+/// Full matrices of a given spectrum through representations: pairs, supports as the letters tell, queries.
+TYPED_TEST(SymmetricEigen, Representations) {
+    using T = TypeParam;
+    const double unused = 0.0;
+    for (const int n : {1, 2, 40}) {
+        std::vector<double> first;
+        for (const char* options : {"VA", "VI", "va", "NA", "VP"}) { // P: the second half, by number
+            SCOPED_TRACE(testing::Message() << options << n);
+            Hermitian<T> a('L', n, 6);
+            Found<T> found(n);
+            const int il = options[1] == 'P' ? n / 2 + 1 : 1, iu = n, liwork = 10 * n, lwork = 40 * n, ask = -1;
+            const char range = options[1] == 'P' ? 'I' : options[1];
+            std::vector<int> support(2 * static_cast<size_t>(n) + 1, -7), integers(static_cast<size_t>(liwork));
+            std::vector<T> work(static_cast<size_t>(lwork));
+            std::vector<double> reals(static_cast<size_t>(lwork));
+            const auto solve = [&](const int* length) {
+                const auto call = [&](auto* routine, auto... more) {
+                    routine(options, &range, "L", &n, a.stored.data(), &a.stored.lda, &unused, &unused, &il, &iu,
+                            &unused, &found.m, found.w.data(), found.z.data(), &found.z.lda, support.data(),
+                            work.data(), length, more..., integers.data(), &liwork, &found.info, 1, 1, 1);
+                };
+                if constexpr (is_complex<T>) call(zheevr, reals.data(), length);
+                else call(dsyevr);
+            };
+            solve(&ask);
+            EXPECT_EQ(found.info, 0);
+            EXPECT_EQ(found.m, -1);
+            EXPECT_EQ(integers[0], 10 * n);
+            EXPECT_EQ(std::real(work[0]), std::max(is_complex<T> ? 2 : 26, 35) * n);
+            solve(&lwork);
+            EXPECT_EQ(found.info, 0);
+            EXPECT_EQ(found.m, iu - il + 1);
+            const bool told = options[0] == 'V' && (options[1] != 'P' || il == 1);
+            for (int i = 0; i < 2 * n; ++i) {
+                const int bound = support[static_cast<size_t>(i)];
+                EXPECT_TRUE(told ? bound >= 1 && bound <= n : bound == -7) << bound;
+            }
+            EXPECT_EQ(support.back(), -7);
+            if (options[0] != 'N') expect_pairs(a.full, found, 20.0);
+            if (first.empty()) first = found.w;
+            for (int i = 0; i < found.m; ++i)
+                EXPECT_NEAR(found.w[static_cast<size_t>(i)], first[static_cast<size_t>(il - 1 + i)], 50.0 * n * eps);
+        }
+    }
+}
+
+/// QL and divide and conquer, which multiplies by what has made the band tridiagonal, on any number of threads.
+TYPED_TEST(SymmetricEigen, BandDriversAgree) {
+    using T = TypeParam;
+    const int n = 150, kd = 6, lwork = 2 * n * n + 5 * n + 1, liwork = 5 * n + 3;
+    Hermitian<T> a('U', n, 4);
+    LapackMatrix<T> ab(kd + 1, n, 1);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i) {
+            if (std::abs(i - j) > kd) a.full.at(i, j) = T{};
+            else if (i <= j) ab.at(kd + i - j, j) = a.full.at(i, j);
+        }
+    std::vector<T> work(static_cast<size_t>(lwork));
+    std::vector<double> reals(work.size()), first;
+    std::vector<int> integers(static_cast<size_t>(liwork));
+    for (const int threads : {0, 1, 4}) {
+        const Team team(std::max(threads, 1));
+        Found<T> found(n);
+        found.m = n;
+        const auto solve = [&](auto* routine, auto... more) {
+            routine("V", "U", &n, &kd, ab.data(), &ab.lda, found.w.data(), found.z.data(), &found.z.lda, work.data(),
+                    more..., &found.info, 1, 1);
+        };
+        const bool divide = threads > 0;
+        if constexpr (is_complex<T>)
+            if (divide) solve(zhbevd, &lwork, reals.data(), &lwork, integers.data(), &liwork);
+            else solve(zhbev, reals.data());
+        else if (divide) solve(dsbevd, &lwork, integers.data(), &liwork);
+        else solve(dsbev);
+        EXPECT_EQ(found.info, 0);
+        expect_pairs(a.full, found, 20.0);
+        if (first.empty()) first = found.w;
+        for (size_t i = 0; i < static_cast<size_t>(n); ++i) EXPECT_NEAR(found.w[i], first[i], 20.0 * (n + 10) * eps);
+    }
+}
+
 /// Every element of the triangle belongs to one block, and the threads' areas differ by little.
 TEST(TrailingUpdate, BlocksCoverTheTriangleInEqualShares) {
     for (std::int64_t threads = 1; threads < 9; ++threads)

@@ -1,7 +1,8 @@
-// dsbev, zhbev, dsbevd, zhbevd: to tridiagonal form, then QL.
+// dsbev, zhbev, dsbevd, zhbevd: to tridiagonal form, then QL, or divide and conquer.
 #include "lapack/kernel/source/eigen/sbev.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/eigen/sbtrd.hpp"
+#include "lapack/kernel/source/eigen/stedc.hpp"
 #include "lapack/kernel/source/eigen/steqr.hpp"
 #include "lapack/kernel/source/eigen/tridiagonal_blocks.hpp"
 #include "service/arguments.hpp"
@@ -26,6 +27,32 @@ void solve(const RoutineLetters& name, char jobz, const HermitianBand<T>& a, dou
     if (!e.data() || !sbtrd(a, scale, w, e.data(), jobz == 'V', {z, n, n, ldz})) return refuse_for_memory(name, info);
     steqr<T>(jobz, n, w, e.data(), z, jobz == 'V' ? ldz : 1, nullptr, info, 1);
     for (i64 i = 0; i < n; ++i) w[i] /= scale;
+}
+
+/// All pairs by divide and conquer. A band that is tridiagonal has a diagonal Q, which turns rows alone.
+template <class T> i64 divide(const HermitianBand<T>& a, double* w, const Matrix<T>& z) {
+    const i64 n = a.n;
+    const bool diagonal_q = a.kd <= 1;
+    const Scratch<double> e(n);
+    const Scratch<T> turns(n);
+    const double largest = a.largest(), scale = block_scale(&largest, nullptr, 1);
+    if (!e.data() || !turns.data()) return -1000;
+    if (diagonal_q) tridiagonal_band(a, scale, w, e.data(), turns.data());
+    else if (!sbtrd(a, scale, w, e.data(), true, z)) return -1000;
+    const i64 info = stedc(diagonal_q ? 'I' : 'V', n, w, e.data(), z);
+    for (i64 j = 0; j < n && diagonal_q && is_complex_scalar<T>; ++j)
+        for (i64 i = 0; i < n; ++i) z(i, j) *= turns.data()[i];
+    for (i64 i = 0; i < n; ++i) w[i] /= scale;
+    return info;
+}
+
+/// The forms with D.
+template <class T>
+void solve_or_divide(const RoutineLetters& name, char jobz, const HermitianBand<T>& a, double* w, T* z, i64 ldz,
+                     i64& info) {
+    if (jobz == 'N') return solve(name, jobz, a, w, z, ldz, info);
+    if (a.n > 0) info = divide(a, w, {z, a.n, a.n, ldz});
+    if (info < 0) refuse_for_memory(name, info);
 }
 
 /// What the forms with D ask of the caller: workspaces that divide and conquer fills.
@@ -68,7 +95,7 @@ void nxl_lapack_dsbevd(const char& jobz, const char& uplo, const i64& n, const i
     if (arguments.refused(info)) return;
     work[0] = static_cast<double>(least.real);
     iwork[0] = least.integer;
-    if (!query) solve("DSBEVD", jobz, a, w, z, ldz, info);
+    if (!query) solve_or_divide("DSBEVD", jobz, a, w, z, ldz, info);
 }
 
 void nxl_lapack_zhbevd(const char& jobz, const char& uplo, const i64& n, const i64& kd, const zcomplex* ab,
@@ -85,7 +112,7 @@ void nxl_lapack_zhbevd(const char& jobz, const char& uplo, const i64& n, const i
     work[0] = static_cast<double>(complex_least);
     rwork[0] = static_cast<double>(least.real);
     iwork[0] = least.integer;
-    if (!query) solve("ZHBEVD", jobz, a, w, z, ldz, info);
+    if (!query) solve_or_divide("ZHBEVD", jobz, a, w, z, ldz, info);
 }
 
 } // namespace nxl

@@ -86,10 +86,6 @@ template <class T> class BandReduction {
             if (below == 0) return;
             const Matrix<T> c = a_.block(rows.end(), rows.start, below, rows.count);
             apply_reflector('R', vector_, 1, tau, c, work_);
-            if (b_ == 1) { // the element in C is its own off-diagonal
-                for (i64 rest = step + 1; kept_ && rest < shape.steps_of(j); ++rest) kept_->scalar(j, rest) = T{};
-                return;
-            }
             const Slice next{rows.end(), below};
             tau = annihilate(next, rows.start, vector_);
             apply_reflector('L', vector_, 1, conj_if(true, tau), c.columns_from(1, rows.count - 1), work_);
@@ -125,9 +121,29 @@ template <class T> bool accumulate(const Sweeps<T>& sweeps, const Matrix<T>& q) 
 
 } // namespace
 
+template <class T> void tridiagonal_band(const HermitianBand<T>& a, double scale, double* d, double* e, T* q) {
+    for (i64 j = 0; j < a.n; ++j) d[j] = scale * real_part(a.lower(j, j));
+    q[0] = 1.0;
+    for (i64 j = 0; j + 1 < a.n; ++j) {
+        const T off = a.kd < 1 ? T{} : scale * a.lower(j + 1, j);
+        q[j + 1] = q[j] * (is_complex_scalar<T> ? sign_of(off) : T(1.0));
+        e[j] = real_part(conj_if(true, q[j + 1]) * off * q[j]);
+    }
+}
+
 template <class T>
 bool sbtrd(const HermitianBand<T>& a, double scale, double* d, double* e, bool wants_q, const Matrix<T>& q) {
     const i64 n = a.n, b = std::clamp(a.kd, i64{1}, std::max(n - 1, i64{1})), height = 2 * b + 1;
+    if (b == 1) {
+        const Scratch<T> diagonal(n);
+        if (!diagonal.data()) return false;
+        tridiagonal_band(a, scale, d, e, diagonal.data());
+        for (i64 j = 0; j < n && wants_q; ++j) {
+            std::fill(q.at(0, j), q.at(0, j) + n, T{});
+            q(j, j) = diagonal.data()[j];
+        }
+        return true;
+    }
     const Scratch<T> band(n * height), work(BandReduction<T>::room(b));
     const Scratch<T> vectors(wants_q ? n * n : 0), tau(wants_q ? n * ((n - 1) / b + 1) : 0);
     if (!band.data() || !work.data() || (wants_q && (!vectors.data() || !tau.data()))) return false;
@@ -147,6 +163,8 @@ bool sbtrd(const HermitianBand<T>& a, double scale, double* d, double* e, bool w
     return !wants_q || accumulate(sweeps, q);
 }
 
+template void tridiagonal_band<double>(const HermitianBand<double>&, double, double*, double*, double*);
+template void tridiagonal_band<zcomplex>(const HermitianBand<zcomplex>&, double, double*, double*, zcomplex*);
 template struct HermitianBand<double>;
 template struct HermitianBand<zcomplex>;
 template bool sbtrd<double>(const HermitianBand<double>&, double, double*, double*, bool, const Matrix<double>&);

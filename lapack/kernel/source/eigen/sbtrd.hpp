@@ -25,4 +25,7 @@ template <class T> struct HermitianBand {
 template <class T>
 bool sbtrd(const HermitianBand<T>& a, double scale, double* d, double* e, bool wants_q, const Matrix<T>& q);
 
+/// The same where there are at most kd = 1 diagonals beside the main one, or n is at most 2: Q is diagonal, q(n).
+template <class T> void tridiagonal_band(const HermitianBand<T>& a, double scale, double* d, double* e, T* q);
+
 } // namespace nxl
