@@ -18,9 +18,9 @@ namespace {
 template <class Body> void share(i64 count, double work, const Body& body) {
     constexpr double least = 1e5; // operations that are worth a thread
     constexpr i64 unit = 4;
-    const double most = std::min(static_cast<double>(count) * work / least, static_cast<double>(count / unit));
-    if (most < 2.0 || region_would_be_serial()) return body(i64{0}, count);
-    const int parts = static_cast<int>(std::min(most, static_cast<double>(max_threads(domain_all))));
+    const i64 most = std::min(static_cast<i64>(static_cast<double>(count) * work / least), count / unit);
+    if (most < 2 || region_would_be_serial()) return body(i64{0}, count);
+    const int parts = static_cast<int>(std::min(most, i64{max_threads(domain_all)}));
     parallel_blocks(parts, parts, [&](int part) {
         const Slice mine = balanced_slice(count, unit, part, parts);
         body(mine.start, mine.end());
