@@ -168,6 +168,17 @@ std::vector<Case> lapack_cases() {
     return cases;
 }
 
+std::vector<Case> svd_cases() {
+    std::vector<Case> cases = cases_of({{"dgebrd"}, {"zgebrd"}}, {300, 500, 1'000});
+    const auto add = [&](const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
+        std::ranges::copy(cases_of(routines, sizes), std::back_inserter(cases));
+    };
+    add({{"dgesdd", {"N", "S", "A"}}}, {100, 300, 600, 1'000, {2'000, 200, 200}, {200, 2'000, 200}});
+    add({{"dgesvd", {"NN", "SS"}}, {"dbdsqr", {"U"}}}, {300, 600});
+    add({{"dgelsd"}, {"dgelss"}}, {{1'000, 500, 500}});
+    return cases;
+}
+
 std::vector<Case> primitive_cases() {
     std::vector<Case> cases =
         cases_of({{"AddValue_d"},     {"AddValuec_d"},     {"SubFromValuecd_d"}, {"DivideValue_d"},

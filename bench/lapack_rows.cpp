@@ -135,6 +135,68 @@ template <int Vectors> Work tridiagonal_work(const Case& which) {
                             .work = 2 * i64{n}});
 }
 
+/// What a reduction to bidiagonal form takes, of a triangle where the matrix is tall or wide enough.
+double bidiagonal_work(double shorter, double longer) { return 2.0 * shorter * shorter * (longer - shorter / 3.0); }
+
+/// As for the tridiagonal form: d, e, and the scalars of the reflectors.
+template <class T> Work bidiagonal_reduction_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    const int shorter = std::min(m, n);
+    return work_on<T>(bidiagonal_work(shorter, std::max(m, n)), double(m) * n, m,
+                      {.x = {shorter, 1},
+                       .y = {shorter, 1},
+                       .a = {m, n},
+                       .b = {shorter, 1},
+                       .c = {shorter, 1},
+                       .restored = "a",
+                       .unchecked = "axybc",
+                       .work = i64{m + n} * block});
+}
+
+/// Values in x; vectors, where there are any, in b and c, which libraries may turn.
+Work decomposition_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    const i64 shorter = std::min(m, n), longer = std::max(m, n);
+    const double vectors = which.options.find('N') == std::string::npos ? 1.0 : 0.0;
+    const double products = vectors * 4.0 * double(longer) * double(shorter) * double(shorter);
+    return work_on<double>(bidiagonal_work(double(shorter), double(longer)) + products, double(m) * n, m,
+                           {.x = {std::min(m, n), 1},
+                            .a = {m, n},
+                            .b = {m, m},
+                            .c = {n, n},
+                            .restored = "a",
+                            .unchecked = "abc",
+                            .work = 6 * shorter * shorter + (m + n) * i64{block},
+                            .integer_work = 8 * shorter});
+}
+
+/// Values in x; vectors in a and b.
+Work bidiagonal_values_work(const Case& which) {
+    const int n = which.size.n;
+    return work_on<double>(12.0 * n * n * n, 2.0 * n * n, n,
+                           {.x = {n, 1},
+                            .y = {n, 1},
+                            .a = {n, n},
+                            .b = {n, n},
+                            .c = {n, 1},
+                            .restored = "xyab",
+                            .unchecked = "yab",
+                            .work = 4 * i64{n}});
+}
+
+/// One right-hand side in b, the solution's rows of which are compared by their values in x.
+Work svd_solution_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    return work_on<double>(bidiagonal_work(n, m), double(m) * n, m,
+                           {.x = {n, 1},
+                            .a = {m, n},
+                            .b = {m, 1},
+                            .restored = "ab",
+                            .unchecked = "a",
+                            .work = i64{m + 2 * n} * block,
+                            .integer_work = i64{n} * block});
+}
+
 } // namespace
 
 const std::vector<Routine>& lapack_routines() {
@@ -177,6 +239,13 @@ const std::vector<Routine>& lapack_routines() {
         lapack("zhetrd", reduction_work<zcomplex>, "letter n a lda x y c work lwork info"),
         lapack("dsterf", tridiagonal_work<0>, "n x y info"),
         lapack("dsteqr", tridiagonal_work<1>, "letter n x y a lda work info"),
+        lapack("dgebrd", bidiagonal_reduction_work<double>, "m n a lda x y b c work lwork info"),
+        lapack("zgebrd", bidiagonal_reduction_work<zcomplex>, "m n a lda x y b c work lwork info"),
+        lapack("dbdsqr", bidiagonal_values_work, "letter n n n zero x y a lda b ldb c ldc work info"),
+        lapack("dgesvd", decomposition_work, "letter letter m n a lda x b ldb c ldc work lwork info"),
+        lapack("dgesdd", decomposition_work, "letter m n a lda x b ldb c ldc work lwork iwork info"),
+        lapack("dgelss", svd_solution_work, "m n one a lda b ldb x value count work lwork info"),
+        lapack("dgelsd", svd_solution_work, "m n one a lda b ldb x value count work lwork iwork info"),
     };
     return rows;
 }

@@ -1755,6 +1755,123 @@ module nxl
             integer(c_int), intent(out) :: info
         end subroutine
 
+        ! The shortest x among those with the least |b - A x|, for each of nrhs columns of b, whatever the rank of
+        ! a(m,n), by its singular values, which come in s(min(m,n)), descending.
+        subroutine dgelss(m, n, nrhs, a, lda, b, ldb, s, rcond, rank, work, lwork, info) bind(c, name="dgelss")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, nrhs, lda, ldb, lwork
+            real(c_double), intent(inout) :: a(lda, *), b(ldb, *), s(*), work(*)
+            real(c_double), intent(in) :: rcond
+            integer(c_int), intent(out) :: rank, info
+        end subroutine
+
+        subroutine zgelss(m, n, nrhs, a, lda, b, ldb, s, rcond, rank, work, lwork, rwork, info) bind(c, name="zgelss")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, nrhs, lda, ldb, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), b(ldb, *), work(*)
+            real(c_double), intent(inout) :: s(*), rwork(*)
+            real(c_double), intent(in) :: rcond
+            integer(c_int), intent(out) :: rank, info
+        end subroutine
+
+        ! The same without the vectors: a is destroyed.
+        subroutine dgelsd(m, n, nrhs, a, lda, b, ldb, s, rcond, rank, work, lwork, iwork, info) bind(c, name="dgelsd")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, nrhs, lda, ldb, lwork
+            real(c_double), intent(inout) :: a(lda, *), b(ldb, *), s(*), work(*)
+            real(c_double), intent(in) :: rcond
+            integer(c_int), intent(out) :: rank, info
+            integer(c_int), intent(inout) :: iwork(*)
+        end subroutine
+
+        subroutine zgelsd(m, n, nrhs, a, lda, b, ldb, s, rcond, rank, work, lwork, rwork, iwork, info) bind(c, &
+            name="zgelsd")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, nrhs, lda, ldb, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), b(ldb, *), work(*)
+            real(c_double), intent(inout) :: s(*), rwork(*)
+            real(c_double), intent(in) :: rcond
+            integer(c_int), intent(out) :: rank, info
+            integer(c_int), intent(inout) :: iwork(*)
+        end subroutine
+
+        ! ---- LAPACK, singular values ----
+
+        ! A = Q B P^H: a(m,n) brought to real bidiagonal form, upper for m >= n, else lower.
+        subroutine dgebrd(m, n, a, lda, d, e, tauq, taup, work, lwork, info) bind(c, name="dgebrd")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: m, n, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), d(*), e(*), tauq(*), taup(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgebrd(m, n, a, lda, d, e, tauq, taup, work, lwork, info) bind(c, name="zgebrd")
+            import :: c_double, c_double_complex, c_int
+            integer(c_int), intent(in) :: m, n, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), tauq(*), taup(*), work(*)
+            real(c_double), intent(inout) :: d(*), e(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! B = Q S P^T: the singular values of a bidiagonal matrix, upper or lower (uplo), with diagonal d(n) and
+        ! off-diagonal e(n-1), come in d, descending, each to a few units of its own last place.
+        subroutine dbdsqr(uplo, n, ncvt, nru, ncc, d, e, vt, ldvt, u, ldu, c, ldc, work, info) bind(c, name="dbdsqr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, ncvt, nru, ncc, ldvt, ldu, ldc
+            real(c_double), intent(inout) :: d(*), e(*), vt(ldvt, *), u(ldu, *), c(ldc, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zbdsqr(uplo, n, ncvt, nru, ncc, d, e, vt, ldvt, u, ldu, c, ldc, work, info) bind(c, name="zbdsqr")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: uplo
+            integer(c_int), intent(in) :: n, ncvt, nru, ncc, ldvt, ldu, ldc
+            real(c_double), intent(inout) :: d(*), e(*), work(*)
+            complex(c_double_complex), intent(inout) :: vt(ldvt, *), u(ldu, *), c(ldc, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! A = U S V^H: the singular value decomposition of a(m,n), by QR iteration.
+        subroutine dgesvd(jobu, jobvt, m, n, a, lda, s, u, ldu, vt, ldvt, work, lwork, info) bind(c, name="dgesvd")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobu, jobvt
+            integer(c_int), intent(in) :: m, n, lda, ldu, ldvt, lwork
+            real(c_double), intent(inout) :: a(lda, *), s(*), u(ldu, *), vt(ldvt, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgesvd(jobu, jobvt, m, n, a, lda, s, u, ldu, vt, ldvt, work, lwork, rwork, info) bind(c, &
+            name="zgesvd")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobu, jobvt
+            integer(c_int), intent(in) :: m, n, lda, ldu, ldvt, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), u(ldu, *), vt(ldvt, *), work(*)
+            real(c_double), intent(inout) :: s(*), rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The same by divide and conquer.
+        subroutine dgesdd(jobz, m, n, a, lda, s, u, ldu, vt, ldvt, work, lwork, iwork, info) bind(c, name="dgesdd")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz
+            integer(c_int), intent(in) :: m, n, lda, ldu, ldvt, lwork
+            real(c_double), intent(inout) :: a(lda, *), s(*), u(ldu, *), vt(ldvt, *), work(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgesdd(jobz, m, n, a, lda, s, u, ldu, vt, ldvt, work, lwork, rwork, iwork, info) bind(c, &
+            name="zgesdd")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz
+            integer(c_int), intent(in) :: m, n, lda, ldu, ldvt, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), u(ldu, *), vt(ldvt, *), work(*)
+            real(c_double), intent(inout) :: s(*), rwork(*)
+            integer(c_int), intent(inout) :: iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- LAPACK, eigenproblems ----
 
         ! A = Q T Q^H: a symmetric or Hermitian matrix, triangle uplo of a(n,n), brought to real symmetric tridiagonal
@@ -1972,6 +2089,26 @@ module nxl
         end subroutine
 
         subroutine zsteqr(compz, n, d, e, z, ldz, work, info) bind(c, name="zsteqr")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: compz
+            integer(c_int), intent(in) :: n, ldz
+            real(c_double), intent(inout) :: d(*), e(*), work(*)
+            complex(c_double_complex), intent(inout) :: z(ldz,*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Eigenvalues of a positive definite tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1), descending,
+        ! in d, each to a few units of its own last place as far as the matrix settles it; for compz I their vectors in
+        ! z(n,n), for V z becomes z times them, for N not.
+        subroutine dpteqr(compz, n, d, e, z, ldz, work, info) bind(c, name="dpteqr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: compz
+            integer(c_int), intent(in) :: n, ldz
+            real(c_double), intent(inout) :: d(*), e(*), z(ldz,*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zpteqr(compz, n, d, e, z, ldz, work, info) bind(c, name="zpteqr")
             import :: c_char, c_double, c_double_complex, c_int
             character(kind=c_char), intent(in) :: compz
             integer(c_int), intent(in) :: n, ldz

@@ -1297,6 +1297,94 @@ void dgels(const char* trans, const int* m, const int* n, const int* nrhs, doubl
 void zgels(const char* trans, const int* m, const int* n, const int* nrhs, nxl_z* a, const int* lda, nxl_z* b,
            const int* ldb, nxl_z* work, const int* lwork, int* info, NXL_LENGTH(trans_length)) NXL_NOEXCEPT;
 
+/* The shortest x among those with the least |b - A x|, for each of nrhs columns of b, whatever the rank of a(m,n),
+ * by its singular values, which come in s(min(m,n)), descending. rank: how many are above rcond times the largest;
+ * the others count as 0. A negative rcond stands for the unit roundoff. b has max(m,n) rows, the right-hand sides in
+ * the first m; x takes their place; for m >= n and rank n the sum of squares of the elements below x is that of the
+ * residual. The first min(m,n) rows of a become the right singular vectors, as V^H. A and B near the limits of the
+ * range are scaled. work(lwork), lwork at least 3 min(m,n) + max(2 min(m,n), max(m,n), nrhs), complex 2 min(m,n) +
+ * max(m,n,nrhs), and rwork(5 min(m,n)); lwork -1 asks for the size, which comes back in work(1) and does nothing
+ * else. info: 0; above 0 when values have not converged; -1000 when there is no memory; or -i when argument i is
+ * bad, which is reported as well: 1 m, 2 n, 3 nrhs, 5 lda, 7 ldb, 12 lwork. Golub and Van Loan, Matrix Computations,
+ * 4th ed., section 5.5. */
+void dgelss(const int* m, const int* n, const int* nrhs, double* a, const int* lda, double* b, const int* ldb,
+            double* s, const double* rcond, int* rank, double* work, const int* lwork, int* info) NXL_NOEXCEPT;
+void zgelss(const int* m, const int* n, const int* nrhs, nxl_z* a, const int* lda, nxl_z* b, const int* ldb, double* s,
+            const double* rcond, int* rank, nxl_z* work, const int* lwork, double* rwork, int* info) NXL_NOEXCEPT;
+
+/* The same without the vectors: a is destroyed. Where the rank is full the bidiagonal form is solved as it stands,
+ * else by its vectors, from divide and conquer. An rcond of 0 or below, or of 1 and above, stands for the unit
+ * roundoff. work(lwork), with k = min(m,n) and l = max(0, 1 + log2(k/26)), without its fraction, at least 12k + 50k
+ * + 8kl + k nrhs + 676, complex 2k + k nrhs; rwork of 10k + 50k + 8kl + 75 nrhs + max(676, k (1 + nrhs) + 2 nrhs),
+ * and iwork of 3kl + 11k elements are not used but for their first, which tell these sizes, with lwork -1, too. */
+void dgelsd(const int* m, const int* n, const int* nrhs, double* a, const int* lda, double* b, const int* ldb,
+            double* s, const double* rcond, int* rank, double* work, const int* lwork, int* iwork,
+            int* info) NXL_NOEXCEPT;
+void zgelsd(const int* m, const int* n, const int* nrhs, nxl_z* a, const int* lda, nxl_z* b, const int* ldb, double* s,
+            const double* rcond, int* rank, nxl_z* work, const int* lwork, double* rwork, int* iwork,
+            int* info) NXL_NOEXCEPT;
+
+/* ==== LAPACK: singular values ====================================================================================
+ * The singular value decomposition, and the bidiagonal matrices on the way to it. */
+
+/* A = Q B P^H: a(m,n) brought to real bidiagonal form, upper for m >= n, else lower. The diagonal of B comes in
+ * d(min(m,n)), the other diagonal in e(min(m,n)-1); both stand in a as well. Q is H1 H2 ..., their vectors below the
+ * bidiagonal, P is G1 G2 ..., their conjugated vectors in the rows beyond it, each beside a one that is not stored;
+ * scalars in tauq(min(m,n)), taup(min(m,n)). dormbr multiplies by Q and P, dorgbr forms them. work(lwork), lwork at
+ * least max(1, m, n); lwork -1 asks for the published best size, which comes back in work(1) and does nothing else.
+ * info: 0; -1000 when there is no memory; or -i when argument i is bad, which is reported as well: 1 m, 2 n, 4 lda, 10
+ * lwork. Golub and Van Loan, Matrix Computations, 4th ed., section 5.4.8; Dongarra, Sorensen and Hammarling, J. Comput.
+ * Appl. Math. 27 (1989); Howell, Demmel, Fulton, Hammarling and Marmol, ACM TOMS 34 (2008). */
+void dgebrd(const int* m, const int* n, double* a, const int* lda, double* d, double* e, double* tauq, double* taup,
+            double* work, const int* lwork, int* info) NXL_NOEXCEPT;
+void zgebrd(const int* m, const int* n, nxl_z* a, const int* lda, double* d, double* e, nxl_z* tauq, nxl_z* taup,
+            nxl_z* work, const int* lwork, int* info) NXL_NOEXCEPT;
+
+/* B = Q S P^T: the singular values of a bidiagonal matrix, upper or lower (uplo), with diagonal d(n) and
+ * off-diagonal e(n-1), come in d, descending, each to a few units of its own last place. vt(n,ncvt) becomes P^T VT,
+ * u(nru,n) U Q and c(n,ncc) Q^T C; one with a dimension of 0 is not looked at. Without any of them by dqds. e is
+ * destroyed; work is not used. info: 0; the number of off-diagonal elements that have not converged, d and e then
+ * being those of a bidiagonal matrix with the same values, or as they were when one of them was not finite; -1000
+ * when there is no memory; or -i when argument i is bad, which is reported as well: 1 uplo, 2 n, 3 ncvt, 4 nru, 5
+ * ncc, 9 ldvt, 11 ldu, 13 ldc. Demmel and Kahan, SIAM J. Sci. Stat. Comput. 11 (1990); Fernando and Parlett, Numer.
+ * Math. 67 (1994). */
+void dbdsqr(const char* uplo, const int* n, const int* ncvt, const int* nru, const int* ncc, double* d, double* e,
+            double* vt, const int* ldvt, double* u, const int* ldu, double* c, const int* ldc, double* work, int* info,
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zbdsqr(const char* uplo, const int* n, const int* ncvt, const int* nru, const int* ncc, double* d, double* e,
+            nxl_z* vt, const int* ldvt, nxl_z* u, const int* ldu, nxl_z* c, const int* ldc, double* work, int* info,
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
+/* A = U S V^H: the singular value decomposition of a(m,n), by QR iteration. The values come in s(min(m,n)),
+ * descending. jobu: A u(m,m) holds all of U, S u(m,min(m,n)) its first columns, O they take the place of a, N none;
+ * jobvt the same for V^H in vt(n,n), vt(min(m,n),n) and the rows of a; not both O. a is destroyed otherwise.
+ * work(lwork), lwork at least max(1, 3 min(m,n) + max(m,n), 5 min(m,n)), complex 2 min(m,n) + max(m,n), and rwork(5
+ * min(m,n)); lwork -1 asks for the size, which comes back in work(1) and does nothing else. info: 0; the number of
+ * superdiagonals of a bidiagonal form that have not converged, they then stand in work(2...), complex rwork; -1000
+ * when there is no memory; or -i when argument i is bad, which is reported as well: 1 jobu, 2 jobvt, 3 m, 4 n, 6
+ * lda, 9 ldu, 11 ldvt, 13 lwork. Golub and Van Loan, Matrix Computations, 4th ed., section 8.6; tall ones by way of
+ * their triangle: Chan, ACM TOMS 8 (1982). */
+void dgesvd(const char* jobu, const char* jobvt, const int* m, const int* n, double* a, const int* lda, double* s,
+            double* u, const int* ldu, double* vt, const int* ldvt, double* work, const int* lwork, int* info,
+            NXL_LENGTH(jobu_length), NXL_LENGTH(jobvt_length)) NXL_NOEXCEPT;
+void zgesvd(const char* jobu, const char* jobvt, const int* m, const int* n, nxl_z* a, const int* lda, double* s,
+            nxl_z* u, const int* ldu, nxl_z* vt, const int* ldvt, nxl_z* work, const int* lwork, double* rwork,
+            int* info, NXL_LENGTH(jobu_length), NXL_LENGTH(jobvt_length)) NXL_NOEXCEPT;
+
+/* The same by divide and conquer. jobz A, S and N as both letters of dgesvd; O: the first min(m,n) left vectors for
+ * m >= n, else right ones, take the place of a, and vt(n,n), or u(m,m), holds the others. work(lwork), lwork at
+ * least for k = min(m,n), l = max(m,n): N 3k + max(l, 7k), O 3k + max(l, 5k^2 + 4k), S 4k^2 + 7k, A 4k^2 + 6k + l;
+ * complex: N 2k + l, O 2k^2 + 2k + l, S k^2 + 3k, A k^2 + 2k + l. iwork(8k) and rwork are not used. info: 0; above 0
+ * when values have not converged; -4 for a NaN in a; -1000 when there is no memory; or -i when argument i is bad,
+ * which is reported as well: 1 jobz, 2 m, 3 n, 5 lda, 8 ldu, 10 ldvt, 12 lwork. Gu and Eisenstat, SIAM J. Matrix
+ * Anal. Appl. 16 (1995). */
+void dgesdd(const char* jobz, const int* m, const int* n, double* a, const int* lda, double* s, double* u,
+            const int* ldu, double* vt, const int* ldvt, double* work, const int* lwork, int* iwork, int* info,
+            NXL_LENGTH(jobz_length)) NXL_NOEXCEPT;
+void zgesdd(const char* jobz, const int* m, const int* n, nxl_z* a, const int* lda, double* s, nxl_z* u, const int* ldu,
+            nxl_z* vt, const int* ldvt, nxl_z* work, const int* lwork, double* rwork, int* iwork, int* info,
+            NXL_LENGTH(jobz_length)) NXL_NOEXCEPT;
+
 /* ==== LAPACK: eigenproblems ======================================================================================
  * Eigenvalues and eigenvectors. */
 
@@ -1443,6 +1531,17 @@ void zstein(const int* n, const double* d, const double* e, const int* m, const 
 void dsteqr(const char* compz, const int* n, double* d, double* e, double* z, const int* ldz, double* work, int* info,
             NXL_LENGTH(compz_length)) NXL_NOEXCEPT;
 void zsteqr(const char* compz, const int* n, double* d, double* e, nxl_z* z, const int* ldz, double* work, int* info,
+            NXL_LENGTH(compz_length)) NXL_NOEXCEPT;
+
+/* Eigenvalues of a positive definite tridiagonal matrix with diagonal d(n) and off-diagonal e(n-1), descending, in
+ * d, each to a few units of its own last place as far as the matrix settles it; for compz I their vectors in z(n,n),
+ * for V z becomes z times them, for N not. e is destroyed; work is not used. info: 0; i when the leading minor of
+ * order i is not positive; n + i when i values have not converged; -1000 when there is no memory; or -i when
+ * argument i is bad, which is reported as well: 1 compz, 2 n, 6 ldz. Barlow and Demmel, SIAM J. Numer. Anal. 27
+ * (1990). */
+void dpteqr(const char* compz, const int* n, double* d, double* e, double* z, const int* ldz, double* work, int* info,
+            NXL_LENGTH(compz_length)) NXL_NOEXCEPT;
+void zpteqr(const char* compz, const int* n, double* d, double* e, nxl_z* z, const int* ldz, double* work, int* info,
             NXL_LENGTH(compz_length)) NXL_NOEXCEPT;
 
 /* The eigenvalues of the Hermitian matrix [a b; conj(b) c], whose a and c count by their real parts: rt1 is the one of

@@ -1,6 +1,7 @@
 // LAPACK, eigenproblems: entries.
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/eigen/laev2.hpp"
+#include "lapack/kernel/source/eigen/pteqr.hpp"
 #include "lapack/kernel/source/eigen/sbev.hpp"
 #include "lapack/kernel/source/eigen/stebz.hpp"
 #include "lapack/kernel/source/eigen/stein.hpp"
@@ -17,6 +18,12 @@
 using namespace nxl;
 
 extern "C" {
+
+NXL_EXPORT void dpteqr(const char* compz, const int* n, double* d, double* e, double* z, const int* ldz, double* work,
+                       int* info, int compz_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_dpteqr(capital(*compz), *n, d, e, z, *ldz, work, info64.value, compz_length);
+}
 
 NXL_EXPORT void dsbev(const char* jobz, const char* uplo, const int* n, const int* kd, const double* ab,
                       const int* ldab, double* w, double* z, const int* ldz, double* work, int* info, int jobz_length,
@@ -201,6 +208,12 @@ NXL_EXPORT void zhetrd(const char* uplo, const int* n, nxl_z* a, const int* lda,
                        nxl_z* work, const int* lwork, int* info, int uplo_length) noexcept {
     OutInt info64(info);
     nxl_lapack_zhetrd(capital(*uplo), *n, a, *lda, d, e, tau, work, *lwork, info64.value, uplo_length);
+}
+
+NXL_EXPORT void zpteqr(const char* compz, const int* n, double* d, double* e, nxl_z* z, const int* ldz, double* work,
+                       int* info, int compz_length) noexcept {
+    OutInt info64(info);
+    nxl_lapack_zpteqr(capital(*compz), *n, d, e, z, *ldz, work, info64.value, compz_length);
 }
 
 NXL_EXPORT void zstein(const int* n, const double* d, const double* e, const int* m, const double* w, const int* iblock,

@@ -1,26 +1,14 @@
 // dgelqf, zgelqf: the adjoint of a block of rows is a panel of columns, which is factored as such.
 #include "lapack/kernel/source/orthogonal/gelqf.hpp"
+#include "lapack/kernel/source/common/adjoint.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/orthogonal/block_reflector.hpp"
 #include "lapack/kernel/source/orthogonal/panel.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
-#include "service/scalars.hpp"
 #include "service/scratch.hpp"
 #include <algorithm>
 
 namespace nxl {
-namespace {
-
-/// to := from^H, in squares, of which the columns of both stay in the first cache.
-template <class T> void copy_adjoint(const Matrix<T>& from, const Matrix<T>& to) {
-    constexpr i64 square = 16;
-    for (i64 first = 0; first < to.rows; first += square)
-        for (i64 j = 0; j < to.columns; ++j)
-            for (i64 i = first; i < std::min(first + square, to.rows); ++i) to(i, j) = conj_if<true>(from(j, i));
-}
-
-} // namespace
-
 template <class T> bool factor_lq(const Matrix<T>& a, T* tau) {
     const i64 steps = a.steps(), nb = std::min(qr_panel(steps), steps);
     const Scratch<T> memory(nb * (nb + a.columns + a.rows));
@@ -33,9 +21,9 @@ template <class T> bool factor_lq(const Matrix<T>& a, T* tau) {
         const i64 width = std::min(nb, steps - j), next = j + width, rest = a.rows - next, length = a.columns - j;
         const Matrix<T> rows = a.block(j, j, width, length), panel{adjoint, length, width, length};
         const Matrix<T> t{factor, width, width, nb};
-        copy_adjoint(rows, panel);
+        copy_adjoint<T>(rows, panel);
         factor_panel(panel, tau + j, t);
-        copy_adjoint(panel, rows);
+        copy_adjoint<T>(panel, rows);
         apply_block('R', 'N', Reflectors<T>{panel, Order::forward, Storage::columns}, t, a.block(next, j, rest, length),
                     Matrix<T>{work, rest, width, rest});
     }

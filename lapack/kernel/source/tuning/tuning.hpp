@@ -78,6 +78,10 @@ constexpr i64 qr_panel(i64 steps) { return steps < 600 ? 32 : 96; }
 /// Columns that a panel of QR costs, in 32nds of a column update.
 constexpr i64 qr_panel_cost(i64 n) { return qr_panel_share.at(n); }
 
+/// Columns, and rows, of a panel of the reduction of n columns to bidiagonal form. Each step is brought up to date by
+/// products with the steps before it.
+constexpr i64 bidiagonal_panel(i64 n) { return n < 600 ? 16 : 32; }
+
 /// More rows than columns, or the other way about, by this much: reduced to a triangle first.
 constexpr i64 svd_crossover(i64 m, i64 n) { return static_cast<i64>(static_cast<float>(std::min(m, n)) * 1.6F); }
 
