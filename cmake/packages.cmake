@@ -30,7 +30,7 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION math)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "gnuplot-nox, libopenblas0-pthread, libblis4-pthread, libcholmod3 | libcholmod5, bash-completion")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
-    "Programs: nxl-solve (linear systems), nxl-fit (least squares), nxl-fir (filters), nxl-info, nxl-bench.")
+    "Programs: nxl-solve (linear systems), nxl-eig (eigenvalues), nxl-fit (least squares), nxl-fir (filters), nxl-info, nxl-bench.")
 
 set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-nxl)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
