@@ -32,17 +32,25 @@ bool vendor_is_intel() {
 
 CpuFeatures this_processor() { return {vendor_is_intel(), read_cpuid(1).ecx}; }
 
-/// The operating system saves the upper halves of the 256-bit registers: XCR0 bits 1 and 2.
-bool system_saves_wide_registers() {
+/// What the operating system saves, by bits of XCR0: of the 256-bit registers their upper halves; with AVX-512 the
+/// masks, the upper halves of 16 registers and 16 more as well.
+constexpr unsigned saved_256 = 0x06, saved_512 = 0xE6;
+
+bool system_saves(unsigned registers) {
     if (!(read_cpuid(1).ecx & bit_OSXSAVE)) return false;
     unsigned low = 0, high = 0;
     __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
-    return (low & 6) == 6;
+    return (low & registers) == registers;
 }
 
 bool has_avx2_and_fma() {
     const unsigned needed = bit_AVX | bit_FMA;
     return (read_cpuid(1).ecx & needed) == needed && (read_cpuid(7).ebx & bit_AVX2) != 0;
+}
+
+bool has_avx512() {
+    const unsigned needed = bit_AVX512F | bit_AVX512DQ | bit_AVX512BW | bit_AVX512VL;
+    return (read_cpuid(7).ebx & needed) == needed;
 }
 
 } // namespace
@@ -92,8 +100,11 @@ WidthChoice vector_width_choice() {
     const CpuClass taken = nxl_cpu_class();
     if (taken == CpuClass::p4n || taken == CpuClass::mc) return {128, WidthReason::class_is_narrow};
     if (!has_avx2_and_fma()) return {128, WidthReason::processor_lacks_fma};
-    if (!system_saves_wide_registers()) return {128, WidthReason::system_does_not_save};
-    return {256, WidthReason::processor_has_fma};
+    if (!system_saves(saved_256)) return {128, WidthReason::system_does_not_save};
+    if (taken != CpuClass::mc3 || !has_avx512() || !system_saves(saved_512))
+        return {256, WidthReason::processor_has_fma};
+    if (text && std::strcmp(text, "256") == 0) return {256, WidthReason::environment};
+    return {512, WidthReason::processor_has_avx512};
 }
 
 int nxl_vector_bits() {

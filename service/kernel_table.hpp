@@ -70,6 +70,17 @@ template <class T>
 using TrmKernel = void (*)(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m,
                            const i64& n, const T& alpha, const T* a, const i64& lda, T* b, const i64& ldb);
 
+/// C(p_i, q_j) -= the sum over k of L(i, k) R(j, k), with p and q the places of rows and columns in C.
+struct ScatteredProduct {
+    i64 rows, columns, depth;
+    i64 ld_left, ld_right, ldc;
+    const i32 *row_places, *column_places; ///< from 0; no row twice
+    bool lower;                            ///< only i >= j counts; some of what is above may be changed as well
+    bool conjugate;                        ///< R is conjugated
+};
+template <class T>
+using ScatteredProductKernel = void (*)(const ScatteredProduct& shape, const T* left, const T* right, T* c);
+
 /// Unblocked P A = L U; info is 0 or the first column, from 1, whose pivot is zero.
 template <class T>
 using GetrfLeafKernel = void (*)(const i64& m, const i64& n, T* a, const i64& lda, i64* ipiv, i64& info);
@@ -221,6 +232,10 @@ struct KernelTable {
     GemmBlocksKernel xzgemm_blocks_htn;
     GemmCopyAKernel<zcomplex> xzgemm_copy_an;
     GemmCopyAKernel<zcomplex> xzgemm_copy_ac;
+
+    // Sparse factorisations.
+    ScatteredProductKernel<double> dscattered_product;
+    ScatteredProductKernel<zcomplex> zscattered_product;
 
     // LAPACK: eigenproblems.
     /// For each of `sequences` in turn, for j = 0 .. columns - 2 in turn, with cosine c and sine s at turns[2 ((columns

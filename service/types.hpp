@@ -6,6 +6,7 @@
 namespace nxl {
 
 using i64 = std::int64_t;
+using i32 = std::int32_t; ///< indices of the sparse direct solver
 using zcomplex = std::complex<double>;
 
 /// Decides kernels, blocking and thread gates. Not an instruction set: the vector width is chosen apart from it.

@@ -3,10 +3,14 @@
 // for a wide target can be shared with a narrower one.
 #pragma once
 #include "service/types.hpp"
+#include <utility>
 
 namespace nxl::NXL_TARGET {
 
-constexpr int kWidth = NXL_TARGET_BITS / 64; // doubles in a vector register
+/// Doubles in a vector register: in the widest that the target has, where long vectors go by and in the tile of the
+/// matrix product; and in those of 256 bits at most, for everything with a layout or with lanes that would stay empty.
+constexpr int kWidest = NXL_TARGET_BITS / 64;
+constexpr int kWidth = kWidest < 4 ? kWidest : 4;
 
 template <int W> using Vec [[gnu::vector_size(W * sizeof(double))]] = double;
 
@@ -33,7 +37,8 @@ template <int W> [[gnu::always_inline]] inline double sum_lanes(Vec<W> v) {
 /// The real and imaginary parts of W/2 complex numbers, exchanged.
 template <int W> [[gnu::always_inline]] inline Vec<W> swap_parts(Vec<W> v) {
     if constexpr (W == 2) return __builtin_shufflevector(v, v, 1, 0);
-    else return __builtin_shufflevector(v, v, 1, 0, 3, 2);
+    else if constexpr (W == 4) return __builtin_shufflevector(v, v, 1, 0, 3, 2);
+    else return __builtin_shufflevector(v, v, 1, 0, 3, 2, 5, 4, 7, 6);
 }
 
 /// (even, odd, even, odd, ...).
@@ -41,6 +46,17 @@ template <int W> [[gnu::always_inline]] inline Vec<W> alternate(double even, dou
     Vec<W> v;
     for (int lane = 0; lane < W; ++lane) v[lane] = lane % 2 == 0 ? even : odd;
     return v;
+}
+
+/// body(Index<0>{}), body(Index<1>{}) and so on: a loop that is no loop from the start, so that an array that it
+/// indexes is taken for registers however long the loop is.
+template <int I> struct Index {
+    static constexpr int value = I;
+    constexpr operator int() const { return I; }
+};
+template <int N, class Body> [[gnu::always_inline]] inline void repeat(const Body& body) {
+    [&]<int... I>(std::integer_sequence<int, I...>)
+        __attribute__((always_inline)) { (body(Index<I>{}), ...); }(std::make_integer_sequence<int, N>{});
 }
 
 /// Doubles at the parts of complex numbers: arrays of zcomplex are read and written as pairs of doubles, which the

@@ -53,6 +53,8 @@ Kernel<decltype(KernelTable::zdotci)> zdotci;
 Kernel<decltype(KernelTable::zdotui)> zdotui;
 Kernel<decltype(KernelTable::zgthr)> zgthr;
 Kernel<decltype(KernelTable::zsctr)> zsctr;
+Kernel<decltype(KernelTable::dscattered_product)> dscattered_product;
+Kernel<decltype(KernelTable::zscattered_product)> zscattered_product;
 
 // Level 2.
 Kernel<decltype(KernelTable::dgemv)> dgemv;

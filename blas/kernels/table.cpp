@@ -130,6 +130,9 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .xzgemm_copy_an = only < kClass == CpuClass::mc > (xzgemm_copy_an),
         .xzgemm_copy_ac = only < kClass == CpuClass::mc > (xzgemm_copy_ac),
 
+        .dscattered_product = dscattered_product,
+        .zscattered_product = zscattered_product,
+
         .drotations = drotations,
         .dsturm = dsturm,
     };

@@ -50,6 +50,7 @@ const char* word(nxl::WidthReason reason) {
     case nxl::WidthReason::environment: return "NXL_VECTOR_BITS";
     case nxl::WidthReason::class_is_narrow: return "class";
     case nxl::WidthReason::processor_has_fma: return "AVX2 and FMA";
+    case nxl::WidthReason::processor_has_avx512: return "AVX-512";
     case nxl::WidthReason::processor_lacks_fma: return "no AVX2 or FMA";
     case nxl::WidthReason::system_does_not_save: break;
     }

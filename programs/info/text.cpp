@@ -24,9 +24,10 @@ std::string class_line(const nxl::ClassChoice& choice) {
 
 const char* reason(nxl::WidthReason reason) {
     switch (reason) {
-    case nxl::WidthReason::environment: return "NXL_VECTOR_BITS=128";
+    case nxl::WidthReason::environment: return "NXL_VECTOR_BITS";
     case nxl::WidthReason::class_is_narrow: return "processors of this class have no wider ones";
     case nxl::WidthReason::processor_has_fma: return "the processor has AVX2 and FMA";
+    case nxl::WidthReason::processor_has_avx512: return "the processor has AVX-512";
     case nxl::WidthReason::processor_lacks_fma: return "the processor lacks AVX2 or FMA";
     case nxl::WidthReason::system_does_not_save: break;
     }

@@ -58,7 +58,8 @@ void about_words(Lines& lines, const Findings& f) {
         lines.push_back(quoted("NXL_DEBUG_CPU_TYPE", text) + " is not a class from 0 to 3 and is ignored");
     if (const char* text = environment("NXL_VECTOR_BITS");
         text && std::string_view(text) != std::to_string(f.width.bits))
-        lines.push_back(quoted("NXL_VECTOR_BITS", text) + " is ignored: the only choice is 128");
+        lines.push_back(quoted("NXL_VECTOR_BITS", text) +
+                        " is ignored: the choices are 128, 256 and 512, as far as there are such kernels");
 }
 
 /// Letters to insert, remove or replace on the way from one word to the other.

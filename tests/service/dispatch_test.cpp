@@ -95,13 +95,18 @@ TEST(KernelSlots, BindOnceToTheClassOfTheirFirstCall) {
 TEST(VectorWidth, NarrowOnRequestElseWhatTheProcessorHas) {
     const char* setting = std::getenv("NXL_VECTOR_BITS");
     const bool wide = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-    const bool narrow_asked = setting && std::strcmp(setting, "128") == 0;
+    const bool widest = wide && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
+                        __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl");
+    const int there = widest ? 512 : wide ? 256 : 128;
+    const int asked = setting && std::strcmp(setting, "512") != 0 ? std::atoi(setting) : there;
     for (const char* narrow : {"1", "2"}) {
         class_with(narrow);
         EXPECT_EQ(vector_width_choice().bits, 128) << narrow;
     }
     class_with("3");
-    EXPECT_EQ(vector_width_choice().bits, wide && !narrow_asked ? 256 : 128);
+    EXPECT_EQ(vector_width_choice().bits, std::min(asked, there));
+    class_with("0");
+    EXPECT_EQ(vector_width_choice().bits, std::min({asked, there, 256}));
     class_with(nullptr);
 }
 

@@ -114,7 +114,7 @@ template <class T, int P, int W, bool Rounded>
 
 /// The first of rows `first` .. m - 1 with this magnitude; there is one.
 template <class T> [[gnu::always_inline]] inline i64 find_magnitude(i64 first, i64 m, const T* column, double wanted) {
-    constexpr int W = kWidth, step = 4 * W / kParts<T>;
+    constexpr int W = kWidest, step = 4 * W / kParts<T>;
     for (; first + step <= m; first += step) {
         auto hit = magnitudes<T, W>(load<W>(parts(column + first))) == splat<W>(wanted);
         for (int k = 1; k < 4; ++k) hit |= magnitudes<T, W>(load<W>(parts(column + first) + k * W)) == splat<W>(wanted);
@@ -146,7 +146,7 @@ template <bool Rounded, int P, class T> i64 eliminate_column(i64 m, T* a, i64 ld
     T multiplier[P];
     for (int p = 0; p < P; ++p) multiplier[p] = a[p + P * lda];
     return find_pivot(P, m, a + P * lda, [&](i64 start, i64 count) {
-        return eliminate<T, P, kWidth, Rounded>(0, count * kParts<T>, parts(a + start), lda * kParts<T>, multiplier,
+        return eliminate<T, P, kWidest, Rounded>(0, count * kParts<T>, parts(a + start), lda * kParts<T>, multiplier,
                                                 scale, -1.0);
     });
 }
@@ -260,7 +260,7 @@ template <class T, int C = kNarrow<T>>
 [[gnu::always_inline]] inline void subtract_columns(i64 m, i64 k, const T* l, i64 lda, const T* x, T* y) {
     i64 p = 0;
     for (; p + C <= k; p += C)
-        subtract_rows<T, C, kWidth>(0, m * kParts<T>, parts(l + p * lda), lda * kParts<T>, x + p, parts(y));
+        subtract_rows<T, C, kWidest>(0, m * kParts<T>, parts(l + p * lda), lda * kParts<T>, x + p, parts(y));
     if constexpr (C > 1) subtract_columns<T, C / 2>(m, k - p, l + p * lda, lda, x + p, y);
 }
 

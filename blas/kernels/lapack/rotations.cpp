@@ -52,9 +52,9 @@ void drotations(const i64& rows, const i64& columns, const i64& sequences, const
     if (columns < 2 || sequences < 1) return;
     const Waves waves{columns, sequences, turns};
     i64 row = 0;
-    apply_groups<kWidth, 8>(waves, rows, row, a, lda);
-    apply_groups<kWidth, 2>(waves, rows, row, a, lda);
-    apply_groups<kWidth, 1>(waves, rows, row, a, lda);
+    apply_groups<kWidest, 8>(waves, rows, row, a, lda);
+    apply_groups<kWidest, 2>(waves, rows, row, a, lda);
+    apply_groups<kWidest, 1>(waves, rows, row, a, lda);
     apply_groups<1, 1>(waves, rows, row, a, lda);
 }
 

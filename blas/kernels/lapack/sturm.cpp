@@ -43,8 +43,8 @@ void count_groups(i64 n, const double* d, const double* e2, double pivmin, i64 m
 void dsturm(const i64& n, const double* d, const double* e2, const double& pivmin, const i64& many,
             const double* shifts, i64* counts) {
     i64 next = 0;
-    count_groups<kWidth, 4>(n, d, e2, pivmin, many, next, shifts, counts);
-    count_groups<kWidth, 1>(n, d, e2, pivmin, many, next, shifts, counts);
+    count_groups<kWidest, 4>(n, d, e2, pivmin, many, next, shifts, counts);
+    count_groups<kWidest, 1>(n, d, e2, pivmin, many, next, shifts, counts);
     count_groups<1, 1>(n, d, e2, pivmin, many, next, shifts, counts);
 }
 

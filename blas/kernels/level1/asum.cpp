@@ -19,7 +19,7 @@ template <int W> double asum_unit(i64 count, const double* x) {
 /// length. An increment of 0 counts the first element n times, a negative one walks from the far end.
 template <int K> double asum(i64 n, const double* x, i64 incx) {
     if (n < 1) return 0.0;
-    if (incx == 1 || incx == -1) return asum_unit<kWidth>(n * K, x);
+    if (incx == 1 || incx == -1) return asum_unit<kWidest>(n * K, x);
     double total = 0.0;
     const double* element = x + first_index(n, incx) * K;
     for (i64 i = 0; i < n; ++i, element += incx * K)

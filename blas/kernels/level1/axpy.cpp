@@ -42,14 +42,14 @@ template <int W> void zaxpy_unit(i64 n, double ar, double ai, const double* x, d
 
 void daxpy(const i64& n, const double& alpha, const double* x, const i64& incx, double* y, const i64& incy) {
     if (n < 1 || alpha == 0.0) return;
-    if (incx * incy == 1) return axpy_unit<kWidth>(n, alpha, x, y); // both -1 as well: the pairs are the same
+    if (incx * incy == 1) return axpy_unit<kWidest>(n, alpha, x, y); // both -1 as well: the pairs are the same
     axpy_strided(n, alpha, x, incx, y, incy);
 }
 
 void zaxpy(const i64& n, const zcomplex& alpha, const zcomplex* x, const i64& incx, zcomplex* y, const i64& incy) {
     const double ar = parts(&alpha)[0], ai = parts(&alpha)[1];
     if (n < 1 || (ar == 0.0 && ai == 0.0)) return;
-    if (incx * incy == 1) return zaxpy_unit<kWidth>(n, ar, ai, parts(x), parts(y));
+    if (incx * incy == 1) return zaxpy_unit<kWidest>(n, ar, ai, parts(x), parts(y));
     const Vec<2> re = splat<2>(ar), im = alternate<2>(-ai, ai);
     i64 ix = first_index(n, incx), iy = first_index(n, incy);
     for (i64 i = 0; i < n; ++i, ix += incx, iy += incy) zaxpy_step<2>(re, im, parts(x + ix), parts(y + iy));

@@ -68,14 +68,14 @@ bool copies_as_run(i64 incx, i64 incy, bool real) {
 /// Strided elements go one at a time, each with all its parts in one load and one store.
 template <int K> void copy(i64 n, const double* x, i64 incx, double* y, i64 incy) {
     if (n < 1) return;
-    if (copies_as_run(incx, incy, K == 1)) return copy_unit<kWidth>(n * K, x, y);
+    if (copies_as_run(incx, incy, K == 1)) return copy_unit<kWidest>(n * K, x, y);
     i64 ix = first_index(n, incx) * K, iy = first_index(n, incy) * K;
     for (i64 i = 0; i < n; ++i, ix += incx * K, iy += incy * K) store<K>(y + iy, load<K>(x + ix));
 }
 
 template <int K> void swap(i64 n, double* x, i64 incx, double* y, i64 incy) {
     if (n < 1) return;
-    if (incx == 1 && incy == 1) return swap_unit<kWidth>(n * K, x, y);
+    if (incx == 1 && incy == 1) return swap_unit<kWidest>(n * K, x, y);
     i64 ix = first_index(n, incx) * K, iy = first_index(n, incy) * K;
     for (i64 i = 0; i < n; ++i, ix += incx * K, iy += incy * K) swap_step<K>(x + ix, y + iy);
 }

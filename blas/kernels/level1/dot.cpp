@@ -91,7 +91,7 @@ template <bool ConjX, int W> void zdot_unit(zcomplex& result, i64 n, const doubl
 
 template <bool ConjX>
 void zdot(zcomplex& result, i64 n, const zcomplex* x, i64 incx, const zcomplex* y, i64 incy) {
-    if (n >= 1 && incx * incy == 1) return zdot_unit<ConjX, kWidth>(result, n, parts(x), parts(y));
+    if (n >= 1 && incx * incy == 1) return zdot_unit<ConjX, kWidest>(result, n, parts(x), parts(y));
     ComplexSums<2> sums;
     i64 ix = first_index(n, incx), iy = first_index(n, incy);
     for (i64 i = 0; i < n; ++i, ix += incx, iy += incy) sums.add(parts(x + ix), parts(y + iy));
@@ -105,7 +105,7 @@ void zdot(zcomplex& result, i64 n, const zcomplex* x, i64 incx, const zcomplex* 
 
 double ddot(const i64& n, const double* x, const i64& incx, const double* y, const i64& incy) {
     if (n < 1) return 0.0;
-    if (incx * incy == 1) return dot_unit<kWidth>(n, x, y); // both -1 as well: the pairs are the same
+    if (incx * incy == 1) return dot_unit<kWidest>(n, x, y); // both -1 as well: the pairs are the same
     return dot_strided(n, x, incx, y, incy);
 }
 

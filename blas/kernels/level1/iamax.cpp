@@ -25,7 +25,11 @@ template <int K, int W> [[gnu::always_inline]] inline Vec<W> magnitudes(const do
     } else {
         const Vec<W> a = __builtin_elementwise_abs(load<W>(x)), b = __builtin_elementwise_abs(load<W>(x + W));
         if constexpr (W == 2) return __builtin_shufflevector(a, b, 0, 2) + __builtin_shufflevector(a, b, 1, 3);
-        else return __builtin_shufflevector(a, b, 0, 4, 2, 6) + __builtin_shufflevector(a, b, 1, 5, 3, 7);
+        else if constexpr (W == 4)
+            return __builtin_shufflevector(a, b, 0, 4, 2, 6) + __builtin_shufflevector(a, b, 1, 5, 3, 7);
+        else
+            return __builtin_shufflevector(a, b, 0, 8, 2, 10, 4, 12, 6, 14) +
+                   __builtin_shufflevector(a, b, 1, 9, 3, 11, 5, 13, 7, 15);
     }
 }
 
@@ -76,10 +80,10 @@ template <Extreme E, int K> i64 position_unit(i64 n, const double* x) {
     i64 where = 0;
     for (i64 start = 0; start < n; start += block_count) {
         const i64 length = n - start < block_count ? n - start : block_count;
-        const double found = best_of_block<E, K, kWidth>(best, length, x + start * K);
+        const double found = best_of_block<E, K, kWidest>(best, length, x + start * K);
         if (!beats<E>(found, best)) continue;
         best = found;
-        where = start + find_magnitude<K, kWidth>(found, length, x + start * K);
+        where = start + find_magnitude<K, kWidest>(found, length, x + start * K);
     }
     return where + 1;
 }

@@ -45,7 +45,7 @@ template <int W> double sum_of_squares_unit(i64 count, const double* x) {
 
 /// Elements are K doubles, `step` elements apart.
 template <int K> double sum_of_squares(i64 n, const double* x, i64 step) {
-    if (step == 1) return sum_of_squares_unit<kWidth>(n * K, x);
+    if (step == 1) return sum_of_squares_unit<kWidest>(n * K, x);
     double total = 0.0;
     for (i64 i = 0; i < n; ++i, x += step * K)
         for (int part = 0; part < K; ++part) total += x[part] * x[part];

@@ -28,7 +28,7 @@ template <int W> void apply_unit(const Matrix2& matrix, i64 count, double* x, do
 /// Elements are K doubles.
 template <int K> void apply_all(const Matrix2& matrix, i64 n, double* x, i64 incx, double* y, i64 incy) {
     if (n < 1) return;
-    if (incx == 1 && incy == 1) return apply_unit<kWidth>(matrix, n * K, x, y);
+    if (incx == 1 && incy == 1) return apply_unit<kWidest>(matrix, n * K, x, y);
     const Matrix2 h = matrix;
     i64 ix = first_index(n, incx) * K, iy = first_index(n, incy) * K;
     for (i64 i = 0; i < n; ++i, ix += incx * K, iy += incy * K) apply<K>(h, x + ix, y + iy);
@@ -71,7 +71,8 @@ void zrot(const i64& n, zcomplex* x, const i64& incx, zcomplex* y, const i64& in
     const double cosine = c, sr = parts(&s)[0], si = parts(&s)[1];
     i64 i = 0;
     if (incx == 1 && incy == 1)
-        for (; 2 * i + kWidth <= 2 * n; i += kWidth / 2) zrot_step<kWidth>(cosine, sr, si, parts(x + i), parts(y + i));
+        for (; 2 * i + kWidest <= 2 * n; i += kWidest / 2)
+            zrot_step<kWidest>(cosine, sr, si, parts(x + i), parts(y + i));
     i64 ix = first_index(n, incx) + i * incx, iy = first_index(n, incy) + i * incy;
     for (; i < n; ++i, ix += incx, iy += incy) zrot_step<2>(cosine, sr, si, parts(x + ix), parts(y + iy));
 }

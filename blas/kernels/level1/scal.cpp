@@ -17,7 +17,7 @@ template <int W> void scal_unit(i64 count, double alpha, double* x) {
 /// Elements are K doubles. An increment of 0 multiplies the first element n times.
 template <int K> void scal(i64 n, double alpha, double* x, i64 incx) {
     if (n < 1) return;
-    if (incx == 1 || incx == -1) return scal_unit<kWidth>(n * K, alpha, x);
+    if (incx == 1 || incx == -1) return scal_unit<kWidest>(n * K, alpha, x);
     double* element = x + first_index(n, incx) * K;
     for (i64 i = 0; i < n; ++i, element += incx * K) store<K>(element, alpha * load<K>(element));
 }
@@ -55,7 +55,7 @@ void zscal(const i64& n, const zcomplex& alpha, zcomplex* x, const i64& incx) {
     const double ar = parts(&alpha)[0], ai = parts(&alpha)[1];
     if (n < 1) return;
     if ((kClass == CpuClass::mc || kClass == CpuClass::mc3) && ar == 1.0 && ai == 0.0) return;
-    if (incx == 1 || incx == -1) return zscal_unit<kWidth>(n, ar, ai, parts(x));
+    if (incx == 1 || incx == -1) return zscal_unit<kWidest>(n, ar, ai, parts(x));
     const Vec<2> re = splat<2>(ar), im = alternate<2>(-ai, ai);
     double* element = parts(x + first_index(n, incx));
     for (i64 i = 0; i < n; ++i, element += 2 * incx) zscal_step<2>(re, im, element);

@@ -35,7 +35,7 @@ template <int C, class T>
 void add_panel(i64 m, T alpha, const T* a, i64 lda, const T* x, i64 incx, T* y) {
     T coefficient[C];
     for (int c = 0; c < C; ++c) coefficient[c] = alpha * x[c * incx];
-    add_rows<T, C, kWidth>(0, m * kParts<T>, parts(a), lda * kParts<T>, coefficient, parts(y));
+    add_rows<T, C, kWidest>(0, m * kParts<T>, parts(a), lda * kParts<T>, coefficient, parts(y));
 }
 
 /// y := y + alpha A x; A m by n.
@@ -49,7 +49,7 @@ template <class T, int C = kProductPanel<T>>
 /// Whole vectors of the inner products of C columns with x, in `sum`. Returns how many doubles of x are done.
 template <bool Conjugate, class T, int C>
 [[gnu::always_inline]] inline i64 multiply_vectors(i64 count, const double* a, i64 stride, const double* x, T* sum) {
-    constexpr int W = kWidth, chains = 8 / (C * kParts<T>); // eight sums hide the latency of the add
+    constexpr int W = kWidest, chains = 8 / (C * kParts<T>); // eight sums hide the latency of the add
     InnerProduct<T, W> part[chains][C];
     i64 i = 0;
     for (; i + chains * W <= count; i += chains * W)

@@ -54,7 +54,7 @@ void update_panel(i64 m, i64 j, const OuterProduct<T> (&products)[P], const T* c
     T factors[C][P];
     for (int c = 0; c < C; ++c)
         for (int p = 0; p < P; ++p) factors[c][p] = factor_of<Conjugate>(products[p], j + c);
-    update_rows<T, P, C, kWidth>(0, m * kParts<T>, factors, u, parts(a), lda * kParts<T>);
+    update_rows<T, P, C, kWidest>(0, m * kParts<T>, factors, u, parts(a), lda * kParts<T>);
 }
 
 /// Columns j .. end - 1 of m rows; u holds the rows' elements side by side, a is the first row of column j.

@@ -31,7 +31,7 @@ template <class T> struct Pair {
 template <bool H, class T, int C>
 [[gnu::always_inline]] inline i64 mirror_vectors(i64 count, const double* a, i64 stride, const T* coefficient,
                                                  const double* x, double* y, T* sum) {
-    constexpr int W = kWidth;
+    constexpr int W = kWidest;
     Coefficient<T, W> factor[C];
     InnerProduct<T, W> mirrored[C];
     for (int c = 0; c < C; ++c) factor[c].set(coefficient[c]);

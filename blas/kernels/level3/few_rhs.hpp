@@ -55,8 +55,8 @@ template <class T> struct ColumnsOfT {
         : at(parts(from.data)),
           column(from.along_r * kParts<T>),
           step(from.along_p * kParts<T>) {}
-    [[gnu::always_inline]] Vec<kWidth> value(int c) const {
-        return splat<kWidth>(at[c / kParts<T> * column + c % kParts<T>]);
+    template <int W> [[gnu::always_inline]] Vec<W> value(int c) const {
+        return splat<W>(at[c / kParts<T> * column + c % kParts<T>]);
     }
     [[gnu::always_inline]] void next() {
         at += step;

@@ -3,6 +3,9 @@
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level3/gemm_forms.hpp"
 #include "blas/kernels/level3/packing_tile.hpp"
+#if NXL_TARGET_BITS == 512
+#include "blas/kernels/level3/direct_product.hpp"
+#endif
 
 namespace nxl::NXL_TARGET {
 namespace {
@@ -87,6 +90,8 @@ template <class T> void gemm(const GeneralProduct<T>& g) {
     constexpr bool complex = kParts<T> == 2;
     constexpr LeastSizes three{3, 3, 3};
     if (only_scales(g)) return;
+    if constexpr (kWidest == 8)
+        if (suits_direct(g)) return direct_product(g);
     if constexpr (kClass == CpuClass::mc3) {
         constexpr LeastSizes small = complex ? three : LeastSizes{2, 8, 4};
         large_or_small_form(g, panel_bytes<T>(g.n, g.k, 5000) > 262144, small, small, complex ? 1 : 2);

@@ -16,6 +16,7 @@ namespace nxl::NXL_TARGET {
 //
 // On the left three panels are reused for all columns of the chunk, and the chunk for all of A. On the right the strip,
 // 64 bytes per step of k, is reused for all of A. Each element of A leaves the second cache once per chunk or strip.
+// With 512 bits it is as on the right, but 12 columns, where B is, and 16 rows at a time.
 // Class 3 at 128 bits needs no strip for a packed B: its tile takes 8 columns of the panels as they are.
 /// A block of A in panels, alpha included.
 struct BlockA {
@@ -89,9 +90,11 @@ template <class T, class Tile, class Multiply>
     if (at.rows * kParts<T> == Tile::height && to.inside(at.i, at.rows, at.j, at.columns))
         return store_tile<T>(sums, to, c);
     double values[Tile::columns / kParts<T>][Tile::height]; // a copy, so that the sums themselves can stay in registers
-    for (int column = 0; column < Tile::columns / kParts<T>; ++column)
-        for (int v = 0; v < Tile::vectors; ++v)
-            store<kWidth>(values[column] + v * kWidth, tile_values<T>(sums, v, column, to.b_sign));
+    repeat<Tile::columns / kParts<T>>([&](auto column) __attribute__((always_inline)) {
+        repeat<Tile::vectors>([&](auto v) __attribute__((always_inline)) {
+            store<Tile::width>(values[column] + v * Tile::width, tile_values<T>(sums, v, column, to.b_sign));
+        });
+    });
     store_edge(values[0], Tile::height, to, at.i, at.rows, at.j, at.columns);
 }
 
@@ -99,10 +102,10 @@ template <class T, class Tile, class Multiply>
 constexpr i64 unrolled_k = kClass == CpuClass::p4n ? 112 : 0;
 
 /// The tile that starts at a panel of A; block A belongs to row i of C.
-template <class T, int Panels, int Columns, class B>
+template <class T, int Panels, int Columns, int W = kWidth, class B>
 [[gnu::always_inline]] inline void tile_at(const BlockA& a, i64 panel, i64 steps, B b, const Result<T>& to, i64 i,
                                            i64 j) {
-    using Tile = Sums<Panels, Columns>;
+    using Tile = Sums<Panels, Columns, W>;
     constexpr i64 height = Panels * kPanelRows<T>;
     const i64 first = panel * kPanelRows<T>;
     const i64 rest = a.rows - first;
@@ -156,12 +159,12 @@ template <class T, int Panels, class ColumnsB>
 constexpr i64 chunk_columns = 32;
 
 /// Three panels at a time, but four that are left two by two: a single panel has too few sums to hide the latency of
-/// the multiply-add.
+/// the multiply-add. Columns of B from `from` on.
 template <class T, class ColumnsB>
-void multiply_wide(const BlockA& a, const ColumnsB& b, const Result<T>& to, i64 i, i64 j) {
+void multiply_wide(const BlockA& a, const ColumnsB& b, i64 from, const Result<T>& to, i64 i, i64 j) {
     constexpr i64 width = chunk_columns / kParts<T>, height = kPanelRows<T>;
     const i64 count = (a.rows + height - 1) / height;
-    for (i64 first = 0; first < b.columns; first += width) {
+    for (i64 first = from; first < b.columns; first += width) {
         const i64 last = b.columns - first < width ? b.columns : first + width;
         i64 panel = 0;
         for (; count - panel >= 3 && count - panel != 4; panel += 3) tile_row<T, 3>(a, panel, b, first, last, to, i, j);
@@ -170,10 +173,43 @@ void multiply_wide(const BlockA& a, const ColumnsB& b, const Result<T>& to, i64 
     }
 }
 
+/// The widest registers: `Groups` groups of columns, which stay in the first cache, against all panels of A.
+template <class T, int Groups, class ColumnsB>
+[[gnu::noinline]] void widest_column(const BlockA& a, const ColumnsB& b, i64 c, const Result<T>& to, i64 i, i64 j) {
+    constexpr int columns = Groups * kPanel, tall = Groups == 3 ? 4 : 6;
+    const i64 steps = ColumnsB::steps(a.k), count = (a.rows + kPanelRows<T> - 1) / kPanelRows<T>;
+    GroupsOfB<decltype(b(c)), Groups> together;
+    for (int group = 0; group < Groups; ++group) together.of[group] = b(c + group * kPanelRows<T>);
+    i64 panel = 0;
+    for (; count - panel >= tall; panel += tall)
+        tile_at<T, tall, columns, kWidest>(a, panel, steps, together, to, i, j + c);
+    for (; count - panel >= 2; panel += 2) tile_at<T, 2, columns, kWidest>(a, panel, steps, together, to, i, j + c);
+    if (panel < count)
+        for (int group = 0; group < Groups; ++group)
+            tile_at<T, 1, kPanel>(a, panel, steps, together.of[group], to, i, j + c + group * kPanelRows<T>);
+}
+
+/// Columns beyond the last whole group are left to narrower registers.
+template <class T, class ColumnsB>
+void multiply_widest(const BlockA& a, const ColumnsB& b, const Result<T>& to, i64 i, i64 j) {
+    constexpr i64 group = kPanelRows<T>;
+    i64 c = 0;
+    for (; c + 3 * group <= b.columns; c += 3 * group) widest_column<T, 3>(a, b, c, to, i, j);
+    if (c + 2 * group <= b.columns) {
+        widest_column<T, 2>(a, b, c, to, i, j);
+        c += 2 * group;
+    }
+    if (c + group <= b.columns) {
+        widest_column<T, 1>(a, b, c, to, i, j);
+        c += group;
+    }
+    if (c < b.columns) multiply_wide<T>(a, b, c, to, i, j);
+}
+
 /// Copies a group of columns into the strip, every double twice.
 template <int Columns, class B> void fill_strip(double* strip, i64 steps, B b) {
     for (i64 p = 0; p < steps; ++p, b.next(), strip += StripB::step)
-        for (int column = 0; column < Columns; ++column) store<2>(strip + 2 * column, b.value(column));
+        for (int column = 0; column < Columns; ++column) store<2>(strip + 2 * column, b.template value<2>(column));
 }
 
 /// Narrow registers: all panels of A against the columns in the strip.
@@ -213,8 +249,9 @@ void multiply_narrow(const BlockA& a, const ColumnsB& b, double* strip, const Re
 /// k, for narrow registers alone.
 template <class T, class ColumnsB>
 void multiply_block(const BlockA& a, const ColumnsB& b, double* strip, const Result<T>& to, i64 i, i64 j) {
-    if constexpr (kWidth == 2) multiply_narrow<T>(a, b, strip, to, i, j);
-    else multiply_wide<T>(a, b, to, i, j);
+    if constexpr (kWidest == 2) multiply_narrow<T>(a, b, strip, to, i, j);
+    else if constexpr (kWidest == 4) multiply_wide<T>(a, b, 0, to, i, j);
+    else multiply_widest<T>(a, b, to, i, j);
 }
 
 /// The same with B in place.

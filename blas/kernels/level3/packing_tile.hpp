@@ -13,7 +13,7 @@ namespace nxl::NXL_TARGET {
 //                    store, use
 //
 // From the second group of columns on, all is as in the macro kernel.
-template <class T> constexpr bool packs_on_the_way = kWidth == 4 && kParts<T> == 1;
+template <class T> constexpr bool packs_on_the_way = kWidest == 4 && kParts<T> == 1;
 
 /// The sums of `Panels` panels, with A scaled by alpha and stored as panels on the way.
 template <int Panels, class B>

@@ -44,12 +44,12 @@ template <class T> [[gnu::always_inline]] inline Before before_of(const T& beta)
 
 /// Vector v of column `column` of a tile, as numbers of type T.
 template <class T, class Tile>
-[[gnu::always_inline]] inline Vec<kWidth> tile_values(const Tile& sums, int v, int column, double b_sign) {
+[[gnu::always_inline]] inline Vec<Tile::width> tile_values(const Tile& sums, int v, int column, double b_sign) {
     if constexpr (kParts<T> == 1) {
         return sums.at(v, column);
     } else {
-        const auto turn = alternate<kWidth>(-b_sign, b_sign);
-        return sums.at(v, 2 * column) + turn * swap_parts<kWidth>(sums.at(v, 2 * column + 1));
+        const auto turn = alternate<Tile::width>(-b_sign, b_sign);
+        return sums.at(v, 2 * column) + turn * swap_parts<Tile::width>(sums.at(v, 2 * column + 1));
     }
 }
 
@@ -57,22 +57,25 @@ template <class T, class Tile>
 /// A tile that lies inside C altogether.
 template <class T, class Tile>
 [[gnu::always_inline]] inline void store_tile(const Tile& sums, const Result<T>& to, T* c) {
-    const auto each = [&](auto&& write) {
-        for (int column = 0; column < Tile::columns / kParts<T>; ++column) {
-            double* out = parts(c + column * to.ldc);
-            for (int v = 0; v < Tile::vectors; ++v) write(out + v * kWidth, tile_values<T>(sums, v, column, to.b_sign));
-        }
+    constexpr int W = Tile::width;
+    const auto each = [&](auto&& write) __attribute__((always_inline)) {
+        repeat<Tile::columns / kParts<T>>([&](auto column) __attribute__((always_inline)) {
+            double* const out = parts(c + column * to.ldc);
+            repeat<Tile::vectors>([&](auto v) __attribute__((always_inline)) {
+                write(out + v * W, tile_values<T>(sums, v, column, to.b_sign));
+            });
+        });
     };
     if (to.before == Before::keep) {
-        each([](double* out, Vec<kWidth> add) { store<kWidth>(out, load<kWidth>(out) + add); });
+        each([](double* out, Vec<W> add) { store<W>(out, load<W>(out) + add); });
     } else if (to.before == Before::drop) {
-        each([](double* out, Vec<kWidth> value) { store<kWidth>(out, value); });
+        each([](double* out, Vec<W> value) { store<W>(out, value); });
     } else if (to.hermitian) { // part by part: an infinite one does not touch the other
-        const Factor<double, kWidth> beta(real_part(to.beta));
-        each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta.times(load<kWidth>(out)) + add); });
+        const Factor<double, W> beta(real_part(to.beta));
+        each([&](double* out, Vec<W> add) { store<W>(out, beta.times(load<W>(out)) + add); });
     } else {
-        const Factor<T, kWidth> beta(to.beta);
-        each([&](double* out, Vec<kWidth> add) { store<kWidth>(out, beta.times(load<kWidth>(out)) + add); });
+        const Factor<T, W> beta(to.beta);
+        each([&](double* out, Vec<W> add) { store<W>(out, beta.times(load<W>(out)) + add); });
     }
 }
 

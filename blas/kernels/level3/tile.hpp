@@ -14,7 +14,9 @@ namespace nxl::NXL_TARGET {
 //     a8  .. a11    of[2][0]   of[2][1]   of[2][2]   of[2][3]
 //
 // A processor that starts two multiply-adds in a cycle, each of which takes 4 or 5, needs 8 to 10 sums to stay busy.
-// With 128 bits the tile is 4 rows by 4 columns: 2 vectors of A, 8 sums.
+// With 128 bits the tile is 4 rows by 4 columns: 2 vectors of A, 8 sums. With 512 bits it is 16 rows by 12 columns: two
+// panels of A make a vector, and 24 sums, 2 vectors of A and 1 of B take 27 of 32 registers. Joining two halves costs
+// what a multiply-add does, so that many columns for few vectors of A pay: 26 steps do the work of 24.
 //
 // A complex product needs the parts of A exchanged. That is put off: column 2 c collects A re(b), column 2 c + 1
 // collects A im(b), and result.hpp exchanges parts once per tile in place of once per step.
@@ -27,7 +29,7 @@ struct PackedB {
     const double* at;
     i64 step;
 
-    [[gnu::always_inline]] Vec<kWidth> value(int column) const { return splat<kWidth>(at[column]); }
+    template <int W> [[gnu::always_inline]] Vec<W> value(int column) const { return splat<W>(at[column]); }
     [[gnu::always_inline]] void next() { at += step; }
 };
 
@@ -36,10 +38,22 @@ template <class T> struct PlacedB {
     const double* at;
     i64 column;
 
-    [[gnu::always_inline]] Vec<kWidth> value(int c) const {
-        return splat<kWidth>(at[c / kParts<T> * column + c % kParts<T>]);
+    template <int W> [[gnu::always_inline]] Vec<W> value(int c) const {
+        return splat<W>(at[c / kParts<T> * column + c % kParts<T>]);
     }
     [[gnu::always_inline]] void next() { at += kParts<T>; }
+};
+
+/// Several groups of 4 real columns side by side.
+template <class B, int Groups> struct GroupsOfB {
+    B of[Groups];
+
+    template <int W> [[gnu::always_inline]] Vec<W> value(int column) const {
+        return of[column / kPanel].template value<W>(column % kPanel);
+    }
+    [[gnu::always_inline]] void next() {
+        for (B& group : of) group.next();
+    }
 };
 
 /// B as a broadcast strip: every double stored twice, so that one aligned load fills a 128-bit register.
@@ -47,39 +61,51 @@ struct StripB {
     static constexpr int step = 2 * kPanel;
     const double* at;
 
-    [[gnu::always_inline]] Vec<2> value(int column) const {
+    template <int W> [[gnu::always_inline]] Vec<W> value(int column) const {
+        static_assert(W == 2);
         return *static_cast<const Vec<2>*>(__builtin_assume_aligned(at + 2 * column, 16));
     }
     [[gnu::always_inline]] void next() { at += step; }
 };
 
-/// The sums of a tile: `Panels` panels of A against `Columns` real columns of B.
-template <int Panels, int Columns> struct Sums {
-    static constexpr int vectors = Panels * kPanel / kWidth;
+/// The halves of a wide vector.
+[[gnu::always_inline]] inline Vec<8> join(Vec<4> low, Vec<4> high) {
+    return __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7);
+}
+
+/// The sums of a tile: `Panels` panels of A against `Columns` real columns of B, in vectors of W.
+template <int Panels, int Columns, int W = kWidth> struct Sums {
+    static constexpr int width = W;
+    static constexpr int vectors = Panels * kPanel / W;
     static constexpr int height = Panels * kPanel; // in doubles, as columns are
     static constexpr int unroll = 4;               // steps of k
     static constexpr int columns = Columns;
-    Vec<kWidth> of[vectors][Columns] = {};
+    Vec<W> of[vectors][Columns] = {};
 
-    [[gnu::always_inline]] Vec<kWidth> at(int v, int column) const { return of[v][column]; }
+    [[gnu::always_inline]] Vec<W> at(int v, int column) const { return of[v][column]; }
 
     template <class B> [[gnu::always_inline]] void step(const double* a, i64 panel_stride, const B& b) {
-        constexpr int per_panel = kPanel / kWidth;
-        add([=](int v) { return load<kWidth>(a + v / per_panel * panel_stride + v % per_panel * kWidth); }, b);
+        if constexpr (W > kPanel) {
+            add([=](int v) { return join(load<4>(a + 2 * v * panel_stride), load<4>(a + (2 * v + 1) * panel_stride)); },
+                b);
+        } else {
+            constexpr int per_panel = kPanel / W;
+            add([=](int v) { return load<W>(a + v / per_panel * panel_stride + v % per_panel * W); }, b);
+        }
     }
 
     /// row(v): vector v of a step's rows of A.
     template <class Row, class B> [[gnu::always_inline]] void add(const Row& row, const B& b) {
-        Vec<kWidth> rows[vectors];
-        for (int v = 0; v < vectors; ++v) rows[v] = row(v);
-        for (int column = 0; column < Columns; ++column) {
-            const auto factor = b.value(column);
-            for (int v = 0; v < vectors; ++v) {
+        Vec<W> rows[vectors];
+        repeat<vectors>([&](auto v) __attribute__((always_inline)) { rows[v] = row(v); });
+        repeat<Columns>([&](auto column) __attribute__((always_inline)) {
+            const auto factor = b.template value<W>(column);
+            repeat<vectors>([&](auto v) __attribute__((always_inline)) {
                 of[v][column] += rows[v] * factor;
                 // Done before anything else is loaded: the sums, rows and one factor fill all registers.
-                asm volatile("" : "+x"(of[v][column]) : : "memory");
-            }
-        }
+                asm volatile("" : "+v"(of[v][column]) : : "memory");
+            });
+        });
     }
 };
 
@@ -90,6 +116,7 @@ template <int Panels, int Columns> struct Sums {
 ///         a0     straight[0]       crossed[1]         rows (a1, a0) times (b, b') the other one;
 ///         a1      crossed[0]      straight[1]         at() puts the halves in order when C is written.
 struct CrossedSums {
+    static constexpr int width = 2;
     static constexpr int vectors = 1;
     static constexpr int height = 2;
     static constexpr int unroll = 8;

@@ -4,7 +4,7 @@
 
 namespace nxl::pardiso {
 
-using i32 = std::int32_t;
+using nxl::i32;
 
 /// Inner codes of matching and ordering beside 0; an analysis that meets one ends with it.
 enum PreprocessingCode : i32 {

@@ -2,6 +2,7 @@
 // of their rows.
 #pragma once
 #include "blas/calls.hpp"
+#include "service/kernel_slot.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/factor.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/pivots.hpp"
 #include <algorithm>
@@ -68,41 +69,53 @@ template <class M> class Updater {
         i64 ld_right;
     };
 
-    /// A source of one column: no buffer.
-    void rank_one(const Operands& x, i64 rows, i64 columns, bool triangle, const i32* places, i64 shift, T* c,
-                  i64 ldc) {
-        for (i64 j = 0; j < columns; ++j) {
-            const T factor = conj_if<M::hermitian>(x.right[j]);
-            T* const to = c + work_.relind[j] * ldc - shift;
-            for (i64 i = triangle ? j : 0; i < rows; ++i) to[places[i]] -= x.left[i] * factor;
-        }
+    /// Where an update goes: rows `places`, which are contiguous or not, of columns relind[0 .. columns - 1] of c.
+    /// `shift` is the place of the first row of c.
+    struct Place {
+        const i32* places;
+        bool contiguous;
+        i64 shift;
+        T* c;
+        i64 ldc;
+    };
+
+    /// Without packing and without a buffer: what pays while one factor stays in the cache of first level.
+    void small(const Operands& x, i64 rows, i64 columns, i64 depth, bool triangle, const Place& to) {
+        const ScatteredProduct shape{.rows = rows,
+                                     .columns = columns,
+                                     .depth = depth,
+                                     .ld_left = x.ld_left,
+                                     .ld_right = x.ld_right,
+                                     .ldc = to.ldc,
+                                     .row_places = to.places,
+                                     .column_places = work_.relind,
+                                     .lower = triangle,
+                                     .conjugate = M::hermitian};
+        slot_of<T, &KernelTable::dscattered_product, &KernelTable::zscattered_product>()(shape, x.left, x.right,
+                                                                                         to.c - to.shift);
     }
 
-    void add(i64 rows, i64 columns, bool triangle, const i32* places, i64 shift, T* c, i64 ldc) {
+    void add(i64 rows, i64 columns, bool triangle, const Place& to) {
         for (i64 j = 0; j < columns; ++j) {
             const T* const from = work_.temp + j * rows;
-            T* const to = c + work_.relind[j] * ldc - shift;
-            for (i64 i = triangle ? j : 0; i < rows; ++i) to[places[i]] += from[i];
+            T* const column = to.c + work_.relind[j] * to.ldc - to.shift;
+            for (i64 i = triangle ? j : 0; i < rows; ++i) column[to.places[i]] += from[i];
         }
     }
 
-    /// Takes a product off the rows `places`, which are contiguous or not, of columns relind[0 .. columns - 1] of c.
-    /// `shift` is the place of the first row of c.
-    bool apply(const Operands& x, i64 rows, i64 columns, i64 depth, bool triangle, bool contiguous, const i32* places,
-               i64 shift, T* c, i64 ldc) {
+    bool apply(const Operands& x, i64 rows, i64 columns, i64 depth, bool triangle, const Place& to) {
+        constexpr i64 few = 2048 * sizeof(double) / sizeof(T); // numbers of the right factor
         if (rows == 0) return true;
-        if (contiguous) {
-            T* const to = c + (places[0] - shift) + work_.relind[0] * ldc;
-            product(triangle, rows, columns, depth, x.left, x.ld_left, x.right, x.ld_right, T(1.0), to, ldc);
-            return true;
+        if (!to.contiguous && depth > 1 && rows * columns > work_.temp_size) return false;
+        if (columns * depth <= few) {
+            small(x, rows, columns, depth, triangle, to);
+        } else if (to.contiguous) {
+            T* const c = to.c + (to.places[0] - to.shift) + work_.relind[0] * to.ldc;
+            product(triangle, rows, columns, depth, x.left, x.ld_left, x.right, x.ld_right, T(1.0), c, to.ldc);
+        } else {
+            product(triangle, rows, columns, depth, x.left, x.ld_left, x.right, x.ld_right, T(0.0), work_.temp, rows);
+            add(rows, columns, triangle, to);
         }
-        if (depth == 1) {
-            rank_one(x, rows, columns, triangle, places, shift, c, ldc);
-            return true;
-        }
-        if (rows * columns > work_.temp_size) return false;
-        product(triangle, rows, columns, depth, x.left, x.ld_left, x.right, x.ld_right, T(0.0), work_.temp, rows);
-        add(rows, columns, triangle, places, shift, c, ldc);
         return true;
     }
 
@@ -138,15 +151,15 @@ template <class M> class Updater {
             multiply_by_d<M>(source, l, ldl, columns, work_.scaled, columns);
         }
         if constexpr (!M::has_u)
-            return apply({l, ldl, right, ld_right}, rows, columns, depth, true, contiguous, places, 0, target_.l,
-                         target_.rows);
+            return apply({l, ldl, right, ld_right}, rows, columns, depth, true,
+                         {places, contiguous, 0, target_.l, target_.rows});
         else {
             const i64 ldu = source.below(), rest = rows - columns;
             const T* const u = source.u + (offset - source.width);
-            return apply({l, ldl, u, ldu}, rows, columns, depth, false, contiguous, places, 0, target_.l,
-                         target_.rows) &&
-                   apply({u + columns, ldu, l, ldl}, rest, columns, depth, false, contiguous, places + columns,
-                         target_.width, target_.u, target_.below());
+            return apply({l, ldl, u, ldu}, rows, columns, depth, false,
+                         {places, contiguous, 0, target_.l, target_.rows}) &&
+                   apply({u + columns, ldu, l, ldl}, rest, columns, depth, false,
+                         {places + columns, contiguous, target_.width, target_.u, target_.below()});
         }
     }
 };

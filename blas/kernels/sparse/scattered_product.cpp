@@ -1,0 +1,102 @@
+// [dz]scattered_product: a small product, taken off rows and columns that lie anywhere.
+#include "blas/kernels/kernels.hpp"
+#include "blas/kernels/registers.hpp"
+
+namespace nxl::NXL_TARGET {
+namespace {
+
+// Supernodes of sparse factors update each other by many small products. Both factors are read where they lie: a step
+// of k takes a stretch of a column of the one and a few neighbours in a column of the other, which is how the register
+// tile wants them. So nothing is packed, and the sums go from their registers to their places:
+//
+//                      right(j .. j + 3, k)          ->  columns column_places[j .. j + 3] of C
+//     left(i .., k)    sums, `Vectors` of rows       ->  rows row_places[i ..], by vectors where these follow each
+//     other
+//
+// The rows of a tile stay in the cache of first level while all columns go by.
+template <class T> struct View {
+    const ScatteredProduct& shape;
+    const T *left, *right;
+    T* c;
+};
+
+/// Takes a vector of sums off a column. `run`: its rows follow each other there.
+template <class T, int W>
+[[gnu::always_inline]] inline void take_off(const Vec<W>& sums, bool run, const i32* rows, T* column) {
+    constexpr int parts_of_one = kParts<T>;
+    if (run) {
+        double* const to = parts(column + rows[0]);
+        store<W>(to, load<W>(to) - sums);
+        return;
+    }
+    for (int lane = 0; lane < W; ++lane) parts(column + rows[lane / parts_of_one])[lane % parts_of_one] -= sums[lane];
+}
+
+/// Adds one step of k: the stretch of rows at `left` times each of the numbers at `right`.
+template <class T, int W, int Vectors, int Columns, bool Conjugate>
+[[gnu::always_inline]] inline void add_step(Vec<W> (&sums)[Vectors][Columns], const T* left, const T* right) {
+    for (int v = 0; v < Vectors; ++v) {
+        const Operand<T, W> rows(parts(left) + v * W);
+        for (int column = 0; column < Columns; ++column) {
+            const Factor<T, W> factor(conj_if<Conjugate>(right[column]));
+            sums[v][column] = factor.added_to(sums[v][column], rows);
+        }
+    }
+}
+
+template <class T, int W, int Vectors, int Columns, bool Conjugate>
+void tile(const View<T>& view, i64 i, i64 j, const bool* runs) {
+    constexpr i64 rows_of_one = W / kParts<T>;
+    const ScatteredProduct& shape = view.shape;
+    const T *left = view.left + i, *right = view.right + j;
+    Vec<W> sums[Vectors][Columns] = {};
+    for (i64 k = 0; k < shape.depth; ++k, left += shape.ld_left, right += shape.ld_right)
+        add_step<T, W, Vectors, Columns, Conjugate>(sums, left, right);
+    for (int column = 0; column < Columns; ++column) {
+        T* const to = view.c + shape.column_places[j + column] * shape.ldc;
+        for (int v = 0; v < Vectors; ++v)
+            take_off<T, W>(sums[v][column], runs[v], shape.row_places + i + v * rows_of_one, to);
+    }
+}
+
+/// Rows from i on against all columns; of a trapezoid against those that reach them.
+template <class T, int W, int Vectors, bool Conjugate> void row_of_tiles(const View<T>& view, i64 i) {
+    constexpr i64 rows_of_one = W / kParts<T>, group = 4;
+    const ScatteredProduct& shape = view.shape;
+    bool runs[Vectors];
+    for (int v = 0; v < Vectors; ++v) {
+        const i32* const rows = shape.row_places + i + v * rows_of_one;
+        runs[v] = rows[rows_of_one - 1] - rows[0] == rows_of_one - 1;
+    }
+    const i64 columns = shape.lower ? smaller(i + Vectors * rows_of_one, shape.columns) : shape.columns;
+    i64 j = 0;
+    for (; j + group <= columns; j += group) tile<T, W, Vectors, group, Conjugate>(view, i, j, runs);
+    for (; j < columns; ++j) tile<T, W, Vectors, 1, Conjugate>(view, i, j, runs);
+}
+
+template <class T, int W, int Vectors, bool Conjugate> void rows_of_tiles(const View<T>& view, i64& i) {
+    constexpr i64 height = Vectors * W / kParts<T>;
+    for (; i + height <= view.shape.rows; i += height) row_of_tiles<T, W, Vectors, Conjugate>(view, i);
+}
+
+template <class T, bool Conjugate> void subtract(const View<T>& view) {
+    constexpr int tall = 4 - kParts<T>; // vectors: with four columns they fill the registers
+    i64 i = 0;
+    rows_of_tiles<T, kWidth, tall, Conjugate>(view, i);
+    rows_of_tiles<T, kWidth, 1, Conjugate>(view, i);
+    rows_of_tiles<T, kParts<T>, 1, Conjugate>(view, i);
+}
+
+} // namespace
+
+void dscattered_product(const ScatteredProduct& shape, const double* left, const double* right, double* c) {
+    subtract<double, false>({shape, left, right, c});
+}
+
+void zscattered_product(const ScatteredProduct& shape, const zcomplex* left, const zcomplex* right, zcomplex* c) {
+    const View<Complex> view{shape, scalars(left), scalars(right), scalars(c)};
+    if (shape.conjugate) subtract<Complex, true>(view);
+    else subtract<Complex, false>(view);
+}
+
+} // namespace nxl::NXL_TARGET
