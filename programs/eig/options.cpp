@@ -27,7 +27,7 @@ template <class Number> std::pair<Number, Number> pair_of(const std::string& opt
         Number value{};
         if (part.starts_with('+')) part.remove_prefix(1);
         const auto [end, status] = std::from_chars(part.data(), part.data() + part.size(), value);
-        if (status != std::errc() || end != part.data() + part.size() || value != value)
+        if (status != std::errc() || end != part.data() + part.size() || std::isnan(static_cast<double>(value)))
             throw common::UsageError(option + ": '" + text + "' is not two numbers with a colon between them");
         return value;
     };
