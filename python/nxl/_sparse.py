@@ -56,6 +56,8 @@ class Factorization:
             raise ValueError("out_of_core: True, False or 'auto' is expected")
         if refine is not None and not 0 <= refine <= 1000:
             raise ValueError("refine: 0 to 1000 steps are expected")
+        if ordering == "auto" and out_of_core:
+            ordering = "nested-dissection"  # the smaller files
         self._handle = np.zeros(64, dtype=np.int64)
         self._lock = threading.RLock()
         self.shape, self.dtype = a.shape, np.dtype(_matrix.scalar_type(a))

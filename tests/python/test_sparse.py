@@ -202,3 +202,15 @@ def test_incomplete_factors_are_applied_and_help():
         with pytest.raises(np.linalg.LinAlgError, match="pivot"):
             make(zero_pivot)
         assert np.isfinite(make(zero_pivot, replace=0.1).solve(np.ones(2))).all()
+
+
+def test_factors_on_files_solve_and_their_files_have_one_owner(tmp_path, monkeypatch):
+    monkeypatch.setenv("NXL_PARDISO_OOC_PATH", str(tmp_path / "factors"))
+    a, b = sp.csr_array(grid(20) @ grid(20).T), np.ones(400)
+    assert residual(a, nxl.spsolve(a, b, out_of_core=True), b) < 1e-12
+    factors = nxl.cholesky(a, out_of_core=True)
+    assert residual(a, factors.solve(b), b) < 1e-12
+    with pytest.raises(OSError, match="file"):
+        nxl.cholesky(a, out_of_core=True)
+    del factors
+    assert not list(tmp_path.iterdir())
