@@ -1,11 +1,16 @@
 // The window at the end is brought to Schur form by V, as if the element before it, the root, were zero. Beside the
 // form there stands the root times the first row of V: the spike.
 //
-//     x  x x x x       An eigenvalue whose element of the spike is negligible has converged, long before the
-//     s  t t t t       subdiagonal itself tells. The others are moved up; what is left of the spike is reflected onto
-//     s    t t t       its first element, and the window made Hessenberg again. Braman, Byers and Mathias, The
-//     multishift s      t t       QR algorithm, part II: aggressive early deflation, SIAM J. Matrix Anal. Appl. 23
-//     (2002). s        t
+//     x  x x x x
+//     s  t t t t
+//     s    t t t
+//     s      t t
+//     s        t
+//
+// An eigenvalue whose element of the spike is negligible has converged, long before the subdiagonal itself tells. The
+// others are moved up; what is left of the spike is reflected onto its first element, and the window made Hessenberg
+// again. Braman, Byers and Mathias, The multishift QR algorithm, part II: aggressive early deflation, SIAM J. Matrix
+// Anal. Appl. 23 (2002).
 #include "lapack/kernel/source/nonsymmetric/deflation_window.hpp"
 #include "lapack/kernel/source/nonsymmetric/gehrd.hpp"
 #include "lapack/kernel/source/nonsymmetric/reorder.hpp"
