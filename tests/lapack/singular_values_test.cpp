@@ -4,8 +4,9 @@
 namespace nxl_test {
 namespace {
 
-constexpr std::array<int, 2> shapes[] = {{1, 1},   {1, 6},   {6, 1},   {2, 2},   {20, 20},  {24, 17}, {17, 24},
-                                         {64, 20}, {20, 64}, {75, 70}, {70, 75}, {100, 33}, {0, 3},   {3, 0}};
+constexpr std::array<int, 2> shapes[] = {{1, 1},   {1, 6},   {6, 1},     {2, 2},   {20, 20},
+                                         {24, 17}, {17, 24}, {50, 20},   {20, 50}, {60, 56},
+                                         {54, 58}, {70, 30}, {150, 140}, {0, 3},   {3, 0}};
 
 template <class T> struct Decomposed {
     LapackMatrix<T> a, u, vt;
@@ -36,7 +37,7 @@ template <class T> double largest(const LapackMatrix<T>& a) {
 template <class T> class SingularValues : public ::testing::Test {
   protected:
     using R = Singular<T>;
-    static constexpr int length = 60000;
+    static constexpr int length = 100000;
     std::vector<T> work_ = std::vector<T>(length);
     std::vector<double> reals_ = std::vector<double>(length);
 
@@ -113,11 +114,15 @@ TYPED_TEST(SingularValues, EveryPairOfLetters) {
     using T = TypeParam;
     for (const Given given : all_given)
         for (const auto [m, n] : shapes) {
+            if (m > 100 && given != Given::random && given != Given::graded) continue;
+            const Team team(given == Given::random ? 2 : 1);
             const auto a = given_matrix<T>(given, m, n);
             const std::vector<double> values = this->decompose(a, 'N', 'N').s;
             for (const char jobu : {'\0', 'A', 'S', 'O', 'N'})
                 for (const char job : {'A', 'S', 'O', 'N'}) {
                     if (jobu == 'O' && job == 'O') continue;
+                    if ((given != Given::random || m * n > 1000) && jobu != 0 && jobu != job) continue;
+                    if (m > 100 && (jobu != 0 || job != 'S')) continue; // a larger tree
                     SCOPED_TRACE(::testing::Message() << m << " x " << n << ", kind " << static_cast<int>(given) << ' '
                                                       << (jobu != 0 ? jobu : '-') << job);
                     const Decomposed<T> r = this->decompose(a, jobu, job);
