@@ -16,7 +16,7 @@ struct Word {
 };
 
 int zero = 0, one = 1;
-double unit = 1.0;
+double unit = 1.0, nothing = 0.0;
 
 constexpr Word words[] = {
     {"letter", [](Operands& o, int letter) -> void* { return const_cast<char*>(o.option(std::size_t(letter))); }},
@@ -47,6 +47,10 @@ constexpr Word words[] = {
     {"zero", [](Operands&, int) -> void* { return &zero; }},
     {"one", [](Operands&, int) -> void* { return &one; }},
     {"unit", [](Operands&, int) -> void* { return &unit; }},
+    {"nothing", [](Operands&, int) -> void* { return &nothing; }},
+    // Integers of order n behind the workspace: the last n elements, and the n before them.
+    {"last", [](Operands& o, int) -> void* { return o.integer_work() + o.liwork - o.size.n; }},
+    {"last2", [](Operands& o, int) -> void* { return o.integer_work() + o.liwork - 2 * o.size.n; }},
 };
 
 /// The longest published list has 26 arguments, and lengths of letters behind them. A callee does not see more than it

@@ -100,6 +100,14 @@ int run_svd2(const Request& request) {
     return run_contest(request, {.cases = svd_cases(), .threads = 2, .peers = Library::openblas});
 }
 
+int run_eigen(const Request& request) {
+    return run_contest(request, {.cases = eigen_cases(), .peers = Library::openblas});
+}
+
+int run_eigen2(const Request& request) {
+    return run_contest(request, {.cases = eigen_cases(), .threads = 2, .peers = Library::openblas});
+}
+
 int run_primitives(const Request& request) {
     return run_contest(request, {.cases = primitive_cases(), .peers = Library::hand_loops});
 }
@@ -140,6 +148,8 @@ const std::vector<Family>& families() {
          "indefinite and band systems, condition, refinement, QR, tridiagonal matrices; one thread, against a peer",
          run_lapack, comparison},
         {"lapack2", "the same on two threads", run_lapack2, comparison},
+        {"eigen", "symmetric eigenproblems, one thread, against a peer", run_eigen, comparison},
+        {"eigen2", "the same on two threads", run_eigen2, comparison},
         {"svd", "singular values and least squares on them, one thread, against a peer", run_svd, comparison},
         {"svd2", "the same on two threads", run_svd2, comparison},
         {"primitives", "vector and matrix primitives against loops written by hand, one thread", run_primitives,

@@ -179,6 +179,23 @@ std::vector<Case> svd_cases() {
     return cases;
 }
 
+std::vector<Case> eigen_cases() {
+    std::vector<Case> cases;
+    const auto add = [&](const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
+        std::ranges::copy(cases_of(routines, sizes), std::back_inserter(cases));
+    };
+    for (const int n : {100, 300, 500, 1'000, 2'000}) {
+        add({{"dsytrd", {"L"}}, {"zhetrd", {"L"}}}, {n});
+        add({{"dsyevr", {"VAL", "NAL"}}, {"dsyevx", {"VAL"}}}, {{n, n, n}});
+        add({{"dsyevr", {"VIL"}}}, {{n, n, n / 10}}); // a tenth of the spectrum
+    }
+    add({{"zheevr", {"VAL", "NAL"}}}, {500, 1'000});
+    add({{"dsbevd", {"VL"}}}, {{500, 500, 20}, {2'000, 2'000, 20}});
+    add({{"zhbevd", {"VL"}}}, {{500, 500, 20}});
+    add({{"dsteqr", {"I"}}, {"dsterf"}, {"dstebz", {"AE"}}}, {300, 1'000});
+    return cases;
+}
+
 std::vector<Case> primitive_cases() {
     std::vector<Case> cases =
         cases_of({{"AddValue_d"},     {"AddValuec_d"},     {"SubFromValuecd_d"}, {"DivideValue_d"},

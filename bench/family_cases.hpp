@@ -19,6 +19,7 @@ std::vector<Case> level3_threads_cases();
 std::vector<Case> factor_cases();
 std::vector<Case> lapack_cases();
 std::vector<Case> svd_cases();
+std::vector<Case> eigen_cases();
 std::vector<Case> primitive_cases();
 
 } // namespace nxl::bench

@@ -1,24 +1,12 @@
 // Routines of LAPACK beside those of factor_rows.cpp, a line for each: its arguments, and its work, which tells the
 // arrays, too. Sizes are m by n, of solutions the order and the right-hand sides; k is the width of a band.
-#include "bench/argument_list.hpp"
-#include "bench/rows.hpp"
+#include "bench/lapack_rows.hpp"
 #include <algorithm>
 
 namespace nxl::bench {
 namespace {
 
 constexpr int block = 64; // columns of scratch memory; blocks of published routines are not wider
-
-Routine lapack(const char* name, Work (*work)(const Case&), const char* arguments) {
-    return {name, work, [list = ArgumentList(arguments)](Symbol symbol, Operands& operands, i64 calls) {
-                list.call(symbol, operands, calls);
-            }};
-}
-
-/// Work on n elements of `a`, each of them stored too when that is what is restored.
-template <class T> Work work_on(double multiply_adds, double elements, int terms, const Layout& layout) {
-    return work_in_elements<T>(multiply_adds, elements, layout.restored[0] != 0 ? elements : 0.0, terms, layout);
-}
 
 template <class T> Work indefinite_work(const Case& which) {
     const int n = which.size.n;

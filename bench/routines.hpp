@@ -26,12 +26,13 @@ struct Routine {
     std::function<void(Symbol symbol, Operands& operands, i64 calls)> run;
 };
 
-/// The rows of each level, of the factorisations, of other LAPACK and of the primitives, in a file of its own.
+/// The rows of each level, of the factorisations, of other LAPACK, of eigenproblems and of the primitives, in a file of its own.
 const std::vector<Routine>& level1_routines();
 const std::vector<Routine>& level2_routines();
 const std::vector<Routine>& level3_routines();
 const std::vector<Routine>& factor_routines();
 const std::vector<Routine>& lapack_routines();
+const std::vector<Routine>& eigen_routines();
 const std::vector<Routine>& primitive_routines();
 
 /// The routine of that name; throws when there is none.

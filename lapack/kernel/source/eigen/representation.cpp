@@ -44,7 +44,14 @@ void Representation::count(i64 many, const double* shifts, i64* counts) const {
     constexpr i64 lanes = 8;
     share_work(many, lanes, static_cast<double>(n), [&](i64 start, i64 end) {
         for (; start + lanes <= end; start += lanes) count_negative<lanes>(*this, shifts + start, counts + start);
-        for (; start < end; ++start) count_negative<1>(*this, shifts + start, counts + start);
+        if (end - start == 1) count_negative<1>(*this, shifts + start, counts + start);
+        else if (start < end) { // the last one fills up: chains side by side take hardly longer than one
+            double filled[lanes];
+            i64 found[lanes];
+            for (i64 v = 0; v < lanes; ++v) filled[v] = shifts[std::min(start + v, end - 1)];
+            count_negative<lanes>(*this, filled, found);
+            std::copy(found, found + (end - start), counts + start);
+        }
     });
 }
 

@@ -17,6 +17,8 @@ constexpr double roundoff = 2.0 * unit_roundoff, infinity = std::numeric_limits<
 /// better these are. In large matrices most neighbours differ by less than would be best.
 double least_gap(i64 n) { return std::clamp(0.3 / static_cast<double>(n), 1e-3, 1e-2); }
 
+constexpr i64 at_once = 8; // counts that take hardly longer than one
+
 /// Numbers in [-1, 1) that look random.
 class Noise {
     std::uint64_t state_ = 0x9e3779b97f4a7c15;
@@ -103,7 +105,8 @@ class Tree {
             return digits * std::max(size_of(bounds_[i]), std::min(before, behind));
         });
     }
-    /// Halves bounds of the cluster until those of eigenvalue i are at most width(i) apart.
+    /// Halves bounds of the cluster until those of eigenvalue i are at most width(i) apart; few are cut into more
+    /// parts.
     template <class Width> void narrow(const Representation& r, const Cluster& c, const Width& width) const {
         constexpr int most_rounds = 200;
         double* const probes = probes_ + c.first;
@@ -118,9 +121,31 @@ class Tree {
                 open[many++] = i;
             }
             if (many == 0) return;
+            if (many <= at_once / 2) {
+                cut(r, many, open);
+                continue;
+            }
             r.count(many, probes, counts);
             for (i64 k = 0; k < many; ++k)
                 (counts[k] > open[k] ? bounds_[open[k]].high : bounds_[open[k]].low) = probes[k];
+        }
+    }
+    /// Cuts the bounds of few eigenvalues into as many parts as are counted at once.
+    void cut(const Representation& r, i64 many, const i64* open) const {
+        const i64 points = at_once / many;
+        double probes[at_once];
+        i64 counts[at_once];
+        for (i64 k = 0; k < many; ++k) {
+            const auto [low, high] = bounds_[open[k]];
+            const double part = (high - low) / static_cast<double>(points + 1);
+            for (i64 q = 0; q < points; ++q) probes[k * points + q] = low + static_cast<double>(q + 1) * part;
+        }
+        r.count(many * points, probes, counts);
+        for (i64 k = 0; k < many; ++k) {
+            ValueBounds& bounds = bounds_[open[k]];
+            i64 q = 0;
+            for (; q < points && counts[k * points + q] <= open[k]; ++q) bounds.low = probes[k * points + q];
+            if (q < points) bounds.high = probes[k * points + q];
         }
     }
     /// Moves lower, or upper, ends out until they are on the right side of their eigenvalues.
