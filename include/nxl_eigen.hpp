@@ -17,9 +17,13 @@ template <class Derived, class Matrix> class EigenSparseSolver : public Eigen::S
     using Base = Eigen::SparseSolverBase<Derived>;
 
   public:
+    /// What is factored.
     using MatrixType = Matrix;
+    /// Of its elements; the names that Eigen's concept asks for follow.
     using Scalar = typename MatrixType::Scalar;
+    /// double.
     using RealScalar = typename MatrixType::RealScalar;
+    /// int.
     using StorageIndex = typename MatrixType::StorageIndex;
     enum { ColsAtCompileTime = Eigen::Dynamic, MaxColsAtCompileTime = Eigen::Dynamic };
     static_assert(std::is_same_v<StorageIndex, int>, "indices of 32 bits");
@@ -73,11 +77,12 @@ template <class Derived, class Matrix> class EigenSparseSolver : public Eigen::S
     }
 
   protected:
-    using Rows = Eigen::SparseMatrix<Scalar, Eigen::RowMajor, int>;
-
+    /// For matrices of a type, of which the lower triangle is read, or not.
     EigenSparseSolver(nxl::MatrixType type, bool lower) : solver_(type), lower_(lower) {}
 
   private:
+    using Rows = Eigen::SparseMatrix<Scalar, Eigen::RowMajor, int>;
+
     /// Compressed rows; of a lower triangle those of its adjoint, which are an upper one.
     Rows as_rows(const MatrixType& a) const {
         Rows rows = lower_ ? Rows(a.adjoint()) : Rows(a);

@@ -23,10 +23,12 @@ class Handle {
     int (*remove_)(void**) = nullptr;
 
   protected:
+    /// How the last step ended.
     Status status_;
 
-    static constexpr int success = 1501, no_memory = 1503;
+    /// What a code of the families means.
     static Status told(int code) {
+        constexpr int success = 1501, no_memory = 1503;
         if (code == success) return {};
         return {code, code == no_memory ? "there is not enough memory" : "an argument is wrong, or a step failed"};
     }
@@ -35,6 +37,7 @@ class Handle {
         status_ = told(code);
         if (status_) remove_ = remove;
     }
+    /// The handle variable.
     void** address() { return &pointer_; }
     Handle() = default;
 

@@ -61,11 +61,7 @@ int run(const Options& options, const std::string& source) {
                   .all_values = options.verbose,
                   .vibration = input.truss.has_value()};
     report.input_seconds = watch.lap();
-    Spectrum spectrum;
-    {
-        common::Progress progress("decomposing");
-        spectrum = decompose(input.matrix, options.wish);
-    }
+    const Spectrum spectrum = decompose(input.matrix, options.wish);
     report.seconds = watch.lap();
 
     if (!options.quiet) print(report, spectrum);
