@@ -1,33 +1,11 @@
 // LAPACK's simple drivers, A X = B in one call, for the systems whose factorisations libnxl.so has: a check of the
 // arguments as published, its factorisation, its solution. A singular or indefinite matrix leaves B as it was.
-#include "nxl.h"
+#include "gnu/arguments.hpp"
 #include "service/export.hpp"
-#include <algorithm>
+
+using nxl::gnu::Arguments;
 
 namespace {
-
-/// The first bad argument is reported, in six letters, and told as info.
-class Arguments {
-    const char* routine_;
-    int bad_ = 0;
-
-  public:
-    explicit Arguments(const char* routine) : routine_(routine) {}
-    Arguments& expect(int position, bool right) {
-        if (!right && bad_ == 0) bad_ = position;
-        return *this;
-    }
-    Arguments& triangle(int position, char uplo) {
-        return expect(position, uplo == 'U' || uplo == 'L' || uplo == 'u' || uplo == 'l');
-    }
-    Arguments& size(int position, int value) { return expect(position, value >= 0); }
-    Arguments& leading(int position, int value, long least) { return expect(position, value >= std::max(least, 1L)); }
-    bool refused(int* info) const {
-        *info = -bad_;
-        if (bad_ != 0) XERBLA(routine_, &bad_, 6);
-        return bad_ != 0;
-    }
-};
 
 template <auto Factor, auto Solve, class T>
 void general(const char* name, const int* n, const int* nrhs, T* a, const int* lda, int* ipiv, T* b, const int* ldb,

@@ -1918,6 +1918,32 @@ module nxl
             integer(c_int), intent(inout) :: iwork(*), ifail(*)
         end subroutine
 
+        ! The same by another way: all pairs by multiple relatively robust representations, and with jobz N by dsterf;
+        ! those of a range, and all where representations are not to be found that are good enough, as of dsyevx, to
+        ! abstol.
+        subroutine dsyevr(jobz, range, uplo, n, a, lda, vl, vu, il, iu, abstol, m, w, z, ldz, isuppz, work, lwork, &
+            iwork, liwork, info) bind(c, name="dsyevr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, lda, il, iu, ldz, lwork, liwork
+            real(c_double), intent(inout) :: a(lda, *), w(*), z(ldz,*), work(*)
+            real(c_double), intent(in) :: vl, vu, abstol
+            integer(c_int), intent(out) :: m, info
+            integer(c_int), intent(inout) :: isuppz(*), iwork(*)
+        end subroutine
+
+        subroutine zheevr(jobz, range, uplo, n, a, lda, vl, vu, il, iu, abstol, m, w, z, ldz, isuppz, work, lwork, &
+            rwork, lrwork, iwork, liwork, info) bind(c, name="zheevr")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobz, range, uplo
+            integer(c_int), intent(in) :: n, lda, il, iu, ldz, lwork, lrwork, liwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), z(ldz,*), work(*)
+            real(c_double), intent(in) :: vl, vu, abstol
+            integer(c_int), intent(out) :: m, info
+            real(c_double), intent(inout) :: w(*), rwork(*)
+            integer(c_int), intent(inout) :: isuppz(*), iwork(*)
+        end subroutine
+
         ! All eigenvalues w(n), ascending, of a symmetric or Hermitian band matrix with kd diagonals beside the main
         ! one, and with jobz V their vectors z(n,n).
         subroutine dsbev(jobz, uplo, n, kd, ab, ldab, w, z, ldz, work, info) bind(c, name="dsbev")

@@ -1418,6 +1418,26 @@ void zheevx(const char* jobz, const char* range, const char* uplo, const int* n,
             nxl_z* z, const int* ldz, nxl_z* work, const int* lwork, double* rwork, int* iwork, int* ifail, int* info,
             NXL_LENGTH(jobz_length), NXL_LENGTH(range_length), NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
 
+/* The same by another way: all pairs by multiple relatively robust representations, and with jobz N by dsterf; those of
+ * a range, and all where representations are not to be found that are good enough, as of dsyevx, to abstol. isuppz(2m)
+ * is set with jobz V and all pairs: vector i of the tridiagonal matrix is zero but for rows isuppz(2i-1) to isuppz(2i).
+ * That is so when jobz and range are the capitals V and A, or I with il 1 and iu n; with small letters isuppz is left
+ * alone. work(lwork), lwork at least 26n, complex 2n, then also rwork(lrwork), lrwork at least 24n; iwork(liwork),
+ * liwork at least 10n; none below 1. A length of -1 asks for the best ones, which come back in work(1), rwork(1) and
+ * iwork(1), and does nothing else. info: 0; above 0 when vectors have not converged, or values of a NaN; -1000 when
+ * there is no memory; or -i when argument i is bad, which is reported as well: those of dsyevx, but 18 lwork, 20
+ * liwork, complex 20 lrwork, 22 liwork. Dhillon and Parlett, Linear Algebra Appl. 387 (2004); Dhillon, Parlett and
+ * Voemel, ACM TOMS 32 (2006). */
+void dsyevr(const char* jobz, const char* range, const char* uplo, const int* n, double* a, const int* lda,
+            const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m, double* w,
+            double* z, const int* ldz, int* isuppz, double* work, const int* lwork, int* iwork, const int* liwork,
+            int* info, NXL_LENGTH(jobz_length), NXL_LENGTH(range_length), NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+void zheevr(const char* jobz, const char* range, const char* uplo, const int* n, nxl_z* a, const int* lda,
+            const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m, double* w,
+            nxl_z* z, const int* ldz, int* isuppz, nxl_z* work, const int* lwork, double* rwork, const int* lrwork,
+            int* iwork, const int* liwork, int* info, NXL_LENGTH(jobz_length), NXL_LENGTH(range_length),
+            NXL_LENGTH(uplo_length)) NXL_NOEXCEPT;
+
 /* All eigenvalues w(n), ascending, of a symmetric or Hermitian band matrix with kd diagonals beside the main one, and
  * with jobz V their vectors z(n,n). ab(ldab,n) holds a triangle: element (i,j) at ab(kd+1+i-j,j) (uplo U) or
  * ab(1+i-j,j) (L), and is not changed. The band is brought to tridiagonal form by reflectors that chase bulges; then

@@ -53,7 +53,7 @@ TYPES = {
 # What C does not tell: behind which pointers one element stands, and what is written without being read. A number is an
 # array, a letter an option and an integer one element unless it is named here; an array before its ld... is a matrix.
 SCALARS = set("abstol alpha anorm beta cs1 fnu offset out p rcond res rt1 rt2 sn1 step tol value vl vu z".split())
-ARRAYS = set("ia iblock iext ifail indx ipar ipiv isplit iwork iy ja jbilut jpvt ibilut ma mask my perm srname "
+ARRAYS = set("ia iblock iext ifail indx ipar ipiv isplit isuppz iwork iy ja jbilut jpvt ibilut ma mask my perm srname "
              "stage".split())
 # The same and more for some: routines (a pattern): arguments: "1" for one element, else its shape; with "inout" where one
 # element is read as well, or stays as it was in some cases; with "target" where the library keeps the address.

@@ -94,6 +94,22 @@ NXL_EXPORT void dsterf(const int* n, double* d, double* e, int* info) noexcept {
     nxl_lapack_dsterf(*n, d, e, info64.value);
 }
 
+NXL_EXPORT void dsyevr(const char* jobz, const char* range, const char* uplo, const int* n, double* a, const int* lda,
+                       const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m,
+                       double* w, double* z, const int* ldz, int* isuppz, double* work, const int* lwork, int* iwork,
+                       const int* liwork, int* info, int, int, int) noexcept {
+    OutInt info64(info), m64(m);
+    m64.value = *m; // it stays where an argument is bad
+    const bool all = *range == 'A' || (*range == 'I' && *il == 1 && *iu == *n), supports = *jobz == 'V' && all;
+    const WideInts support(isuppz, supports ? unless_query(2 * std::max(i64{*n}, i64{1}), *lwork, *liwork) : 0,
+                           Transfer::out),
+        integers(iwork, *liwork, Transfer::first_out);
+    if (!support.data() || !integers.data()) return refuse_for_memory("DSYEVR", info64.value);
+    nxl_lapack_dsyevr(capital(*jobz), capital(*range), capital(*uplo), *n, a, *lda, *vl, *vu, *il, *iu, *abstol,
+                      m64.value, w, z, *ldz, supports ? support.data() : nullptr, work, *lwork, {}, integers.data(),
+                      *liwork, info64.value);
+}
+
 NXL_EXPORT void dsyevx(const char* jobz, const char* range, const char* uplo, const int* n, double* a, const int* lda,
                        const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m,
                        double* w, double* z, const int* ldz, double* work, const int* lwork, int* iwork, int* ifail,
@@ -150,6 +166,22 @@ NXL_EXPORT void zhbevx(const char* jobz, const char* range, const char* uplo, co
     if (!failed.data() || !integers.data()) return refuse_for_memory("ZHBEVX", info64.value);
     nxl_lapack_zhbevx(capital(*jobz), capital(*range), capital(*uplo), *n, *kd, ab, *ldab, q, *ldq, *vl, *vu, *il, *iu,
                       *abstol, m64.value, w, z, *ldz, failed.data(), info64.value);
+}
+
+NXL_EXPORT void zheevr(const char* jobz, const char* range, const char* uplo, const int* n, nxl_z* a, const int* lda,
+                       const double* vl, const double* vu, const int* il, const int* iu, const double* abstol, int* m,
+                       double* w, nxl_z* z, const int* ldz, int* isuppz, nxl_z* work, const int* lwork, double* rwork,
+                       const int* lrwork, int* iwork, const int* liwork, int* info, int, int, int) noexcept {
+    OutInt info64(info), m64(m);
+    m64.value = *m; // it stays where an argument is bad
+    const bool all = *range == 'A' || (*range == 'I' && *il == 1 && *iu == *n), supports = *jobz == 'V' && all;
+    const WideInts support(isuppz, supports ? unless_query(2 * std::max(i64{*n}, i64{1}), *lwork, *lrwork, *liwork) : 0,
+                           Transfer::out),
+        integers(iwork, *liwork, Transfer::first_out);
+    if (!support.data() || !integers.data()) return refuse_for_memory("ZHEEVR", info64.value);
+    nxl_lapack_zheevr(capital(*jobz), capital(*range), capital(*uplo), *n, a, *lda, *vl, *vu, *il, *iu, *abstol,
+                      m64.value, w, z, *ldz, supports ? support.data() : nullptr, work, *lwork, {rwork, *lrwork},
+                      integers.data(), *liwork, info64.value);
 }
 
 NXL_EXPORT void zheevx(const char* jobz, const char* range, const char* uplo, const int* n, nxl_z* a, const int* lda,

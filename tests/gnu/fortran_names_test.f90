@@ -10,7 +10,8 @@ program fortran_names_test
     use told
     implicit none
     integer, parameter :: n = 40
-    external :: dgemm, dgetrf, dgetrs, dpotrf, dtrtrs, ztrtri, zlacgv, dgesv, dgbsv, dposv, dpbsv, dsysv, zhesv
+    external :: dgemm, dgetrf, dgetrs, dpotrf, dtrtrs, ztrtri, zlacgv, dgesv, dgbsv, dposv, dpbsv, dsysv, zhesv, &
+        dsyev, dsyevd, dstev, dstevd, dstevr, dstemr, dstedc, dsygv, dsygvd, zheev, zheevd, zstemr, zstedc, zhegv, zhegvd
     real(real64), external :: ddot, dznrm2
     complex(real64), external :: zdotc, zdotu
     integer, external :: idamax
@@ -19,6 +20,9 @@ program fortran_names_test
     call products()
     call factors()
     call drivers()
+    call full_eigenproblems()
+    call tridiagonal_eigenproblems()
+    call generalised_eigenproblems()
     call bad_argument()
 
 contains
@@ -125,6 +129,163 @@ contains
         integer, intent(in) :: info
         solved = info == 0 .and. maxval(abs(x - 1)) < 1e-13_real64
     end function
+
+    ! A z = w z and z^H z = I, for real and Hermitian matrices.
+    subroutine expect_pairs(a, z, w, what)
+        complex(real64), intent(in) :: a(:, :), z(:, :)
+        real(real64), intent(in) :: w(:)
+        character(len=*), intent(in) :: what
+        complex(real64) :: zw(size(z, 1), size(z, 2)), gram(size(z, 2), size(z, 2))
+        integer :: j
+        gram = matmul(conjg(transpose(z)), z)
+        do j = 1, size(z, 2)
+            zw(:, j) = z(:, j) * w(j)
+            gram(j, j) = gram(j, j) - 1
+        end do
+        call expect(all(w(2:size(z, 2)) >= w(:size(z, 2) - 1)), what // ': order')
+        call expect(maxval(abs(matmul(a, z) - zw)) < 1e-12_real64, what // ': residual')
+        call expect(maxval(abs(gram)) < 1e-12_real64, what // ': orthogonality')
+    end subroutine
+
+    subroutine random_hermitian(a)
+        complex(real64), intent(out) :: a(n, n)
+        real(real64) :: re(n, n), im(n, n)
+        call random_number(re)
+        call random_number(im)
+        a = cmplx(re, im, real64)
+        a = (a + conjg(transpose(a))) / n
+    end subroutine
+
+    subroutine full_eigenproblems()
+        integer, parameter :: long = 2 * n * n + 6 * n + 1
+        complex(real64) :: a(n, n), h(n, n), zwork(long)
+        real(real64) :: s(n, n), w(n), values(n), work(long)
+        integer :: iwork(5 * n + 3), info, i
+        call random_hermitian(a)
+        do i = 1, 2
+            s = real(a)
+            if (i == 1) call dsyev('V', 'U', n, s, n, w, work, 3 * n, info)
+            if (i == 2) call dsyevd('v', 'l', n, s, n, w, work, long, iwork, 5 * n + 3, info)
+            call expect(info == 0, 'dsyev')
+            call expect_pairs(cmplx(real(a), 0, real64), cmplx(s, 0, real64), w, 'dsyev')
+            h = a
+            if (i == 1) call zheev('V', 'L', n, h, n, w, zwork, 2 * n, work, info)
+            if (i == 2) call zheevd('V', 'U', n, h, n, w, zwork, long, work, long, iwork, 5 * n + 3, info)
+            call expect_pairs(a, h, w, 'zheev')
+        end do
+        h = a
+        call zheev('N', 'L', n, h, n, values, zwork, 2 * n, work, info)
+        call expect(maxval(abs(w - values)) < 1e-13_real64, 'zheev, values')
+        s = 1e200_real64 * real(a)
+        call dsyev('V', 'U', n, s, n, w, work, 3 * n, info)
+        call expect_pairs(cmplx(real(a), 0, real64), cmplx(s, 0, real64), 1e-200_real64 * w, 'dsyev, large')
+        call dsyevd('V', 'L', n, s, n, w, work, -1, iwork, 1, info)
+        call expect(info == 0 .and. nint(work(1)) == long .and. iwork(1) == 5 * n + 3, 'dsyevd, query')
+    end subroutine
+
+    ! The matrix is left as it is by none; all of it and a part, by number and by range.
+    subroutine tridiagonal_eigenproblems()
+        integer, parameter :: long = 4 * n * n + 20 * n
+        real(real64) :: d(n), e(n), w(n), z(n, n), work(long), t(n, n)
+        complex(real64) :: u(n, n), x(n, n), zwork(n * n)
+        integer :: iwork(50 * n), support(2 * n), info, m, i, found
+        logical :: tryrac
+        call random_hermitian(x)
+        do i = 1, 8
+            d = [(real(x(m, m)), m = 1, n)]
+            e = [(abs(x(m, 1)), m = 1, n)]
+            t = 0
+            t(1, 1) = d(1)
+            do m = 2, n
+                t(m, m) = d(m)
+                t(m - 1, m) = e(m - 1)
+                t(m, m - 1) = e(m - 1)
+            end do
+            w = d
+            found = n
+            info = -1
+            tryrac = .true.
+            select case (i)
+            case (1)
+                call dstev('V', n, w, e, z, n, work, info)
+            case (2)
+                call dstevd('V', n, w, e, z, n, work, long, iwork, 50 * n, info)
+            case (3)
+                call dstevr('V', 'A', n, d, e, 0d0, 0d0, 0, 0, 0d0, found, w, z, n, support, work, long, iwork, &
+                    50 * n, info)
+            case (4)
+                call dstevr('V', 'I', n, d, e, 0d0, 0d0, 3, 9, 0d0, found, w, z, n, support, work, long, iwork, &
+                    50 * n, info)
+                call expect(found == 7, 'dstevr, part')
+            case (5)
+                call dstemr('V', 'V', n, d, e, 0d0, 2d0, 0, 0, found, w, z, n, n, support, tryrac, work, long, iwork, &
+                    50 * n, info)
+                call expect(found > 0 .and. all(w(:found) > 0), 'dstemr, range')
+            case (6)
+                call dstedc('I', n, w, e, z, n, work, long, iwork, 50 * n, info)
+            case (7)
+                call zstemr('V', 'A', n, d, e, 0d0, 0d0, 0, 0, found, w, u, n, n, support, tryrac, work, long, iwork, &
+                    50 * n, info)
+            case (8)
+                u = 0
+                do m = 1, n
+                    u(m, m) = (0, 1)
+                end do
+                call zstedc('V', n, w, e, u, n, zwork, n * n, work, long, iwork, 50 * n, info)
+                u = u * (0, -1)
+            end select
+            call expect(info == 0, 'tridiagonal')
+            if (i < 7) u = z
+            call expect_pairs(cmplx(t, 0, real64), u(:, :found), w, 'tridiagonal ' // achar(48 + i))
+        end do
+        call dstemr('V', 'V', n, d, e, 0d0, 2d0, 0, 0, found, w, z, n, -1, support, tryrac, work, long, iwork, 50 * n, &
+            info)
+        call expect(info == 0 .and. z(1, 1) >= 1, 'dstemr, columns')
+    end subroutine
+
+    subroutine generalised_eigenproblems()
+        integer, parameter :: long = 2 * n * n + 6 * n + 1
+        complex(real64) :: a(n, n), b(n, n), h(n, n), f(n, n), zwork(long), left(n, n), right(n, n)
+        real(real64) :: s(n, n), g(n, n), w(n), work(long)
+        integer :: iwork(5 * n + 3), info, itype, i, j
+        character :: uplo
+        call random_hermitian(a)
+        call random_hermitian(b)
+        b = matmul(b, b)
+        do i = 1, n
+            b(i, i) = b(i, i) + 1
+        end do
+        do itype = 1, 3
+            do i = 1, 4
+                uplo = merge('U', 'L', mod(itype + i, 2) == 0)
+                h = a
+                f = b
+                if (i > 2) h = real(a)
+                if (i > 2) f = real(b)
+                left = h
+                right = f
+                s = real(h)
+                g = real(f)
+                if (i == 1) call zhegv(itype, 'V', uplo, n, h, n, f, n, w, zwork, long, work, info)
+                if (i == 2) call zhegvd(itype, 'V', uplo, n, h, n, f, n, w, zwork, long, work, long, iwork, 5 * n + 3, info)
+                if (i == 3) call dsygv(itype, 'V', uplo, n, s, n, g, n, w, work, long, info)
+                if (i == 4) call dsygvd(itype, 'V', uplo, n, s, n, g, n, w, work, long, iwork, 5 * n + 3, info)
+                call expect(info == 0, 'dsygv')
+                if (i > 2) h = s
+                f = h
+                do j = 1, n
+                    f(:, j) = w(j) * h(:, j)
+                end do
+                if (itype == 1) f = matmul(left, h) - matmul(right, f)
+                if (itype == 2) f = matmul(left, matmul(right, h)) - f
+                if (itype == 3) f = matmul(right, matmul(left, h)) - f
+                call expect(maxval(abs(f)) < 1e-11_real64, 'dsygv, residual ' // achar(48 + itype) // achar(48 + i))
+            end do
+        end do
+        b(3, 3) = -1
+        call zhegv(1, 'V', 'L', n, a, n, b, n, w, zwork, long, work, info)
+        call expect(info > n .and. info <= n + 4, 'zhegv, not definite')
+    end subroutine
 
     subroutine bad_argument()
         real(real64) :: a(1, 1) = 1

@@ -263,6 +263,52 @@ TYPED_TEST(SymmetricEigen, DriversAgree) {
                 }
 }
 
+/// Full matrices of a given spectrum through representations: pairs, supports as the letters tell, queries.
+TYPED_TEST(SymmetricEigen, Representations) {
+    using T = TypeParam;
+    const double unused = 0.0;
+    for (const int n : {1, 2, 40}) {
+        std::vector<double> first;
+        for (const char* options : {"VA", "VI", "va", "NA", "VP"}) { // P: the second half, by number
+            SCOPED_TRACE(testing::Message() << options << n);
+            Hermitian<T> a('L', n, 6);
+            Found<T> found(n);
+            const int il = options[1] == 'P' ? n / 2 + 1 : 1, iu = n, liwork = 10 * n, lwork = 40 * n, ask = -1;
+            const char range = options[1] == 'P' ? 'I' : options[1];
+            std::vector<int> support(2 * static_cast<size_t>(n) + 1, -7), integers(static_cast<size_t>(liwork));
+            std::vector<T> work(static_cast<size_t>(lwork));
+            std::vector<double> reals(static_cast<size_t>(lwork));
+            const auto solve = [&](const int* length) {
+                const auto call = [&](auto* routine, auto... more) {
+                    routine(options, &range, "L", &n, a.stored.data(), &a.stored.lda, &unused, &unused, &il, &iu,
+                            &unused, &found.m, found.w.data(), found.z.data(), &found.z.lda, support.data(),
+                            work.data(), length, more..., integers.data(), &liwork, &found.info, 1, 1, 1);
+                };
+                if constexpr (is_complex<T>) call(zheevr, reals.data(), length);
+                else call(dsyevr);
+            };
+            solve(&ask);
+            EXPECT_EQ(found.info, 0);
+            EXPECT_EQ(found.m, -1);
+            EXPECT_EQ(integers[0], 10 * n);
+            EXPECT_EQ(std::real(work[0]), std::max(is_complex<T> ? 2 : 26, 35) * n);
+            solve(&lwork);
+            EXPECT_EQ(found.info, 0);
+            EXPECT_EQ(found.m, iu - il + 1);
+            const bool told = options[0] == 'V' && (options[1] != 'P' || il == 1);
+            for (int i = 0; i < 2 * n; ++i) {
+                const int bound = support[static_cast<size_t>(i)];
+                EXPECT_TRUE(told ? bound >= 1 && bound <= n : bound == -7) << bound;
+            }
+            EXPECT_EQ(support.back(), -7);
+            if (options[0] != 'N') expect_pairs(a.full, found, 20.0);
+            if (first.empty()) first = found.w;
+            for (int i = 0; i < found.m; ++i)
+                EXPECT_NEAR(found.w[static_cast<size_t>(i)], first[static_cast<size_t>(il - 1 + i)], 50.0 * n * eps);
+        }
+    }
+}
+
 /// QL and divide and conquer, which multiplies by what has made the band tridiagonal, on any number of threads.
 TYPED_TEST(SymmetricEigen, BandDriversAgree) {
     using T = TypeParam;

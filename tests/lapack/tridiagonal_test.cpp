@@ -126,6 +126,56 @@ TYPED_TEST(TridiagonalVectors, OfPositiveDefiniteOnes) {
             }
 }
 
+/// As a full matrix, which its reduction leaves as it is: then supports are those of the vectors that come.
+TYPED_TEST(TridiagonalVectors, Representations) {
+    using T = TypeParam;
+    for (const Kind kind : all_kinds)
+        for (const int n : {1, 2, 3, 21, 110}) {
+            SCOPED_TRACE(name_of(kind, n));
+            const Tridiagonal t = tridiagonal_of(kind, n);
+            const auto count = static_cast<size_t>(n);
+            const auto run = [&](LapackMatrix<T>& z, std::vector<double>& w, std::vector<int>& support) {
+                LapackMatrix<T> a(n, n, 1);
+                for (int j = 0; j < n; ++j) {
+                    a.clear_column(j);
+                    a.at(j, j) = t.d[static_cast<size_t>(j)];
+                    if (j + 1 < n) a.at(j + 1, j) = t.e[static_cast<size_t>(j)];
+                }
+                const int lwork = 40 * n, liwork = 10 * n;
+                const double unused = 0.0;
+                std::vector<T> work(40 * count);
+                std::vector<double> reals(40 * count);
+                std::vector<int> integers(10 * count);
+                int m = -1, info = -99;
+                const auto call = [&](auto* routine, auto... more) {
+                    routine("V", "A", "L", &n, a.data(), &a.lda, &unused, &unused, &n, &n, &unused, &m, w.data(),
+                            z.data(), &z.lda, support.data(), work.data(), &lwork, more..., integers.data(), &liwork,
+                            &info, 1, 1, 1);
+                };
+                if constexpr (is_complex<T>) call(zheevr, reals.data(), &lwork);
+                else call(dsyevr);
+                EXPECT_EQ(m, n);
+                EXPECT_EQ(info, 0);
+            };
+            LapackMatrix<T> z(n, n, 2), again = z;
+            std::vector<double> w(count);
+            std::vector<int> support(2 * count);
+            run(z, w, support);
+            expect_values(t, w);
+            EXPECT_TRUE(z.slack_untouched());
+            for (int j = 0; j < n; ++j) {
+                const int first = support[2 * static_cast<size_t>(j)], last = support[2 * static_cast<size_t>(j) + 1];
+                for (int i = 0; i < n; ++i) EXPECT_TRUE((i + 1 >= first && i < last) || z.at(i, j) == T{}) << i << j;
+            }
+            const auto quality = quality_of(t, w, z, n);
+            EXPECT_LE(quality.residual, 5.0);
+            EXPECT_LE(quality.orthogonality, 10.0);
+            const Team team(7);
+            run(again, w, support);
+            EXPECT_EQ(std::memcmp(z.data(), again.data(), z.elements.size() * sizeof(T)), 0);
+        }
+}
+
 struct Bisected {
     int m = -1, parts = -1, info = -1;
     std::vector<double> w;

@@ -5,26 +5,13 @@
 #include "lapack/kernel/source/eigen/rank_one_merge.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
+#include "lapack/kernel/source/common/share_work.hpp"
+#include "lapack/kernel/source/eigen/pair_order.hpp"
 #include "lapack/kernel/source/eigen/secular.hpp"
-#include "service/slice.hpp"
-#include "service/threads.hpp"
 #include "service/workspace.hpp"
 
 namespace nxl {
 namespace {
-
-/// body(start, end) for parts of `count` items, each of which is so many operations; on several threads where it pays.
-template <class Body> void share(i64 count, double work, const Body& body) {
-    constexpr double least = 1e5; // operations that are worth a thread
-    constexpr i64 unit = 4;
-    const double most = std::min(static_cast<double>(count) * work / least, static_cast<double>(count / unit));
-    if (most < 2.0 || region_would_be_serial()) return body(i64{0}, count);
-    const int parts = static_cast<int>(std::min(most, static_cast<double>(max_threads(domain_all))));
-    parallel_blocks(parts, parts, [&](int part) {
-        const Slice mine = balanced_slice(count, unit, part, parts);
-        body(mine.start, mine.end());
-    });
-}
 
 /// Where a column is not zero.
 enum Rows : i64 { top, both, bottom };
@@ -117,7 +104,7 @@ class Merge {
         i64 next[3] = {0, counts_[top], counts_[top] + counts_[both]};
         for (i64 i = 0; i < kept_count_; ++i) place_[i] = next[rows_[kept_[i]]]++;
         const auto work = static_cast<double>(q_.rows);
-        share(kept_count_, work, [&](i64 start, i64 end) {
+        share_work(kept_count_, 4, work, [&](i64 start, i64 end) {
             for (i64 i = start; i < end; ++i) {
                 const double *const upper = q_.at(0, kept_[i]), *const lower = upper + n1_;
                 if (rows_[kept_[i]] != bottom) std::copy(upper, upper + n1_, top_rows.at(0, place_[i]));
@@ -140,16 +127,16 @@ class Merge {
         for (i64 i = 0; i < deflated_count_; ++i) poles_[k + i] = d_[deflated_[i]];
         const SecularEquation equation{SecularEquation::Poles::plain, k, poles_, weights_, rho_};
         const auto size = static_cast<double>(k);
-        share(k, 20.0 * size, [&](i64 start, i64 end) {
+        share_work(k, 4, 20.0 * size, [&](i64 start, i64 end) {
             for (i64 j = start; j < end; ++j) vectors(0, j) = equation.root(j, distances.at(0, j), nullptr);
         });
-        share(k, 5.0 * size, [&](i64 start, i64 end) {
+        share_work(k, 4, 5.0 * size, [&](i64 start, i64 end) {
             equation.weights_of_roots(start, end, distances, {}, found_);
             for (i64 i = start; i < end; ++i) found_[i] = std::copysign(std::sqrt(std::fabs(found_[i])), z_[kept_[i]]);
         });
         for (i64 j = 0; j < k; ++j) d_[j] = vectors(0, j);
         std::copy(poles_ + k, poles_ + q_.columns, d_ + k);
-        share(k, 5.0 * size, [&](i64 start, i64 end) {
+        share_work(k, 4, 5.0 * size, [&](i64 start, i64 end) {
             for (i64 j = start; j < end; ++j) {
                 double *const distance = distances.at(0, j), *const vector = vectors.at(0, j);
                 double square = 0.0;
@@ -183,8 +170,7 @@ void merge_halves(const Matrix<double>& q, i64 n1, double rho, double* d, i64* o
     merge.deflate_all();
     const auto copied = merge.copy_columns(space.copies + start * space.n);
     merge.multiply(copied, merge.solve(space.factors + start * space.n));
-    for (i64 i = 0; i < q.columns; ++i) order[i] = i;
-    std::sort(order, order + q.columns, [d](i64 i, i64 j) { return d[i] < d[j]; });
+    find_order(q.columns, d, order);
 }
 
 } // namespace nxl

@@ -1,12 +1,12 @@
 // The tree of divide and conquer: parts that do not split are halved down to small ones, which QL solves, and merged.
 #include "lapack/kernel/source/eigen/stedc.hpp"
 #include "blas/calls.hpp"
+#include "lapack/kernel/source/eigen/pair_order.hpp"
 #include "lapack/kernel/source/eigen/rank_one_merge.hpp"
 #include "lapack/kernel/source/eigen/steqr.hpp"
 #include "lapack/kernel/source/eigen/tridiagonal_blocks.hpp"
 #include "service/scratch.hpp"
 #include "service/threads.hpp"
-#include <numeric>
 
 namespace nxl {
 namespace {
@@ -87,25 +87,6 @@ class Tree {
     }
 };
 
-/// Column and value j become what were number order(j), which is destroyed.
-template <class T> void reorder(double* d, const Matrix<T>& z, i64* order, T* column) {
-    for (i64 first = 0; first < z.columns; ++first) {
-        if (order[first] == first) continue;
-        const double value = d[first];
-        std::copy(z.at(0, first), z.at(0, first) + z.rows, column);
-        i64 to = first;
-        for (i64 from = order[to]; from != first; from = order[to]) {
-            d[to] = d[from];
-            std::copy(z.at(0, from), z.at(0, from) + z.rows, z.at(0, to));
-            order[to] = to;
-            to = from;
-        }
-        d[to] = value;
-        std::copy(column, column + z.rows, z.at(0, to));
-        order[to] = to;
-    }
-}
-
 /// z := z q; a complex matrix is a real one of twice the rows. `copy`: as many doubles as z has.
 template <class T> void multiply_by_real(const Matrix<T>& z, const Matrix<double>& q, double* copy) {
     constexpr i64 reals = sizeof(T) / sizeof(double);
@@ -165,9 +146,8 @@ template <class T> i64 stedc(char compz, i64 n, double* d, double* e, const Matr
     });
     if (info != 0) return info;
     for (i64 j = 0; j < n && !real && !multiplies; ++j) std::copy(q.at(0, j), q.at(0, j) + n, z.at(0, j));
-    std::iota(order, order + n, i64{0});
-    std::sort(order, order + n, [d](i64 i, i64 j) { return d[i] < d[j]; });
-    reorder(d, z, order, column.data());
+    find_order(n, d, order);
+    reorder_pairs(d, z, order, column.data());
     return 0;
 }
 

@@ -1,4 +1,4 @@
-// dsyevx, zheevx, dsbevx, zhbevx: reduction, then selected_pairs.hpp.
+// dsyevx, zheevx, dsyevr, zheevr, dsbevx, zhbevx: reduction, then selected_pairs.hpp.
 #include "lapack/kernel/source/eigen/syevx.hpp"
 #include "lapack/kernel/source/common/columns.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
@@ -28,6 +28,36 @@ template <class T> double bring_into_range(char uplo, const Matrix<T>& a) {
     return scale;
 }
 
+/// What the drivers for full matrices share, behind their checks. Returns info, -1000 when there was no memory.
+template <class T>
+i64 solve_full(const PairSelection& wanted, char uplo, const Matrix<T>& a, const Pairs<T>& pairs, T* work, i64 lwork) {
+    const i64 n = wanted.n;
+    const Scratch<double> tridiagonal(2 * n);
+    const Scratch<T> scalars(n);
+    if (!tridiagonal.data() || !scalars.data()) return -1000;
+    double *const d = tridiagonal.data(), *const e = d + n;
+    const double scale = bring_into_range(uplo, a);
+    i64 info = 0;
+    sytrd(uplo, n, a.data, a.ld, d, e, scalars.data(), work, lwork, info);
+    const auto form_q = [&](const Matrix<T>& q) {
+        const Columns<T> from = triangle_of(uplo, a);
+        for (i64 j = 0; j < n; ++j) std::copy(from.start(j), from.start(j) + from.count(j), q.at(from.first(j), j));
+        i64 status = 0;
+        orgtr(uplo, n, q.data, q.ld, scalars.data(), work, lwork, status);
+        return status == 0;
+    };
+    const auto multiply = [&](const Matrix<T>& vectors) {
+        i64 status = 0;
+        ormtr('L', uplo, 'N', n, vectors.columns, a.data, a.ld, scalars.data(), vectors.data, vectors.ld, work, lwork,
+              status);
+        return status == 0;
+    };
+    return find_pairs<T>(wanted, scale, d, e, pairs, form_q, multiply);
+}
+
+/// The elements that the work of a full matrix is best done with.
+template <class T> i64 best_length(i64 n, i64 least) { return std::max(least, (tridiagonal_sizes<T>.block + 3) * n); }
+
 } // namespace
 
 template <class T>
@@ -36,7 +66,7 @@ void syevx(const char& jobz, const char& range, const char& uplo, const i64& n, 
            const i64& ldz, T* work, const i64& lwork, i64* ifail, i64& info) {
     constexpr i64 vectors_of_n = is_complex_scalar<T> ? 2 : 8; // that the published workspace has at least
     const i64 least = n <= 1 ? 1 : vectors_of_n * n;
-    const Workspace<T> space{work, lwork, least, std::max(least, (tridiagonal_sizes<T>.block + 3) * n)};
+    const Workspace<T> space{work, lwork, least, best_length<T>(n, least)};
     const PairSelection wanted{jobz, range, n, vl, vu, il, iu, abstol};
     Arguments arguments(symmetric_routine<T>("EVX"));
     arguments.letter(1, jobz, "NV").letter(2, range, "AVI").letter(3, uplo, "UL").size(4, n).leading(6, lda, n);
@@ -45,28 +75,39 @@ void syevx(const char& jobz, const char& range, const char& uplo, const i64& n, 
     if (space.is_query()) return;
     m = 0;
     if (n == 0) return;
-    const Matrix<T> matrix{a, n, n, lda};
-    const Scratch<double> tridiagonal(2 * n);
-    const Scratch<T> scalars(n);
-    if (!tridiagonal.data() || !scalars.data()) return refuse_for_memory(symmetric_routine<T>("EVX"), info);
-    double *const d = tridiagonal.data(), *const e = d + n;
-    const double scale = bring_into_range(uplo, matrix);
-    sytrd(uplo, n, a, lda, d, e, scalars.data(), work, lwork, info);
-    const auto form_q = [&](const Matrix<T>& q) {
-        const Columns<T> from = triangle_of(uplo, matrix);
-        for (i64 j = 0; j < n; ++j) std::copy(from.start(j), from.start(j) + from.count(j), q.at(from.first(j), j));
-        i64 status = 0;
-        orgtr(uplo, n, q.data, q.ld, scalars.data(), work, lwork, status);
-        return status == 0;
-    };
-    const auto multiply = [&](const Matrix<T>& vectors) {
-        i64 status = 0;
-        ormtr('L', uplo, 'N', n, vectors.columns, a, lda, scalars.data(), vectors.data, vectors.ld, work, lwork,
-              status);
-        return status == 0;
-    };
-    info = find_pairs<T>(wanted, scale, d, e, {m, w, {z, n, n, ldz}, ifail}, form_q, multiply);
+    info = solve_full<T>(wanted, uplo, {a, n, n, lda}, {m, w, {z, n, n, ldz}, ifail}, work, lwork);
     if (info < 0) refuse_for_memory(symmetric_routine<T>("EVX"), info);
+}
+
+template <class T>
+void syevr(const char& jobz, const char& range, const char& uplo, const i64& n, T* a, const i64& lda, const double& vl,
+           const double& vu, const i64& il, const i64& iu, const double& abstol, i64& m, double* w, T* z,
+           const i64& ldz, i64* isuppz, T* work, const i64& lwork, const RealWorkspace& real, i64* iwork,
+           const i64& liwork, i64& info) {
+    constexpr bool real_work = is_complex_scalar<T>;
+    const auto at_least = [&](i64 vectors) { return std::max(vectors * n, i64{1}); }; // as published
+    const i64 least = at_least(real_work ? 2 : 26), least_real = at_least(24), least_integers = at_least(10);
+    const bool query = lwork == -1 || liwork == -1 || (real_work && real.length == -1);
+    const i64 best = best_length<T>(n, least);
+    const PairSelection wanted{jobz, range, n, vl, vu, il, iu, abstol, true};
+    Arguments arguments(symmetric_routine<T>("EVR"));
+    arguments.letter(1, jobz, "NV").letter(2, range, "AVI").letter(3, uplo, "UL").size(4, n).leading(6, lda, n);
+    wanted.check(arguments, 8);
+    arguments.leading(15, ldz, jobz == 'V' ? n : 1).expect(18, query || lwork >= least);
+    if (real_work) arguments.expect(20, query || real.length >= least_real);
+    if (arguments.expect(real_work ? 22 : 20, query || liwork >= least_integers).refused(info)) return;
+    const auto tell_lengths = [&] {
+        work[0] = T(static_cast<double>(best));
+        if (real_work) real.work[0] = static_cast<double>(least_real);
+        iwork[0] = least_integers;
+    };
+    tell_lengths();
+    if (query) return;
+    m = 0;
+    if (n == 0) return;
+    info = solve_full<T>(wanted, uplo, {a, n, n, lda}, {m, w, {z, n, n, ldz}, nullptr, isuppz}, work, lwork);
+    tell_lengths();
+    if (info < 0) refuse_for_memory(symmetric_routine<T>("EVR"), info);
 }
 
 template <class T>
@@ -111,6 +152,12 @@ template void syevx<double>(const char&, const char&, const char&, const i64&, d
 template void syevx<zcomplex>(const char&, const char&, const char&, const i64&, zcomplex*, const i64&, const double&,
                               const double&, const i64&, const i64&, const double&, i64&, double*, zcomplex*,
                               const i64&, zcomplex*, const i64&, i64*, i64&);
+template void syevr<double>(const char&, const char&, const char&, const i64&, double*, const i64&, const double&,
+                            const double&, const i64&, const i64&, const double&, i64&, double*, double*, const i64&,
+                            i64*, double*, const i64&, const RealWorkspace&, i64*, const i64&, i64&);
+template void syevr<zcomplex>(const char&, const char&, const char&, const i64&, zcomplex*, const i64&, const double&,
+                              const double&, const i64&, const i64&, const double&, i64&, double*, zcomplex*,
+                              const i64&, i64*, zcomplex*, const i64&, const RealWorkspace&, i64*, const i64&, i64&);
 template void sbevx<double>(const char&, const char&, const char&, const i64&, const i64&, const double*, const i64&,
                             double*, const i64&, const double&, const double&, const i64&, const i64&, const double&,
                             i64&, double*, double*, const i64&, i64*, i64&);
