@@ -1,5 +1,6 @@
 # What `cmake --install` puts where: the library (component runtime), and what its users compile against and what finds it
-# for them (component dev). The programs (component tools) are installed where they are built.
+# for them (component dev). The programs (component tools) and the Python package
+# (component python) are installed where they are built.
 include(CMakePackageConfigHelpers)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}") # of the programs, so that any prefix works
 
@@ -11,8 +12,9 @@ install(TARGETS nxl nxl_gnu EXPORT nxl
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set_target_properties(nxl PROPERTIES INSTALL_RPATH "")
 set_target_properties(nxl_gnu PROPERTIES INSTALL_RPATH "$ORIGIN") # preloaded, it finds the other beside itself
-install(FILES ${PROJECT_SOURCE_DIR}/include/nxl.h ${PROJECT_SOURCE_DIR}/include/nxl.hpp ${PROJECT_SOURCE_DIR}/include/nxl.f90
-    ${PROJECT_SOURCE_DIR}/include/nxl_cblas.h
+install(FILES ${PROJECT_SOURCE_DIR}/include/nxl.h ${PROJECT_SOURCE_DIR}/include/nxl.hpp ${PROJECT_SOURCE_DIR}/include/nxl_status.hpp
+    ${PROJECT_SOURCE_DIR}/include/nxl_least_squares.hpp ${PROJECT_SOURCE_DIR}/include/nxl_eigen.hpp
+    ${PROJECT_SOURCE_DIR}/include/nxl.f90 ${PROJECT_SOURCE_DIR}/include/nxl_cblas.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 
 # find_package(nxl) gives the targets nxl::nxl and nxl::nxl_gnu, and nxl_FORTRAN_MODULE_SOURCE, the file to compile with a

@@ -1,11 +1,11 @@
-# Debian packages, one for each component of the installation: libnxl0, libnxl-dev, nxl-tools; libraries and programs are
+# Debian packages, one for each component of the installation: libnxl0, libnxl-dev, nxl-tools, python3-nxl; libraries and programs are
 # stripped, their symbols are in libnxl0-dbgsym and nxl-tools-dbgsym. `./dev package` makes them from a tree configured for
 # /usr, where the library's folder is the system's own, and with -g.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_PACKAGE_CONTACT "nxl developers <devel@nxl.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_COMPONENTS_ALL runtime dev tools)
+set(CPACK_COMPONENTS_ALL runtime dev tools python)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -30,9 +30,16 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION math)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "gnuplot-nox, libopenblas0-pthread, libblis4-pthread, libcholmod3 | libcholmod5, bash-completion")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
-    "Programs: nxl-solve (linear systems), nxl-fit (least squares), nxl-fir (filters), nxl-info, nxl-bench.")
+    "Programs: nxl-solve (linear systems), nxl-eig (eigenvalues), nxl-fit (least squares), nxl-fir (filters), nxl-info, nxl-bench.")
 
-foreach(owner IN ITEMS "runtime ${runtime_package}" "dev libnxl-dev" "tools nxl-tools")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-nxl)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${runtime_package} (>= ${PROJECT_VERSION}), python3, python3-numpy")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS python3-scipy)
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION "Python package: sparse systems, iterative solvers, least squares.")
+
+foreach(owner IN ITEMS "runtime ${runtime_package}" "dev libnxl-dev" "tools nxl-tools" "python python3-nxl")
     separate_arguments(owner)
     list(GET owner 0 component)
     list(GET owner 1 package)

@@ -2127,6 +2127,175 @@ module nxl
             complex(c_double_complex), intent(out) :: sn1
         end subroutine
 
+        ! ---- LAPACK, nonsymmetric eigenproblems ----
+
+        ! Balances a(n,n): with job P permutes it so that eigenvalues that stand alone come to the ends and only rows
+        ! and columns ilo to ihi are left, with S scales those by powers of two until the 2-norms of each row and its
+        ! column are close, with B does both, with N nothing.
+        subroutine dgebal(job, n, a, lda, ilo, ihi, scale, info) bind(c, name="dgebal")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: job
+            integer(c_int), intent(in) :: n, lda
+            real(c_double), intent(inout) :: a(lda, *), scale(*)
+            integer(c_int), intent(inout) :: ilo, ihi
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgebal(job, n, a, lda, ilo, ihi, scale, info) bind(c, name="zgebal")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: job
+            integer(c_int), intent(in) :: n, lda
+            complex(c_double_complex), intent(inout) :: a(lda, *)
+            integer(c_int), intent(inout) :: ilo, ihi
+            real(c_double), intent(inout) :: scale(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Eigenvectors of a matrix from those of the balanced one, v(n,m): side R right ones, L left ones.
+        subroutine dgebak(job, side, n, ilo, ihi, scale, m, v, ldv, info) bind(c, name="dgebak")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: job, side
+            integer(c_int), intent(in) :: n, ilo, ihi, m, ldv
+            real(c_double), intent(in) :: scale(*)
+            real(c_double), intent(inout) :: v(ldv, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgebak(job, side, n, ilo, ihi, scale, m, v, ldv, info) bind(c, name="zgebak")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: job, side
+            integer(c_int), intent(in) :: n, ilo, ihi, m, ldv
+            real(c_double), intent(in) :: scale(*)
+            complex(c_double_complex), intent(inout) :: v(ldv, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Q^H A Q = H, upper Hessenberg, of a(n,n) on rows and columns ilo to ihi.
+        subroutine dgehrd(n, ilo, ihi, a, lda, tau, work, lwork, info) bind(c, name="dgehrd")
+            import :: c_double, c_int
+            integer(c_int), intent(in) :: n, ilo, ihi, lda, lwork
+            real(c_double), intent(inout) :: a(lda, *), tau(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgehrd(n, ilo, ihi, a, lda, tau, work, lwork, info) bind(c, name="zgehrd")
+            import :: c_double_complex, c_int
+            integer(c_int), intent(in) :: n, ilo, ihi, lda, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), tau(*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Eigenvalues of the upper Hessenberg matrix h(n,n), which is triangular outside of ilo to ihi, and with job S
+        ! its Schur form T = Z^H H Z in h; with job E what is left there means nothing.
+        subroutine dhseqr(job, compz, n, ilo, ihi, h, ldh, wr, wi, z, ldz, work, lwork, info) bind(c, name="dhseqr")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: job, compz
+            integer(c_int), intent(in) :: n, ilo, ihi, ldh, ldz, lwork
+            real(c_double), intent(inout) :: h(ldh, *), wr(*), wi(*), z(ldz,*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zhseqr(job, compz, n, ilo, ihi, h, ldh, w, z, ldz, work, lwork, info) bind(c, name="zhseqr")
+            import :: c_char, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: job, compz
+            integer(c_int), intent(in) :: n, ilo, ihi, ldh, ldz, lwork
+            complex(c_double_complex), intent(inout) :: h(ldh, *), w(*), z(ldz,*), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Eigenvectors of a Schur form t(n,n): right ones, T x = lambda x, with side R, left ones, y^H T = lambda y^H,
+        ! with L, both with B.
+        subroutine dtrevc(side, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, mm, m, work, info) bind(c, &
+            name="dtrevc")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: side, howmny
+            integer(c_int), intent(inout) :: select(*), m
+            integer(c_int), intent(in) :: n, ldt, ldvl, ldvr, mm
+            real(c_double), intent(in) :: t(ldt, *)
+            real(c_double), intent(inout) :: vl(ldvl,*), vr(ldvr, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine ztrevc(side, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, mm, m, work, rwork, info) bind(c, &
+            name="ztrevc")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: side, howmny
+            integer(c_int), intent(in) :: select(*), n, ldt, ldvl, ldvr, mm
+            complex(c_double_complex), intent(in) :: t(ldt, *)
+            complex(c_double_complex), intent(inout) :: vl(ldvl,*), vr(ldvr, *), work(*)
+            integer(c_int), intent(inout) :: m
+            real(c_double), intent(inout) :: rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Eigenvalues of a(n,n), which is destroyed, and with jobvl, jobvr V left and right eigenvectors vl(n,n),
+        ! vr(n,n): columns of length 1 whose largest element is real; of a conjugate pair, which begins with the
+        ! positive imaginary part, real and imaginary parts of the first one stand in two columns.
+        subroutine dgeev(jobvl, jobvr, n, a, lda, wr, wi, vl, ldvl, vr, ldvr, work, lwork, info) bind(c, name="dgeev")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: jobvl, jobvr
+            integer(c_int), intent(in) :: n, lda, ldvl, ldvr, lwork
+            real(c_double), intent(inout) :: a(lda, *), wr(*), wi(*), vl(ldvl,*), vr(ldvr, *), work(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine zgeev(jobvl, jobvr, n, a, lda, w, vl, ldvl, vr, ldvr, work, lwork, rwork, info) bind(c, &
+            name="zgeev")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: jobvl, jobvr
+            integer(c_int), intent(in) :: n, lda, ldvl, ldvr, lwork
+            complex(c_double_complex), intent(inout) :: a(lda, *), w(*), vl(ldvl,*), vr(ldvr, *), work(*)
+            real(c_double), intent(inout) :: rwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! The Sylvester equation op(A) X + isgn X op(B) = scale C for Schur forms a(m,m) and b(n,n); X takes the place
+        ! of c(m,n).
+        subroutine dtrsyl(trana, tranb, isgn, m, n, a, lda, b, ldb, c, ldc, scale, info) bind(c, name="dtrsyl")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: trana, tranb
+            integer(c_int), intent(in) :: isgn, m, n, lda, ldb, ldc
+            real(c_double), intent(in) :: a(lda, *), b(ldb, *)
+            real(c_double), intent(inout) :: c(ldc, *), scale
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine ztrsyl(trana, tranb, isgn, m, n, a, lda, b, ldb, c, ldc, scale, info) bind(c, name="ztrsyl")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: trana, tranb
+            integer(c_int), intent(in) :: isgn, m, n, lda, ldb, ldc
+            complex(c_double_complex), intent(in) :: a(lda, *), b(ldb, *)
+            complex(c_double_complex), intent(inout) :: c(ldc, *)
+            real(c_double), intent(inout) :: scale
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        ! Reciprocal condition numbers of eigenvalues (job E), s(mm), and of right eigenvectors (V), sep(mm), or both
+        ! (B), of a Schur form t(n,n): of all (howmny A), or of those that select(n) is not 0 for (S), of a conjugate
+        ! pair either of the two, which have one number each.
+        subroutine dtrsna(job, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, s, sep, mm, m, work, ldwork, iwork, &
+            info) bind(c, name="dtrsna")
+            import :: c_char, c_double, c_int
+            character(kind=c_char), intent(in) :: job, howmny
+            integer(c_int), intent(in) :: select(*), n, ldt, ldvl, ldvr, mm, ldwork
+            real(c_double), intent(in) :: t(ldt, *), vl(ldvl,*), vr(ldvr, *)
+            real(c_double), intent(inout) :: s(*), sep(*), work(ldwork, *)
+            integer(c_int), intent(inout) :: m, iwork(*)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
+        subroutine ztrsna(job, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, s, sep, mm, m, work, ldwork, rwork, &
+            info) bind(c, name="ztrsna")
+            import :: c_char, c_double, c_double_complex, c_int
+            character(kind=c_char), intent(in) :: job, howmny
+            integer(c_int), intent(in) :: select(*), n, ldt, ldvl, ldvr, mm, ldwork
+            complex(c_double_complex), intent(in) :: t(ldt, *), vl(ldvl,*), vr(ldvr, *)
+            real(c_double), intent(inout) :: s(*), sep(*), rwork(*)
+            integer(c_int), intent(inout) :: m
+            complex(c_double_complex), intent(inout) :: work(ldwork, *)
+            integer(c_int), intent(out) :: info
+        end subroutine
+
         ! ---- Sparse BLAS level 1 ----
 
         ! y(indx(i)) := y(indx(i)) + a x(i); nothing is done when a is 0.

@@ -1551,6 +1551,120 @@ void zpteqr(const char* compz, const int* n, double* d, double* e, nxl_z* z, con
 void ZLAEV2(const nxl_z* a, const nxl_z* b, const nxl_z* c, double* rt1, double* rt2, double* cs1,
             nxl_z* sn1) NXL_NOEXCEPT;
 
+/* ==== LAPACK: nonsymmetric eigenproblems ==========================================================================
+ * Eigenvalues and vectors of matrices without symmetry, by way of Hessenberg and Schur form.
+ *
+ * The road: dgebal, dgehrd, dorghr, dhseqr, dtrevc, dgebak. ilo and ihi, from 1, are the rows and columns outside of
+ * which a matrix is triangular: what dgebal has found, or 1 and n. A real Schur form is quasi-triangular: blocks of
+ * order 2 on its diagonal, with equal diagonal elements and off-diagonal ones of opposite signs, are pairs of conjugate
+ * eigenvalues. More: docs/nonsymmetric-eigenproblems.md. */
+
+/* Balances a(n,n): with job P permutes it so that eigenvalues that stand alone come to the ends and only rows and
+ * columns ilo to ihi are left, with S scales those by powers of two until the 2-norms of each row and its column are
+ * close, with B does both, with N nothing. scale(n) tells what was done, for dgebak: a number from ilo to ihi is a
+ * factor, any other the row, from 1, that i was exchanged with, from n down to ihi + 1 and then from 1 to ilo - 1.
+ * info: 0, or -i when argument i is bad, which is reported as well: 1 job, 2 n, 4 lda. James, Langou and Lowery, On
+ * matrix balancing and eigenvector computation, arXiv:1401.5766 (2014). */
+void dgebal(const char* job, const int* n, double* a, const int* lda, int* ilo, int* ihi, double* scale, int* info,
+            NXL_LENGTH(job_length)) NXL_NOEXCEPT;
+void zgebal(const char* job, const int* n, nxl_z* a, const int* lda, int* ilo, int* ihi, double* scale, int* info,
+            NXL_LENGTH(job_length)) NXL_NOEXCEPT;
+
+/* Eigenvectors of a matrix from those of the balanced one, v(n,m): side R right ones, L left ones. job, ilo, ihi and
+ * scale are those of dgebal. info: 0, or -i when argument i is bad, which is reported as well: 1 job, 2 side, 3 n, 4
+ * ilo, 5 ihi, 7 m, 9 ldv. */
+void dgebak(const char* job, const char* side, const int* n, const int* ilo, const int* ihi, const double* scale,
+            const int* m, double* v, const int* ldv, int* info, NXL_LENGTH(job_length),
+            NXL_LENGTH(side_length)) NXL_NOEXCEPT;
+void zgebak(const char* job, const char* side, const int* n, const int* ilo, const int* ihi, const double* scale,
+            const int* m, nxl_z* v, const int* ldv, int* info, NXL_LENGTH(job_length),
+            NXL_LENGTH(side_length)) NXL_NOEXCEPT;
+
+/* Q^H A Q = H, upper Hessenberg, of a(n,n) on rows and columns ilo to ihi. H comes in its place, and below it the
+ * vectors of Q = H(ilo) ... H(ihi-1), whose scalars are in tau(n-1), 0 outside of that; dorghr forms Q. work(lwork),
+ * lwork at least n, 32 n is best; -1 asks for that, which work(1) tells. info: 0; -1000 when there is no memory; or -i
+ * when argument i is bad, which is reported as well: 1 n, 2 ilo, 3 ihi, 5 lda, 8 lwork. Quintana-Orti and van de Geijn,
+ * ACM TOMS 32 (2006). */
+void dgehrd(const int* n, const int* ilo, const int* ihi, double* a, const int* lda, double* tau, double* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+void zgehrd(const int* n, const int* ilo, const int* ihi, nxl_z* a, const int* lda, nxl_z* tau, nxl_z* work,
+            const int* lwork, int* info) NXL_NOEXCEPT;
+
+/* Eigenvalues of the upper Hessenberg matrix h(n,n), which is triangular outside of ilo to ihi, and with job S its
+ * Schur form T = Z^H H Z in h; with job E what is left there means nothing. compz I: Z comes in z(n,n); V: what z
+ * holds, as the Q of dgehrd, is multiplied by it from the right; N: z is not looked at. What stands in h below the
+ * subdiagonal is not looked at either. Values of conjugate pairs follow each other, the one with the positive imaginary
+ * part first. work(lwork), lwork at least n; -1 asks for the best, which work(1) tells. info: 0; i when not all
+ * eigenvalues have been found, or h has a NaN or an infinity: those from i + 1 on, and before ilo, are there, the
+ * others are NaN; -1000 when there is no memory; or -i when argument i is bad, which is reported as well: 1 job, 2
+ * compz, 3 n, 4 ilo, 5 ihi, 7 ldh, 11 (complex 10) ldz, 13 (12) lwork. Multishift QR with aggressive early deflation:
+ * Braman, Byers and Mathias, SIAM J. Matrix Anal. Appl. 23 (2002), two papers. */
+void dhseqr(const char* job, const char* compz, const int* n, const int* ilo, const int* ihi, double* h, const int* ldh,
+            double* wr, double* wi, double* z, const int* ldz, double* work, const int* lwork, int* info,
+            NXL_LENGTH(job_length), NXL_LENGTH(compz_length)) NXL_NOEXCEPT;
+void zhseqr(const char* job, const char* compz, const int* n, const int* ilo, const int* ihi, nxl_z* h, const int* ldh,
+            nxl_z* w, nxl_z* z, const int* ldz, nxl_z* work, const int* lwork, int* info, NXL_LENGTH(job_length),
+            NXL_LENGTH(compz_length)) NXL_NOEXCEPT;
+
+/* Eigenvectors of a Schur form t(n,n): right ones, T x = lambda x, with side R, left ones, y^H T = lambda y^H, with L,
+ * both with B. howmny A: all; B: all, multiplied by what vr and vl hold, as the Z of dhseqr, so that they are vectors
+ * of the full matrix; S: those that select(n) is not 0 for, of a conjugate pair either of the two. They come in
+ * vr(n,mm) and vl(n,mm), one column for a real vector, and two, real and imaginary parts, for a conjugate pair, of the
+ * value with the positive imaginary part; afterwards select is not 0 for that one alone. m: the columns that are used.
+ * The largest element, by |re| + |im|, is 1. work(3n), complex work(2n) and rwork(n), are not used. info: 0; -1000 when
+ * there is no memory; or -i when argument i is bad, which is reported as well: 1 side, 2 howmny, 4 n, 6 ldt, 8 ldvl, 10
+ * ldvr, 11 mm, which is below m. Vectors are found and multiplied many at a time, by products of level 3, and scaled
+ * where they would overflow. Golub and Van Loan, Matrix Computations, 4th ed., section 7.6. */
+void dtrevc(const char* side, const char* howmny, int* select, const int* n, const double* t, const int* ldt,
+            double* vl, const int* ldvl, double* vr, const int* ldvr, const int* mm, int* m, double* work, int* info,
+            NXL_LENGTH(side_length), NXL_LENGTH(howmny_length)) NXL_NOEXCEPT;
+void ztrevc(const char* side, const char* howmny, const int* select, const int* n, const nxl_z* t, const int* ldt,
+            nxl_z* vl, const int* ldvl, nxl_z* vr, const int* ldvr, const int* mm, int* m, nxl_z* work, double* rwork,
+            int* info, NXL_LENGTH(side_length), NXL_LENGTH(howmny_length)) NXL_NOEXCEPT;
+
+/* Eigenvalues of a(n,n), which is destroyed, and with jobvl, jobvr V left and right eigenvectors vl(n,n), vr(n,n):
+ * columns of length 1 whose largest element is real; of a conjugate pair, which begins with the positive imaginary
+ * part, real and imaginary parts of the first one stand in two columns. work(lwork), lwork at least 3n, with vectors
+ * 4n, complex 2n; -1 asks for the best, which work(1) tells. rwork(2n). info: 0; i when the iteration has failed, or A
+ * has a NaN or an infinity: no vectors, values from i + 1 on, the others NaN; -1000 when there is no memory; or -i when
+ * argument i is bad, which is reported as well: 1 jobvl, 2 jobvr, 3 n, 5 lda, 9 (complex 8) ldvl, 11 (10) ldvr, 13 (12)
+ * lwork. */
+void dgeev(const char* jobvl, const char* jobvr, const int* n, double* a, const int* lda, double* wr, double* wi,
+           double* vl, const int* ldvl, double* vr, const int* ldvr, double* work, const int* lwork, int* info,
+           NXL_LENGTH(jobvl_length), NXL_LENGTH(jobvr_length)) NXL_NOEXCEPT;
+void zgeev(const char* jobvl, const char* jobvr, const int* n, nxl_z* a, const int* lda, nxl_z* w, nxl_z* vl,
+           const int* ldvl, nxl_z* vr, const int* ldvr, nxl_z* work, const int* lwork, double* rwork, int* info,
+           NXL_LENGTH(jobvl_length), NXL_LENGTH(jobvr_length)) NXL_NOEXCEPT;
+
+/* The Sylvester equation op(A) X + isgn X op(B) = scale C for Schur forms a(m,m) and b(n,n); X takes the place of
+ * c(m,n). op is N, T or C; of complex matrices N or C. isgn: 1 or -1. 0 < scale <= 1 keeps X within the range. info: 0;
+ * 1 when A and -isgn B have eigenvalues so close that one was moved; -1000 when there is no memory; or -i when argument
+ * i is bad, which is reported as well: 1 trana, 2 tranb, 3 isgn, 4 m, 5 n, 7 lda, 9 ldb, 11 ldc. Recursive over halves:
+ * Jonsson and Kagstrom, ACM TOMS 28 (2002). */
+void dtrsyl(const char* trana, const char* tranb, const int* isgn, const int* m, const int* n, const double* a,
+            const int* lda, const double* b, const int* ldb, double* c, const int* ldc, double* scale, int* info,
+            NXL_LENGTH(trana_length), NXL_LENGTH(tranb_length)) NXL_NOEXCEPT;
+void ztrsyl(const char* trana, const char* tranb, const int* isgn, const int* m, const int* n, const nxl_z* a,
+            const int* lda, const nxl_z* b, const int* ldb, nxl_z* c, const int* ldc, double* scale, int* info,
+            NXL_LENGTH(trana_length), NXL_LENGTH(tranb_length)) NXL_NOEXCEPT;
+
+/* Reciprocal condition numbers of eigenvalues (job E), s(mm), and of right eigenvectors (V), sep(mm), or both (B), of a
+ * Schur form t(n,n): of all (howmny A), or of those that select(n) is not 0 for (S), of a conjugate pair either of the
+ * two, which have one number each. s = |y^H x| / (|x| |y|) for the vectors that dtrevc has left in vr and vl in the
+ * same order; sep estimates the distance to the other eigenvalues, the least singular value of T22 - lambda I. m: how
+ * many numbers there are. With job E neither work(ldwork,n+6), nor iwork(2n-2), complex rwork(n), is used, else their
+ * contents mean nothing; job V does not look at vl and vr. info: 0; -1000 when there is no memory; or -i when argument
+ * i is bad, which is reported as well: 1 job, 2 howmny, 4 n, 6 ldt, 8 ldvl, 10 ldvr, 13 mm, which is below m, 16
+ * ldwork. Bai, Demmel and McKenney, ACM TOMS 19 (1993). */
+void dtrsna(const char* job, const char* howmny, const int* select, const int* n, const double* t, const int* ldt,
+            const double* vl, const int* ldvl, const double* vr, const int* ldvr, double* s, double* sep, const int* mm,
+            int* m, double* work, const int* ldwork, int* iwork, int* info, NXL_LENGTH(job_length),
+            NXL_LENGTH(howmny_length)) NXL_NOEXCEPT;
+void ztrsna(const char* job, const char* howmny, const int* select, const int* n, const nxl_z* t, const int* ldt,
+            const nxl_z* vl, const int* ldvl, const nxl_z* vr, const int* ldvr, double* s, double* sep, const int* mm,
+            int* m, nxl_z* work, const int* ldwork, double* rwork, int* info, NXL_LENGTH(job_length),
+            NXL_LENGTH(howmny_length)) NXL_NOEXCEPT;
+
 /* ==== Sparse BLAS level 1 =========================================================================================
  * Vectors with few non-zeros: sums, gather and scatter. Dodson, Grimes and Lewis, ACM TOMS 17 (1991).
  *

@@ -1,14 +1,16 @@
 // nxl for C++20: handles that own their memory, spans instead of pointers, errors as values. Header-only, over nxl.h,
-// whose comments tell what the routines do. A guide is docs/cpp.md.
+// whose comments tell what the routines do. Here the sparse solver; least squares are in nxl_least_squares.hpp, which
+// comes along. A guide is docs/cpp.md.
 #pragma once
 #include "nxl.h"
+#include "nxl_least_squares.hpp"
+#include "nxl_status.hpp"
 
 #include <algorithm>
 #include <array>
 #include <complex>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <string_view>
 #include <type_traits>
@@ -16,26 +18,6 @@
 #include <vector>
 
 namespace nxl {
-
-/// How a step ended: the routine's own code, 0 or below, and what it means.
-class [[nodiscard]] Status {
-    int code_ = 0;
-    std::string_view text_ = "success";
-
-  public:
-    Status() = default;
-    /// The text is kept as it is given, not copied.
-    Status(int code, std::string_view text) : code_(code), text_(text) {}
-
-    /// Whether the step was done.
-    bool ok() const { return code_ == 0; }
-    /// The same.
-    explicit operator bool() const { return ok(); }
-    /// 0, or what the routine returned as its error.
-    int code() const { return code_; }
-    /// One line for a reader; lives as long as the program.
-    std::string_view text() const { return text_; }
-};
 
 /// What a matrix is, and so what of it is read: of symmetric and Hermitian ones the upper triangle.
 enum class MatrixType : int {
@@ -307,74 +289,5 @@ template <class T> class SparseSolver {
         return told(run(33, b.data(), x.data(), static_cast<int>(b.size() / n)));
     }
 };
-
-/// How a fit is to end, and how it starts; the names of dtrnlsp's arguments.
-struct FitOptions {
-    /// Least radius, target for |F|, norm of a column that counts as 0, least step, and two without effect.
-    std::array<double, 6> eps{1e-10, 1e-12, 1e-15, 1e-10, 1e-10, 1e-10};
-    int steps = 1000;          ///< iter1
-    int steps_of_step = 100;   ///< iter2
-    double first_radius = 0.0; ///< rs
-    double difference = 1e-6;  ///< of the numeric Jacobian, relative
-};
-
-/// How a fit went.
-struct Fit {
-    Status status;           ///< of the routines
-    int steps = 0;           ///< iterations made
-    int stop_code = 0;       ///< st_cr of dtrnlsp_get
-    double first_norm = 0.0; ///< |F| at the start
-    double last_norm = 0.0;  ///< and at the end
-};
-
-/// Makes |F(x)| small over x, from the x that is given: dtrnlsp, with derivatives by djacobi_solve. `function` is
-/// called with x, of n elements, and F, of m >= n, to be filled in; it may keep state and throw.
-template <class Function> Fit least_squares(Function&& function, std::span<double> x, int m, const FitOptions& o = {}) {
-    /// Owns a handle of one of the two families.
-    struct Handle {
-        void* pointer = nullptr;
-        int (*remove)(void**) = nullptr;
-        ~Handle() {
-            if (pointer != nullptr) remove(&pointer);
-        }
-    };
-    constexpr int success = 1501, no_memory = 1503;
-    const auto told = [](int code) -> Status {
-        if (code == success) return {};
-        return {code, code == no_memory ? "there is not enough memory" : "an option is wrong, or a step failed"};
-    };
-    const int n = static_cast<int>(x.size());
-    std::vector<double> f(static_cast<std::size_t>(std::max(m, 0))), jacobian(f.size() * x.size());
-    const auto differentiate = [&]() -> int {
-        Handle handle{nullptr, [](void** h) { return djacobi_delete(h); }};
-        std::vector<double> low(f.size()), high(f.size());
-        int code = djacobi_init(&handle.pointer, &n, &m, x.data(), jacobian.data(), &o.difference), request = 0;
-        if (code != success) return code;
-        do {
-            code = djacobi_solve(&handle.pointer, low.data(), high.data(), &request);
-            if (code == success && request == 1) function(std::span<const double>(x), std::span<double>(low));
-            if (code == success && request == 2) function(std::span<const double>(x), std::span<double>(high));
-        } while (code == success && request != 0);
-        return code;
-    };
-    Handle handle{nullptr, [](void** h) { return dtrnlsp_delete(h); }};
-    Fit fit;
-    int code =
-        dtrnlsp_init(&handle.pointer, &n, &m, x.data(), o.eps.data(), &o.steps, &o.steps_of_step, &o.first_radius);
-    if (code != success) {
-        fit.status = told(code);
-        return fit;
-    }
-    function(std::span<const double>(x), std::span<double>(f));
-    code = differentiate();
-    for (int request = 0; code == success && request >= 0;) {
-        code = dtrnlsp_solve(&handle.pointer, f.data(), jacobian.data(), &request);
-        if (code == success && request == 1) function(std::span<const double>(x), std::span<double>(f));
-        if (code == success && request == 2) code = differentiate();
-    }
-    dtrnlsp_get(&handle.pointer, &fit.steps, &fit.stop_code, &fit.first_norm, &fit.last_norm);
-    fit.status = told(code);
-    return fit;
-}
 
 } // namespace nxl

@@ -56,10 +56,12 @@ template <int W> struct Combination<Complex, W> {
 template <class T, int W> struct Operand;
 template <int W> struct Operand<double, W> {
     Vec<W> v;
+    Operand() = default;
     [[gnu::always_inline]] explicit Operand(const double* p) : v(load<W>(p)) {}
 };
 template <int W> struct Operand<Complex, W> {
     Vec<W> v, swapped;
+    Operand() = default;
     [[gnu::always_inline]] explicit Operand(const double* p) : v(load<W>(p)), swapped(swap_parts<W>(v)) {}
 };
 

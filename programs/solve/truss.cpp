@@ -2,6 +2,8 @@
 //
 // Frame f stands at x = f bays and has four joints: 0 and 1 carry the deck, 2 and 3 are above 1 and 0. Unknowns are the
 // displacements of the joints in metres; the matrix is the stiffness in kN/m, the load the weight on the deck in kN.
+#include "truss.hpp"
+
 #include "generators.hpp"
 
 #include <array>
@@ -14,6 +16,7 @@ constexpr double kBayLength = 5.0, kWidth = 4.0, kHeight = 5.0; // m
 constexpr double kElasticity = 210e6;                           // steel, kN/m^2
 constexpr double kChordArea = 0.02, kBraceArea = 0.008;         // m^2
 constexpr double kDeckLoad = 50.0;                              // kN on each deck joint
+constexpr double kGravity = 9.81, kDensity = 7.85;              // m/s^2; steel, t/m^3
 constexpr int kJointsPerFrame = 4;
 enum Axis { kAlong, kAcross, kUp, kAxes };
 
@@ -87,15 +90,33 @@ void add_stiffness(const Bar& bar, const Unknowns& unknowns, std::vector<Triplet
 
 } // namespace
 
-Problem truss_bridge(int bays) {
+Truss make_truss(int bays) {
     const Unknowns unknowns(bays);
+    const std::vector<Bar> bars = bars_of(bays);
     std::vector<Triplet<double>> lower;
-    for (const Bar& bar : bars_of(bays)) add_stiffness(bar, unknowns, lower);
-    Problem problem{assemble(unknowns.count, Symmetry::symmetric, std::move(lower)), {}};
-    problem.load.assign(static_cast<std::size_t>(unknowns.count), 0.0);
+    Truss truss{.joint = {}, .bar = {}, .unknown = unknowns.number, .mass = {}, .stiffness = {}};
+    for (int j = 0; j < kJointsPerFrame * (bays + 1); ++j) {
+        truss.joint.push_back(position(j));
+        truss.mass.push_back(j % kJointsPerFrame < 2 ? kDeckLoad / kGravity : 0.0);
+    }
+    for (const Bar& bar : bars) {
+        add_stiffness(bar, unknowns, lower);
+        truss.bar.emplace_back(bar.from, bar.to);
+        const auto from = position(bar.from), to = position(bar.to);
+        const double length = std::hypot(to[0] - from[0], to[1] - from[1], to[2] - from[2]);
+        for (const int end : {bar.from, bar.to}) truss.mass.data()[end] += kDensity * bar.area * length / 2.0;
+    }
+    truss.stiffness = assemble(unknowns.count, Symmetry::symmetric, std::move(lower));
+    return truss;
+}
+
+Problem truss_bridge(int bays) {
+    Truss truss = make_truss(bays);
+    Problem problem{std::move(truss.stiffness), {}};
+    problem.load.assign(static_cast<std::size_t>(problem.matrix.n), 0.0);
     for (int f = 0; f <= bays; ++f) {
         for (int corner = 0; corner < 2; ++corner) {
-            const int up = unknowns.of(joint(f, corner), kUp);
+            const int up = truss.unknown.data()[kAxes * joint(f, corner) + kUp];
             if (up >= 0) problem.load.data()[up] = -kDeckLoad;
         }
     }

@@ -6,12 +6,13 @@ module told
 end module
 
 program fortran_names_test
-    use, intrinsic :: iso_fortran_env, only: real64
+    use, intrinsic :: iso_fortran_env, only: int64, real64
     use told
     implicit none
     integer, parameter :: n = 40
     external :: dgemm, dgetrf, dgetrs, dpotrf, dtrtrs, ztrtri, zlacgv, dgesv, dgbsv, dposv, dpbsv, dsysv, zhesv, &
-        dsyev, dsyevd, dstev, dstevd, dstevr, dstemr, dstedc, dsygv, dsygvd, zheev, zheevd, zstemr, zstedc, zhegv, zhegvd
+        dsyev, dsyevd, dstev, dstevd, dstevr, dstemr, dstedc, dsygv, dsygvd, zheev, zheevd, zstemr, zstedc, zhegv, zhegvd, &
+        pardiso
     real(real64), external :: ddot, dznrm2
     complex(real64), external :: zdotc, zdotu
     integer, external :: idamax
@@ -23,6 +24,7 @@ program fortran_names_test
     call full_eigenproblems()
     call tridiagonal_eigenproblems()
     call generalised_eigenproblems()
+    call sparse_system()
     call bad_argument()
 
 contains
@@ -285,6 +287,17 @@ contains
         b(3, 3) = -1
         call zhegv(1, 'V', 'L', n, a, n, b, n, w, zwork, long, work, info)
         call expect(info > n .and. info <= n + 4, 'zhegv, not definite')
+    end subroutine
+
+    ! Sixteen arguments by reference, and a handle that lives between calls.
+    subroutine sparse_system()
+        integer(int64) :: pt(64) = 0
+        integer :: iparam(64) = 0, ia(4) = [1, 3, 5, 6], ja(5) = [1, 2, 2, 3, 3], perm(3), error
+        real(real64) :: a(5) = [4, -1, 4, -1, 4], b(3) = [3, 2, 3], x(3)
+        call pardiso(pt, 1, 1, 2, 13, 3, a, ia, ja, perm, 1, iparam, 0, b, x, error)
+        call expect(error == 0 .and. maxval(abs(x - 1)) < 1e-14_real64, 'pardiso')
+        call pardiso(pt, 1, 1, 2, -1, 3, a, ia, ja, perm, 1, iparam, 0, b, x, error)
+        call expect(error == 0 .and. pt(1) == 0, 'pardiso, release')
     end subroutine
 
     subroutine bad_argument()

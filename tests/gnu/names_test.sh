@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# names_test.sh LIBRARY COMPANION JUMP_TARGETS: every export of BLAS and LAPACK has its name for GNU Fortran, those of
-# BLAS levels 1 to 3 a CBLAS entry as well, and the companion shows nothing else.
+# names_test.sh LIBRARY COMPANION JUMP_TARGETS: every export of BLAS, LAPACK and the solvers has its name for GNU Fortran,
+# those of BLAS levels 1 to 3 a CBLAS entry as well, and the companion shows nothing else.
 set -euo pipefail
 library=$1
 companion=$2
@@ -12,9 +12,9 @@ fail() {
 }
 exports_of() { nm -D --defined-only "$1" | awk '{ print $3 }' | sort; }
 
-# Names in lower case are BLAS and LAPACK, but for these families; in upper case only, these.
-others='^(djacobi|dtrnlsp|vd|okmp_|set_|test_)'
-upper_case_only='^(DLASWP|ZLACGV|ZLAEV2|ZLASWP|ZPOTF2|ZROT|ZSYR)$'
+# Names in lower case are such routines, but for these families; in upper case only, these.
+others='^(vd|okmp_|set_|test_)'
+upper_case_only='^(DLASWP|ZLACGV|ZLAEV2|ZLASWP|ZPOTF2|ZROT|ZSYR|PARDISO|D(CG|CGMRHS|FGMRES)(_[A-Z]+)?|DCSRILU[0T])$'
 complex_results='^zdot(c|u|ci|ui)$'
 all=$(exports_of "$library")
 routines=$(echo "$all" | grep -E '^[a-z0-9_]+$' | grep -Ev "$others"

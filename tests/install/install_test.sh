@@ -43,6 +43,10 @@ export PKG_CONFIG_PATH=$lib/pkgconfig
 "$CC" -Wall -Werror c_caller.c -o c_caller $(pkg-config --cflags --libs nxl) -lm "-Wl,-rpath,$lib"
 ./c_caller
 
+# The C++ headers are all there.
+# shellcheck disable=SC2046
+"$CXX" -std=c++20 -Wall -Werror -fsyntax-only -x c++ - $(pkg-config --cflags nxl) <<<'#include <nxl.hpp>'
+
 module=$(pkg-config --variable=includedir nxl)/nxl.f90
 # shellcheck disable=SC2046
 gfortran "$module" fortran_caller.f90 -o fortran_caller $(pkg-config --libs nxl) "-Wl,-rpath,$lib"

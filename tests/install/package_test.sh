@@ -11,11 +11,11 @@ fail() {
     echo "FAIL: $*"
     exit 1
 }
-field() { dpkg-deb --field "$work/$1_${version}_amd64.deb" "$2"; }
+field() { dpkg-deb --field "$work/$1_${version}"_*.deb "$2"; }
 files() { find "$root" -path "$root/var" -prune -o ! -type d -print; }
 
 cpack --config "$build/CPackConfig.cmake" -B "$work" >"$work/cpack.log" 2>&1 || fail "$(cat "$work/cpack.log")"
-packages=("libnxl${version%%.*}" libnxl-dev nxl-tools)
+packages=("libnxl${version%%.*}" libnxl-dev nxl-tools python3-nxl)
 for package in "${packages[@]}"; do
     [[ $(field "$package" Version) == "$version" ]] || fail "$package: version $(field "$package" Version)"
 done
@@ -40,6 +40,12 @@ library=$(find "$root/usr/lib" -name "libnxl.so.${version%%.*}")
 id=$(readelf --notes "$library" | sed -n 's/.*Build ID: //p')
 symbols=$root/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug
 readelf --symbols --wide "$symbols" | grep nxl_blas_ddot >"$work/out" || fail "no symbols in $symbols: $(files)"
+PYTHONPATH=$root/usr/lib/python3/dist-packages
+export PYTHONPATH
+[[ -f $PYTHONPATH/nxl/__init__.py ]] || fail "no Python package: $(files)"
+located=$(/usr/bin/python3 -B -c "import nxl._library as found; print(found.library._name)" 2>&1) || true
+[[ $located == "$root"/* || $located == *numpy* ]] || fail "the Python package loads $located"
+unset PYTHONPATH
 [[ -f $root/usr/include/nxl.h && -f $root/usr/include/nxl_cblas.h ]] || fail "no headers: $(files)"
 for program in "$root"/usr/bin/*; do
     "$program" --version

@@ -99,33 +99,6 @@ TYPED_TEST(TridiagonalVectors, DivideAndConquer) {
         }
 }
 
-/// The Cholesky factor's singular values: a positive definite matrix, or the first minor that is not.
-TYPED_TEST(TridiagonalVectors, OfPositiveDefiniteOnes) {
-    using T = TypeParam;
-    constexpr auto pteqr = [] {
-        if constexpr (is_complex<T>) return zpteqr;
-        else return dpteqr;
-    }();
-    for (const Kind kind : {Kind::identity, Kind::laplacian, Kind::steep, Kind::clustered, Kind::zero})
-        for (const int n : sizes)
-            for (const char compz : {'N', 'I', 'V'}) {
-                SCOPED_TRACE(name_of(kind, n) + compz);
-                const Tridiagonal t = tridiagonal_of(kind, n);
-                Tridiagonal own = t;
-                LapackMatrix<T> z = identity<T>(n);
-                int info = -99;
-                pteqr(&compz, &n, own.d.data(), own.e.data(), z.data(), &z.lda, nullptr, &info, 1);
-                ASSERT_EQ(info, kind == Kind::zero ? std::min(n, 1) : 0);
-                if (info != 0) continue;
-                const auto quality = quality_of(t, own.d, z, compz == 'N' ? 0 : n);
-                EXPECT_LE(quality.residual, 10.0);
-                EXPECT_LE(quality.orthogonality, 10.0);
-                std::reverse(own.d.begin(), own.d.end());
-                expect_values(t, own.d);
-                EXPECT_TRUE(z.slack_untouched());
-            }
-}
-
 /// As a full matrix, which its reduction leaves as it is: then supports are those of the vectors that come.
 TYPED_TEST(TridiagonalVectors, Representations) {
     using T = TypeParam;
@@ -174,6 +147,33 @@ TYPED_TEST(TridiagonalVectors, Representations) {
             run(again, w, support);
             EXPECT_EQ(std::memcmp(z.data(), again.data(), z.elements.size() * sizeof(T)), 0);
         }
+}
+
+/// The Cholesky factor's singular values: a positive definite matrix, or the first minor that is not.
+TYPED_TEST(TridiagonalVectors, OfPositiveDefiniteOnes) {
+    using T = TypeParam;
+    constexpr auto pteqr = [] {
+        if constexpr (is_complex<T>) return zpteqr;
+        else return dpteqr;
+    }();
+    for (const Kind kind : {Kind::identity, Kind::laplacian, Kind::steep, Kind::clustered, Kind::zero})
+        for (const int n : sizes)
+            for (const char compz : {'N', 'I', 'V'}) {
+                SCOPED_TRACE(name_of(kind, n) + compz);
+                const Tridiagonal t = tridiagonal_of(kind, n);
+                Tridiagonal own = t;
+                LapackMatrix<T> z = identity<T>(n);
+                int info = -99;
+                pteqr(&compz, &n, own.d.data(), own.e.data(), z.data(), &z.lda, nullptr, &info, 1);
+                ASSERT_EQ(info, kind == Kind::zero ? std::min(n, 1) : 0);
+                if (info != 0) continue;
+                const auto quality = quality_of(t, own.d, z, compz == 'N' ? 0 : n);
+                EXPECT_LE(quality.residual, 10.0);
+                EXPECT_LE(quality.orthogonality, 10.0);
+                std::reverse(own.d.begin(), own.d.end());
+                expect_values(t, own.d);
+                EXPECT_TRUE(z.slack_untouched());
+            }
 }
 
 struct Bisected {

@@ -46,6 +46,11 @@ for program in "$@"; do
         expect "a.mtx" "$program" --quiet a
         [[ $(offered "$program" w) == 'with blank.mtx' ]] || fail "a name with a blank is cut"
         ;;
+    *nxl-eig)
+        expect "auto dense band" "$program" --method ""
+        expect "vibration:" "$program" --generate vib
+        expect "d.svg sub" "$program" --modes ""
+        ;;
     *nxl-fit)
         expect "exponential gauss: logistic" "$program" --model ""
         expect "b.mtx.gz c.csv sub" "$program" ""

@@ -58,4 +58,4 @@ _nxl() {
     [[ ${#COMPREPLY[@]} -ne 1 || ${COMPREPLY[0]} != *: ]] || compopt -o nospace 2>/dev/null
 }
 
-complete -F _nxl nxl-bench nxl-fir nxl-fit nxl-info nxl-solve
+complete -F _nxl nxl-bench nxl-eig nxl-fir nxl-fit nxl-info nxl-solve

@@ -11,10 +11,14 @@ namespace nxl::NXL_TARGET {
 //
 //                 12 columns of B, in the first cache
 //     16 rows     tile     then the next 16 rows, down to the end of A, then the next 12 columns
-/// Where it pays: A by columns, and of an order that an 80 KiB share of the second cache holds.
+/// Numbers of A, 128 KiB, that stay in the second cache beside B and C while the columns go by.
+template <class T> constexpr i64 direct_block = 16384 / kParts<T>;
+
+/// Where it pays: A by columns; and small, or for so few columns of C that packing would not be used often.
 template <class T> [[gnu::always_inline]] inline bool suits_direct(const GeneralProduct<T>& g) {
-    constexpr i64 most = 16384 / kParts<T>; // numbers of A
-    return g.a.along_r == 1 && !g.a.conjugate && g.m * g.k <= most;
+    constexpr i64 few_columns = 64, few_steps = 256 / kParts<T>;
+    if (g.a.along_r != 1 || g.a.conjugate) return false;
+    return g.m * g.k <= direct_block<T> || (g.n <= few_columns && g.k <= few_steps);
 }
 
 /// Lanes of a vector that hold rows.
@@ -80,9 +84,15 @@ template <class T, class ColumnsB> void direct_columns(const GeneralProduct<T>& 
     for_each_group<T>(j, g.n, [&](i64 column, auto columns) { direct_column<T, columns.value>(g, b, column); });
 }
 
+/// By blocks of rows.
 template <class T> void direct_product(const GeneralProduct<T>& g) {
-    if (g.b.along_p == 1) direct_columns<T>(g, ColumnsInPlace<T>{g.b, g.n});
-    else direct_columns<T>(g, RowsInPlace<T>{g.b, g.n});
+    const i64 rows = least(g.m, up_to(direct_block<T> / (g.k + 1) + 1, 16));
+    for (i64 i = 0; i < g.m; i += rows) {
+        GeneralProduct<T> block = g.below(i);
+        block.m = least(rows, block.m);
+        if (g.b.along_p == 1) direct_columns<T>(block, ColumnsInPlace<T>{g.b, g.n});
+        else direct_columns<T>(block, RowsInPlace<T>{g.b, g.n});
+    }
 }
 
 } // namespace nxl::NXL_TARGET

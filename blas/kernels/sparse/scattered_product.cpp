@@ -10,8 +10,7 @@ namespace {
 // tile wants them. So nothing is packed, and the sums go from their registers to their places:
 //
 //                      right(j .. j + 3, k)          ->  columns column_places[j .. j + 3] of C
-//     left(i .., k)    sums, `Vectors` of rows       ->  rows row_places[i ..], by vectors where these follow each
-//     other
+//     left(i .., k)    sums, `Vectors` of rows       ->  rows row_places[i ..], by vectors where they are a run
 //
 // The rows of a tile stay in the cache of first level while all columns go by.
 template <class T> struct View {
@@ -20,28 +19,43 @@ template <class T> struct View {
     T* c;
 };
 
+/// Whether the rows of a vector follow each other in C.
+template <class T, int W> [[gnu::always_inline]] inline bool is_run(const i32* rows) {
+    constexpr int count = W / kParts<T>;
+    return rows[count - 1] - rows[0] == count - 1;
+}
+
 /// Takes a vector of sums off a column. `run`: its rows follow each other there.
 template <class T, int W>
 [[gnu::always_inline]] inline void take_off(const Vec<W>& sums, bool run, const i32* rows, T* column) {
-    constexpr int parts_of_one = kParts<T>;
+    constexpr int parts_of_one = kParts<T>, half = W / 2 / parts_of_one;
     if (run) {
         double* const to = parts(column + rows[0]);
         store<W>(to, load<W>(to) - sums);
-        return;
+    } else if constexpr (W == 8) {
+        const Vec<4> low = __builtin_shufflevector(sums, sums, 0, 1, 2, 3);
+        const Vec<4> high = __builtin_shufflevector(sums, sums, 4, 5, 6, 7);
+        take_off<T, 4>(low, is_run<T, 4>(rows), rows, column);
+        take_off<T, 4>(high, is_run<T, 4>(rows + half), rows + half, column);
+    } else {
+        for (int lane = 0; lane < W; ++lane)
+            parts(column + rows[lane / parts_of_one])[lane % parts_of_one] -= sums[lane];
     }
-    for (int lane = 0; lane < W; ++lane) parts(column + rows[lane / parts_of_one])[lane % parts_of_one] -= sums[lane];
 }
 
 /// Adds one step of k: the stretch of rows at `left` times each of the numbers at `right`.
 template <class T, int W, int Vectors, int Columns, bool Conjugate>
 [[gnu::always_inline]] inline void add_step(Vec<W> (&sums)[Vectors][Columns], const T* left, const T* right) {
-    for (int v = 0; v < Vectors; ++v) {
-        const Operand<T, W> rows(parts(left) + v * W);
-        for (int column = 0; column < Columns; ++column) {
-            const Factor<T, W> factor(conj_if<Conjugate>(right[column]));
-            sums[v][column] = factor.added_to(sums[v][column], rows);
-        }
-    }
+    Operand<T, W> rows[Vectors];
+    repeat<Vectors>([&](auto v) __attribute__((always_inline)) { rows[v] = Operand<T, W>(parts(left) + v * W); });
+    repeat<Columns>([&](auto column) __attribute__((always_inline)) {
+        const Factor<T, W> factor(conj_if<Conjugate>(right[column]));
+        repeat<Vectors>([&](auto v) __attribute__((always_inline)) {
+            sums[v][column] = factor.added_to(sums[v][column], rows[v]);
+            if constexpr (W > 1) // one factor at a time: all registers are taken
+                asm volatile("" : "+v"(sums[v][column]) : : "memory");
+        });
+    });
 }
 
 template <class T, int W, int Vectors, int Columns, bool Conjugate>
@@ -52,26 +66,29 @@ void tile(const View<T>& view, i64 i, i64 j, const bool* runs) {
     Vec<W> sums[Vectors][Columns] = {};
     for (i64 k = 0; k < shape.depth; ++k, left += shape.ld_left, right += shape.ld_right)
         add_step<T, W, Vectors, Columns, Conjugate>(sums, left, right);
-    for (int column = 0; column < Columns; ++column) {
+    repeat<Columns>([&](auto column) __attribute__((always_inline)) {
         T* const to = view.c + shape.column_places[j + column] * shape.ldc;
-        for (int v = 0; v < Vectors; ++v)
+        repeat<Vectors>([&](auto v) __attribute__((always_inline)) {
             take_off<T, W>(sums[v][column], runs[v], shape.row_places + i + v * rows_of_one, to);
-    }
+        });
+    });
 }
 
 /// Rows from i on against all columns; of a trapezoid against those that reach them.
 template <class T, int W, int Vectors, bool Conjugate> void row_of_tiles(const View<T>& view, i64 i) {
-    constexpr i64 rows_of_one = W / kParts<T>, group = 4;
+    constexpr i64 rows_of_one = W / kParts<T>;
     const ScatteredProduct& shape = view.shape;
     bool runs[Vectors];
-    for (int v = 0; v < Vectors; ++v) {
-        const i32* const rows = shape.row_places + i + v * rows_of_one;
-        runs[v] = rows[rows_of_one - 1] - rows[0] == rows_of_one - 1;
-    }
+    for (int v = 0; v < Vectors; ++v) runs[v] = is_run<T, W>(shape.row_places + i + v * rows_of_one);
     const i64 columns = shape.lower ? smaller(i + Vectors * rows_of_one, shape.columns) : shape.columns;
+    const auto groups_of = [&]<int Columns>(i64 j) __attribute__((always_inline)) {
+        for (; j + Columns <= columns; j += Columns) tile<T, W, Vectors, Columns, Conjugate>(view, i, j, runs);
+        return j;
+    };
     i64 j = 0;
-    for (; j + group <= columns; j += group) tile<T, W, Vectors, group, Conjugate>(view, i, j, runs);
-    for (; j < columns; ++j) tile<T, W, Vectors, 1, Conjugate>(view, i, j, runs);
+    if constexpr (W > kWidth && kParts<T> == 1) j = groups_of.template operator()<8>(j); // twice as many registers
+    j = groups_of.template operator()<4>(j);
+    groups_of.template operator()<1>(j);
 }
 
 template <class T, int W, int Vectors, bool Conjugate> void rows_of_tiles(const View<T>& view, i64& i) {
@@ -80,10 +97,11 @@ template <class T, int W, int Vectors, bool Conjugate> void rows_of_tiles(const 
 }
 
 template <class T, bool Conjugate> void subtract(const View<T>& view) {
-    constexpr int tall = 4 - kParts<T>; // vectors: with four columns they fill the registers
+    constexpr int tall = 4 - kParts<T>; // vectors: with the columns of a tile they fill the registers
     i64 i = 0;
-    rows_of_tiles<T, kWidth, tall, Conjugate>(view, i);
-    rows_of_tiles<T, kWidth, 1, Conjugate>(view, i);
+    rows_of_tiles<T, kWidest, tall, Conjugate>(view, i);
+    rows_of_tiles<T, kWidest, 1, Conjugate>(view, i);
+    if constexpr (kWidest > kWidth) rows_of_tiles<T, kWidth, 1, Conjugate>(view, i);
     rows_of_tiles<T, kParts<T>, 1, Conjugate>(view, i);
 }
 

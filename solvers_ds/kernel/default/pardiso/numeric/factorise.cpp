@@ -21,6 +21,7 @@ template <class M> class Factorisation {
     std::atomic<i32> failure_{0};
     PivotCounts counts_;
     i32 threads_seen_ = 0;
+    std::atomic<i32> turns_{0}; // that threads have taken
 
     bool over() const { return failure_.load(std::memory_order_relaxed) != 0 || progress_.stopped(); }
 
@@ -76,7 +77,10 @@ template <class M> class Factorisation {
         }
     }
 
-    /// Threads take supernodes in the order of the schedule, in which each comes after all that update it.
+    i32 take_turn() { return turns_.fetch_add(1, std::memory_order_relaxed) + 1; }
+
+    /// Threads take supernodes in the order of the schedule, in which each comes after all that update it: a dynamic loop
+    /// of our own, for the runtime's costs more per turn than most supernodes.
     template <class Work> void run_threads(const Work& work_of) {
         UpdateQueues queues(view_.supernodes, view_.nmod, view_.queue_start, view_.link, view_.length, view_.queues);
 #pragma omp parallel num_threads(view_.threads)
@@ -85,10 +89,8 @@ template <class M> class Factorisation {
             Updater<M> updater(work_of(number));
             PivotCounts counts;
             const auto next = [&](i32 target) { return wait_for_update(queues, target); };
-#pragma omp for schedule(dynamic, 1)
-            for (i32 turn = 1; turn <= view_.supernodes.count; ++turn) {
+            for (i32 turn = take_turn(); turn <= view_.supernodes.count && !over(); turn = take_turn()) {
                 const i32 s = view_.pnlsch[turn];
-                if (over()) continue;
                 come_to(number, s);
                 if (!finish(s, updater, counts, next)) continue;
 #pragma omp critical(nxl_pardiso_queues)

@@ -104,7 +104,7 @@ template <class M> class Updater {
     }
 
     bool apply(const Operands& x, i64 rows, i64 columns, i64 depth, bool triangle, const Place& to) {
-        constexpr i64 few = 2048 * sizeof(double) / sizeof(T); // numbers of the right factor
+        constexpr i64 few = 8192 * sizeof(double) / sizeof(T); // numbers of the right factor
         if (rows == 0) return true;
         if (!to.contiguous && depth > 1 && rows * columns > work_.temp_size) return false;
         if (columns * depth <= few) {

@@ -1,0 +1,231 @@
+// dtrsyl, ztrsyl: recursive over halves of A or B, with products of level 3 between them. Jonsson and Kagstrom, ACM
+// TOMS 28 (2002). That goes on trust: the few equations in which a number leaves its room are solved once more, element
+// by element, with all of X scaled wherever it would overflow.
+#include "lapack/kernel/source/nonsymmetric/trsyl.hpp"
+#include "blas/calls.hpp"
+#include "lapack/kernel/source/common/reports.hpp"
+#include "lapack/kernel/source/common/scalars.hpp"
+#include "lapack/kernel/source/nonsymmetric/reorder.hpp"
+#include "lapack/kernel/source/nonsymmetric/small_sylvester.hpp"
+#include "service/arguments.hpp"
+#include "service/scratch.hpp"
+#include <algorithm>
+
+namespace nxl {
+namespace {
+
+/// The blocks on a diagonal one after the other, from either end.
+template <class T> class BlockWalk {
+    const Matrix<const T>& a_;
+    const bool upwards_;
+    i64 start_, size_ = 0;
+
+    i64 order(i64 k) const { return order_of_block(a_, k); }
+
+  public:
+    BlockWalk(const Matrix<const T>& a, bool upwards) : a_(a), upwards_(upwards), start_(upwards ? a.rows : 0) {}
+    bool next() {
+        if (!upwards_) {
+            start_ += size_;
+            if (start_ == a_.rows) return false;
+            size_ = order(start_);
+            return true;
+        }
+        if (start_ == 0) return false;
+        size_ = order_of_block_before(a_, start_);
+        start_ -= size_;
+        return true;
+    }
+    i64 start() const { return start_; }
+    i64 size() const { return size_; }
+    i64 end() const { return start_ + size_; }
+};
+
+template <class T> double largest_of(const Matrix<const T>& a) {
+    double largest = 0.0;
+    for (i64 j = 0; j < a.columns; ++j)
+        if (const double size = largest_abs1(a.rows, a.at(0, j)); !(size <= largest)) largest = size;
+    return largest;
+}
+
+template <class T> double largest_of_form(const Matrix<const T>& a) {
+    double largest = 0.0;
+    for (i64 j = 0; j < a.columns; ++j)
+        if (const double size = largest_abs1(rows_of_column(a, j), a.at(0, j)); !(size <= largest)) largest = size;
+    return largest;
+}
+
+/// One solution. What it has of X is to stay within `room_`, so that no sum that X goes into overflows.
+template <class T> class SylvesterRun {
+    const SylvesterEquation<T>& e_;
+    const Matrix<T> whole_;
+    const double least_, room_;
+    const bool careful_;
+    double scale_ = 1.0;
+    bool perturbed_ = false, within_room_ = true;
+
+    static constexpr i64 leaf = 24; // rows or columns that are not cut any more
+
+    /// Where to cut a Schur form: not through a block.
+    static i64 half_of(const Matrix<const T>& a) {
+        const i64 half = round_down(a.rows / 2, 8);
+        return continues_block(a, half) ? half + 1 : half;
+    }
+
+    void scale_by(double factor) {
+        for (i64 j = 0; j < whole_.columns; ++j)
+            for (i64 i = 0; i < whole_.rows; ++i) whole_(i, j) *= factor;
+        scale_ *= factor;
+    }
+
+    /// Block (k, l) of X, of which C holds what is known.
+    void solve_block(const SylvesterEquation<T>& e, const Matrix<T>& c, const BlockWalk<T>& k, const BlockWalk<T>& l) {
+        T right[4];
+        for (i64 j = 0; j < l.size(); ++j)
+            for (i64 i = 0; i < k.size(); ++i) right[i + k.size() * j] = c(k.start() + i, l.start() + j);
+        const auto x = solve_small_sylvester<T>(e.adjoint_a, e.adjoint_b, e.sign,
+                                                e.a.block(k.start(), k.start(), k.size(), k.size()),
+                                                e.b.block(l.start(), l.start(), l.size(), l.size()), right, least_);
+        perturbed_ = perturbed_ || x.perturbed;
+        const double largest = largest_abs1(k.size() * l.size(), x.x);
+        within_room_ = within_room_ && x.scale == 1.0 && largest <= room_;
+        double factor = 1.0;
+        if (careful_) {
+            if (largest > room_) factor = room_ / largest;
+            if (x.scale * factor != 1.0) scale_by(x.scale * factor);
+        }
+        for (i64 j = 0; j < l.size(); ++j)
+            for (i64 i = 0; i < k.size(); ++i) c(k.start() + i, l.start() + j) = x.x[i + k.size() * j] * factor;
+    }
+
+    /// The rows that are to come, less what rows of block k of X give them, in the columns of block l.
+    void take_rows_off(const SylvesterEquation<T>& e, const Matrix<T>& c, const BlockWalk<T>& k,
+                       const BlockWalk<T>& l) const {
+        for (i64 j = l.start(); j < l.end(); ++j)
+            for (i64 p = k.start(); p < k.end(); ++p) {
+                const T x = c(p, j);
+                if (!e.adjoint_a)
+                    for (i64 i = 0; i < k.start(); ++i) c(i, j) -= e.a(i, p) * x;
+                else
+                    for (i64 i = k.end(); i < c.rows; ++i) c(i, j) -= conj_if<true>(e.a(p, i)) * x;
+            }
+    }
+    /// The same of columns.
+    void take_columns_off(const SylvesterEquation<T>& e, const Matrix<T>& c, const BlockWalk<T>& l) const {
+        const i64 first = e.adjoint_b ? 0 : l.end(), end = e.adjoint_b ? l.start() : c.columns;
+        for (i64 j = first; j < end; ++j)
+            for (i64 q = l.start(); q < l.end(); ++q) {
+                const T factor = e.sign * (e.adjoint_b ? conj_if<true>(e.b(j, q)) : e.b(q, j));
+                for (i64 i = 0; i < c.rows; ++i) c(i, j) -= c(i, q) * factor;
+            }
+    }
+    void solve_leaf(const SylvesterEquation<T>& e, const Matrix<T>& c) {
+        for (BlockWalk<T> l(e.b, e.adjoint_b); l.next();) {
+            for (BlockWalk<T> k(e.a, !e.adjoint_a); k.next();) {
+                solve_block(e, c, k, l);
+                take_rows_off(e, c, k, l);
+            }
+            take_columns_off(e, c, l);
+        }
+    }
+
+    void solve_by_rows(const SylvesterEquation<T>& e, const Matrix<T>& c) {
+        const i64 half = half_of(e.a), rest = e.a.rows - half;
+        SylvesterEquation<T> upper = e, lower = e;
+        upper.a = e.a.block(0, 0, half, half);
+        lower.a = e.a.from(half, half);
+        const Matrix<const T> between = e.a.block(0, half, half, rest);
+        const Matrix<T> c1 = c.rows_from(0, half), c2 = c.rows_from(half, rest);
+        if (!e.adjoint_a) {
+            solve(lower, c2);
+            gemm('N', 'N', -1.0, between, c2, 1.0, c1);
+            solve(upper, c1);
+        } else {
+            solve(upper, c1);
+            gemm('C', 'N', -1.0, between, c1, 1.0, c2);
+            solve(lower, c2);
+        }
+    }
+    void solve_by_columns(const SylvesterEquation<T>& e, const Matrix<T>& c) {
+        const i64 half = half_of(e.b), rest = e.b.rows - half;
+        SylvesterEquation<T> left = e, right = e;
+        left.b = e.b.block(0, 0, half, half);
+        right.b = e.b.from(half, half);
+        const Matrix<const T> between = e.b.block(0, half, half, rest);
+        const Matrix<T> c1 = c.columns_from(0, half), c2 = c.columns_from(half, rest);
+        if (!e.adjoint_b) {
+            solve(left, c1);
+            gemm('N', 'N', -e.sign, c1, between, 1.0, c2);
+            solve(right, c2);
+        } else {
+            solve(right, c2);
+            gemm('N', 'C', -e.sign, c2, between, 1.0, c1);
+            solve(left, c1);
+        }
+    }
+    void solve(const SylvesterEquation<T>& e, const Matrix<T>& c) {
+        if (!within_room_ && !careful_) return; // it will be done again
+        if (careful_ || std::max(c.rows, c.columns) <= leaf) solve_leaf(e, c);
+        else if (c.rows >= c.columns) solve_by_rows(e, c);
+        else solve_by_columns(e, c);
+    }
+
+  public:
+    SylvesterRun(const SylvesterEquation<T>& e, const Matrix<T>& c, double least, double room, bool careful)
+        : e_(e),
+          whole_(c),
+          least_(least),
+          room_(room),
+          careful_(careful) {}
+
+    bool within_room() const { return within_room_; }
+    typename SylvesterEquation<T>::Answer run() {
+        if (const double largest = largest_of<T>(whole_); largest > room_) {
+            within_room_ = false;
+            if (careful_) scale_by(room_ / largest);
+        }
+        solve(e_, whole_);
+        return {scale_, perturbed_};
+    }
+};
+
+} // namespace
+
+template <class T> auto SylvesterEquation<T>::solve(const Matrix<T>& c, T* copy) const -> Answer {
+    constexpr double tiny = safe_minimum / (2.0 * unit_roundoff), huge = 1.0 / safe_minimum;
+    const double size = std::max(largest_of_form(a), largest_of_form(b));
+    const double least = std::max({2.0 * unit_roundoff * size, tiny * static_cast<double>(c.rows * c.columns)});
+    const double terms = 8.0 * static_cast<double>(c.rows + c.columns);
+    const double room = huge / terms / std::max(size, 1.0);
+    for (i64 j = 0; j < c.columns; ++j) std::copy_n(c.at(0, j), c.rows, copy + j * c.rows);
+    SylvesterRun<T> plain(*this, c, least, room, false);
+    const Answer answer = plain.run();
+    if (plain.within_room()) return answer;
+    for (i64 j = 0; j < c.columns; ++j) std::copy_n(copy + j * c.rows, c.rows, c.at(0, j));
+    return SylvesterRun<T>(*this, c, least, room, true).run();
+}
+template struct SylvesterEquation<double>;
+template struct SylvesterEquation<zcomplex>;
+
+template <class T>
+void trsyl(const char& trana, const char& tranb, const i64& isgn, const i64& m, const i64& n, const T* a,
+           const i64& lda, const T* b, const i64& ldb, T* c, const i64& ldc, double& scale, i64& info, int, int) {
+    constexpr const char* letters = is_complex_scalar<T> ? "NC" : "NTC";
+    Arguments arguments(routine<T>("TRSYL"));
+    arguments.letter(1, trana, letters).letter(2, tranb, letters).expect(3, isgn == 1 || isgn == -1);
+    arguments.size(4, m).size(5, n).leading(7, lda, m).leading(9, ldb, n).leading(11, ldc, m);
+    if (arguments.refused(info)) return;
+    scale = 1.0;
+    if (m == 0 || n == 0) return;
+    const Scratch<T> copy(m * n);
+    if (!copy.data()) return refuse_for_memory(routine<T>("TRSYL"), info);
+    const SylvesterEquation<T> equation{
+        {a, m, m, lda}, {b, n, n, ldb}, trana != 'N', tranb != 'N', static_cast<double>(isgn)};
+    const auto answer = equation.solve(Matrix<T>{c, m, n, ldc}, copy.data());
+    scale = answer.scale;
+    info = answer.perturbed ? 1 : 0;
+}
+template decltype(trsyl<double>) trsyl<double>;
+template decltype(trsyl<zcomplex>) trsyl<zcomplex>;
+
+} // namespace nxl

@@ -1,0 +1,59 @@
+// What a decomposition is to the program: it takes a matrix and gives values and vectors. Each kind is a function of
+// its own, in a file of its own, and a line in decompose().
+#pragma once
+
+#include "matrix_market.hpp"
+#include "sparse_matrix.hpp"
+
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace eig {
+
+using solve::AnyMatrix;
+using solve::Complex;
+using AnyBlock = std::variant<solve::Block<double>, solve::Block<Complex>>;
+
+/// Which values are wanted: all, those of these numbers, or those in an interval.
+struct Selection {
+    enum class By { nothing, number, value } by = By::nothing;
+    int first = 1, last = -1;     // ascending, from 1; below 0 counted from the end
+    double low = 0.0, high = 0.0; // low < value <= high
+    bool all() const { return by == By::nothing; }
+};
+
+struct Wish {
+    std::string method = "auto"; // or "dense", "band"
+    Selection selection;
+    bool vectors = false;
+};
+
+struct Spectrum {
+    std::string method;         // for the report
+    bool real = true;           // the values
+    std::vector<Complex> value; // ascending where they are real
+    AnyBlock vector;            // a column for each value; no columns where they were not wanted
+    int failed = 0;             // vectors that have not converged
+    double norm = 0.0;          // |A|, infinity norm
+    double residual = 0.0;      // the largest |A v - lambda v| / |A|
+    double orthogonality = 0.0; // the largest element of |V^H V - I|
+
+    std::size_t vectors() const {
+        return std::visit([](const auto& block) { return static_cast<std::size_t>(block.count); }, vector);
+    }
+};
+
+/// A matrix whose spectrum cannot be had, in one line. Exit status 1.
+class Refusal : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// The spectrum of any matrix that one of the kinds below is for; throws Refusal.
+Spectrum decompose(const AnyMatrix& matrix, const Wish& wish);
+
+/// Of a symmetric or Hermitian matrix.
+template <class T> Spectrum self_adjoint(const solve::SparseMatrix<T>& a, const Wish& wish);
+
+} // namespace eig

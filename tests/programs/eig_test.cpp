@@ -1,0 +1,130 @@
+// nxl-eig from outside: spectra that are known in closed form, vectors against their matrix, and what is refused.
+#include "run_program.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <sstream>
+#include <vector>
+
+namespace {
+
+using program_test::number_after;
+
+class Eig : public program_test::Program {
+  protected:
+    Eig() : program_test::Program(NXL_EIG_PROGRAM) {}
+
+    /// The numbers of an array file.
+    std::vector<double> numbers(const std::string& name) const {
+        std::istringstream text(read(name));
+        std::string line;
+        while (std::getline(text, line) && line.starts_with('%')) {
+        }
+        std::vector<double> found; // `line` has the sizes
+        for (double value = 0.0; text >> value;) found.push_back(value);
+        return found;
+    }
+    void expect_near(const std::vector<double>& found, const std::vector<double>& expected, const std::string& what) {
+        ASSERT_EQ(found.size(), expected.size()) << what;
+        for (std::size_t k = 0; k < found.size(); ++k) EXPECT_NEAR(found[k], expected[k], 1e-12) << what << k;
+    }
+};
+
+/// Of poisson2d:n, ascending.
+std::vector<double> laplacian_spectrum(int n) {
+    std::vector<double> values;
+    const auto line = [n](int k) { return 4.0 * std::pow(std::sin(M_PI * k / (2.0 * (n + 1))), 2); };
+    for (int i = 1; i <= n; ++i)
+        for (int j = 1; j <= n; ++j) values.push_back(line(i) + line(j));
+    std::sort(values.begin(), values.end());
+    return values;
+}
+
+TEST_F(Eig, LaplacianHasItsSpectrumByEveryMethodAndChoice) {
+    const auto all = laplacian_spectrum(9);
+    const auto below = [&](double bound) { return std::upper_bound(all.begin(), all.end(), bound); };
+    const std::pair<std::string, std::vector<double>> choices[] = {
+        {"", all},
+        {"--values 3:20", {all.begin() + 2, all.begin() + 20}},
+        {"--values=-4:-1", {all.end() - 4, all.end()}},
+        {"--range 1.5:2.5", {below(1.5), below(2.5)}},
+        {"--range=-inf:1", {all.begin(), below(1.0)}},
+        {"--range 100:200", {}},
+    };
+    for (const std::string method : {"dense", "band"})
+        for (const auto& [choice, expected] : choices)
+            for (const std::string vectors : {"", " --check"}) {
+                const std::string line =
+                    "--generate poisson2d:9 --output values --method " + method + " " + choice + vectors;
+                const auto run = this->run(line);
+                EXPECT_EQ(run.status, 0) << line << run.err;
+                expect_near(numbers("values"), expected, line);
+                if (vectors.empty() || expected.empty()) continue;
+                EXPECT_LT(number_after(run.out, "residual"), 1e-14) << line;
+                EXPECT_LT(number_after(run.out, "orthogonal"), 1e-13) << line;
+            }
+}
+
+TEST_F(Eig, HermitianFileHasVectors) {
+    constexpr int n = 12;
+    std::string text = "%%MatrixMarket matrix coordinate complex hermitian\n12 12 11\n";
+    for (int i = 1; i < n; ++i) text += std::to_string(i + 1) + " " + std::to_string(i) + " 0.6 0.8\n";
+    write("a.mtx", text);
+    std::vector<double> expected;
+    for (int k = n; k >= 1; --k) expected.push_back(2.0 * std::cos(M_PI * k / (n + 1)));
+    for (const std::string method : {"dense", "band"}) {
+        EXPECT_EQ(run("a.mtx --output values --vectors vectors --method " + method).status, 0);
+        expect_near(numbers("values"), expected, method);
+        const auto parts = numbers("vectors");
+        ASSERT_EQ(parts.size(), 2U * n * n);
+        const auto v = [&](int i, int j) {
+            const auto at = static_cast<std::size_t>(2 * (i + n * j));
+            return i < 0 || i >= n ? 0.0 : std::complex<double>(parts[at], parts[at + 1]);
+        };
+        const std::complex<double> below(0.6, 0.8);
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < n; ++i) {
+                const auto product = below * v(i - 1, j) + std::conj(below) * v(i + 1, j);
+                EXPECT_LT(std::abs(product - expected[static_cast<std::size_t>(j)] * v(i, j)), 1e-13) << method;
+            }
+    }
+}
+
+/// Halving the span of a beam makes its lowest bending mode about four times as fast.
+TEST_F(Eig, BridgeSwingsSlowerTheLongerItIs) {
+    const auto lowest = [&](const std::string& bays) {
+        const auto run = this->run("--generate vibration:" + bays + " --values 1:1 --modes modes.svg");
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_NE(read("modes.svg").find("Hz"), std::string::npos);
+        return std::sqrt(number_after(run.out, "\n          1 "));
+    };
+    const double ratio = lowest("30") / lowest("60");
+    EXPECT_GT(ratio, 3.5);
+    EXPECT_LT(ratio, 4.5);
+}
+
+TEST_F(Eig, WhatIsRefused) {
+    write("general.mtx", "%%MatrixMarket matrix coordinate real general\n2 2 2\n1 2 1\n2 2 1\n");
+    const std::tuple<std::string, int, std::string> cases[] = {
+        {"general.mtx", 1, "not symmetric"},
+        {"missing.mtx", 1, "missing.mtx"},
+        {"--generate poisson2d:4 --values 17:20", 1, "names none"},
+        {"--generate poisson2d:4 --output no/such", 1, "no/such"},
+        {"--generate poisson2d:4 --values 1-5", 2, "--values"},
+        {"--generate poisson2d:4 --range 3:1", 2, "--range"},
+        {"--generate poisson2d:4 --range 1:nan", 2, "--range"},
+        {"--generate poisson2d:4 --values 1:2 --range 1:2", 2, "--range"},
+        {"--generate poisson2d:4 --modes m.svg", 2, "--modes"},
+        {"--generate vibration:0", 2, "vibration"},
+        {"", 2, "expected"},
+    };
+    for (const auto& [arguments, status, text] : cases) {
+        const auto run = this->run(arguments);
+        EXPECT_EQ(run.status, status) << arguments;
+        EXPECT_NE(run.err.find(text), std::string::npos) << arguments << run.err;
+        EXPECT_EQ(run.out, "") << arguments;
+    }
+}
+
+} // namespace
