@@ -5,27 +5,13 @@
 #include "lapack/kernel/source/singular/bidiagonal_merge.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
+#include "lapack/kernel/source/common/share_work.hpp"
 #include "lapack/kernel/source/eigen/secular.hpp"
-#include "service/slice.hpp"
-#include "service/threads.hpp"
 #include "service/workspace.hpp"
 #include <cmath>
 
 namespace nxl {
 namespace {
-
-/// body(start, end) for parts of `count` items, each of which is so many operations; on several threads where it pays.
-template <class Body> void share(i64 count, double work, const Body& body) {
-    constexpr double least = 1e5; // operations that are worth a thread
-    constexpr i64 unit = 4;
-    const i64 most = std::min(static_cast<i64>(static_cast<double>(count) * work / least), count / unit);
-    if (most < 2 || region_would_be_serial()) return body(i64{0}, count);
-    const int parts = static_cast<int>(std::min(most, i64{max_threads(domain_all)}));
-    parallel_blocks(parts, parts, [&](int part) {
-        const Slice mine = balanced_slice(count, unit, part, parts);
-        body(mine.start, mine.end());
-    });
-}
 
 /// Where a column is not zero: in the first k + 1 rows, in the others, or in both.
 enum Rows : i64 { top, both, bottom };
@@ -167,14 +153,14 @@ class Merge {
         }
         const SecularEquation equation{SecularEquation::Poles::squared, k, poles_, weights_, 1.0};
         const auto size = static_cast<double>(k);
-        share(k, 20.0 * size, [&](i64 start, i64 end) {
+        share_work(k, 4, 20.0 * size, [&](i64 start, i64 end) {
             for (i64 j = start; j < end; ++j) d_[j] = equation.root(j, distances.at(0, j), sums.at(0, j));
         });
-        share(k, 8.0 * size, [&](i64 start, i64 end) {
+        share_work(k, 4, 8.0 * size, [&](i64 start, i64 end) {
             equation.weights_of_roots(start, end, distances, sums, found_);
             for (i64 i = start; i < end; ++i) found_[i] = std::copysign(std::sqrt(std::fabs(found_[i])), z_[kept_[i]]);
         });
-        share(k, 8.0 * size, [&](i64 start, i64 end) {
+        share_work(k, 4, 8.0 * size, [&](i64 start, i64 end) {
             for (i64 j = start; j < end; ++j) {
                 double *const distance = distances.at(0, j), *const vector = vectors.at(0, j);
                 const double* const sum = sums.at(0, j);
@@ -191,7 +177,7 @@ class Merge {
     /// Left vectors from the right ones: M v = s u.
     void make_left(const Matrix<double>& vectors) const {
         const i64 k = kept_count_;
-        share(k, 4.0 * static_cast<double>(k), [&](i64 start, i64 end) {
+        share_work(k, 4, 4.0 * static_cast<double>(k), [&](i64 start, i64 end) {
             for (i64 j = start; j < end; ++j) {
                 double* const vector = vectors.at(0, j);
                 for (i64 i = 0; i < k; ++i) vector[place_[i]] *= poles_[i];

@@ -58,13 +58,23 @@ class Dqds {
     static constexpr double border = -1.0; // in the place of an e between parts
 
     const i64 n_;
-    const QdArray now_, next_;
+    QdArray now_, next_;                   // which agree outside of the block that is worked on
     double *const values_, *const shifts_; // shifts_[k]: what has been subtracted from the block that ends at k
     static constexpr double coupled = 0.56, least_part = 0.25;
     Pivots pivots_;
     double part_ = least_part;
     i64 passes_left_;
 
+    /// The part before element k becomes a block of its own.
+    void leave_for_later(i64 k, double shifted) const {
+        now_.e[k - 1] = next_.e[k - 1] = border;
+        shifts_[k - 1] = shifted;
+        next_.q[k - 1] = now_.q[k - 1];
+        for (i64 i = k - 2; i >= 0 && now_.e[i] != border; --i) {
+            next_.q[i] = now_.q[i];
+            next_.e[i] = now_.e[i];
+        }
+    }
     /// The first element of the block that ends at `last`: what couples it to the one before is nothing beside any
     /// eigenvalue.
     i64 start_of_block(i64 last) const {
@@ -72,10 +82,7 @@ class Dqds {
         i64 k = last;
         if (k > 0 && now_.e[k - 1] != border) --k; // the last coupling is looked at by itself
         while (k > 0 && now_.e[k - 1] > threshold) --k;
-        if (k > 0 && now_.e[k - 1] != border) { // the part before is left for later
-            now_.e[k - 1] = border;
-            shifts_[k - 1] = shifts_[last];
-        }
+        if (k > 0 && now_.e[k - 1] != border) leave_for_later(k, shifts_[last]);
         return k;
     }
     bool is_negligible(i64 k, double shifted) const { return now_.e[k] <= negligible * (shifted + now_.q[k + 1]); }
@@ -139,8 +146,7 @@ class Dqds {
         for (int attempt = 0; passes_left_-- > 0; ++attempt) {
             const Pivots pivots = transform(now_, next_, first, last, shift);
             if (pivots.is_valid()) {
-                std::copy(next_.q + first, next_.q + last + 1, now_.q + first);
-                std::copy(next_.e + first, next_.e + last, now_.e + first);
+                std::swap(now_, next_);
                 shifts_[last] += shift;
                 if (attempt == 0) part_ += (1.0 - part_) / 3.0;
                 pivots_ = pivots;
@@ -173,6 +179,8 @@ class Dqds {
 
     bool run() {
         std::fill_n(shifts_, n_, 0.0);
+        std::copy_n(now_.q, n_, next_.q);
+        std::copy_n(now_.e, n_ - 1, next_.e);
         i64 before = -1; // where the last block began
         for (i64 last = n_ - 1; last >= 0;) {
             const i64 first = start_of_block(last);
