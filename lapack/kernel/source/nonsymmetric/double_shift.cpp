@@ -146,12 +146,11 @@ template <class T> i64 iterate_double_shift(const SchurIteration<T>& s, i64 firs
     return 0;
 }
 
-#define NXL_INSTANTIATE(T)                                                                                             \
-    template struct SchurIteration<T>;                                                                                 \
-    template void start_bulge(const Operand<T>&, i64, const Eigenpair&, T*);                                           \
-    template i64 iterate_double_shift(const SchurIteration<T>&, i64, i64)
-NXL_INSTANTIATE(double);
-NXL_INSTANTIATE(zcomplex);
-#undef NXL_INSTANTIATE
+template struct SchurIteration<double>;
+template struct SchurIteration<zcomplex>;
+template void start_bulge(const Operand<double>&, i64, const Eigenpair&, double*);
+template void start_bulge(const Operand<zcomplex>&, i64, const Eigenpair&, zcomplex*);
+template i64 iterate_double_shift(const SchurIteration<double>&, i64, i64);
+template i64 iterate_double_shift(const SchurIteration<zcomplex>&, i64, i64);
 
 } // namespace nxl

@@ -123,11 +123,9 @@ template <class T> i64 iterate_to_schur(const SchurIteration<T>& s, i64 first, i
                                                       : iterate_multishift(s, first, end);
 }
 
-#define NXL_INSTANTIATE(T)                                                                                             \
-    template i64 iterate_multishift(const SchurIteration<T>&, i64, i64);                                               \
-    template i64 iterate_to_schur(const SchurIteration<T>&, i64, i64)
-NXL_INSTANTIATE(double);
-NXL_INSTANTIATE(zcomplex);
-#undef NXL_INSTANTIATE
+template i64 iterate_multishift(const SchurIteration<double>&, i64, i64);
+template i64 iterate_multishift(const SchurIteration<zcomplex>&, i64, i64);
+template i64 iterate_to_schur(const SchurIteration<double>&, i64, i64);
+template i64 iterate_to_schur(const SchurIteration<zcomplex>&, i64, i64);
 
 } // namespace nxl
