@@ -26,7 +26,8 @@ struct Routine {
     std::function<void(Symbol symbol, Operands& operands, i64 calls)> run;
 };
 
-/// The rows of each level, of the factorisations, of other LAPACK, of eigenproblems and of the primitives, in a file of its own.
+/// The rows of each level, of the factorisations, of other LAPACK, of eigenproblems and of the primitives, in a file of
+/// its own.
 const std::vector<Routine>& level1_routines();
 const std::vector<Routine>& level2_routines();
 const std::vector<Routine>& level3_routines();

@@ -147,7 +147,7 @@ template <bool Rounded, int P, class T> i64 eliminate_column(i64 m, T* a, i64 ld
     for (int p = 0; p < P; ++p) multiplier[p] = a[p + P * lda];
     return find_pivot(P, m, a + P * lda, [&](i64 start, i64 count) {
         return eliminate<T, P, kWidest, Rounded>(0, count * kParts<T>, parts(a + start), lda * kParts<T>, multiplier,
-                                                scale, -1.0);
+                                                 scale, -1.0);
     });
 }
 template <bool Rounded, class T, int P = 1> i64 eliminate_column(i64 j, i64 m, T* a, i64 lda, T scale) {

@@ -79,8 +79,8 @@ template <class M> class Factorisation {
 
     i32 take_turn() { return turns_.fetch_add(1, std::memory_order_relaxed) + 1; }
 
-    /// Threads take supernodes in the order of the schedule, in which each comes after all that update it: a dynamic loop
-    /// of our own, for the runtime's costs more per turn than most supernodes.
+    /// Threads take supernodes in the order of the schedule, in which each comes after all that update it: a dynamic
+    /// loop of our own, for the runtime's costs more per turn than most supernodes.
     template <class Work> void run_threads(const Work& work_of) {
         UpdateQueues queues(view_.supernodes, view_.nmod, view_.queue_start, view_.link, view_.length, view_.queues);
 #pragma omp parallel num_threads(view_.threads)
