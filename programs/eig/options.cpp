@@ -42,21 +42,22 @@ void declare(CLI::App& app, Options& o, std::string& values, std::string& range)
     app.add_option("FILE", o.file, "Matrix in Matrix Market form, plain or gzip")->option_text(".mtx|.mtx.gz");
     app.add_option("--generate", o.generate, "Make the matrix instead: KIND:SIZE, see below")->option_text("KIND:SIZE");
     app.add_option("--method", o.wish.method,
-                   "dense, or band; auto takes band where it is an eighth of the matrix at most")
+                   "dense, or band of a symmetric or Hermitian matrix; auto takes band where it is an eighth of the "
+                   "matrix at most")
         ->check(CLI::IsMember({"auto", "dense", "band"}))
         ->option_text("auto|dense|band [auto]");
     auto* numbers = app.add_option("--values", values,
-                                   "Values by number, ascending, from 1; below 0 from the end: --values=-5:-1 are the "
-                                   "five largest")
+                                   "Values by number, ascending by real parts, from 1; below 0 from the end: "
+                                   "--values=-5:-1 are the five largest")
                         ->option_text("FIRST:LAST [1:-1]");
-    app.add_option("--range", range, "Values above LOW and not above HIGH, which may be -inf and inf")
+    app.add_option("--range", range, "Values with real parts above LOW and not above HIGH, which may be -inf and inf")
         ->excludes(numbers)
         ->option_text("LOW:HIGH");
     app.add_option("--vectors", o.vectors, "Compute vectors and write them, an array of a column for each value")
         ->option_text("FILE");
-    app.add_flag("--check", o.wish.vectors, "Compute vectors for the report alone: residual and orthogonality");
+    app.add_flag("--check", o.wish.vectors, "Compute vectors for the report alone: their residual and orthogonality");
     app.add_option("--output", o.output, "Write the values, an array of 17 digits")->option_text("FILE");
-    app.add_option("--plot", o.plot, "Draw the spectrum through gnuplot")
+    app.add_option("--plot", o.plot, "Draw the spectrum through gnuplot; complex values in their plane")
         ->check(common::fault_of_drawing)
         ->option_text("FILE.svg|FILE.png");
     app.add_option("--modes", o.modes, "Draw the first modes of vibration:N, up to six of those chosen")
@@ -71,8 +72,7 @@ void declare(CLI::App& app, Options& o, std::string& values, std::string& range)
 std::optional<Options> parse_options(int argc, char** argv) {
     Options options;
     std::string values, range;
-    CLI::App app("Finds eigenvalues and eigenvectors of a symmetric or Hermitian matrix from a Matrix Market file or a "
-                 "generated problem.",
+    CLI::App app("Finds eigenvalues and eigenvectors of a matrix from a Matrix Market file or a generated problem.",
                  "nxl-eig");
     declare(app, options, values, range);
     if (!common::parse(app, argc, argv)) return std::nullopt;

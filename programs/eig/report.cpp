@@ -41,7 +41,7 @@ void print(const Report& r, const Spectrum& s) {
     print_values(s, r.all_values, r.vibration);
     if (s.vectors() > 0) {
         std::printf("residual     %.2e  |A v - lambda v| / |A|, the largest\n", s.residual);
-        std::printf("orthogonal   %.2e  |V^H V - I|, its largest element\n", s.orthogonality);
+        if (s.orthogonality) std::printf("orthogonal   %.2e  |V^H V - I|, its largest element\n", *s.orthogonality);
     }
     std::printf("time         %s %.3f s, decomposition %.3f s\n", r.generated ? "generate" : "read", r.input_seconds,
                 r.seconds);

@@ -1,27 +1,17 @@
 // Symmetric and Hermitian matrices, dense (dsyevx, zheevx) or as a band (dsbevx, zhbevx; all values dsbevd, zhbevd).
-#include "spectrum.hpp"
-
 #include "method.hpp"
 #include "nxl.h"
+#include "quality.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <type_traits>
+#include <tuple>
 
 namespace eig {
 namespace {
 
 using solve::Block;
 using solve::SparseMatrix;
-
-template <class T> constexpr bool kReal = std::is_same_v<T, double>;
-
-/// The routine for T of a pair.
-template <class T, class Real, class OfComplex> auto routine_of(Real* real, OfComplex* complex) {
-    if constexpr (kReal<T>) return real;
-    else return complex;
-}
 
 /// The diagonals that are stored beside the main one, on one side.
 template <class T> int half_bandwidth(const SparseMatrix<T>& a) {
@@ -69,10 +59,7 @@ template <class T> struct Run {
         if (chosen.by == Selection::By::value) range = "V";
         if (chosen.by != Selection::By::number) return;
         range = "I";
-        first = chosen.first < 0 ? n + 1 + chosen.first : chosen.first;
-        last = std::min(chosen.last < 0 ? n + 1 + chosen.last : chosen.last, n);
-        if (first < 1 || first > last)
-            throw Refusal("of its " + std::to_string(n) + " eigenvalues --values names none");
+        std::tie(first, last) = chosen.numbers_of(n);
     }
     void expect_success(const char* routine) const {
         if (info < 0) throw std::bad_alloc();
@@ -145,34 +132,6 @@ template <class T> void all_of_band(const SparseMatrix<T>& a, int width, Run<T>&
     run.expect_success("the band routine");
 }
 
-template <class T> double largest_residual(const SparseMatrix<T>& a, const Run<T>& run) {
-    std::vector<T> product(static_cast<std::size_t>(a.n));
-    double largest = 0.0;
-    for (int j = 0; j < run.found; ++j) {
-        const T* v = run.vector.column(j);
-        solve::multiply(a, v, product.data());
-        double sum = 0.0;
-        for (std::size_t i = 0; i < product.size(); ++i)
-            sum += std::norm(product[i] - run.value[static_cast<std::size_t>(j)] * v[i]);
-        largest = std::max(largest, std::sqrt(sum));
-    }
-    return largest;
-}
-
-/// The largest element of |V^H V - I|.
-template <class T> double loss_of_orthogonality(const Block<T>& v) {
-    const auto m = static_cast<std::size_t>(v.count);
-    std::vector<T> gram(m * m);
-    const double one = 1.0, zero = 0.0;
-    routine_of<T>(dsyrk, zherk)("U", kReal<T> ? "T" : "C", &v.count, &v.n, &one, v.value.data(), &v.n, &zero,
-                                gram.data(), &v.count);
-    double largest = 0.0;
-    for (std::size_t j = 0; j < m; ++j)
-        for (std::size_t i = 0; i <= j; ++i)
-            largest = std::max(largest, std::abs(gram[i + m * j] - (i == j ? 1.0 : 0.0)));
-    return largest;
-}
-
 /// Throws Refusal where the arrays would take more than half of the memory.
 template <class T> void expect_room(int n, const Wish& wish, bool band) {
     const double squares = (band ? 0.0 : 1.0) + (wish.vectors ? (band ? 3.0 : 1.0) : 0.0);
@@ -204,7 +163,7 @@ template <class T> Spectrum self_adjoint(const SparseMatrix<T>& a, const Wish& w
     if (wish.vectors) {
         run.vector.count = run.found;
         run.vector.value.resize(static_cast<std::size_t>(a.n) * static_cast<std::size_t>(run.found));
-        if (spectrum.norm > 0.0) spectrum.residual = largest_residual(a, run) / spectrum.norm;
+        if (spectrum.norm > 0.0) spectrum.residual = largest_residual(a, run.value, run.vector) / spectrum.norm;
         spectrum.orthogonality = loss_of_orthogonality(run.vector);
         spectrum.vector = std::move(run.vector);
     }

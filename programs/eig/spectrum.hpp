@@ -5,8 +5,10 @@
 #include "matrix_market.hpp"
 #include "sparse_matrix.hpp"
 
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -22,6 +24,8 @@ struct Selection {
     int first = 1, last = -1;     // ascending, from 1; below 0 counted from the end
     double low = 0.0, high = 0.0; // low < value <= high
     bool all() const { return by == By::nothing; }
+    /// The first and last of the numbers, as counted from the start; throws Refusal where there are none among n.
+    std::pair<int, int> numbers_of(int n) const;
 };
 
 struct Wish {
@@ -31,14 +35,14 @@ struct Wish {
 };
 
 struct Spectrum {
-    std::string method;         // for the report
-    bool real = true;           // the values
-    std::vector<Complex> value; // ascending where they are real
-    AnyBlock vector;            // a column for each value; no columns where they were not wanted
-    int failed = 0;             // vectors that have not converged
-    double norm = 0.0;          // |A|, infinity norm
-    double residual = 0.0;      // the largest |A v - lambda v| / |A|
-    double orthogonality = 0.0; // the largest element of |V^H V - I|
+    std::string method;                  // for the report
+    bool real = true;                    // the values
+    std::vector<Complex> value;          // ascending by their real parts, then by their imaginary parts
+    AnyBlock vector;                     // a column for each value; no columns where they were not wanted
+    int failed = 0;                      // vectors that have not converged
+    double norm = 0.0;                   // |A|, infinity norm
+    double residual = 0.0;               // the largest |A v - lambda v| / |A|
+    std::optional<double> orthogonality; // the largest element of |V^H V - I|, where the vectors are to be orthogonal
 
     std::size_t vectors() const {
         return std::visit([](const auto& block) { return static_cast<std::size_t>(block.count); }, vector);
@@ -55,5 +59,8 @@ Spectrum decompose(const AnyMatrix& matrix, const Wish& wish);
 
 /// Of a symmetric or Hermitian matrix.
 template <class T> Spectrum self_adjoint(const solve::SparseMatrix<T>& a, const Wish& wish);
+
+/// Of any other: right vectors of length 1, and real numbers where all eigenvalues of a real matrix are.
+template <class T> Spectrum general(const solve::SparseMatrix<T>& a, const Wish& wish);
 
 } // namespace eig

@@ -10,6 +10,7 @@
 namespace {
 
 using program_test::number_after;
+using Complex = std::complex<double>;
 
 class Eig : public program_test::Program {
   protected:
@@ -23,6 +24,15 @@ class Eig : public program_test::Program {
         }
         std::vector<double> found; // `line` has the sizes
         for (double value = 0.0; text >> value;) found.push_back(value);
+        return found;
+    }
+    /// The same as complex numbers, whatever the file has.
+    std::vector<Complex> complex_numbers(const std::string& name) const {
+        const auto parts = numbers(name);
+        const bool pairs = read(name).find(" complex ") != std::string::npos;
+        std::vector<Complex> found;
+        for (std::size_t k = 0; k < parts.size(); k += pairs ? 2 : 1)
+            found.emplace_back(parts[k], pairs ? parts[k + 1] : 0.0);
         return found;
     }
     void expect_near(const std::vector<double>& found, const std::vector<double>& expected, const std::string& what) {
@@ -91,6 +101,69 @@ TEST_F(Eig, HermitianFileHasVectors) {
     }
 }
 
+/// Of order 12: `below` and `above` the diagonal, and `corner` at the upper right. With corner = below, above = 0 the
+/// eigenvalues are roots of below^12, with corner = 0 those of a band 2 sqrt(below above) cos(k pi / 13).
+struct Unsymmetric {
+    const char* field;
+    Complex below, above, corner;
+    static constexpr int n = 12;
+    Complex at(int i, int j) const { return j == i - 1 ? below : j == i + 1 ? above : j == i + n - 1 ? corner : 0.0; }
+    std::vector<Complex> spectrum() const {
+        std::vector<Complex> values;
+        for (int k = 1; k <= n; ++k)
+            values.push_back(corner == 0.0 ? 2.0 * std::sqrt(below * above) * std::cos(M_PI * k / (n + 1))
+                                           : below * std::polar(1.0, 2.0 * M_PI * k / n));
+        return values;
+    }
+    std::string text() const {
+        std::ostringstream file;
+        file << "%%MatrixMarket matrix array " << field << " general\n" << n << " " << n << "\n";
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < n; ++i) {
+                file << at(i, j).real();
+                if (*field == 'c') file << " " << at(i, j).imag();
+                file << "\n";
+            }
+        return file.str();
+    }
+};
+
+TEST_F(Eig, UnsymmetricFilesHaveTheirSpectraAndVectors) {
+    const Unsymmetric cases[] = {
+        {"real", 2.0, 0.0, 2.0}, // pairs
+        {"real", 0.5, 2.0, 0.0}, // all real
+        {"complex", {1.0, 1.0}, 0.0, {1.0, 1.0}},
+        {"complex", {0.5, 0.5}, 2.0, 0.0},
+    };
+    for (const Unsymmetric& a : cases) {
+        write("a.mtx", a.text());
+        const auto run = this->run("a.mtx --output values --vectors vectors --plot spectrum.svg");
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_LT(number_after(run.out, "residual"), 1e-14);
+        EXPECT_EQ(run.out.find("orthogonal"), std::string::npos);
+        const auto value = complex_numbers("values"), vector = complex_numbers("vectors");
+        ASSERT_EQ(value.size(), 12U);
+        ASSERT_EQ(vector.size(), 144U);
+        for (const Complex exact : a.spectrum())
+            EXPECT_TRUE(std::any_of(value.begin(), value.end(), [&](Complex v) { return std::abs(v - exact) < 1e-11; }))
+                << exact;
+        for (std::size_t k = 0; k < 12; ++k) {
+            if (k > 0) EXPECT_LE(value[k - 1].real(), value[k].real());
+            for (int i = 0; i < a.n; ++i) {
+                Complex sum = 0.0;
+                for (int j = 0; j < a.n; ++j) sum += a.at(i, j) * vector[12 * k + static_cast<std::size_t>(j)];
+                EXPECT_LT(std::abs(sum - value[k] * vector[12 * k + static_cast<std::size_t>(i)]), 1e-13);
+            }
+        }
+        const auto right = [&] { return complex_numbers("right"); };
+        EXPECT_EQ(this->run("a.mtx --output right --values=-2:-1").status, 0);
+        EXPECT_NEAR(right().front().real(), value[10].real(), 1e-13);
+        EXPECT_EQ(this->run("a.mtx --output right --range=-inf:0.1").status, 0);
+        EXPECT_EQ(static_cast<std::ptrdiff_t>(right().size()),
+                  std::count_if(value.begin(), value.end(), [](Complex v) { return v.real() <= 0.1; }));
+    }
+}
+
 /// Halving the span of a beam makes its lowest bending mode about four times as fast.
 TEST_F(Eig, BridgeSwingsSlowerTheLongerItIs) {
     const auto lowest = [&](const std::string& bays) {
@@ -107,7 +180,7 @@ TEST_F(Eig, BridgeSwingsSlowerTheLongerItIs) {
 TEST_F(Eig, WhatIsRefused) {
     write("general.mtx", "%%MatrixMarket matrix coordinate real general\n2 2 2\n1 2 1\n2 2 1\n");
     const std::tuple<std::string, int, std::string> cases[] = {
-        {"general.mtx", 1, "not symmetric"},
+        {"general.mtx --method band", 1, "needs a symmetric"},
         {"missing.mtx", 1, "missing.mtx"},
         {"--generate poisson2d:4 --values 17:20", 1, "names none"},
         {"--generate poisson2d:4 --output no/such", 1, "no/such"},
