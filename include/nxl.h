@@ -1360,10 +1360,10 @@ void zbdsqr(const char* uplo, const int* n, const int* ncvt, const int* nru, con
  * jobvt the same for V^H in vt(n,n), vt(min(m,n),n) and the rows of a; not both O. a is destroyed otherwise.
  * work(lwork), lwork at least max(1, 3 min(m,n) + max(m,n), 5 min(m,n)), complex 2 min(m,n) + max(m,n), and rwork(5
  * min(m,n)); lwork -1 asks for the size, which comes back in work(1) and does nothing else. info: 0; the number of
- * superdiagonals of a bidiagonal form that have not converged, they then stand in work(2...), complex rwork; -1000
- * when there is no memory; or -i when argument i is bad, which is reported as well: 1 jobu, 2 jobvt, 3 m, 4 n, 6
- * lda, 9 ldu, 11 ldvt, 13 lwork. Golub and Van Loan, Matrix Computations, 4th ed., section 8.6; tall ones by way of
- * their triangle: Chan, ACM TOMS 8 (1982). */
+ * superdiagonals of a bidiagonal form, of A^H where m < n, that have not converged, and then stand in work(2...),
+ * complex rwork; -1000 when there is no memory; or -i when argument i is bad, which is reported as well: 1 jobu, 2
+ * jobvt, 3 m, 4 n, 6 lda, 9 ldu, 11 ldvt, 13 lwork. Golub and Van Loan, Matrix Computations, 4th ed., section 8.6; tall
+ * ones by way of their triangle: Chan, ACM TOMS 8 (1982). */
 void dgesvd(const char* jobu, const char* jobvt, const int* m, const int* n, double* a, const int* lda, double* s,
             double* u, const int* ldu, double* vt, const int* ldvt, double* work, const int* lwork, int* info,
             NXL_LENGTH(jobu_length), NXL_LENGTH(jobvt_length)) NXL_NOEXCEPT;
