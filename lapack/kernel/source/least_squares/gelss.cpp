@@ -34,7 +34,7 @@ template <class T> struct Problem {
 /// The smallest part that the published division ends in, and its levels.
 constexpr i64 smallest_part = 25;
 i64 levels(i64 order) {
-    if (order == 0) return 0;
+    if (order < 1) return 0; // sizes have not been checked yet
     const double halvings = std::log2(static_cast<double>(order) / static_cast<double>(smallest_part + 1));
     return std::max(static_cast<i64>(halvings) + 1, i64{0});
 }

@@ -239,13 +239,14 @@ template <class T> void finish(i64 n, double* d, const TurnedColumns<T>& turned)
     for (i64 j = 0; j < n; ++j)
         if (std::signbit(d[j])) {
             d[j] = -d[j];
-            scal(turned.right.rows, -1.0, turned.right.at(0, j), 1);
+            if (turned.right.rows > 0) scal(turned.right.rows, -1.0, turned.right.at(0, j), 1);
         }
     for (i64 i = 0; i + 1 < n; ++i) {
         const i64 largest = std::max_element(d + i, d + n) - d;
         if (largest == i) continue;
         std::swap(d[i], d[largest]);
-        for (const Matrix<T>* m : all) swap(m->rows, m->at(0, i), 1, m->at(0, largest), 1);
+        for (const Matrix<T>* m : all)
+            if (m->rows > 0) swap(m->rows, m->at(0, i), 1, m->at(0, largest), 1);
     }
 }
 
