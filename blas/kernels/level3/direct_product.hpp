@@ -43,7 +43,7 @@ template <class T, int Vectors, int Columns, class LastLanes, class B>
     const auto load_rows = [&](const double* p, int v) __attribute__((always_inline)) {
         return v == Vectors - 1 ? last.load(p + v * 8) : load<8>(p + v * 8);
     };
-    Sums<2 * Vectors, Columns, 8> sums;
+    Sums<Vectors, Columns, 8, 8> sums;
     const double* a = parts(g.a.data + i);
     const i64 step = g.a.along_p * kParts<T>;
     for (i64 p = 0; p < g.k; ++p, a += step, b.next())
