@@ -199,7 +199,8 @@ void place_panels(const TriangularProblem<T>& problem, const double* panel, i64 
         for (i64 p = 0; p < problem.order; p += kGroup<T>) {
             const double* const from = panel + p * kPanel;
             if (count < kPanelRows<T> || problem.order - p < kGroup<T>) {
-                place_edge<kPanel>(from, problem, r, least(count, kPanelRows<T>), p, least(kGroup<T>, problem.order - p));
+                place_edge<kPanel>(from, problem, r, least(count, kPanelRows<T>), p,
+                                   least(kGroup<T>, problem.order - p));
                 continue;
             }
             Quad entries;

@@ -82,11 +82,7 @@ template <class T, class Tile, class Multiply>
 [[gnu::always_inline]] inline void tile(const Place& at, const Result<T>& to, const Multiply& multiply) {
     if (to.outside(at.i, at.rows, at.j, at.columns)) return;
     T* const c = to.c + at.i + at.j * to.ldc;
-    for (int column = 0; column < Tile::columns / kParts<T>; ++column) {
-        __builtin_prefetch(c + column * to.ldc, 1);
-        if constexpr (Tile::vectors > 1) __builtin_prefetch(c + column * to.ldc + at.rows - 1, 1);
-    }
-    const Tile sums = multiply();
+    const Tile sums = multiply(ColumnsAhead{parts(c), to.ldc * kParts<T>, Tile::columns / kParts<T>});
     if (at.rows * kParts<T> == Tile::height && to.inside(at.i, at.rows, at.j, at.columns))
         return store_tile<T>(sums, to, c);
     double values[Tile::columns / kParts<T>][Tile::height]; // a copy, so that the sums themselves can stay in registers
@@ -111,10 +107,10 @@ template <class T, int Panels, int Columns, class B>
     const i64 rest = a.rows - first;
     const double* const panels = a.panels + panel * a.stride;
     tile<T, Tile>({i + first, rest < height ? rest : height, j, Columns / kParts<T>}, to,
-                  [&]() __attribute__((always_inline)) {
+                  [&](ColumnsAhead c) __attribute__((always_inline)) {
                       if constexpr (unrolled_k > 0 && Columns == kPanel)
-                          if (steps == unrolled_k) return multiply_unrolled<unrolled_k, Tile>(panels, a.stride, b);
-                      return multiply_panels<Tile>(steps, panels, a.stride, b);
+                          if (steps == unrolled_k) return multiply_unrolled<unrolled_k, Tile>(panels, a.stride, b, c);
+                      return multiply_panels<Tile>(steps, panels, a.stride, b, c);
                   });
 }
 
@@ -223,9 +219,10 @@ template <class T, class Pairs>
     for (i64 row = 0; row < a.rows; row += height) {
         const double* const panel = a.panels + row / kPanelRows<T> * a.stride + row % kPanelRows<T> * kParts<T>;
         const i64 rest = a.rows - row;
-        tile<T, CrossedSums>(
-            {i + row, rest < height ? rest : height, j, 8 / kParts<T>}, to,
-            [&]() __attribute__((always_inline)) { return multiply_panels<CrossedSums>(steps, panel, 0, b); });
+        tile<T, CrossedSums>({i + row, rest < height ? rest : height, j, 8 / kParts<T>}, to,
+                             [&](ColumnsAhead c) __attribute__((always_inline)) {
+                                 return multiply_panels<CrossedSums>(steps, panel, 0, b, c);
+                             });
     }
 }
 

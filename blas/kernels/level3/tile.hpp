@@ -75,7 +75,7 @@ template <int Panels, int Columns, int W = kWidth, int High = kPanel> struct Sum
     static constexpr int panel = High;
     static constexpr int vectors = Panels * High / W;
     static constexpr int height = Panels * High; // in doubles, as columns are
-    static constexpr int unroll = 4;               // steps of k
+    static constexpr int unroll = 4;             // steps of k
     static constexpr int columns = Columns;
     Vec<W> of[vectors][Columns] = {};
 
@@ -146,27 +146,53 @@ template <int Step> struct PackedPairs {
     [[gnu::always_inline]] void next() { at += Step, second += Step; }
 };
 
+/// Columns of C that come into the cache while sums are formed, one in each round of the loop over k: all at once, they
+/// would keep the lines of A waiting behind them.
+struct ColumnsAhead {
+    const double* at;
+    i64 column; // doubles from one column to the next
+    i64 left;
+
+    template <int Height> [[gnu::always_inline]] void fetch() {
+        for (int row = 0; row < Height; row += 8) __builtin_prefetch(at + row, 1);
+        __builtin_prefetch(at + Height - 1, 1);
+        at += column;
+    }
+};
+
+/// A round of steps of k, after which a and b stand at the next.
+template <class Tile, class B>
+[[gnu::always_inline]] inline void add_round(Tile& sums, const double*& a, i64 panel_stride, B& b) {
+#pragma clang loop unroll(full)
+    for (int q = 0; q < Tile::unroll; ++q, b.next()) sums.step(a + q * Tile::panel, panel_stride, b);
+    a += Tile::unroll * Tile::panel;
+}
+
 /// Adds the products of k steps to the sums.
 template <class Tile, class B>
-[[gnu::always_inline]] inline void add_products(Tile& sums, i64 k, const double* a, i64 panel_stride, B b) {
-    for (i64 p = k / Tile::unroll; p > 0; --p, a += Tile::unroll * Tile::panel) {
-#pragma clang loop unroll(full)
-        for (int q = 0; q < Tile::unroll; ++q, b.next()) sums.step(a + q * Tile::panel, panel_stride, b);
+[[gnu::always_inline]] inline void add_products(Tile& sums, i64 k, const double* a, i64 panel_stride, B b,
+                                                ColumnsAhead c = {}) {
+    i64 rounds = k / Tile::unroll;
+    for (i64 p = rounds < c.left ? rounds : c.left; p > 0; --p, --rounds) {
+        c.template fetch<Tile::height>();
+        add_round(sums, a, panel_stride, b);
     }
+    for (; rounds > 0; --rounds) add_round(sums, a, panel_stride, b);
     for (i64 p = k % Tile::unroll; p > 0; --p, a += Tile::panel, b.next()) sums.step(a, panel_stride, b);
 }
 
 template <class Tile, class B>
-[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b) {
+[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b, ColumnsAhead c) {
     Tile sums;
-    add_products(sums, k, a, panel_stride, b);
+    add_products(sums, k, a, panel_stride, b, c);
     return sums;
 }
 
 /// The same for a number of steps known beforehand, without a loop.
 template <int K, class Tile, class B>
-[[gnu::always_inline]] inline Tile multiply_unrolled(const double* a, i64 panel_stride, B b) {
+[[gnu::always_inline]] inline Tile multiply_unrolled(const double* a, i64 panel_stride, B b, ColumnsAhead c) {
     Tile sums;
+    for (; c.left > 0; --c.left) c.template fetch<Tile::height>();
 #pragma clang loop unroll(full)
     for (int p = 0; p < K; ++p, b.next()) sums.step(a + p * Tile::panel, panel_stride, b);
     return sums;

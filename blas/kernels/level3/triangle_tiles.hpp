@@ -5,8 +5,8 @@
 
 namespace nxl::NXL_TARGET {
 
-// A tile is a group of 4 real entries, or 2 complex ones, of up to three panels of right-hand sides. It is the tile of the
-// matrix product, with a triangle behind:
+// A tile is a group of 4 real entries, or 2 complex ones, of up to three panels of right-hand sides. It is the tile of
+// the matrix product, with a triangle behind:
 //
 //     panels of right-hand sides                       packed group of t
 //     | x x x x x x x x | b b b b | . . . |            steps 0 .. j - 1, then the corner
