@@ -146,18 +146,23 @@ template <int Step> struct PackedPairs {
     [[gnu::always_inline]] void next() { at += Step, second += Step; }
 };
 
-/// Columns of C that come into the cache while sums are formed, one in each round of the loop over k: all at once, they
-/// would keep the lines of A waiting behind them.
+/// Columns of C that come into the cache while sums are formed: few at once, many one by one in the rounds of the loop
+/// over k, for the lines of A would have to wait behind them.
 struct ColumnsAhead {
     const double* at;
     i64 column; // doubles from one column to the next
     i64 left;
 
     template <int Height> [[gnu::always_inline]] void fetch() {
-        for (int row = 0; row < Height; row += 8) __builtin_prefetch(at + row, 1);
+        for (int row = 0; row + 8 <= Height; row += 8) __builtin_prefetch(at + row, 1);
         __builtin_prefetch(at + Height - 1, 1);
         at += column;
+        --left;
     }
+    template <int Height> [[gnu::always_inline]] void fetch_all() {
+        while (left > 0) fetch<Height>();
+    }
+    [[gnu::always_inline]] bool are_few() const { return left <= 8; }
 };
 
 /// A round of steps of k, after which a and b stand at the next.
@@ -173,7 +178,8 @@ template <class Tile, class B>
 [[gnu::always_inline]] inline void add_products(Tile& sums, i64 k, const double* a, i64 panel_stride, B b,
                                                 ColumnsAhead c = {}) {
     i64 rounds = k / Tile::unroll;
-    for (i64 p = rounds < c.left ? rounds : c.left; p > 0; --p, --rounds) {
+    if (c.are_few()) c.template fetch_all<Tile::height>();
+    for (; c.left > 0 && rounds > 0; --rounds) {
         c.template fetch<Tile::height>();
         add_round(sums, a, panel_stride, b);
     }
@@ -192,7 +198,7 @@ template <class Tile, class B>
 template <int K, class Tile, class B>
 [[gnu::always_inline]] inline Tile multiply_unrolled(const double* a, i64 panel_stride, B b, ColumnsAhead c) {
     Tile sums;
-    for (; c.left > 0; --c.left) c.template fetch<Tile::height>();
+    c.template fetch_all<Tile::height>();
 #pragma clang loop unroll(full)
     for (int p = 0; p < K; ++p, b.next()) sums.step(a + p * Tile::panel, panel_stride, b);
     return sums;
