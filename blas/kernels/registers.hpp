@@ -27,7 +27,8 @@ template <int W> struct Coefficient<double, W> {
 };
 template <int W> struct Combination<double, W> {
     Vec<W> sum;
-    [[gnu::always_inline]] void start(const double* y) { sum = load<W>(y); }
+    [[gnu::always_inline]] void start(Vec<W> y) { sum = y; }
+    [[gnu::always_inline]] void start(const double* y) { start(load<W>(y)); }
     [[gnu::always_inline]] void add(const Coefficient<double, W>& c, Vec<W> v) { sum += c.value * v; }
     [[gnu::always_inline]] Vec<W> total() const { return sum; }
 };
@@ -41,10 +42,11 @@ template <int W> struct Coefficient<Complex, W> {
 };
 template <int W> struct Combination<Complex, W> {
     Vec<W> straight, crossed;
-    [[gnu::always_inline]] void start(const double* y) {
-        straight = load<W>(y);
+    [[gnu::always_inline]] void start(Vec<W> y) {
+        straight = y;
         crossed = Vec<W>{};
     }
+    [[gnu::always_inline]] void start(const double* y) { start(load<W>(y)); }
     [[gnu::always_inline]] void add(const Coefficient<Complex, W>& c, Vec<W> v) {
         straight += c.re * v;
         crossed += c.im * v;
@@ -57,12 +59,14 @@ template <class T, int W> struct Operand;
 template <int W> struct Operand<double, W> {
     Vec<W> v;
     Operand() = default;
-    [[gnu::always_inline]] explicit Operand(const double* p) : v(load<W>(p)) {}
+    [[gnu::always_inline]] explicit Operand(Vec<W> value) : v(value) {}
+    [[gnu::always_inline]] explicit Operand(const double* p) : Operand(load<W>(p)) {}
 };
 template <int W> struct Operand<Complex, W> {
     Vec<W> v, swapped;
     Operand() = default;
-    [[gnu::always_inline]] explicit Operand(const double* p) : v(load<W>(p)), swapped(swap_parts<W>(v)) {}
+    [[gnu::always_inline]] explicit Operand(Vec<W> value) : v(value), swapped(swap_parts<W>(v)) {}
+    [[gnu::always_inline]] explicit Operand(const double* p) : Operand(load<W>(p)) {}
 };
 
 /// A factor of many numbers. Sums take its products in two steps for complex numbers, so that both can be fused.

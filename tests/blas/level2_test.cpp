@@ -58,4 +58,19 @@ TEST(Ztrsv, DividesOverTheWholeRange) {
         }
 }
 
+/// What is not stored of a triangle does not take part, not even as a zero: times infinity it would make NaN.
+TEST(Dsymv, InfiniteElementsOfXStayInfinite) {
+    constexpr int n = 19;
+    const int one = 1;
+    const double alpha = 1.0, beta = 0.0;
+    const std::vector<double> a(n * n, 1.0);
+    for (const char* uplo : {"L", "U"})
+        for (int infinite = 0; infinite < n; ++infinite) {
+            std::vector<double> x(n, 1.0), y(n);
+            x[static_cast<std::size_t>(infinite)] = HUGE_VAL;
+            dsymv(uplo, &n, &alpha, a.data(), &n, x.data(), &one, &beta, y.data(), &one);
+            EXPECT_EQ(y, std::vector<double>(n, HUGE_VAL)) << uplo << infinite;
+        }
+}
+
 } // namespace

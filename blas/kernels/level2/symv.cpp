@@ -3,6 +3,9 @@
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level2/products.hpp"
 #include "blas/kernels/level2/rows.hpp"
+#if NXL_TARGET_BITS == 512
+#include "blas/kernels/lanes.hpp"
+#endif
 
 namespace nxl::NXL_TARGET {
 namespace {
@@ -92,9 +95,107 @@ template <bool H, bool Upper, class T>
     add_product(n, n, alpha, whole, P, v.x, 1, v.y);
 }
 
+#if NXL_TARGET_BITS == 512
+/// The sums of eight vectors, a lane for each.
+inline Vec<8> sum_each(const Vec<8>* v) {
+    Vec<8> pairs[4], fours[2];
+    for (int i = 0; i < 4; ++i)
+        pairs[i] = __builtin_shufflevector(v[2 * i], v[2 * i + 1], 0, 8, 2, 10, 4, 12, 6, 14) +
+                   __builtin_shufflevector(v[2 * i], v[2 * i + 1], 1, 9, 3, 11, 5, 13, 7, 15);
+    for (int i = 0; i < 2; ++i)
+        fours[i] = __builtin_shufflevector(pairs[2 * i], pairs[2 * i + 1], 0, 1, 8, 9, 4, 5, 12, 13) +
+                   __builtin_shufflevector(pairs[2 * i], pairs[2 * i + 1], 2, 3, 10, 11, 6, 7, 14, 15);
+    return __builtin_shufflevector(fours[0], fours[1], 0, 1, 2, 3, 8, 9, 10, 11) +
+           __builtin_shufflevector(fours[0], fours[1], 4, 5, 6, 7, 12, 13, 14, 15);
+}
+
+/// A whole panel whose columns share their lanes with a triangle: that, and the m rows beside it, in one go, so that
+/// the mirrored sums leave their registers once. Masks take what is stored of the triangle, and the rows that fill no
+/// vector.
+template <bool H, bool Upper, class T> class WholePanel {
+    static constexpr int P = kProductPanel<T>, K = kParts<T>;
+
+    const T* const a_;
+    const i64 lda_;
+    Coefficient<T, 8> factor_[P];
+    InnerProduct<T, 8> mirrored_[P];
+
+    template <class Rows> [[gnu::always_inline]] void add(const T* a, const Pair<T>& v, const Rows& rows) {
+        const Operand<T, 8> operand(rows.load(parts(v.x)));
+        Combination<T, 8> own;
+        own.start(rows.load(parts(v.y)));
+        repeat<P>([&](auto c) __attribute__((always_inline)) {
+            const Vec<8> column = rows.load(parts(a + c * lda_));
+            own.add(factor_[c], column);
+            mirrored_[c].add(column, operand);
+        });
+        rows.store(parts(v.y), own.total());
+    }
+
+    /// Lanes outside the triangle stay as they are: zeros there would make NaN of an infinite x.
+    template <class Sums> [[gnu::always_inline]] static void take(Lanes lanes, const Sums& from, Sums& to) {
+        if constexpr (K == 1) {
+            to.sum = lanes.pick(from.sum, to.sum);
+        } else {
+            to.straight = lanes.pick(from.straight, to.straight);
+            to.crossed = lanes.pick(from.crossed, to.crossed);
+        }
+    }
+
+    [[gnu::always_inline]] void add_triangle(const T* a, const Pair<T>& v) {
+        const Operand<T, 8> operand(parts(v.x));
+        Combination<T, 8> own;
+        own.start(parts(v.y));
+        repeat<P>([&](auto c) __attribute__((always_inline)) {
+            constexpr unsigned before = (1U << c.value * K) - 1, upto = (1U << (c.value + 1) * K) - 1;
+            constexpr unsigned beside = Upper ? before : 0xffU & ~upto;
+            constexpr unsigned diagonal = H ? 1U << c.value * K : upto & ~before;
+            const Vec<8> column = Lanes(beside | diagonal).load(parts(a + c * lda_));
+            auto more = own;
+            more.add(factor_[c], column);
+            take(Lanes(beside | diagonal), more, own);
+            auto mirror = mirrored_[c];
+            mirror.add(column, operand);
+            take(Lanes(beside), mirror, mirrored_[c]);
+        });
+        store<8>(parts(v.y), own.total());
+    }
+
+  public:
+    WholePanel(T alpha, const T* a, i64 lda, const T* x) : a_(a), lda_(lda) {
+        for (int c = 0; c < P; ++c) factor_[c].set(alpha * x[c]);
+    }
+
+    /// `triangle`: the row of it, `m` rows from `first` on beside it; `v` and `rows` belong to them.
+    [[gnu::always_inline]] void run(i64 triangle, i64 first, i64 m, T alpha, const Pair<T>& v, const Pair<T>& rows) {
+        i64 i = 0;
+        for (; i + P <= m; i += P) add(a_ + first + i, rows.at(i), AllLanes{});
+        if (i < m) add(a_ + first + i, rows.at(i), Lanes::first((m - i) * K));
+        add_triangle(a_ + triangle, v);
+        if constexpr (K == 1) {
+            Vec<8> sums[P];
+            for (int c = 0; c < P; ++c) sums[c] = mirrored_[c].sum;
+            store<8>(v.y, load<8>(v.y) + splat<8>(alpha) * sum_each(sums));
+        } else {
+            for (int c = 0; c < P; ++c) v.y[c] = v.y[c] + alpha * mirrored_[c].template total<H>();
+        }
+    }
+};
+#endif
+
 /// A block on the diagonal: panels, each a triangle and a rectangle, all with vectors that are contiguous.
 template <bool H, class T> void mirror_block(bool upper, i64 n, T alpha, const T* a, i64 lda, const Pair<T>& v) {
     for_panels<kProductPanel<T>>(n, true, [&](i64 j, i64 count) __attribute__((always_inline)) {
+#if NXL_TARGET_BITS == 512
+        if (count == kProductPanel<T>) {
+            const T* const columns = a + j * lda;
+            if (upper) WholePanel<H, true, T>(alpha, columns, lda, v.x + j).run(j, 0, j, alpha, v.at(j), v);
+            else
+                WholePanel<H, false, T>(alpha, columns, lda, v.x + j)
+                    .run(j, j + count, n - j - count, alpha, v.at(j), v.at(j + count));
+            return;
+        }
+#endif
         if (upper) mirror_triangle<H, true>(count, alpha, a + j * (lda + 1), lda, v.at(j));
         else mirror_triangle<H, false>(count, alpha, a + j * (lda + 1), lda, v.at(j));
         const i64 row = upper ? 0 : j + count, rows = upper ? j : n - row;

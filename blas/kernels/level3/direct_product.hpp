@@ -1,7 +1,7 @@
 // Small products on the widest registers: A and B are read where the caller has them, and nothing is packed.
 #pragma once
+#include "blas/kernels/lanes.hpp"
 #include "blas/kernels/level3/plain_gemm.hpp"
-#include <immintrin.h>
 
 namespace nxl::NXL_TARGET {
 
@@ -21,25 +21,11 @@ template <class T> [[gnu::always_inline]] inline bool suits_direct(const General
     return g.m * g.k <= direct_block<T> || (g.n <= few_columns && g.k <= few_steps);
 }
 
-/// Lanes of a vector that hold rows.
-struct Lanes {
-    __mmask8 mask;
-
-    explicit Lanes(i64 doubles) : mask(static_cast<__mmask8>(doubles >= 8 ? 0xff : (1 << doubles) - 1)) {}
-    [[gnu::always_inline]] Vec<8> load(const double* p) const { return _mm512_maskz_loadu_pd(mask, p); }
-    [[gnu::always_inline]] void store(double* p, Vec<8> v) const { _mm512_mask_storeu_pd(p, mask, v); }
-};
-struct AllLanes {
-    explicit AllLanes(i64) {}
-    [[gnu::always_inline]] Vec<8> load(const double* p) const { return nxl::NXL_TARGET::load<8>(p); }
-    [[gnu::always_inline]] void store(double* p, Vec<8> v) const { nxl::NXL_TARGET::store<8>(p, v); }
-};
-
 /// `Vectors` of rows from row i on, of which the last is short where it is not AllLanes, against `Columns` real
 /// columns.
 template <class T, int Vectors, int Columns, class LastLanes, class B>
 [[gnu::always_inline]] inline void direct_tile(const GeneralProduct<T>& g, i64 i, i64 j, B b) {
-    const LastLanes last((g.m - i) * kParts<T> - (Vectors - 1) * 8);
+    const LastLanes last = LastLanes::first((g.m - i) * kParts<T> - (Vectors - 1) * 8);
     const auto load_rows = [&](const double* p, int v) __attribute__((always_inline)) {
         return v == Vectors - 1 ? last.load(p + v * 8) : load<8>(p + v * 8);
     };
