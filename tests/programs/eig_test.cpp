@@ -164,6 +164,72 @@ TEST_F(Eig, UnsymmetricFilesHaveTheirSpectraAndVectors) {
     }
 }
 
+/// Of the differences between neighbours of an n by n grid, descending: the last is 0.
+std::vector<double> singular_values_of_levelling(int n) {
+    std::vector<double> values;
+    const auto square = [n](int k) { return 4.0 * std::pow(std::sin(M_PI * k / (2.0 * n)), 2); };
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) values.push_back(std::sqrt(square(i) + square(j)));
+    std::sort(values.begin(), values.end(), std::greater<>());
+    return values;
+}
+
+TEST_F(Eig, SingularValuesByEveryChoice) {
+    const auto all = singular_values_of_levelling(6);
+    const auto from = [&](double bound) {
+        return std::find_if(all.begin(), all.end(), [=](double v) { return v <= bound; });
+    };
+    const std::pair<std::string, std::vector<double>> choices[] = {
+        {"--plot values.svg", all},
+        {"--values 2:7 --check", {all.begin() + 1, all.begin() + 7}},
+        {"--values=-3:-1", {all.end() - 3, all.end()}},
+        {"--range 1.1:2.1 --check", {from(2.1), from(1.1)}},
+    };
+    for (const auto& [choice, expected] : choices) {
+        const auto run = this->run("--generate levelling:6 --svd --output values " + choice);
+        EXPECT_EQ(run.status, 0) << run.err;
+        expect_near(numbers("values"), expected, choice);
+        EXPECT_EQ(number_after(run.out, "rank "), 35.0);
+        EXPECT_GT(number_after(run.out, "condition "), 1e14);
+        if (choice.find("check") == std::string::npos) continue;
+        EXPECT_LT(number_after(run.out, "residual"), 1e-14);
+        EXPECT_LT(number_after(run.out, "orthogonal"), 1e-13);
+    }
+    EXPECT_EQ(number_after(run("--generate levelling:6 --svd --rcond 0.99").out, "rank "), 1.0);
+    EXPECT_NE(read("values.svg").find("singular value"), std::string::npos);
+}
+
+TEST_F(Eig, SingularVectorsOfWideAndTallFiles) { // element (i, j) is z^(i + 2 j), and one on the diagonal
+    for (const auto [m, n] : {std::pair{3, 7}, {7, 3}})
+        for (const Complex z : {Complex(0.9, 0.0), Complex(0.6, 0.7)}) {
+            const bool real = z.imag() == 0.0;
+            const auto at = [z](int i, int j) { return std::pow(z, i + 2 * j) + (i == j ? 1.0 : 0.0); };
+            std::ostringstream file;
+            file.precision(17);
+            file << "%%MatrixMarket matrix array " << (real ? "real" : "complex") << " general\n"
+                 << m << " " << n << "\n";
+            for (int j = 0; j < n; ++j)
+                for (int i = 0; i < m; ++i) {
+                    file << at(i, j).real();
+                    if (!real) file << " " << at(i, j).imag();
+                    file << "\n";
+                }
+            write("a.mtx", file.str());
+            EXPECT_EQ(run("a.mtx --svd --output s --vectors v --left-vectors u").status, 0);
+            const auto s = numbers("s");
+            const auto u = complex_numbers("u"), v = complex_numbers("v");
+            ASSERT_EQ(s.size(), 3U);
+            ASSERT_EQ(u.size() + v.size(), 30U);
+            for (int k = 0; k < 3; ++k)
+                for (int i = 0; i < m; ++i) {
+                    Complex sum = 0.0;
+                    for (int j = 0; j < n; ++j) sum += at(i, j) * v[static_cast<std::size_t>(j + n * k)];
+                    EXPECT_LT(std::abs(sum - s[static_cast<std::size_t>(k)] * u[static_cast<std::size_t>(i + m * k)]),
+                              1e-13);
+                }
+        }
+}
+
 /// Halving the span of a beam makes its lowest bending mode about four times as fast.
 TEST_F(Eig, BridgeSwingsSlowerTheLongerItIs) {
     const auto lowest = [&](const std::string& bays) {
@@ -182,6 +248,11 @@ TEST_F(Eig, WhatIsRefused) {
     const std::tuple<std::string, int, std::string> cases[] = {
         {"general.mtx --method band", 1, "needs a symmetric"},
         {"missing.mtx", 1, "missing.mtx"},
+        {"--generate surface:9", 1, "this one is 9 by 36"},
+        {"--generate surface:9 --svd --values 10:12", 1, "names none"},
+        {"--generate poisson2d:4 --svd --method band", 2, "--svd"},
+        {"--generate poisson2d:4 --rcond 0.1", 2, "--svd"},
+        {"--generate poisson2d:4 --left-vectors u", 2, "--svd"},
         {"--generate poisson2d:4 --values 17:20", 1, "names none"},
         {"--generate poisson2d:4 --output no/such", 1, "no/such"},
         {"--generate poisson2d:4 --values 1-5", 2, "--values"},
