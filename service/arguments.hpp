@@ -60,7 +60,7 @@ class Arguments : public ArgumentTests<Arguments> {
   public:
     explicit Arguments(const RoutineLetters& name) : name_(name) {}
 
-    Arguments& letter(int position, char option, const char* letters) {
+    Arguments& letter(int position, char option, Letters letters) {
         return expect(position, is_one_of(option, letters));
     }
     template <class T> Arguments& workspace(int position, const Workspace<T>& space) {

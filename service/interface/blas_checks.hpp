@@ -62,12 +62,12 @@ inline bool check_symm(const RoutineLetters& name, char side, char uplo, i64 m, 
 }
 
 /// What `trans` of a rank update may be: N, or what keeps the result of its kind. For real matrices C means T.
-inline constexpr char dsyrk_trans[] = "NTC";
-inline constexpr char zherk_trans[] = "NC";
-inline constexpr char zsyrk_trans[] = "NT";
+inline constexpr Letters dsyrk_trans = "NTC";
+inline constexpr Letters zherk_trans = "NC";
+inline constexpr Letters zsyrk_trans = "NT";
 
 /// Rank-k updates; `permitted` is one of the above.
-inline bool check_syrk(const RoutineLetters& name, const char* permitted, char uplo, char trans, i64 n, i64 k, i64 lda,
+inline bool check_syrk(const RoutineLetters& name, Letters permitted, char uplo, char trans, i64 n, i64 k, i64 lda,
                        i64 ldc) {
     Arguments arguments(name);
     arguments.letter(1, uplo, "UL").letter(2, trans, permitted).size(3, n).size(4, k);
@@ -75,7 +75,7 @@ inline bool check_syrk(const RoutineLetters& name, const char* permitted, char u
 }
 
 /// Rank-2k updates.
-inline bool check_syr2k(const RoutineLetters& name, const char* permitted, char uplo, char trans, i64 n, i64 k, i64 lda,
+inline bool check_syr2k(const RoutineLetters& name, Letters permitted, char uplo, char trans, i64 n, i64 k, i64 lda,
                         i64 ldb, i64 ldc) {
     const i64 rows_ab = is_one_of(trans, "N") ? n : k;
     Arguments arguments(name);

@@ -5,6 +5,7 @@
 #include "service/parallel.hpp"
 #include "service/physical_cores.hpp"
 #include "service/thread_environment.hpp"
+#include "service/worthwhile_threads.hpp"
 #include "tests/support/child.hpp"
 #include <atomic>
 #include <climits>
@@ -104,6 +105,8 @@ void obey(const std::string& order) {
         std::printf("%d ", NXL_Domain_Set_Num_Threads(b, a));
     } else if (std::sscanf(order.c_str(), "%d?", &a) == 1) {
         std::printf("%d ", a == domain_all ? NXL_Get_Max_Threads() : NXL_Domain_Get_Max_Threads(a));
+    } else if (std::sscanf(order.c_str(), "work %d of %d?", &a, &b) == 2) {
+        std::printf("%d ", worthwhile_threads(domain_all, a, b));
     } else if (std::sscanf(order.c_str(), "region %d?", &a) == 1) {
         int answer[2];
         parallel_blocks(2, 2, [&](int block) { answer[block] = NXL_Domain_Get_Max_Threads(a); });
@@ -174,6 +177,9 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"beyond_cores", {fixed}, {"set 8", "0?", "1?"}, "8 8 "},
         Case{"region_dynamic", {five}, {"region 0?", "region 1?"}, "1 1 1 1 "},
         Case{"region_fixed", {fixed, five, domains}, {"region 0?", "region 1?"}, "5 5 2 2 "},
+        // A call that does not repay other threads.
+        Case{"little_work", {five}, {"work 9 of 10?", "work 10 of 10?"}, "1 " + held_to_cores(5)},
+        Case{"little_work_fixed", {fixed, five}, {"work 9 of 10?"}, "5 "},
         // A process that is kept from part of the machine.
         Case{"narrowed", {five}, {"narrow", "0?", "set 8", "0?", "1?"}, "1 1 1 "},
         Case{"narrowed_fixed", {fixed, five}, {"narrow", "0?"}, "5 "}),

@@ -74,7 +74,7 @@ template <class Body> [[gnu::always_inline]] inline void for_each_stretch(i64 k,
 }
 
 /// Strides of packed panels, in doubles.
-template <class T> [[gnu::always_inline]] inline i64 panel_stride_a(i64 k) { return kPanel * padded<T>(k); }
+template <class T> [[gnu::always_inline]] inline i64 panel_stride_a(i64 k) { return kTallPanel * padded<T>(k); }
 template <class T> [[gnu::always_inline]] inline i64 panel_stride_b(i64 k) {
     return kPanelColumns<T> * kParts<T> * padded<T>(k);
 }

@@ -43,21 +43,25 @@ template <class T, int Vectors, int Columns, class LastLanes, class B>
     const auto load_rows = [&](const double* p, int v) __attribute__((always_inline)) {
         return v == Vectors - 1 ? last.load(p + v * 8) : load<8>(p + v * 8);
     };
-    Sums<2 * Vectors, Columns, 8> sums;
+    Sums<Vectors, Columns, 8, 8> sums;
     const double* a = parts(g.a.data + i);
-    const i64 step = g.a.along_p * kParts<T>;
-    for (i64 p = 0; p < g.k; ++p, a += step, b.next())
+    const i64 step = g.a.along_p * kParts<T>, steps = g.k;
+    for (i64 p = 0; p < steps; ++p, a += step, b.next())
         sums.add([&](int v) __attribute__((always_inline)) { return load_rows(a, v); }, b);
     const Factor<T, 8> alpha(g.alpha), beta(g.to.beta);
+    const Before before = g.to.before;
+    const double b_sign = g.b.conjugate ? -1.0 : 1.0;
+    const i64 next = g.to.ldc * kParts<T>;
+    double* c = parts(g.to.c + i + j * g.to.ldc);
     repeat<Columns / kParts<T>>([&](auto column) __attribute__((always_inline)) {
-        double* const c = parts(g.to.c + i + (j + column) * g.to.ldc);
         repeat<Vectors>([&](auto v) __attribute__((always_inline)) {
-            Vec<8> value = alpha.times(tile_values<T>(sums, v, column, g.b.conjugate ? -1.0 : 1.0));
-            if (g.to.before == Before::keep) value += load_rows(c, v);
-            else if (g.to.before == Before::scale) value += beta.times(load_rows(c, v));
+            Vec<8> value = alpha.times(tile_values<T>(sums, v, column, b_sign));
+            if (before == Before::keep) value += load_rows(c, v);
+            else if (before == Before::scale) value += beta.times(load_rows(c, v));
             if (v == Vectors - 1) last.store(c + v * 8, value);
             else store<8>(c + v * 8, value);
         });
+        c += next;
     });
 }
 
@@ -84,14 +88,19 @@ template <class T, class ColumnsB> void direct_columns(const GeneralProduct<T>& 
     for_each_group<T>(j, g.n, [&](i64 column, auto columns) { direct_column<T, columns.value>(g, b, column); });
 }
 
-/// By blocks of rows.
+template <class T> void direct_rows(const GeneralProduct<T>& g) {
+    if (g.b.along_p == 1) direct_columns<T>(g, ColumnsInPlace<T>{g.b, g.n});
+    else direct_columns<T>(g, RowsInPlace<T>{g.b, g.n});
+}
+
+/// By blocks of rows; one that is small is not even divided into them.
 template <class T> void direct_product(const GeneralProduct<T>& g) {
+    if (g.m * g.k <= direct_block<T>) return direct_rows(g);
     const i64 rows = least(g.m, up_to(direct_block<T> / (g.k + 1) + 1, 16));
     for (i64 i = 0; i < g.m; i += rows) {
         GeneralProduct<T> block = g.below(i);
         block.m = least(rows, block.m);
-        if (g.b.along_p == 1) direct_columns<T>(block, ColumnsInPlace<T>{g.b, g.n});
-        else direct_columns<T>(block, RowsInPlace<T>{g.b, g.n});
+        direct_rows(block);
     }
 }
 

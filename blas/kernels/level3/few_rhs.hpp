@@ -194,12 +194,13 @@ template <class T, int Panels> void solve_entries(Substitution<T> s, i64 begin, 
 /// Right-hand sides from r on: out of the panels into B.
 template <class T>
 void place_panels(const TriangularProblem<T>& problem, const double* panel, i64 stride, i64 r, i64 count) {
-    using Quad = Entries<T, 1>;
+    using Quad = Entries<T, 1, kWidth, kPanel>;
     for (; count > 0; count -= kPanelRows<T>, r += kPanelRows<T>, panel += stride)
         for (i64 p = 0; p < problem.order; p += kGroup<T>) {
             const double* const from = panel + p * kPanel;
             if (count < kPanelRows<T> || problem.order - p < kGroup<T>) {
-                place_edge(from, problem, r, least(count, kPanelRows<T>), p, least(kGroup<T>, problem.order - p));
+                place_edge<kPanel>(from, problem, r, least(count, kPanelRows<T>), p,
+                                   least(kGroup<T>, problem.order - p));
                 continue;
             }
             Quad entries;
@@ -220,7 +221,7 @@ template <class T, int Panels = 1> void solve_in_panels(Substitution<T> s, i64 p
 /// The whole problem. False when there is no memory; nothing has been done then.
 template <class T> bool solve_few(const TriangularProblem<T>& problem) {
     constexpr i64 height = kPanelRows<T>, at_once = kMostPanels * height, near = 1024, line = 8;
-    const i64 stride = panel_stride_a<T>(problem.order) + line; // panels are not a power of two apart
+    const i64 stride = group_stride<T>(problem.order) + line; // panels are not a power of two apart
     const i64 most = (least(at_once, problem.count) + height - 1) / height;
     alignas(64) double on_stack[near];
     double* const allocated = most * stride <= near
@@ -231,7 +232,7 @@ template <class T> bool solve_few(const TriangularProblem<T>& problem) {
     const T* const alpha = is_one(problem.alpha) ? nullptr : &problem.alpha;
     for (i64 r = 0; r < problem.count; r += at_once) {
         const i64 count = least(at_once, problem.count - r);
-        pack_a(problem.rhs().from(r, 0), count, problem.order, s.panels, stride, alpha);
+        pack_a<T, kPanel>(problem.rhs().from(r, 0), count, problem.order, s.panels, stride, alpha);
         solve_in_panels(s, (count + height - 1) / height, problem.order);
         place_panels(problem, s.panels, stride, r, count);
     }

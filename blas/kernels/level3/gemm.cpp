@@ -40,7 +40,7 @@ template <class T> void small_product(const GeneralProduct<T>& g) {
 
 template <class T> bool is_small(const GeneralProduct<T>& g, const Plan& plan) {
     return !plan.copies_b && g.m <= plan.blocks.mb && g.k <= plan.blocks.kb &&
-           up_to(g.m, kPanelRows<T>) * kParts<T> * padded<T>(g.k) <= small_block;
+           up_to(g.m, kTallRows<T>) * kParts<T> * padded<T>(g.k) <= small_block;
 }
 
 /// Classes 0 and 1: B in place when it is not transposed and the problem is small. Wide registers read a transposed one

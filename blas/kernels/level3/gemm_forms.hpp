@@ -30,7 +30,7 @@ template <class T> [[gnu::always_inline]] inline bool only_scales(const GeneralP
 /// Memory for the blocks of a plan, whole panels of it.
 template <class T> [[gnu::always_inline]] inline GemmBuffers buffers_for(const Plan& plan) {
     const GemmBlocks& blocks = plan.blocks;
-    return {up_to(blocks.mb, kPanelRows<T>), plan.copies_b ? blocks.nb : 0, up_to(blocks.kb, 4), sizeof(T)};
+    return {up_to(blocks.mb, kTallRows<T>), plan.copies_b ? blocks.nb : 0, up_to(blocks.kb, 4), sizeof(T)};
 }
 
 /// A product whose operands are always packed. Without memory it goes by small blocks on the stack.

@@ -16,7 +16,7 @@ namespace nxl::NXL_TARGET {
 //
 // On the left three panels are reused for all columns of the chunk, and the chunk for all of A. On the right the strip,
 // 64 bytes per step of k, is reused for all of A. Each element of A leaves the second cache once per chunk or strip.
-// With 512 bits it is as on the right, but 12 columns, where B is, and 16 rows at a time.
+// With 512 bits it is as on the right, but 12 columns, where B is, and two panels of 8 rows at a time.
 // Class 3 at 128 bits needs no strip for a packed B: its tile takes 8 columns of the panels as they are.
 /// A block of A in panels, alpha included.
 struct BlockA {
@@ -82,11 +82,7 @@ template <class T, class Tile, class Multiply>
 [[gnu::always_inline]] inline void tile(const Place& at, const Result<T>& to, const Multiply& multiply) {
     if (to.outside(at.i, at.rows, at.j, at.columns)) return;
     T* const c = to.c + at.i + at.j * to.ldc;
-    for (int column = 0; column < Tile::columns / kParts<T>; ++column) {
-        __builtin_prefetch(c + column * to.ldc, 1);
-        if constexpr (Tile::vectors > 1) __builtin_prefetch(c + column * to.ldc + at.rows - 1, 1);
-    }
-    const Tile sums = multiply();
+    const Tile sums = multiply(ColumnsAhead{parts(c), to.ldc * kParts<T>, Tile::columns / kParts<T>});
     if (at.rows * kParts<T> == Tile::height && to.inside(at.i, at.rows, at.j, at.columns))
         return store_tile<T>(sums, to, c);
     double values[Tile::columns / kParts<T>][Tile::height]; // a copy, so that the sums themselves can stay in registers
@@ -102,19 +98,19 @@ template <class T, class Tile, class Multiply>
 constexpr i64 unrolled_k = kClass == CpuClass::p4n ? 112 : 0;
 
 /// The tile that starts at a panel of A; block A belongs to row i of C.
-template <class T, int Panels, int Columns, int W = kWidth, class B>
+template <class T, int Panels, int Columns, class B>
 [[gnu::always_inline]] inline void tile_at(const BlockA& a, i64 panel, i64 steps, B b, const Result<T>& to, i64 i,
                                            i64 j) {
-    using Tile = Sums<Panels, Columns, W>;
-    constexpr i64 height = Panels * kPanelRows<T>;
-    const i64 first = panel * kPanelRows<T>;
+    using Tile = Sums<Panels, Columns, kWidest, kTallPanel>;
+    constexpr i64 height = Panels * kTallRows<T>;
+    const i64 first = panel * kTallRows<T>;
     const i64 rest = a.rows - first;
     const double* const panels = a.panels + panel * a.stride;
     tile<T, Tile>({i + first, rest < height ? rest : height, j, Columns / kParts<T>}, to,
-                  [&]() __attribute__((always_inline)) {
+                  [&](ColumnsAhead c) __attribute__((always_inline)) {
                       if constexpr (unrolled_k > 0 && Columns == kPanel)
-                          if (steps == unrolled_k) return multiply_unrolled<unrolled_k, Tile>(panels, a.stride, b);
-                      return multiply_panels<Tile>(steps, panels, a.stride, b);
+                          if (steps == unrolled_k) return multiply_unrolled<unrolled_k, Tile>(panels, a.stride, b, c);
+                      return multiply_panels<Tile>(steps, panels, a.stride, b, c);
                   });
 }
 
@@ -162,7 +158,7 @@ constexpr i64 chunk_columns = 32;
 /// the multiply-add. Columns of B from `from` on.
 template <class T, class ColumnsB>
 void multiply_wide(const BlockA& a, const ColumnsB& b, i64 from, const Result<T>& to, i64 i, i64 j) {
-    constexpr i64 width = chunk_columns / kParts<T>, height = kPanelRows<T>;
+    constexpr i64 width = chunk_columns / kParts<T>, height = kTallRows<T>;
     const i64 count = (a.rows + height - 1) / height;
     for (i64 first = from; first < b.columns; first += width) {
         const i64 last = b.columns - first < width ? b.columns : first + width;
@@ -176,20 +172,17 @@ void multiply_wide(const BlockA& a, const ColumnsB& b, i64 from, const Result<T>
 /// The widest registers: `Groups` groups of columns, which stay in the first cache, against all panels of A.
 template <class T, int Groups, class ColumnsB>
 [[gnu::noinline]] void widest_column(const BlockA& a, const ColumnsB& b, i64 c, const Result<T>& to, i64 i, i64 j) {
-    constexpr int columns = Groups * kPanel, tall = Groups == 3 ? 4 : 6;
-    const i64 steps = ColumnsB::steps(a.k), count = (a.rows + kPanelRows<T> - 1) / kPanelRows<T>;
+    constexpr int columns = Groups * kPanel, together_a = Groups == 3 ? 2 : 3;
+    const i64 steps = ColumnsB::steps(a.k), count = (a.rows + kTallRows<T> - 1) / kTallRows<T>;
     GroupsOfB<decltype(b(c)), Groups> together;
     for (int group = 0; group < Groups; ++group) together.of[group] = b(c + group * kPanelRows<T>);
     i64 panel = 0;
-    for (; count - panel >= tall; panel += tall)
-        tile_at<T, tall, columns, kWidest>(a, panel, steps, together, to, i, j + c);
-    for (; count - panel >= 2; panel += 2) tile_at<T, 2, columns, kWidest>(a, panel, steps, together, to, i, j + c);
-    if (panel < count)
-        for (int group = 0; group < Groups; ++group)
-            tile_at<T, 1, kPanel>(a, panel, steps, together.of[group], to, i, j + c + group * kPanelRows<T>);
+    for (; count - panel >= together_a; panel += together_a)
+        tile_at<T, together_a, columns>(a, panel, steps, together, to, i, j + c);
+    for (; panel < count; ++panel) tile_at<T, 1, columns>(a, panel, steps, together, to, i, j + c);
 }
 
-/// Columns beyond the last whole group are left to narrower registers.
+/// Columns beyond the last whole group go as on 256 bits.
 template <class T, class ColumnsB>
 void multiply_widest(const BlockA& a, const ColumnsB& b, const Result<T>& to, i64 i, i64 j) {
     constexpr i64 group = kPanelRows<T>;
@@ -215,7 +208,7 @@ template <int Columns, class B> void fill_strip(double* strip, i64 steps, B b) {
 /// Narrow registers: all panels of A against the columns in the strip.
 template <class T, int Columns>
 [[gnu::noinline]] void tile_column(const BlockA& a, i64 steps, const double* strip, const Result<T>& to, i64 i, i64 j) {
-    for (i64 panel = 0; panel * kPanelRows<T> < a.rows; ++panel)
+    for (i64 panel = 0; panel * kTallRows<T> < a.rows; ++panel)
         tile_at<T, 1, Columns>(a, panel, steps, StripB{strip}, to, i, j);
 }
 
@@ -226,9 +219,10 @@ template <class T, class Pairs>
     for (i64 row = 0; row < a.rows; row += height) {
         const double* const panel = a.panels + row / kPanelRows<T> * a.stride + row % kPanelRows<T> * kParts<T>;
         const i64 rest = a.rows - row;
-        tile<T, CrossedSums>(
-            {i + row, rest < height ? rest : height, j, 8 / kParts<T>}, to,
-            [&]() __attribute__((always_inline)) { return multiply_panels<CrossedSums>(steps, panel, 0, b); });
+        tile<T, CrossedSums>({i + row, rest < height ? rest : height, j, 8 / kParts<T>}, to,
+                             [&](ColumnsAhead c) __attribute__((always_inline)) {
+                                 return multiply_panels<CrossedSums>(steps, panel, 0, b, c);
+                             });
     }
 }
 

@@ -4,7 +4,8 @@
 
 namespace nxl::NXL_TARGET {
 
-// A panel holds 4 rows of A, or 4 columns of B, interleaved along k: element (r, p) stands at 4 p + r.
+// A panel holds 4 rows of A, or 4 columns of B, interleaved along k: element (r, p) stands at 4 p + r. With 512 bits
+// a panel of A is as high as a vector: 8 rows, packed as two groups of 4 side by side.
 //
 //     a00 a01 a02 ...
 //     a10 a11 a12 ...    ->   a00 a10 a20 a30 | a01 a11 a21 a31 | a02 a12 a22 a32 | ... | 0 0 0 0
@@ -59,16 +60,22 @@ template <class T, class Pack> [[gnu::always_inline]] inline void with_change(bo
 
 // Which way is contiguous decides how to read: along the rows, a step of k is a vector load; along k, four rows are
 // read as vectors and turned in registers. Either way memory is read as it lies.
-/// `Panels` full panels whose rows are neighbours in memory.
-template <class T, int Panels, class Change>
+/// Where a group of 4 doubles' rows starts in panels of `High` doubles.
+template <int High> [[gnu::always_inline]] inline i64 group_offset(i64 group, i64 stride) {
+    constexpr int groups = High / kPanel;
+    return group / groups * stride + group % groups * kPanel;
+}
+
+/// `Groups` full groups whose rows are neighbours in memory, the first of which begins a panel if any does.
+template <class T, int High, int Groups, class Change>
 [[gnu::always_inline]] inline void pack_neighbours(const Source<T>& from, i64 k, double* to, i64 stride, i64 step,
                                                    Change change) {
     const double* in = parts(from.data);
     const i64 next = from.along_p * kParts<T>;
     for (i64 p = 0; p < k; ++p, in += next, to += step) {
-        __builtin_prefetch(in + 2 * Panels * kPanel); // rows of the panels to come
-        for (int panel = 0; panel < Panels; ++panel)
-            store<4>(to + panel * stride, change(load<4>(in + panel * kPanel)));
+        __builtin_prefetch(in + 2 * Groups * kPanel); // rows of the groups to come
+        for (int group = 0; group < Groups; ++group)
+            store<4>(to + group_offset<High>(group, stride), change(load<4>(in + group * kPanel)));
     }
 }
 
@@ -84,7 +91,7 @@ template <class T, int Panels, class Change>
     store<4>(to + 3 * step, __builtin_shufflevector(odd01, odd23, 2, 3, 6, 7));
 }
 
-/// One full panel whose rows are `along_r` apart, each contiguous along k.
+/// One full group whose rows are `along_r` apart, each contiguous along k.
 template <class T, class Change>
 [[gnu::always_inline]] inline void pack_distant(const Source<T>& from, i64 k, double* to, i64 step, Change change) {
     const double* in[4];
@@ -111,7 +118,7 @@ template <class T, class Change>
     }
 }
 
-/// Fewer rows than a panel has: `width` of them are stored, those beyond `rows` as zeros.
+/// Fewer rows than a group has: `width` of them are stored, those beyond `rows` as zeros.
 template <class T, class Change>
 [[gnu::noinline]] void pack_ragged(const Source<T>& from, int rows, int width, i64 k, double* to, i64 step,
                                    Change change) {
@@ -125,19 +132,24 @@ template <class T, class Change>
     }
 }
 
-/// A copy of `r` rows by `k` steps into panels `stride` doubles apart, a step of k taking `step` doubles.
-template <class T, class Change>
-[[gnu::always_inline]] inline void pack_full_panels(const Source<T>& from, i64 panels, i64 k, double* to, i64 stride,
+/// A copy of `groups` groups of rows by `k` steps into panels `High` doubles high and `stride` apart, a step of k
+/// taking `step` doubles.
+template <class T, int High = kPanel, class Change>
+[[gnu::always_inline]] inline void pack_full_groups(const Source<T>& from, i64 groups, i64 k, double* to, i64 stride,
                                                     i64 step, Change change) {
-    i64 panel = 0;
+    constexpr int per_panel = High / kPanel;
+    i64 group = 0;
+    const auto source = [&] { return from.from(group * kPanelRows<T>, 0); };
+    const auto place = [&] { return to + group_offset<High>(group, stride); };
     if (from.along_r == 1) {
-        for (; panel + 3 <= panels; panel += 3)
-            pack_neighbours<T, 3>(from.from(panel * kPanelRows<T>, 0), k, to + panel * stride, stride, step, change);
-        for (; panel < panels; ++panel)
-            pack_neighbours<T, 1>(from.from(panel * kPanelRows<T>, 0), k, to + panel * stride, stride, step, change);
+        for (; group + 3 * per_panel <= groups; group += 3 * per_panel)
+            pack_neighbours<T, High, 3 * per_panel>(source(), k, place(), stride, step, change);
+        if constexpr (per_panel > 1)
+            for (; group + per_panel <= groups; group += per_panel)
+                pack_neighbours<T, High, per_panel>(source(), k, place(), stride, step, change);
+        for (; group < groups; ++group) pack_neighbours<T, High, 1>(source(), k, place(), stride, step, change);
     } else {
-        for (; panel < panels; ++panel)
-            pack_distant<T>(from.from(panel * kPanelRows<T>, 0), k, to + panel * stride, step, change);
+        for (; group < groups; ++group) pack_distant<T>(source(), k, place(), step, change);
     }
 }
 
@@ -152,26 +164,22 @@ template <class T> [[gnu::always_inline]] inline void pad_panel(double* panel, i
     for (double* at = panel + k * step; at < panel + padded<T>(k) * step; ++at) *at = 0.0;
 }
 
-/// `rows` rows of op(A) times alpha, by k steps. The last panel is filled up with rows of zeros. Alpha null: not
-/// scaled.
-template <class T>
-void pack_a_unpadded(const Source<T>& from, i64 rows, i64 k, double* to, i64 stride, const T* alpha) {
-    constexpr int height = kPanelRows<T>;
+/// `rows` rows of op(A) times alpha, by k steps, zeros behind them. The last panel is filled up with rows of zeros.
+/// Alpha null: not scaled.
+template <class T, int High = kTallPanel>
+void pack_a(const Source<T>& from, i64 rows, i64 k, double* to, i64 stride, const T* alpha) {
+    constexpr i64 group = kPanelRows<T>, height = High / kParts<T>;
+    const i64 whole = rows / group, panels = (rows + height - 1) / height;
     with_change<T>(from.conjugate, alpha, [&](auto change) {
-        pack_full_panels<T>(from, rows / height, k, to, stride, kPanel, change);
-        if (rows % height)
-            pack_ragged<T>(from.from(rows / height * height, 0), static_cast<int>(rows % height), height, k,
-                           to + rows / height * stride, kPanel, change);
+        pack_full_groups<T, High>(from, whole, k, to, stride, High, change);
+        for (i64 g = whole; g < panels * (height / group); ++g)
+            pack_ragged<T>(from.from(g * group, 0), g > whole ? 0 : static_cast<int>(rows % group), group, k,
+                           to + group_offset<High>(g, stride), High, change);
     });
+    for (i64 panel = 0; panel < panels; ++panel, to += stride) pad_panel<T>(to, k, High);
 }
 
-/// The same with zeros behind the k steps.
-template <class T> void pack_a(const Source<T>& from, i64 rows, i64 k, double* to, i64 stride, const T* alpha) {
-    pack_a_unpadded(from, rows, k, to, stride, alpha);
-    for (i64 row = 0; row < rows; row += kPanelRows<T>, to += stride) pad_panel<T>(to, k, kPanel);
-}
-
-/// Columns in a panel of B: as the panels of A are high, but 4 complex ones on class 3, whose tile takes 8 real
+/// Columns in a panel of B: as a group of A's rows is high, but 4 complex ones on class 3, whose tile takes 8 real
 /// columns.
 template <class T> constexpr int kPanelColumns = kParts<T> == 2 && kClass != CpuClass::mc3 ? 2 : 4;
 
@@ -195,7 +203,7 @@ template <class T, class PackPart>
 template <class T> void pack_b(const Source<T>& from, i64 k, i64 columns, double* to, i64 stride) {
     with_change<T>(from.conjugate, static_cast<const T*>(nullptr), [&](auto change) {
         for_each_part<T>(k, columns, to, stride, [&](i64 column, i64 wide, double* at, i64 step) {
-            if (wide == kPanelRows<T>) pack_full_panels<T>(from.from(column, 0), 1, k, at, stride, step, change);
+            if (wide == kPanelRows<T>) pack_full_groups<T>(from.from(column, 0), 1, k, at, stride, step, change);
             else
                 pack_ragged<T>(from.from(column, 0), static_cast<int>(wide), static_cast<int>(wide), k, at, step,
                                change);

@@ -40,9 +40,10 @@ template <int Panels, class ColumnsB>
                                    const ColumnsB& b) {
     const i64 i = panel * kPanel;
     double* const here = panels + panel * stride;
-    tile<double, Sums<Panels, kPanel>>({i, Panels * kPanel, 0, kPanel}, g.to, [&]() __attribute__((always_inline)) {
-        return multiply_and_pack<Panels>(g.k, g.a.data + i, g.a.along_p, g.alpha, here, stride, b(0));
-    });
+    tile<double, Sums<Panels, kPanel>>(
+        {i, Panels * kPanel, 0, kPanel}, g.to, [&](ColumnsAhead) __attribute__((always_inline)) {
+            return multiply_and_pack<Panels>(g.k, g.a.data + i, g.a.along_p, g.alpha, here, stride, b(0));
+        });
     tile_row<double, Panels>({panels, stride, g.m, g.k}, panel, b, kPanel, g.n, g.to, 0, 0);
 }
 

@@ -55,12 +55,12 @@ template <class T> void scale_result(i64 m, i64 n, const Result<T>& to) {
     }
 }
 
-/// Two panels of A with 256 steps of k are 16 KiB on the stack, and go by all of B before the next two are packed. No
-/// block is kept in the second cache: what comes here is too small for that to pay. Each stretch of k is added to C, as
-/// the blocked product does it.
+/// Two panels of A with 256 steps of k are 16 or 32 KiB on the stack, and go by all of B before the next two are
+/// packed. No block is kept in the second cache: what comes here is too small for that to pay. Each stretch of k is
+/// added to C, as the blocked product does it.
 template <class T> void plain_gemm(const GeneralProduct<T>& g) {
-    constexpr i64 rows_at_once = 2 * kPanelRows<T>, kb = 256;
-    alignas(64) double panels[2 * kPanel * kb];
+    constexpr i64 rows_at_once = 2 * kTallRows<T>, kb = 256;
+    alignas(64) double panels[2 * kTallPanel * kb];
     alignas(64) double strip[kWidth == 2 ? StripB::step * kb : 1];
     const GeneralA<T> a{g.a, g.alpha};
     for (i64 p = 0; p < g.k; p += kb) {

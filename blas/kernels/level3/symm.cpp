@@ -25,7 +25,7 @@ template <class T> struct Mirrored {
     Source<T> stored(i64 r, i64 p) const { return {data + r + p * ld, 1, ld, conjugate}; }
     Source<T> mirrored(i64 r, i64 p) const { return {data + p + r * ld, ld, 1, conjugate != hermitian}; }
 
-    /// Rows r to r + rows - 1, which lie in one panel `width` rows high, over k steps from p on.
+    /// Rows r to r + rows - 1, which lie in one group `width` rows high, over k steps from p on.
     void pack(i64 r, i64 rows, i64 width, i64 p, i64 k, double* to, i64 step, const T* alpha) const {
         const i64 end = p + k;
         const i64 diagonal = clamped(r, p, end), behind = clamped(r + rows, p, end);
@@ -39,7 +39,7 @@ template <class T> struct Mirrored {
     static void pack_piece(const Source<T>& from, i64 rows, i64 width, i64 k, double* to, i64 step, const T* alpha) {
         if (k < 1) return;
         with_change<T>(from.conjugate, alpha, [&](auto change) {
-            if (rows == kPanelRows<T>) pack_full_panels<T>(from, 1, k, to, 0, step, change);
+            if (rows == kPanelRows<T>) pack_full_groups<T>(from, 1, k, to, 0, step, change);
             else pack_ragged<T>(from, static_cast<int>(rows), static_cast<int>(width), k, to, step, change);
         });
     }
@@ -65,10 +65,11 @@ template <class T> struct MirroredA {
     T alpha;
 
     void pack(i64 row, i64 rows, i64 p, i64 k, double* to, i64 stride) const {
-        for (i64 r = 0; r < rows; r += kPanelRows<T>, to += stride) {
-            from.pack(row + r, least(kPanelRows<T>, rows - r), kPanelRows<T>, p, k, to, kPanel, &alpha);
-            pad_panel<T>(to, k, kPanel);
-        }
+        constexpr i64 group = kPanelRows<T>;
+        for (i64 r = 0; r < up_to(rows, kTallRows<T>); r += group)
+            from.pack(row + r, clamped(rows - r, 0, group), group, p, k,
+                      to + group_offset<kTallPanel>(r / group, stride), kTallPanel, &alpha);
+        for (i64 r = 0; r < rows; r += kTallRows<T>, to += stride) pad_panel<T>(to, k, kTallPanel);
     }
 };
 

@@ -14,15 +14,16 @@ namespace nxl::NXL_TARGET {
 //     a8  .. a11    of[2][0]   of[2][1]   of[2][2]   of[2][3]
 //
 // A processor that starts two multiply-adds in a cycle, each of which takes 4 or 5, needs 8 to 10 sums to stay busy.
-// With 128 bits the tile is 4 rows by 4 columns: 2 vectors of A, 8 sums. With 512 bits it is 16 rows by 12 columns: two
-// panels of A make a vector, and 24 sums, 2 vectors of A and 1 of B take 27 of 32 registers. Joining two halves costs
-// what a multiply-add does, so that many columns for few vectors of A pay: 26 steps do the work of 24.
+// With 128 bits the tile is 4 rows by 4 columns: 2 vectors of A, 8 sums. With 512 bits it is 16 rows by 12 columns: 24
+// sums, 2 vectors of A and 1 of B take 27 of 32 registers, and 14 loads serve 24 multiply-adds.
 //
 // A complex product needs the parts of A exchanged. That is put off: column 2 c collects A re(b), column 2 c + 1
 // collects A im(b), and result.hpp exchanges parts once per tile in place of once per step.
-constexpr int kPanel = 4; // doubles of a panel per step of k: 4 real rows, or 2 complex ones
+constexpr int kPanel = 4; // doubles of a panel per step of k: 4 real columns, or 2 complex ones
+constexpr int kTallPanel = kWidest > kPanel ? kWidest : kPanel; // of a panel of A: a vector at least
 
-template <class T> constexpr int kPanelRows = kPanel / kParts<T>; // rows of A, or columns of B, in a panel
+template <class T> constexpr int kPanelRows = kPanel / kParts<T>;    // rows or columns in a panel
+template <class T> constexpr int kTallRows = kTallPanel / kParts<T>; // rows in a panel of A
 
 /// B packed in panels: `step` doubles apart for consecutive k.
 struct PackedB {
@@ -68,30 +69,21 @@ struct StripB {
     [[gnu::always_inline]] void next() { at += step; }
 };
 
-/// The halves of a wide vector.
-[[gnu::always_inline]] inline Vec<8> join(Vec<4> low, Vec<4> high) {
-    return __builtin_shufflevector(low, high, 0, 1, 2, 3, 4, 5, 6, 7);
-}
-
-/// The sums of a tile: `Panels` panels of A against `Columns` real columns of B, in vectors of W.
-template <int Panels, int Columns, int W = kWidth> struct Sums {
+/// The sums of a tile: `Panels` panels, each `High` doubles high, against `Columns` real columns of B, in vectors of W.
+template <int Panels, int Columns, int W = kWidth, int High = kPanel> struct Sums {
     static constexpr int width = W;
-    static constexpr int vectors = Panels * kPanel / W;
-    static constexpr int height = Panels * kPanel; // in doubles, as columns are
-    static constexpr int unroll = 4;               // steps of k
+    static constexpr int panel = High;
+    static constexpr int vectors = Panels * High / W;
+    static constexpr int height = Panels * High; // in doubles, as columns are
+    static constexpr int unroll = 4;             // steps of k
     static constexpr int columns = Columns;
     Vec<W> of[vectors][Columns] = {};
 
     [[gnu::always_inline]] Vec<W> at(int v, int column) const { return of[v][column]; }
 
     template <class B> [[gnu::always_inline]] void step(const double* a, i64 panel_stride, const B& b) {
-        if constexpr (W > kPanel) {
-            add([=](int v) { return join(load<4>(a + 2 * v * panel_stride), load<4>(a + (2 * v + 1) * panel_stride)); },
-                b);
-        } else {
-            constexpr int per_panel = kPanel / W;
-            add([=](int v) { return load<W>(a + v / per_panel * panel_stride + v % per_panel * W); }, b);
-        }
+        constexpr int per_panel = High / W;
+        add([=](int v) { return load<W>(a + v / per_panel * panel_stride + v % per_panel * W); }, b);
     }
 
     /// row(v): vector v of a step's rows of A.
@@ -117,6 +109,7 @@ template <int Panels, int Columns, int W = kWidth> struct Sums {
 ///         a1      crossed[0]      straight[1]         at() puts the halves in order when C is written.
 struct CrossedSums {
     static constexpr int width = 2;
+    static constexpr int panel = kPanel;
     static constexpr int vectors = 1;
     static constexpr int height = 2;
     static constexpr int unroll = 8;
@@ -153,29 +146,61 @@ template <int Step> struct PackedPairs {
     [[gnu::always_inline]] void next() { at += Step, second += Step; }
 };
 
+/// Columns of C that come into the cache while sums are formed: few at once, many one by one in the rounds of the loop
+/// over k, for the lines of A would have to wait behind them.
+struct ColumnsAhead {
+    const double* at;
+    i64 column; // doubles from one column to the next
+    i64 left;
+
+    template <int Height> [[gnu::always_inline]] void fetch() {
+        for (int row = 0; row + 8 <= Height; row += 8) __builtin_prefetch(at + row, 1);
+        __builtin_prefetch(at + Height - 1, 1);
+        at += column;
+        --left;
+    }
+    template <int Height> [[gnu::always_inline]] void fetch_all() {
+        while (left > 0) fetch<Height>();
+    }
+    [[gnu::always_inline]] bool are_few() const { return left <= 8; }
+};
+
+/// A round of steps of k, after which a and b stand at the next.
+template <class Tile, class B>
+[[gnu::always_inline]] inline void add_round(Tile& sums, const double*& a, i64 panel_stride, B& b) {
+#pragma clang loop unroll(full)
+    for (int q = 0; q < Tile::unroll; ++q, b.next()) sums.step(a + q * Tile::panel, panel_stride, b);
+    a += Tile::unroll * Tile::panel;
+}
+
 /// Adds the products of k steps to the sums.
 template <class Tile, class B>
-[[gnu::always_inline]] inline void add_products(Tile& sums, i64 k, const double* a, i64 panel_stride, B b) {
-    for (i64 p = k / Tile::unroll; p > 0; --p, a += Tile::unroll * kPanel) {
-#pragma clang loop unroll(full)
-        for (int q = 0; q < Tile::unroll; ++q, b.next()) sums.step(a + q * kPanel, panel_stride, b);
+[[gnu::always_inline]] inline void add_products(Tile& sums, i64 k, const double* a, i64 panel_stride, B b,
+                                                ColumnsAhead c = {}) {
+    i64 rounds = k / Tile::unroll;
+    if (c.are_few()) c.template fetch_all<Tile::height>();
+    for (; c.left > 0 && rounds > 0; --rounds) {
+        c.template fetch<Tile::height>();
+        add_round(sums, a, panel_stride, b);
     }
-    for (i64 p = k % Tile::unroll; p > 0; --p, a += kPanel, b.next()) sums.step(a, panel_stride, b);
+    for (; rounds > 0; --rounds) add_round(sums, a, panel_stride, b);
+    for (i64 p = k % Tile::unroll; p > 0; --p, a += Tile::panel, b.next()) sums.step(a, panel_stride, b);
 }
 
 template <class Tile, class B>
-[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b) {
+[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b, ColumnsAhead c) {
     Tile sums;
-    add_products(sums, k, a, panel_stride, b);
+    add_products(sums, k, a, panel_stride, b, c);
     return sums;
 }
 
 /// The same for a number of steps known beforehand, without a loop.
 template <int K, class Tile, class B>
-[[gnu::always_inline]] inline Tile multiply_unrolled(const double* a, i64 panel_stride, B b) {
+[[gnu::always_inline]] inline Tile multiply_unrolled(const double* a, i64 panel_stride, B b, ColumnsAhead c) {
     Tile sums;
+    c.template fetch_all<Tile::height>();
 #pragma clang loop unroll(full)
-    for (int p = 0; p < K; ++p, b.next()) sums.step(a + p * kPanel, panel_stride, b);
+    for (int p = 0; p < K; ++p, b.next()) sums.step(a + p * Tile::panel, panel_stride, b);
     return sums;
 }
 

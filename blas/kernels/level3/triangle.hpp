@@ -84,6 +84,9 @@ template <class T> bool has_reciprocals(const TriangularProblem<T>& problem, i64
     return true;
 }
 
+/// Doubles of k steps of a group of columns.
+template <class T> [[gnu::always_inline]] inline i64 group_stride(i64 k) { return kPanel * padded<T>(k); }
+
 /// Columns of t that a tile takes at once, and their corner on the diagonal: so many steps.
 template <class T> constexpr i64 kGroup = kPanelRows<T>;
 
@@ -130,7 +133,7 @@ void pack_columns(const TriangularProblem<T>& problem, bool solver, const Packed
     const auto pack = [&](i64 first, i64 count, i64 p, i64 steps) {
         const Source<T> from = problem.t.from(to.first + first, to.first + p);
         double* const at = to.groups + first / width * to.stride + p * kPanel;
-        if (count >= width) pack_full_panels<T>(from, count / width, steps, at, to.stride, kPanel, change);
+        if (count >= width) pack_full_groups<T>(from, count / width, steps, at, to.stride, kPanel, change);
         else pack_ragged<T>(from, static_cast<int>(count), width, steps, at, kPanel, change);
     };
     const i64 end = j + columns;

@@ -35,7 +35,9 @@ template <class T> struct PanelsAsB {
     i64 columns;
 
     static i64 steps(i64 k) { return k; }
-    [[gnu::always_inline]] PackedB operator()(i64 c) const { return {panels + c / kPanelRows<T> * stride, kPanel}; }
+    [[gnu::always_inline]] PackedB operator()(i64 c) const {
+        return {panels + group_offset<kTallPanel>(c / kPanelRows<T>, stride), kTallPanel};
+    }
     [[gnu::always_inline]] PackedPairs<kPanel> pairs(i64 c) const {
         const double* const at = panels + c / kPanelRows<T> * stride;
         return {at, at + stride};
@@ -54,9 +56,9 @@ template <class T> class TriangleBuffers {
     /// `order`: of a diagonal block; `piece` columns of t; `count` right-hand sides.
     TriangleBuffers(i64 order, i64 piece, i64 count)
         : triangle_bytes_(pages(up_to(order, 4) * up_to(order, 4) * kParts<T>)),
-          piece_bytes_(pages(up_to(order, 4) * up_to(piece, 4) * kParts<T>)),
+          piece_bytes_(pages(up_to(order, 4) * up_to(piece, kTallRows<T>) * kParts<T>)),
           strip_bytes_(pages(StripB::step * up_to(order, 4))),
-          panel_bytes_(pages(up_to(order, 4) * up_to(count, 4) * kParts<T>)),
+          panel_bytes_(pages(up_to(order, 4) * up_to(count, kTallRows<T>) * kParts<T>)),
           memory_(triangle_bytes_ + piece_bytes_ + strip_bytes_ + panel_bytes_ + page_bytes) {}
 
     bool there() const { return memory_.raw() != nullptr; }
@@ -107,7 +109,7 @@ void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep& st
                      const TriangleBuffers<T>& buffers) {
     constexpr i64 together = kTriangleBlocks.together / kParts<T>;
     const i64 stride = panel_stride_a<T>(step.length);
-    const PackedTriangle triangle{buffers.triangle(), stride, step.first, step.length};
+    const PackedTriangle triangle{buffers.triangle(), group_stride<T>(step.length), step.first, step.length};
     const bool scaled = (step.opens || !Work::inverts) && !is_one(problem.alpha);
     const T* const alpha = scaled ? &problem.alpha : nullptr;
     if (Work::inverts && !has_reciprocals(problem, step.first, step.length)) {
@@ -116,7 +118,7 @@ void finish_diagonal(const TriangularProblem<T>& problem, const DiagonalStep& st
     }
     for (i64 done = 0; done < count; done += together) {
         const i64 here = least(together, count - done);
-        double* const panels = buffers.panels() + done / kPanelRows<T> * stride;
+        double* const panels = buffers.panels() + done / kTallRows<T> * stride;
         pack_a(problem.rhs().from(r + done, step.first), here, step.length, panels, stride, alpha);
         diagonal_block<T, Work>(problem, triangle,
                                 PackedRhs<T>{panels, stride, r + done, here, step.first, step.length});
@@ -143,7 +145,7 @@ void update_rest(const TriangularProblem<T>& problem, const DiagonalStep& step, 
             continue;
         }
         for (i64 row = 0; row < count; row += rows_at_once)
-            multiply_block<T>(BlockA{buffers.panels() + row / kPanelRows<T> * stride, stride,
+            multiply_block<T>(BlockA{buffers.panels() + row / kTallRows<T> * stride, stride,
                                      least(rows_at_once, count - row), step.length},
                               PanelsAsB<T>{piece, stride, columns}, buffers.strip(), to, r + row, j);
     }
@@ -160,7 +162,7 @@ void sweep(const TriangularProblem<T>& problem, i64 block, const TriangleBuffers
         const i64 rest = problem.forward ? first + length : 0, rest_length = problem.forward ? n - rest : first;
         const DiagonalStep step{first, length, rest, rest_length, done == 0};
         pack_triangle(problem, Work::inverts,
-                      PackedTriangle{buffers.triangle(), panel_stride_a<T>(length), first, length});
+                      PackedTriangle{buffers.triangle(), group_stride<T>(length), first, length});
         finish_diagonal<T, Work>(problem, step, r, count, buffers);
         update_rest<T, Work>(problem, step, r, count, buffers);
     }

@@ -5,8 +5,8 @@
 
 namespace nxl::NXL_TARGET {
 
-// A tile is a group of 4 real entries, or 2 complex ones, of up to 12 real right-hand sides. It is the tile of the
-// matrix product, with a triangle behind:
+// A tile is a group of 4 real entries, or 2 complex ones, of up to three panels of right-hand sides. It is the tile of
+// the matrix product, with a triangle behind:
 //
 //     panels of right-hand sides                       packed group of t
 //     | x x x x x x x x | b b b b | . . . |            steps 0 .. j - 1, then the corner
@@ -19,7 +19,7 @@ namespace nxl::NXL_TARGET {
 //
 // A solver packs t negated, so that step 2 adds as in the product, and the diagonal inverted, so that step 3 does not
 // wait for divisions. Going backward, the known entries are those behind the group.
-/// Packed right-hand sides, kPanelRows in a panel, and where in B their results go: right-hand side `r` and the ones
+/// Packed right-hand sides, kTallRows in a panel, and where in B their results go: right-hand side `r` and the ones
 /// after it, entries from `p` on.
 template <class T> struct PackedRhs {
     double* panels;
@@ -29,28 +29,25 @@ template <class T> struct PackedRhs {
 };
 
 /// The values of a tile: a group of entries of the right-hand sides in some panels.
-template <class T, int Panels> struct Entries {
-    static constexpr int group = kGroup<T>, per_panel = kPanel / kWidth, vectors = Panels * per_panel;
-    Vec<kWidth> of[vectors][group];
+template <class T, int Panels, int W = kWidest, int High = kTallPanel> struct Entries {
+    static constexpr int group = kGroup<T>, per_panel = High / W, vectors = Panels * per_panel;
+    Vec<W> of[vectors][group];
 
     /// Where vector v of entry c stands in panels.
-    static i64 offset(int v, int c, i64 stride) { return v / per_panel * stride + c * kPanel + v % per_panel * kWidth; }
+    static i64 offset(int v, int c, i64 stride) { return v / per_panel * stride + c * High + v % per_panel * W; }
     [[gnu::always_inline]] void store_panels(double* panels, i64 stride) const {
         for (int c = 0; c < group; ++c)
-            for (int v = 0; v < vectors; ++v) store<kWidth>(panels + offset(v, c, stride), of[v][c]);
+            for (int v = 0; v < vectors; ++v) store<W>(panels + offset(v, c, stride), of[v][c]);
     }
     /// To rows of B: entries are `step` doubles apart.
     [[gnu::always_inline]] void store_rows(double* to, i64 step) const {
         for (int c = 0; c < group; ++c)
-            for (int v = 0; v < vectors; ++v) store<kWidth>(to + c * step + v * kWidth, of[v][c]);
+            for (int v = 0; v < vectors; ++v) store<W>(to + c * step + v * W, of[v][c]);
     }
     /// To columns of B: right-hand sides are `step` doubles apart.
     [[gnu::always_inline]] void store_columns(double* to, i64 step) const {
-        for (int panel = 0; panel < Panels; ++panel, to += kPanelRows<T> * step) {
-            const auto column = [&](int c) {
-                if constexpr (per_panel == 1) return of[panel][c];
-                else return __builtin_shufflevector(of[2 * panel][c], of[2 * panel + 1][c], 0, 1, 2, 3);
-            };
+        for (int quad = 0; quad < vectors * W / 4; ++quad, to += kPanelRows<T> * step) {
+            const auto column = [&](int c) { return four_rows(quad, c); };
             if constexpr (kParts<T> == 1) {
                 transpose_4x4(column(0), column(1), column(2), column(3), to, step);
             } else {
@@ -59,18 +56,31 @@ template <class T, int Panels> struct Entries {
             }
         }
     }
+
+  private:
+    [[gnu::always_inline]] Vec<4> four_rows(int quad, int c) const {
+        if constexpr (W == 2) return __builtin_shufflevector(of[2 * quad][c], of[2 * quad + 1][c], 0, 1, 2, 3);
+        else if constexpr (W == 4) return of[quad][c];
+        else {
+            const auto pair = of[quad / 2][c];
+            return quad % 2 == 0 ? __builtin_shufflevector(pair, pair, 0, 1, 2, 3)
+                                 : __builtin_shufflevector(pair, pair, 4, 5, 6, 7);
+        }
+    }
 };
 
 /// Entries that reach over an edge of B, as a panel holds them: `rows` right-hand sides, `columns` entries exist.
-template <class T>
+template <int High, class T>
 [[gnu::noinline]] void place_edge(const double* panels, const TriangularProblem<T>& problem, i64 r, i64 rows, i64 p,
                                   i64 columns) {
-    constexpr i64 height = kPanelRows<T>, panel_doubles = kPanel * kGroup<T>;
+    constexpr i64 height = High / kParts<T>, panel_doubles = High * kGroup<T>;
     for (i64 row = 0; row < rows; ++row)
         for (i64 c = 0; c < columns; ++c)
             __builtin_memcpy(problem.at(r + row, p + c),
-                             panels + row / height * panel_doubles + c * kPanel + row % height * kParts<T>, sizeof(T));
+                             panels + row / height * panel_doubles + c * High + row % height * kParts<T>, sizeof(T));
 }
+
+template <int Panels> using TallSums = Sums<Panels, kPanel, kWidest, kTallPanel>;
 
 /// Solves for a group of entries; t comes negated, the inverses of its diagonal do not. The panels take what is solved:
 /// they are the known entries of all later groups, and an operand of the product that follows the block.
@@ -79,16 +89,16 @@ struct Solve {
 
     /// b, to which the products are to be added.
     template <class T, int Panels>
-    [[gnu::always_inline]] static inline Sums<Panels, kPanel> start(const double* panels, i64 stride) {
-        Sums<Panels, kPanel> sums;
+    [[gnu::always_inline]] static inline TallSums<Panels> start(const double* panels, i64 stride) {
+        TallSums<Panels> sums;
         for (int c = 0; c < kGroup<T>; ++c)
             for (int v = 0; v < sums.vectors; ++v)
-                sums.of[v][c * kParts<T>] = load<kWidth>(panels + Entries<T, Panels>::offset(v, c, stride));
+                sums.of[v][c * kParts<T>] = load<kWidest>(panels + Entries<T, Panels>::offset(v, c, stride));
         return sums;
     }
 
     template <class T, bool Forward, int Panels>
-    [[gnu::always_inline]] static inline Entries<T, Panels> finish(const Sums<Panels, kPanel>& sums, double* panels,
+    [[gnu::always_inline]] static inline Entries<T, Panels> finish(const TallSums<Panels>& sums, double* panels,
                                                                    i64 stride, const double* corner) {
         constexpr int group = kGroup<T>;
         Entries<T, Panels> x;
@@ -114,9 +124,9 @@ struct Solve {
     }
 
   private:
-    template <class T> [[gnu::always_inline]] static inline Factor<T, kWidth> element(const double* corner, int p,
-                                                                                      int c) {
-        return Factor<T, kWidth>(*scalars<T>(corner + p * kPanel + c * kParts<T>));
+    template <class T> [[gnu::always_inline]] static inline Factor<T, kWidest> element(const double* corner, int p,
+                                                                                       int c) {
+        return Factor<T, kWidest>(*scalars<T>(corner + p * kPanel + c * kParts<T>));
     }
 };
 
@@ -126,20 +136,20 @@ struct Multiply {
     static constexpr bool inverts = false;
 
     template <class T, int Panels>
-    [[gnu::always_inline]] static inline Sums<Panels, kPanel> start(const double*, i64) {
+    [[gnu::always_inline]] static inline TallSums<Panels> start(const double*, i64) {
         return {};
     }
 
     template <class T, bool Forward, int Panels>
-    [[gnu::always_inline]] static inline Entries<T, Panels> finish(Sums<Panels, kPanel>& sums, const double* panels,
+    [[gnu::always_inline]] static inline Entries<T, Panels> finish(TallSums<Panels>& sums, const double* panels,
                                                                    i64 stride, const double* corner) {
         Entries<T, Panels> result;
         for (int p = 0; p < kGroup<T>; ++p)
             for (int column = Forward ? p * kParts<T> : 0; column < (Forward ? kPanel : (p + 1) * kParts<T>);
                  ++column) {
-                const auto factor = splat<kWidth>(corner[p * kPanel + column]);
+                const auto factor = splat<kWidest>(corner[p * kPanel + column]);
                 for (int v = 0; v < sums.vectors; ++v)
-                    sums.of[v][column] += load<kWidth>(panels + result.offset(v, p, stride)) * factor;
+                    sums.of[v][column] += load<kWidest>(panels + result.offset(v, p, stride)) * factor;
             }
         for (int c = 0; c < kGroup<T>; ++c)
             for (int v = 0; v < sums.vectors; ++v) result.of[v][c] = tile_values<T>(sums, v, c, 1.0);
@@ -158,22 +168,22 @@ template <class T, class Work, bool Forward, int Panels>
                                               const PackedRhs<T>& rhs, i64 panel, i64 j) {
     const double* const columns = triangle.groups + j / kGroup<T> * triangle.stride;
     double* const panels = rhs.panels + panel * rhs.stride;
-    double* const here = panels + j * kPanel;
+    double* const here = panels + j * kTallPanel;
     const i64 size = least(kGroup<T>, rhs.length - j);
     const i64 p = Forward ? 0 : j + size, steps = Forward ? j : rhs.length - p;
     auto sums = Work::template start<T, Panels>(here, rhs.stride);
-    add_products(sums, steps, panels + p * kPanel, rhs.stride, PackedB{columns + p * kPanel, kPanel});
+    add_products(sums, steps, panels + p * kTallPanel, rhs.stride, PackedB{columns + p * kPanel, kPanel});
     const auto results = Work::template finish<T, Forward, Panels>(sums, here, rhs.stride, columns + j * kPanel);
-    const i64 row = panel * kPanelRows<T>, rows = least(Panels * kPanelRows<T>, rhs.count - row);
-    if (rows == Panels * kPanelRows<T> && size == kGroup<T>) {
+    const i64 row = panel * kTallRows<T>, rows = least(Panels * kTallRows<T>, rhs.count - row);
+    if (rows == Panels * kTallRows<T> && size == kGroup<T>) {
         double* const to = parts(problem.at(rhs.r + row, rhs.p + j));
         if (problem.left) results.store_columns(to, problem.ldb * kParts<T>);
         else results.store_rows(to, problem.ldb * kParts<T>);
         return;
     }
-    double edge[Panels * kPanel * kGroup<T>];
-    results.store_panels(edge, kPanel * kGroup<T>);
-    place_edge(edge, problem, rhs.r + row, rows, rhs.p + j, size);
+    double edge[Panels * kTallPanel * kGroup<T>];
+    results.store_panels(edge, kTallPanel * kGroup<T>);
+    place_edge<kTallPanel>(edge, problem, rhs.r + row, rows, rhs.p + j, size);
 }
 
 /// One group of columns for all panels: the group, 6 KiB at most, stays in the first cache while the panels pass. Four
@@ -181,9 +191,9 @@ template <class T, class Work, bool Forward, int Panels>
 template <class T, class Work, bool Forward>
 [[gnu::noinline]] void group_column(const TriangularProblem<T>& problem, const PackedTriangle& triangle,
                                     const PackedRhs<T>& rhs, i64 j) {
-    const i64 count = (rhs.count + kPanelRows<T> - 1) / kPanelRows<T>;
+    const i64 count = (rhs.count + kTallRows<T> - 1) / kTallRows<T>;
     i64 panel = 0;
-    if constexpr (kWidth == 4) {
+    if constexpr (kWidest >= 4) {
         for (; count - panel >= 3 && count - panel != 4; panel += 3)
             group_tile<T, Work, Forward, 3>(problem, triangle, rhs, panel, j);
         for (; count - panel >= 2; panel += 2) group_tile<T, Work, Forward, 2>(problem, triangle, rhs, panel, j);

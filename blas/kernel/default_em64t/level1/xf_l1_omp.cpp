@@ -3,7 +3,7 @@
 #include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
-#include "service/threads.hpp"
+#include "service/worthwhile_threads.hpp"
 
 namespace nxl {
 namespace {
@@ -15,13 +15,13 @@ namespace {
 // Each block is a call of the serial kernel. daxpy writes disjoint parts of y. ddot fills a slot per block, and the
 // slots are added in order: the sum depends on the number of threads that was decided, not on who was early.
 /// Apart from the short call, which shall pay for nothing but the test of its length.
-[[gnu::noinline]] int decide_threads(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
+[[gnu::noinline]] int decide_threads(const Level1Gates& gates, double least, i64 n, i64 incx, i64 incy) {
     if (!may_fork(gates, n, incx, incy, nxl_cpu_class())) return 1;
-    return threads_for(gates, n, max_threads(domain_blas), dynamic_threads());
+    return threads_for(gates, n, worthwhile_threads(domain_blas, product_of(n), least), dynamic_threads());
 }
 
-int threads_of_call(const Level1Gates& gates, i64 n, i64 incx, i64 incy) {
-    return n <= gates.serial_up_to ? 1 : decide_threads(gates, n, incx, incy);
+int threads_of_call(const Level1Gates& gates, double least, i64 n, i64 incx, i64 incy) {
+    return n <= gates.serial_up_to ? 1 : decide_threads(gates, least, n, incx, incy);
 }
 
 /// Fills one slot per block; the slots are added in ascending order, so that the result does not depend on scheduling.
@@ -75,13 +75,13 @@ int threads_for(const Level1Gates& gates, i64 n, int offered, bool dynamic) {
 }
 
 void nxl_blas_daxpy(const i64& n, const double& alpha, const double* x, const i64& incx, double* y, const i64& incy) {
-    const int threads = threads_of_call(daxpy_gates, n, incx, incy);
+    const int threads = threads_of_call(daxpy_gates, least_work<double>.axpy, n, incx, incy);
     if (threads < 2) return slot<&KernelTable::daxpy>(n, alpha, x, incx, y, incy);
     daxpy_over_threads(threads, n, alpha, x, incx, y, incy);
 }
 
 double nxl_blas_ddot(const i64& n, const double* x, const i64& incx, const double* y, const i64& incy) {
-    const int threads = threads_of_call(ddot_gates, n, incx, incy);
+    const int threads = threads_of_call(ddot_gates, least_work<double>.dot, n, incx, incy);
     if (threads < 2) return slot<&KernelTable::ddot>(n, x, incx, y, incy);
     return ddot_over_threads(threads, n, x, incx, y, incy);
 }

@@ -2,7 +2,7 @@
 #include "blas/kernel/default_em64t/level2/gemv_omp.hpp"
 #include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
-#include "service/threads.hpp"
+#include "service/worthwhile_threads.hpp"
 
 namespace nxl {
 namespace {
@@ -63,7 +63,8 @@ template <class T> struct Gemv {
     /// Apart from the small call, which shall pay for nothing but the test of its size.
     [[gnu::noinline]] void maybe_threaded() const {
         const CpuClass cpu_class = nxl_cpu_class();
-        const int threads = cpu_class >= CpuClass::mc ? max_threads(domain_blas) : 1;
+        const double least = is_plain(trans) ? least_work<T>.gemv_rows : least_work<T>.gemv_columns;
+        const int threads = cpu_class >= CpuClass::mc ? worthwhile_threads(domain_blas, product_of(m, n), least) : 1;
         const GemvPlan plan = plan_gemv(limits_of<T>, trans, m, n, cpu_class, threads);
         switch (plan.split) {
         case GemvSplit::none: return serial();

@@ -3,7 +3,7 @@
 #include "blas/kernel/default_em64t/level3/gemm_omp.hpp"
 #include "blas/kernel/default_em64t/level3/gemm_strategies.hpp"
 #include "service/parallel.hpp"
-#include "service/threads.hpp"
+#include "service/worthwhile_threads.hpp"
 
 namespace nxl {
 namespace {
@@ -83,7 +83,7 @@ void gemm_driver(const char& transa, const char& transb, const i64& m, const i64
     const GemmCall<T> call{transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc};
     if (m < 1 || n < 1) return;
     if (gemm_is_small(call.shape())) return call.run_serial();
-    const int threads = max_threads(domain_blas);
+    const int threads = worthwhile_threads(domain_blas, product_of(m, n, k), least_work<T>.gemm);
     if (threads < 2) return call.run_serial();
     gemm_over_threads(threads, call);
 }

@@ -2,7 +2,7 @@
 #include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
 #include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
-#include "service/threads.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <limits>
 
 namespace nxl {
@@ -98,15 +98,20 @@ bool triangular_stays_serial(const TriangularGate& gate, const TriangularShape& 
     return shape.left ? too_little_on_the_left(work) : too_little_on_the_right(work);
 }
 
+template <class T, auto Kernel> constexpr double least_of = least_work<T>.trmm;
+template <> constexpr double least_of<double, &KernelTable::dtrsm> = least_work<double>.trsm;
+template <> constexpr double least_of<zcomplex, &KernelTable::ztrsm> = least_work<zcomplex>.trsm;
+
 template <class T, auto Kernel>
 void triangular_driver(const char& side, const char& uplo, const char& transa, const char& diag, const i64& m,
                        const i64& n, const T& alpha, const T* a, const i64& lda, T* b, const i64& ldb) {
     if (n == 0) return;
     const TriangularCall<T> call{side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb};
-    const int threads = max_threads(domain_blas);
+    const TriangularShape shape = call.shape();
+    const double work = product_of(shape.order(), shape.order(), shape.free_length());
+    const int threads = worthwhile_threads(domain_blas, work, least_of<T, Kernel>);
     if (threads >= 2) {
         constexpr double work_factor = sizeof(T) == sizeof(double) ? 1.0 : 4.0;
-        const TriangularShape shape = call.shape();
         const TriangularGate& gate = gate_of<T, Kernel>(shape.left);
         const i64 q = triangular_block(gate, shape, threads);
         if (!triangular_stays_serial(gate, shape, q, work_factor)) return run_blocks(call, threads, q, slot<Kernel>);

@@ -9,7 +9,7 @@
 #include "service/arguments.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
-#include "service/threads.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <algorithm>
 #include <omp.h>
 
@@ -130,7 +130,7 @@ template <class T> bool factor(char uplo, const Matrix<T>& a, i64& info) {
         potf2(uplo, a, info);
         return false;
     }
-    const i64 threads = max_threads(domain_all);
+    const i64 threads = worthwhile_threads(domain_all, product_of(n, n, n), least_work<T>.potrf);
     const i64 nb = threads > 1 ? cholesky_sizes.block(n, threads) : n;
     if (nb < 2 || n <= nb) return potrf_serial(uplo, a, info, 0, 0);
     return factor_tiles(uplo, a, nb, threads, info);

@@ -8,7 +8,7 @@
 #include "service/arguments.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
-#include "service/threads.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <omp.h>
 
 namespace nxl {
@@ -110,7 +110,8 @@ template <class T> void run_queue(const Matrix<T>& a, i64* ipiv, i64 nb, int thr
 template <class T> void factor(const Matrix<T>& a, i64* ipiv, i64* info) {
     constexpr LuSizes sizes = lu_sizes<T>;
     const i64 n = a.columns;
-    const int threads = std::min(max_threads(domain_all), largest_team);
+    const double work = product_of(a.rows, n, a.steps());
+    const int threads = std::min(worthwhile_threads(domain_all, work, least_work<T>.getrf), largest_team);
     if (threads <= 1 || n <= sizes.crossover(n, 1)) {
         factor_serially(a, ipiv, info, 0, 0);
         return;
