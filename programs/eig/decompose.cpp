@@ -14,7 +14,11 @@ std::pair<int, int> Selection::numbers_of(int n) const {
 
 Spectrum decompose(const AnyMatrix& matrix, const Wish& wish) {
     return std::visit(
-        [&](const auto& a) -> Spectrum { return solve::is_hermitian(a) ? self_adjoint(a, wish) : general(a, wish); },
+        [&](const auto& a) -> Spectrum {
+            if (wish.singular) return singular_values(a, wish);
+            if (!a.square()) throw Refusal("eigenvalues need a square matrix, this one is " + solve::shape_of(a));
+            return solve::is_hermitian(a) ? self_adjoint(a, wish) : general(a, wish);
+        },
         matrix);
 }
 

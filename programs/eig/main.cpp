@@ -1,4 +1,4 @@
-// nxl-eig: reads or makes a matrix, finds eigenvalues and eigenvectors with nxl, reports.
+// nxl-eig: reads or makes a matrix, finds eigenvalues or singular values and their vectors with nxl, reports.
 #include "common/input_error.hpp"
 #include "common/output_file.hpp"
 #include "common/progress.hpp"
@@ -43,7 +43,8 @@ Input get_matrix(const Options& options) {
         return {std::move(matrix), std::move(truss)};
     }
     if (!options.generate.empty()) return {solve::generate(options.generate).matrix, {}};
-    solve::MatrixFile file = solve::read_matrix(common::open_lines(options.file));
+    const auto shape = options.wish.singular ? solve::Shape::any : solve::Shape::square;
+    solve::MatrixFile file = solve::read_matrix(common::open_lines(options.file), shape);
     if (file.duplicates > 0 && !options.quiet)
         std::fprintf(stderr, "%s: %s: note: duplicate entries were summed: %ld\n", kProgram, options.file.c_str(),
                      file.duplicates);
@@ -51,7 +52,7 @@ Input get_matrix(const Options& options) {
 }
 
 int run(const Options& options, const std::string& source) {
-    for (const auto& path : {options.vectors, options.output, options.plot, options.modes})
+    for (const auto& path : {options.vectors, options.left, options.output, options.plot, options.modes})
         if (!path.empty()) common::expect_writable(path);
     common::Stopwatch watch;
     const Input input = get_matrix(options);
@@ -66,7 +67,8 @@ int run(const Options& options, const std::string& source) {
 
     if (!options.quiet) print(report, spectrum);
     if (!options.output.empty()) write_values(options.output, spectrum);
-    if (!options.vectors.empty()) write_vectors(options.vectors, spectrum);
+    if (!options.vectors.empty()) write_vectors(options.vectors, spectrum.vector);
+    if (!options.left.empty()) write_vectors(options.left, spectrum.singular->left);
     if (!options.plot.empty()) plot(options.plot, source, spectrum);
     if (!options.modes.empty()) draw_modes(options.modes, source, *input.truss, spectrum);
     if (spectrum.failed == 0) return common::kDone;

@@ -46,14 +46,23 @@ void declare(CLI::App& app, Options& o, std::string& values, std::string& range)
                    "matrix at most")
         ->check(CLI::IsMember({"auto", "dense", "band"}))
         ->option_text("auto|dense|band [auto]");
+    auto* singular = app.add_flag("--svd", o.wish.singular,
+                                  "Singular values instead, descending, of a matrix of any shape, and its rank");
+    app.add_option("--rcond", o.wish.rcond, "For the rank, singular values up to R times the largest count as 0")
+        ->check(CLI::Range(0.0, 1.0))
+        ->needs(singular)
+        ->option_text("R [2.2e-16 times the larger dimension]");
     auto* numbers = app.add_option("--values", values,
-                                   "Values by number, ascending by real parts, from 1; below 0 from the end: "
-                                   "--values=-5:-1 are the five largest")
+                                   "Values by number, from 1, eigenvalues ascending by real parts; below 0 from the "
+                                   "end: --values=-5:-1 are the last five")
                         ->option_text("FIRST:LAST [1:-1]");
     app.add_option("--range", range, "Values with real parts above LOW and not above HIGH, which may be -inf and inf")
         ->excludes(numbers)
         ->option_text("LOW:HIGH");
     app.add_option("--vectors", o.vectors, "Compute vectors and write them, an array of a column for each value")
+        ->option_text("FILE");
+    app.add_option("--left-vectors", o.left, "The same of the left vectors of --svd; --vectors are the right ones")
+        ->needs(singular)
         ->option_text("FILE");
     app.add_flag("--check", o.wish.vectors, "Compute vectors for the report alone: their residual and orthogonality");
     app.add_option("--output", o.output, "Write the values, an array of 17 digits")->option_text("FILE");
@@ -72,7 +81,8 @@ void declare(CLI::App& app, Options& o, std::string& values, std::string& range)
 std::optional<Options> parse_options(int argc, char** argv) {
     Options options;
     std::string values, range;
-    CLI::App app("Finds eigenvalues and eigenvectors of a matrix from a Matrix Market file or a generated problem.",
+    CLI::App app("Finds eigenvalues or singular values, and their vectors, of a matrix from a Matrix Market file or a "
+                 "generated problem.",
                  "nxl-eig");
     declare(app, options, values, range);
     if (!common::parse(app, argc, argv)) return std::nullopt;
@@ -80,6 +90,8 @@ std::optional<Options> parse_options(int argc, char** argv) {
         throw common::UsageError("one matrix is expected: a FILE or --generate KIND:SIZE");
     if (!options.modes.empty() && !options.generate.starts_with("vibration:"))
         throw common::UsageError("--modes belongs to --generate vibration:N");
+    if (options.wish.singular && (options.wish.method == "band" || !options.modes.empty()))
+        throw common::UsageError("--svd goes neither with --method band nor with --modes");
     Selection& selection = options.wish.selection;
     if (!values.empty()) {
         selection.by = Selection::By::number;
@@ -90,7 +102,8 @@ std::optional<Options> parse_options(int argc, char** argv) {
         std::tie(selection.low, selection.high) = pair_of<double>("--range", range);
         if (!(selection.low < selection.high)) throw common::UsageError("--range: LOW is expected to be below HIGH");
     }
-    options.wish.vectors = options.wish.vectors || !options.vectors.empty() || !options.modes.empty();
+    options.wish.vectors =
+        options.wish.vectors || !options.vectors.empty() || !options.left.empty() || !options.modes.empty();
     return options;
 }
 

@@ -12,7 +12,7 @@ struct Options {
     std::string file;     // either this or `generate` is given
     std::string generate; // KIND:SIZE
     Wish wish;
-    std::string vectors, output, plot, modes; // files
+    std::string vectors, left, output, plot, modes; // files
     bool verbose = false;
     bool quiet = false;
 };

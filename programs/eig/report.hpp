@@ -19,7 +19,7 @@ void print(const Report& report, const Spectrum& spectrum);
 void plot(const std::string& path, const std::string& title, const Spectrum& spectrum);
 
 void write_values(const std::string& path, const Spectrum& spectrum);
-void write_vectors(const std::string& path, const Spectrum& spectrum);
+void write_vectors(const std::string& path, const AnyBlock& vectors);
 
 /// Cycles per second of a mode whose squared angular frequency is `value`.
 double frequency(double value);

@@ -18,12 +18,12 @@ template <class T> void check(const solve::SparseMatrix<T>& a) {
     for (int i = 0; i < a.n; ++i) {
         int previous = -1;
         for (const int j : a.row(i).column) {
-            require(j > previous && j < a.n);
+            require(j > previous && j < a.columns);
             previous = j;
         }
     }
-    const std::vector<T> x(static_cast<std::size_t>(a.n), T{1.0});
-    std::vector<T> y(x);
+    const std::vector<T> x(static_cast<std::size_t>(a.columns), T{1.0});
+    std::vector<T> y(static_cast<std::size_t>(a.n));
     solve::multiply(a, x.data(), y.data());
     require(a.symmetry != solve::Symmetry::symmetric || solve::is_symmetric(a));
 }
@@ -32,11 +32,11 @@ template <class T> void check(const solve::SparseMatrix<T>& a) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
-    try {
-        const auto file = solve::read_matrix(common::lines_of("fuzz", text));
-        std::visit([](const auto& a) { check(a); }, file.matrix);
-    } catch (const common::InputError&) {
-    }
+    for (const auto shape : {solve::Shape::square, solve::Shape::any}) try {
+            const auto file = solve::read_matrix(common::lines_of("fuzz", text), shape);
+            std::visit([](const auto& a) { check(a); }, file.matrix);
+        } catch (const common::InputError&) {
+        }
     try {
         const auto block = solve::read_block<solve::Complex>(common::lines_of("fuzz", text), 3);
         require(block.value.size() == 3 * static_cast<std::size_t>(block.count));

@@ -124,6 +124,31 @@ Problem random_sparse(int n) {
             std::vector<double>(static_cast<std::size_t>(n), 1.0)};
 }
 
+/// Differences of height between neighbours of a square grid of n points a side, measured with some error; the heights
+/// are known up to a constant.
+Problem levelling(int n) {
+    if (n < 2) throw common::UsageError("a single point has no differences of height");
+    const auto height = [n](int x, int y) {
+        return 100.0 * std::exp(-((x - 0.4 * n) * (x - 0.4 * n) + y * y) / (n * n));
+    };
+    std::vector<Triplet<double>> triplets;
+    Problem problem;
+    const auto measure = [&](int x, int y, int to_x, int to_y) {
+        const int row = static_cast<int>(problem.load.size());
+        triplets.push_back({row, x + n * y, -1.0});
+        triplets.push_back({row, to_x + n * to_y, 1.0});
+        problem.load.push_back(height(to_x, to_y) - height(x, y) + 0.01 * std::sin(17.0 * row));
+    };
+    for (int y = 0; y < n; ++y)
+        for (int x = 0; x < n; ++x) {
+            if (x + 1 < n) measure(x, y, x + 1, y);
+            if (y + 1 < n) measure(x, y, x, y + 1);
+        }
+    const int rows = static_cast<int>(problem.load.size());
+    problem.matrix = assemble(rows, n * n, Symmetry::general, std::move(triplets));
+    return problem;
+}
+
 struct Kind {
     const char* name;
     Problem (*make)(int size);
@@ -143,6 +168,8 @@ constexpr Kind kKinds[] = {
     {"random", random_sparse, 1, 9, "N unknowns coupled at random, diagonally dominant"},
     {"kriging", kriging, 2, 1, "covariances of N measurements in the plane: dense"},
     {"panels", source_panels, 2, 1, "flow around an elliptic cylinder of N panels: dense, unsymmetric"},
+    {"surface", surface, 1, 36, "polynomial of 36 terms through N measurements: N by 36, dense"},
+    {"levelling", levelling, 2, 4, "heights of N x N points by differences, rank N x N - 1: 2 N (N - 1) by N x N"},
 };
 
 } // namespace

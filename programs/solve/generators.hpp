@@ -1,4 +1,5 @@
-// Test problems made on the spot: grids with a stencil, a truss bridge, random sparsity, and dense ones.
+// Test problems made on the spot: grids with a stencil, a truss bridge, random sparsity, dense ones, and rectangular
+// ones. not square.
 #pragma once
 
 #include "sparse_matrix.hpp"
@@ -22,8 +23,10 @@ std::string list_of_problems();
 /// A bridge of `bays` bays, as a pin-jointed space truss: see truss.cpp.
 Problem truss_bridge(int bays);
 
-/// Covariances of `sites` measurements, and flow around a cylinder by `panels` panels: see dense_problems.cpp.
+/// Covariances of `sites` measurements, a polynomial through them, and flow around a cylinder by `panels` panels: see
+/// dense_problems.cpp.
 Problem kriging(int sites);
+Problem surface(int sites);
 Problem source_panels(int panels);
 
 } // namespace solve

@@ -1,4 +1,4 @@
-// nxl-solve: reads or makes a linear system, solves it with nxl, reports.
+// nxl-solve: reads or makes a linear system, square or not, solves it with nxl, reports.
 #include "common/interrupt.hpp"
 #include "common/output_file.hpp"
 #include "common/run_program.hpp"
@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstdio>
+#include <optional>
 #include <utility>
 
 namespace solve {
@@ -36,7 +37,8 @@ Input get_matrix(const Options& options) {
         Problem problem = generate(options.generate);
         return {std::move(problem.matrix), std::move(problem.load), watch.lap()};
     }
-    MatrixFile file = read_matrix(common::open_lines(options.file));
+    const Shape shape = takes_any_shape(options.settings.method) ? Shape::any : Shape::square;
+    MatrixFile file = read_matrix(common::open_lines(options.file), shape);
     if (file.duplicates > 0 && !options.quiet)
         std::fprintf(stderr, "nxl-solve: %s: note: duplicate entries were summed: %ld\n", options.file.c_str(),
                      file.duplicates);
@@ -82,19 +84,23 @@ int judge(const Outcome& outcome) {
 
 template <class T> int run(const SparseMatrix<T>& a, const Input& input, const Options& options) {
     const auto method = make_method<T>(options.settings);
+    if (!a.square() && !takes_any_shape(options.settings.method))
+        throw Refusal("method " + options.settings.method + " needs a square matrix, this one is " + shape_of(a));
     const auto rhs = make_right_hand_side(options.right_hand_side, options.systems, a, input.load);
     Times times{.input = input.seconds};
     common::Stopwatch watch;
     method->set_up(a);
     times.setup = watch.lap();
-    Block<T> x(a.n, rhs.b.count);
+    Block<T> x(a.columns, rhs.b.count);
     std::vector<Step> history;
     const Outcome outcome = watched_solve(*method, rhs.b, x, options, history);
     times.solve = watch.lap();
 
     if (!options.quiet) {
         const double condition = method->condition();
-        const double error = rhs.solution ? relative_error(x, *rhs.solution) : 0.0;
+        const std::optional<Rank> rank = method->rank();
+        const bool known = rhs.solution && (!rank || rank->rank == a.columns); // else it is one of many
+        const double error = known ? relative_error(x, *rhs.solution) : 0.0;
         print({.source = source_of(options),
                .facts = facts(a),
                .method = method->description(),
@@ -102,9 +108,10 @@ template <class T> int run(const SparseMatrix<T>& a, const Input& input, const O
                .systems = rhs.b.count,
                .outcome = outcome,
                .times = times,
-               .residual = scaled_residual(a, rhs.b, x),
-               .bounds = outcome.direct() ? error_bounds(a, rhs.b, x, condition) : ErrorBounds{},
-               .error = rhs.solution ? &error : nullptr,
+               .residual = rank ? 0.0 : scaled_residual(a, rhs.b, x),
+               .bounds = outcome.direct() && !rank ? error_bounds(a, rhs.b, x, condition) : ErrorBounds{},
+               .fit = rank ? std::optional(fit_of(a, rhs.b, x, *rank, condition)) : std::nullopt,
+               .error = known ? &error : nullptr,
                .generated = options.file.empty()});
     }
     if (!options.output.empty()) write_block(options.output, x);

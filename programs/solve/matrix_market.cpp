@@ -2,6 +2,7 @@
 #include "matrix_market.hpp"
 
 #include "common/input_error.hpp"
+#include "method.hpp"
 
 #include <algorithm>
 #include <array>
@@ -182,16 +183,20 @@ Size read_size(LineReader& lines, const Header& header) {
     return size;
 }
 
-/// A matrix must be square, have no more entries than 32 bits count, and enough for every row to have one: the last
-/// bounds what a short file with a large size can make us allocate.
-void check_matrix_size(const LineReader& lines, const Header& header, const Size& size) {
+/// A matrix has the shape that is wanted, no more entries than 32 bits count, and enough for every row to have one, or
+/// a dense copy that fits: the last bounds what a short file with a large size can make us allocate.
+void check_matrix_size(const LineReader& lines, const Header& header, const Size& size, Shape shape) {
     const auto rows = std::to_string(size.rows), columns = std::to_string(size.columns);
-    if (size.rows != size.columns) lines.fail("the matrix is not square: " + rows + " by " + columns);
+    if (size.rows != size.columns && (shape == Shape::square || header.symmetry != Symmetry::general))
+        lines.fail("the matrix is not square: " + rows + " by " + columns);
     const int copies = header.symmetry == Symmetry::general ? 1 : 2;
     if (size.entries > INT_MAX / copies)
         lines.fail(std::to_string(size.entries) + " entries are more than 32-bit positions reach");
-    if (size.entries * copies < size.rows)
+    if (size.entries * copies >= std::max(size.rows, size.columns)) return;
+    if (shape == Shape::square)
         lines.fail("the matrix is singular: " + std::to_string(size.entries) + " entries for " + rows + " rows");
+    const double bytes = 1.0 * size.rows * size.columns * sizeof(Complex);
+    if (!fits_in_memory(bytes)) lines.fail("the matrix needs " + memory_need(bytes, "a dense copy"));
 }
 
 int take_index(const LineReader& lines, std::string_view& rest, const char* what, int size) {
@@ -265,7 +270,7 @@ std::vector<Triplet<T>> read_triplets(LineReader& lines, const Header& header, c
 template <class T> MatrixFile read_matrix_of(LineReader& lines, const Header& header, const Size& size) {
     MatrixFile file;
     auto& matrix = file.matrix.emplace<SparseMatrix<T>>(
-        assemble(size.rows, header.symmetry, read_triplets<T>(lines, header, size), &file.duplicates));
+        assemble(size.rows, size.columns, header.symmetry, read_triplets<T>(lines, header, size), &file.duplicates));
     const auto finite = [](const T& value) { return std::isfinite(std::abs(value)); };
     if (!std::all_of(matrix.value.begin(), matrix.value.end(), finite))
         lines.fail("an entry, or the sum of duplicate entries, is too large for a double");
@@ -274,10 +279,10 @@ template <class T> MatrixFile read_matrix_of(LineReader& lines, const Header& he
 
 } // namespace
 
-MatrixFile read_matrix(LineReader lines) {
+MatrixFile read_matrix(LineReader lines, Shape shape) {
     const Header header = read_header(lines);
     const Size size = read_size(lines, header);
-    check_matrix_size(lines, header, size);
+    check_matrix_size(lines, header, size, shape);
     if (header.field == Field::complex) return read_matrix_of<Complex>(lines, header, size);
     return read_matrix_of<double>(lines, header, size);
 }

@@ -1,4 +1,4 @@
-// Matrix Market files: square sparse matrices and dense right-hand sides in, dense solutions out.
+// Matrix Market files: sparse matrices and dense right-hand sides in, dense solutions out.
 #pragma once
 
 #include "common/line_reader.hpp"
@@ -32,10 +32,14 @@ struct MatrixFile {
     long duplicates = 0; // entries that were summed into another one of the same place
 };
 
-/// Reads a square matrix, in coordinate or in array form. Throws InputError, naming file and line, for anything that
-/// the format does not allow, for NaN and infinite values, and for matrices whose announced size leaves rows empty.
-/// Memory grows with what the file holds, never with what its header promises.
-MatrixFile read_matrix(common::LineReader lines);
+/// Which matrices are read: square ones with entries enough for every row; or of any shape, and then empty rows and
+/// columns are good where a dense copy takes no more than half of the memory.
+enum class Shape { square, any };
+
+/// Reads a matrix, in coordinate or in array form. Throws InputError, naming file and line, for anything that
+/// the format does not allow, for NaN and infinite values, and for matrices of another shape. Memory grows with what
+/// the file holds, of a matrix of any shape also with its rows and columns, never with what the header promises beside.
+MatrixFile read_matrix(common::LineReader lines, Shape shape = Shape::square);
 
 /// Reads a dense n by k block in array form, general; a real file serves as a complex block, too.
 template <class T> Block<T> read_block(common::LineReader lines, int n);

@@ -15,6 +15,8 @@ template <class T> std::unique_ptr<Method<T>> make_general_method(const Settings
     if (settings.method == "lu") return make_lu<T>();
     if (settings.method == "cholesky") return make_cholesky<T>();
     if (settings.method == "ldl") return make_ldl<T>();
+    if (settings.method == "qr") return make_qr<T>();
+    if (settings.method == "svd") return make_svd<T>(settings);
     throw common::UsageError("no method of the name '" + settings.method + "'");
 }
 

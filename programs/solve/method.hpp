@@ -25,8 +25,9 @@ struct Settings {
     int fill = 10;                       // ilut: the most entries that L, and U, keep of a row
     double drop = 1e-3;                  // ilut: what is smaller, relative to its row, is dropped
     std::string ordering = "nested-dissection"; // direct; or "minimum-degree", "constrained"
-    int out_of_core = -1; // direct: megabytes of memory for factors that are on files; -1: none are
-    int refine = -1;      // direct: most steps, by residuals in doubled precision; -1: 2 unless the matrix is definite
+    int out_of_core = -1;        // direct: megabytes of memory for factors that are on files; -1: none are
+    std::optional<double> rcond; // svd: singular values up to this times the largest count as 0
+    int refine = -1; // direct: most steps, by residuals in doubled precision; -1: 2 unless the matrix is definite
 };
 
 /// One iteration, as seen by whoever watches.
@@ -59,7 +60,15 @@ struct Outcome {
     /// and no residual of its own. 0 after an iterative one.
     double operations = 0.0, factor_seconds = 0.0;
     std::optional<SparseFactors> factors; // of a sparse one, whose operations are counted in millions
-    bool direct() const { return operations > 0.0 || factors; }
+    bool least_squares = false;           // no factors that would tell a condition of A
+    bool direct() const { return operations > 0.0 || factors || least_squares; }
+};
+
+/// How many columns, or rows, of a matrix are independent.
+struct Rank {
+    int rank, most;             // most is the smaller dimension
+    double rcond;               // what is not above this times the largest counts as 0
+    const char *by, *condition; // how it was found, and which condition the method tells
 };
 
 /// A method that cannot work with this matrix, in one line. Exit status 1.
@@ -84,8 +93,11 @@ template <class T> class Method {
     virtual void set_up(const SparseMatrix<T>& a) = 0;
     /// Solves A X = B, from X = 0 where that matters; an iterative method tells `observe` about every iteration.
     virtual Outcome solve(const Block<T>& b, Block<T>& x, const Observer& observe) = 0;
-    /// The condition number |A| |A^-1|, infinity norms, as the factors tell it; 0 where they do not.
+    /// The condition number |A| |A^-1|, infinity norms, as the factors tell it; 0 where they do not. Of the methods for
+    /// matrices of any shape that of the triangle, in the 1-norm, or by singular values; after solve.
     virtual double condition() const { return 0.0; }
+    /// Of a method for matrices of any shape; may take as long as the solution did.
+    virtual std::optional<Rank> rank() const { return std::nullopt; }
     /// For the report, after set_up: the method's name and settings.
     virtual std::string description() const = 0;
 };
@@ -99,6 +111,10 @@ template <class T> std::unique_ptr<Method<T>> make_lu();
 template <class T> std::unique_ptr<Method<T>> make_cholesky();
 template <class T> std::unique_ptr<Method<T>> make_sparse_direct(const Settings& settings);
 template <class T> std::unique_ptr<Method<T>> make_ldl();
+/// Least squares or the shortest solution, whatever the shape of the matrix.
+template <class T> std::unique_ptr<Method<T>> make_qr();
+template <class T> std::unique_ptr<Method<T>> make_svd(const Settings& settings);
+bool takes_any_shape(const std::string& method);
 template <class T> std::unique_ptr<Method<T>> make_band_lu();
 template <class T> std::unique_ptr<Method<T>> make_band_cholesky();
 
@@ -108,7 +124,8 @@ template <class T> bool pays_band(const SparseMatrix<T>& a);
 
 /// Chooses when it sees the matrix. Sparse ones go to the sparse direct method; of dense ones, what may be positive
 /// definite is tried by Cholesky, and all else goes to LU. Real matrices whose factors do not fit into memory are left
-/// to conjugate gradients and to FGMRES.
+/// to conjugate gradients and to FGMRES, what is not square to QR, and where that finds no full rank, to singular
+/// values.
 template <class T> std::unique_ptr<Method<T>> make_automatic(const Settings& settings);
 
 /// The limit of iterations when the user named none.

@@ -1,5 +1,6 @@
 // The choice of a method by the matrix: factors of a narrow band; sparse factors; Cholesky or LU where it is dense;
-// conjugate gradients or FGMRES where factors do not fit into memory, or where the user asks for iterations.
+// conjugate gradients or FGMRES where factors do not fit into memory, or where the user asks for iterations; QR or
+// singular values where it is not square.
 #include "method.hpp"
 
 #include <algorithm>
@@ -21,6 +22,7 @@ template <class T> class Automatic final : public Method<T> {
     explicit Automatic(const Settings& settings) : settings_(settings) {}
 
     void set_up(const SparseMatrix<T>& a) override {
+        if (!a.square()) return set_up_rectangular(a);
         const std::string doubt = doubt_of_definiteness(a);
         if (settings_.iterative) return iterate_or_refuse(a, "", doubt);
         if (pays_band(a)) return set_up_band(a, doubt.empty());
@@ -29,15 +31,32 @@ template <class T> class Automatic final : public Method<T> {
         iterate_or_refuse(a, dense_need<T>(a.n) + ", ", doubt);
     }
     Outcome solve(const Block<T>& b, Block<T>& x, const Observer& observe) override {
+        if (rectangular_ != nullptr) return solve_rectangular(b, x, observe);
         Outcome outcome = chosen_->solve(b, x, observe);
         if (outcome.converged || fallback_ == nullptr) return outcome;
         take(make_lu<T>(), *fallback_, "method direct met pivots too small");
         return chosen_->solve(b, x, observe);
     }
     double condition() const override { return chosen_->condition(); }
+    std::optional<Rank> rank() const override { return chosen_->rank(); }
     std::string description() const override { return chosen_->description() + " (auto: " + reason_ + ")"; }
 
   private:
+    void set_up_rectangular(const SparseMatrix<T>& a) {
+        if (settings_.iterative)
+            throw Refusal("methods cg and fgmres need a square matrix, this one is " + shape_of(a));
+        rectangular_ = &a;
+        take(make_qr<T>(), a, "not square");
+    }
+    Outcome solve_rectangular(const Block<T>& b, Block<T>& x, const Observer& observe) {
+        try {
+            return chosen_->solve(b, x, observe);
+        } catch (const Refusal& refusal) {
+            take(make_svd<T>(settings_), *rectangular_, refusal.what());
+        }
+        return chosen_->solve(b, x, observe);
+    }
+
     void set_up_band(const SparseMatrix<T>& a, bool may_be_definite) {
         if (may_be_definite) {
             try {
@@ -110,6 +129,7 @@ template <class T> class Automatic final : public Method<T> {
     const Settings settings_;
     std::unique_ptr<Method<T>> chosen_;
     const SparseMatrix<T>* fallback_ = nullptr; // to be solved by LU if the direct method does not
+    const SparseMatrix<T>* rectangular_ = nullptr;
     std::string reason_;
 };
 

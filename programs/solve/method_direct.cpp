@@ -18,17 +18,17 @@ template <class T> double dense_bytes(int n) { return static_cast<double>(n) * n
 /// Rows are copied 64 columns at a time: so many cache lines and pages stay at hand for the rows that follow.
 template <class T> std::vector<T> column_major(const SparseMatrix<T>& a) {
     const auto n = static_cast<std::size_t>(a.n);
-    std::vector<T> dense(n * n);
+    std::vector<T> dense(n * static_cast<std::size_t>(a.columns));
     common::Progress progress("making the matrix dense");
     std::vector<int> next(a.row_start); // of each row, the first entry that is not copied
-    for (int end = 64; end < a.n + 64; end += 64) {
+    for (int end = 64; end < a.columns + 64; end += 64) {
         for (int i = 0; i < a.n; ++i) {
             int& k = next.data()[i];
             for (; k < a.row_start.data()[i + 1] && a.column.data()[k] < end; ++k)
                 dense.data()[static_cast<std::size_t>(i) + n * static_cast<std::size_t>(a.column.data()[k])] =
                     a.value.data()[k];
         }
-        progress.show(static_cast<double>(end) / a.n);
+        progress.show(static_cast<double>(end) / a.columns);
     }
     return dense;
 }

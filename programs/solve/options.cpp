@@ -35,6 +35,12 @@ void declare_factors(CLI::App& app, Settings& s) {
         ->option_text("MB [2000]");
 }
 
+std::string fault_of_fraction(const std::string& text) {
+    double value = 0.0;
+    const bool good = CLI::detail::lexical_cast(text, value) && value > 0.0 && value < 1.0;
+    return good ? std::string() : "'" + text + "' is not between 0 and 1";
+}
+
 void declare_iterations(CLI::App& app, Settings& s) {
     app.add_option(
            "--precond", s.preconditioner,
@@ -45,11 +51,7 @@ void declare_iterations(CLI::App& app, Settings& s) {
         ->check(CLI::IsMember({"none", "jacobi", "ilu0", "ilut"}))
         ->option_text("none|jacobi|ilu0|ilut [none; ilu0 where auto takes fgmres]");
     app.add_option("--tolerance", s.tolerance, "Reduce the 2-norm of the residual by this factor")
-        ->check([](const std::string& text) {
-            double value = 0.0;
-            const bool good = CLI::detail::lexical_cast(text, value) && value > 0.0 && value < 1.0;
-            return good ? std::string() : "'" + text + "' is not between 0 and 1";
-        })
+        ->check(fault_of_fraction)
         ->option_text("T [1e-08]");
     app.add_option("--max-iterations", s.max_iterations, "Limit for each right-hand side")
         ->check(CLI::Range(1, 2000000000))
@@ -73,11 +75,17 @@ void declare(CLI::App& app, Options& o) {
     app.add_option("--method", o.settings.method,
                    "direct, sparse factors; lu, of a dense copy; cholesky, the same if symmetric or Hermitian positive "
                    "definite; ldl, the same if symmetric or Hermitian; cg, conjugate gradients, if real symmetric "
-                   "positive definite; fgmres, if real; auto chooses")
-        ->check(CLI::IsMember({"auto", "direct", "lu", "cholesky", "ldl", "cg", "fgmres"}))
-        ->option_text("auto|direct|lu|cholesky|ldl|cg|fgmres [auto]");
+                   "positive definite; fgmres, if real; qr, least squares or the shortest solution of a matrix of any "
+                   "shape and full "
+                   "rank; svd, the same of any rank; auto chooses")
+        ->check(CLI::IsMember({"auto", "direct", "lu", "cholesky", "ldl", "cg", "fgmres", "qr", "svd"}))
+        ->option_text("auto|direct|lu|cholesky|ldl|cg|fgmres|qr|svd [auto]");
     declare_factors(app, o.settings);
     declare_iterations(app, o.settings);
+    app.add_option("--rcond", o.settings.rcond,
+                   "For the rank, singular values up to R times the largest count as 0 in method svd")
+        ->check(fault_of_fraction)
+        ->option_text("R [2.2e-16 times the larger dimension]");
     app.add_option("--rhs", o.right_hand_side,
                    "Right-hand side: known (A times ones, so that the error is known), ones, load (the generated "
                    "problem's own), or an array file")
@@ -110,9 +118,14 @@ void choose_by_options(const CLI::App& app, Settings& settings) {
     for (const std::string option : {"--precond", "--tolerance", "--max-iterations", "--plot"}) {
         if (app.count(option) == 0) continue;
         if (settings.method == "lu" || settings.method == "cholesky" || settings.method == "ldl" ||
-            settings.method == "direct")
+            settings.method == "direct" || settings.method == "qr" || settings.method == "svd")
             throw common::UsageError(option + " belongs to methods cg and fgmres");
         settings.iterative = true;
+    }
+    if (settings.rcond) {
+        if (settings.iterative || (settings.method != "auto" && settings.method != "svd"))
+            throw common::UsageError("--rcond belongs to method svd");
+        settings.method = "svd";
     }
     for (const std::string option : {"--ordering", "--refine", "--out-of-core"}) {
         if (app.count(option) == 0) continue;
@@ -126,7 +139,8 @@ void choose_by_options(const CLI::App& app, Settings& settings) {
 
 std::optional<Options> parse_options(int argc, char** argv) {
     Options options;
-    CLI::App app("Solves A x = b for a sparse or dense matrix from a Matrix Market file or a generated problem.",
+    CLI::App app("Solves A x = b, square or in the least squares sense, for a sparse or dense matrix from a Matrix "
+                 "Market file or a generated problem.",
                  "nxl-solve");
     declare(app, options);
     if (!common::parse(app, argc, argv)) return std::nullopt;

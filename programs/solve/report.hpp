@@ -5,6 +5,7 @@
 #include "matrix_market.hpp"
 #include "method.hpp"
 
+#include <optional>
 #include <string>
 
 namespace solve {
@@ -19,6 +20,17 @@ template <class T> double scaled_residual(const SparseMatrix<T>& a, const Block<
 /// The largest |x - exact| / |exact| over the columns, infinity norms.
 template <class T> double relative_error(const Block<T>& x, const Block<T>& exact);
 
+/// What a solution by least squares, or the shortest one, leaves; the largest over the columns, 2-norms, of A that of
+/// Frobenius.
+struct Fit {
+    Rank rank;
+    double condition = 0.0;
+    double residual = 0.0; // |b - A x| / |b|
+    double gradient = 0.0; // |A^H (b - A x)| / (|A| |b|), which is 0 at the minimum
+};
+template <class T>
+Fit fit_of(const SparseMatrix<T>& a, const Block<T>& b, const Block<T>& x, const Rank& rank, double condition);
+
 /// "n = 5, 13 entries, ...": one line about the matrix.
 template <class T> std::string facts(const SparseMatrix<T>& a);
 
@@ -29,6 +41,7 @@ struct Report {
     Times times;
     double residual = 0.0;
     ErrorBounds bounds;            // of a direct method
+    std::optional<Fit> fit;        // of one for matrices of any shape
     const double* error = nullptr; // null when the solution is not known
     bool generated = false;
 };

@@ -18,7 +18,7 @@ template <class T> Block<T> cosines(int n, int count) {
 }
 
 template <class T> Block<T> product(const SparseMatrix<T>& a, const Block<T>& x) {
-    Block<T> b(x.n, x.count);
+    Block<T> b(a.n, x.count);
     for (int k = 0; k < x.count; ++k) multiply(a, x.column(k), b.column(k));
     return b;
 }
@@ -43,7 +43,7 @@ RightHandSide<T> make_right_hand_side(const std::string& what, int count, const 
     const int made = count > 0 ? count : 1;
     if (what == "ones") return {cosines<T>(a.n, made), std::nullopt, made == 1 ? "ones" : "ones and cosines"};
     if (what == "known") {
-        auto x = cosines<T>(a.n, made);
+        auto x = cosines<T>(a.columns, made);
         auto b = product(a, x);
         return {std::move(b), std::move(x), made == 1 ? "A times ones" : "A times ones and cosines"};
     }

@@ -51,8 +51,9 @@ template <class T> void stable_sort_by(int Triplet<T>::* key, int n, std::vector
 /// The rows of a list sorted by row and column; entries of the same place become one. Of a matrix given by its lower
 /// triangle only the duplicates there are counted.
 template <class T>
-SparseMatrix<T> compress(int n, Symmetry symmetry, const std::vector<Triplet<T>>& sorted, long& duplicates) {
-    SparseMatrix<T> a{.n = n, .symmetry = symmetry, .row_start = {0}, .column = {}, .value = {}};
+SparseMatrix<T> compress(int n, int columns, Symmetry symmetry, const std::vector<Triplet<T>>& sorted,
+                         long& duplicates) {
+    SparseMatrix<T> a{.n = n, .columns = columns, .symmetry = symmetry, .row_start = {0}, .column = {}, .value = {}};
     a.row_start.reserve(static_cast<std::size_t>(n) + 1);
     a.column.reserve(sorted.size());
     a.value.reserve(sorted.size());
@@ -74,6 +75,7 @@ SparseMatrix<T> compress(int n, Symmetry symmetry, const std::vector<Triplet<T>>
 
 /// Whether every stored entry has the mirror image that `symmetry` asks for.
 template <class T> bool mirrors_itself(Symmetry symmetry, const SparseMatrix<T>& a) {
+    if (!a.square()) return false;
     // Rows are visited from the first to the last and columns ascend, so that entry (i, j) has to find as its mirror
     // image the first entry of row j that none has found before.
     std::vector<int> unmet(a.row_start);
@@ -92,12 +94,12 @@ template <class T> bool mirrors_itself(Symmetry symmetry, const SparseMatrix<T>&
 } // namespace
 
 template <class T>
-SparseMatrix<T> assemble(int n, Symmetry symmetry, std::vector<Triplet<T>> triplets, long* duplicates) {
+SparseMatrix<T> assemble(int rows, int columns, Symmetry symmetry, std::vector<Triplet<T>> triplets, long* duplicates) {
     fill_other_triangle(symmetry, triplets);
-    stable_sort_by(&Triplet<T>::column, n, triplets);
-    stable_sort_by(&Triplet<T>::row, n, triplets);
+    stable_sort_by(&Triplet<T>::column, columns, triplets);
+    stable_sort_by(&Triplet<T>::row, rows, triplets);
     long summed = 0;
-    SparseMatrix<T> a = compress(n, symmetry, triplets, summed);
+    SparseMatrix<T> a = compress(rows, columns, symmetry, triplets, summed);
     if (duplicates) *duplicates = summed;
     return a;
 }
@@ -113,6 +115,15 @@ template <class T> void multiply(const SparseMatrix<T>& a, const T* x, T* y) {
         T sum{};
         for (int k = start[i]; k < start[i + 1]; ++k) sum += value[k] * x[column[k]];
         y[i] = sum;
+    }
+}
+
+template <class T> void multiply_adjoint(const SparseMatrix<T>& a, const T* x, T* y) {
+    std::fill(y, y + a.columns, T{});
+    for (int i = 0; i < a.n; ++i) {
+        const auto [columns, values] = a.row(i);
+        for (std::size_t k = 0; k < columns.size(); ++k)
+            y[columns[k]] += mirrored(Symmetry::hermitian, values[k]) * x[i];
     }
 }
 
@@ -143,10 +154,12 @@ template <class T> bool is_hermitian(const SparseMatrix<T>& a) {
     return a.symmetry == declared || mirrors_itself(Symmetry::hermitian, a);
 }
 
-template SparseMatrix<double> assemble(int, Symmetry, std::vector<Triplet<double>>, long*);
-template SparseMatrix<Complex> assemble(int, Symmetry, std::vector<Triplet<Complex>>, long*);
+template SparseMatrix<double> assemble(int, int, Symmetry, std::vector<Triplet<double>>, long*);
+template SparseMatrix<Complex> assemble(int, int, Symmetry, std::vector<Triplet<Complex>>, long*);
 template void multiply(const SparseMatrix<double>&, const double*, double*);
 template void multiply(const SparseMatrix<Complex>&, const Complex*, Complex*);
+template void multiply_adjoint(const SparseMatrix<double>&, const double*, double*);
+template void multiply_adjoint(const SparseMatrix<Complex>&, const Complex*, Complex*);
 template double norm(const SparseMatrix<double>&);
 template double norm(const SparseMatrix<Complex>&);
 template std::vector<double> diagonal(const SparseMatrix<double>&);

@@ -1,8 +1,10 @@
-// A square sparse matrix in compressed rows, real or complex: assembly from triplets, product, norms, symmetry.
+// A sparse matrix in compressed rows, real or complex: assembly from triplets, products, norms, symmetry.
 #pragma once
 
 #include <complex>
 #include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace solve {
@@ -15,7 +17,8 @@ const char* name_of(Symmetry symmetry);
 /// Rows one after the other, columns 0-based and ascending within a row. Both triangles are stored, whatever the
 /// symmetry, so that a product reads each row once and rows can be shared out among threads.
 template <class T> struct SparseMatrix {
-    int n = 0;
+    int n = 0;                             // rows
+    int columns = n;                       // square, if nothing else is said
     Symmetry symmetry = Symmetry::general; // as declared; is_symmetric() looks at the values
     std::vector<int> row_start;            // n + 1 positions in column and value
     std::vector<int> column;
@@ -26,6 +29,7 @@ template <class T> struct SparseMatrix {
         std::span<const T> value;
     };
 
+    bool square() const { return n == columns; }
     int entries() const { return static_cast<int>(value.size()); }
     Row row(int i) const {
         const auto first = static_cast<std::size_t>(row_start.data()[i]);
@@ -34,25 +38,38 @@ template <class T> struct SparseMatrix {
     }
 };
 
+/// "20 by 3".
+template <class T> std::string shape_of(const SparseMatrix<T>& a) {
+    return std::to_string(a.n) + " by " + std::to_string(a.columns);
+}
+
 template <class T> struct Triplet {
     int row, column; // 0-based
     T value;
 };
 
-/// The matrix of a list of triplets. Of a symmetric, skew or Hermitian matrix the list holds one triangle, the other
-/// one is filled in. Triplets of the same place are summed, in the order of the list; `duplicates`, if not null, counts
-/// those of the list that went into another one. With the other triangle there are at most 2^31 - 1 triplets.
+/// The matrix of a list of triplets. Symmetric ones are square. Of a symmetric, skew or Hermitian matrix the list holds
+/// one triangle, the other one is filled in. Triplets of the same place are summed, in the order of the list;
+/// `duplicates`, if not null, counts those of the list that went into another one. With the other triangle there are at
+/// most 2^31 - 1 triplets.
 template <class T>
-SparseMatrix<T> assemble(int n, Symmetry symmetry, std::vector<Triplet<T>> triplets, long* duplicates = nullptr);
+SparseMatrix<T> assemble(int rows, int columns, Symmetry symmetry, std::vector<Triplet<T>> triplets,
+                         long* duplicates = nullptr);
+template <class T> SparseMatrix<T> assemble(int n, Symmetry symmetry, std::vector<Triplet<T>> triplets) {
+    return assemble(n, n, symmetry, std::move(triplets));
+}
 
-/// y = A x; x and y hold n elements each and do not overlap. Every row is one sum in the order of its columns, whatever
-/// the number of threads.
+/// y = A x; x holds as many elements as A has columns, y as many as it has rows, and they do not overlap. Every row is
+/// one sum in the order of its columns, whatever the number of threads.
 template <class T> void multiply(const SparseMatrix<T>& a, const T* x, T* y);
+
+/// y = A^H x, on one thread.
+template <class T> void multiply_adjoint(const SparseMatrix<T>& a, const T* x, T* y);
 
 /// The infinity norm, the largest sum of absolute values of a row.
 template <class T> double norm(const SparseMatrix<T>& a);
 
-/// The diagonal; 0 where no entry is stored.
+/// The diagonal of a square matrix; 0 where no entry is stored.
 template <class T> std::vector<T> diagonal(const SparseMatrix<T>& a);
 
 /// Whether A equals its transpose, stored entry for stored entry.

@@ -79,33 +79,32 @@ class Pattern:
         self.format, self.nnz, n = a.format, a.nnz, a.shape[0]
         self.source = (a.indptr, a.indices)
         self.by_columns = a.format == "csc"
-        start, index, place = a.indptr, a.indices, None
         if self.by_columns and part != "full":
             part = "lower" if part == "upper" else "upper"
         # The triangle of the transpose of a Hermitian matrix has conjugate values.
         self.conjugated = conjugate and self.by_columns != (part == "lower")
+        coordinates = a.tocoo(copy=False)
+        rows = coordinates.col if self.by_columns else coordinates.row
+        start, index, place = a.indptr, a.indices, None
         if part == "lower":
-            start, index, place = transposed_order(start, index)
-        rows = np.repeat(np.arange(n, dtype=np.int32), np.diff(start))
+            place = np.argsort(index, kind="stable")
+            rows, index = index.take(place), rows.take(place)
         if part != "full":
-            above = index >= rows
-            kept = np.flatnonzero(above)
-            start = np.append(np.int32(0), np.cumsum(above, dtype=np.int32))[start]
-            place = kept if place is None else place[kept]
-            index = index[kept]
-            filled = start[1:] > start[:-1]  # a row of the triangle begins with its diagonal
-            self.padded = not filled.all() or not np.array_equal(index[start[:-1]], np.arange(n, dtype=np.int32))
-        else:
-            self.padded = np.count_nonzero(index == rows) < n
+            kept = np.flatnonzero(index >= rows)
+            place = kept if place is None else place.take(kept)
+            rows, index = rows.take(kept), index.take(kept)
+        diagonal = np.flatnonzero(index == rows)
+        self.padded = diagonal.size < n
         if self.padded:
-            start, index, place = self._with_diagonal(n, start, index, place)
+            start, index, place = self._with_diagonal(n, rows, index, place)
+        elif part != "full":
+            start = np.append(diagonal, index.size)  # a row of the triangle begins with its diagonal
         self.start = np.add(start, 1, dtype=np.int32, casting="unsafe")
         self.column = np.add(index, 1, dtype=np.int32, casting="unsafe")
         self.place = place
 
     @staticmethod
-    def _with_diagonal(n, start, index, place):
-        rows = np.repeat(np.arange(n), np.diff(start))
+    def _with_diagonal(n, rows, index, place):
         missing = np.setdiff1d(np.arange(n), rows[index == rows])
         place = np.arange(index.size) if place is None else place
         rows = np.concatenate([rows, missing])
@@ -117,12 +116,16 @@ class Pattern:
 
     def gather(self, data, dtype):
         """The values in the order of `column`, from those of the matrix; 0 where only the diagonal wants an entry."""
-        data = values_of(data, dtype)
         if self.padded:
             data = np.append(data, data.dtype.type(0))  # which -1 picks
         if self.place is not None:
-            data = data[self.place]
+            data = data.take(self.place)
+        data = values_of(data, dtype)
         return data.conj() if self.conjugated else data
+
+    def has_positive_diagonal(self, values):
+        """Of the values that gather() has given for a triangle, whose rows begin with the diagonal."""
+        return bool((values.take(self.start[:-1] - 1).real > 0).all())
 
     def values_like(self, a, dtype):
         """Values of an array in the order of the first matrix's data, or of a matrix of the same pattern."""

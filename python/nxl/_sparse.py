@@ -62,10 +62,12 @@ class Factorization:
         self._lock = threading.RLock()
         self.shape, self.dtype = a.shape, np.dtype(_matrix.scalar_type(a))
         complex_ = self.dtype.kind == "c"
-        self._kind, self._type = kind, _TYPES[kind, complex_]
         self._pattern = _matrix.Pattern(a, part, complex_ and kind in (_POSITIVE_DEFINITE, _HERMITIAN),
                                         _matrix.order_of_entries(given, a))  # fmt: skip
         self._values = self._pattern.gather(a.data, self.dtype)
+        if trial and not self._pattern.has_positive_diagonal(self._values):
+            kind = _HERMITIAN
+        self._kind, self._type = kind, _TYPES[kind, complex_]
         self._parameters = np.zeros(64, dtype=np.int32)
         self._set(given=2, ordering=_ORDERINGS[ordering], refine=refine or 0, out_of_core=_ON_FILES[out_of_core],
                   entries=-1, mflop=-1)  # fmt: skip
@@ -245,8 +247,7 @@ def _factor_by_look(A, **options):
     if not _matrix.is_self_adjoint(a, _is_complex(a)):
         return Factorization(A, a, _GENERAL, "full", **options)
     part = "upper" if a.format == "csr" else "lower"
-    kind = _POSITIVE_DEFINITE if (a.diagonal().real > 0).all() else _HERMITIAN
-    return Factorization(A, a, kind, part, trial=True, **options)
+    return Factorization(A, a, _POSITIVE_DEFINITE, part, trial=True, **options)
 
 
 def _solves(A, x, b):

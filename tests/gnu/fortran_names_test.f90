@@ -13,12 +13,13 @@ program fortran_names_test
     external :: dgemm, dgetrf, dgetrs, dpotrf, dtrtrs, ztrtri, zlacgv, dgesv, dgbsv, dposv, dpbsv, dsysv, zhesv, &
         dsyev, dsyevd, dstev, dstevd, dstevr, dstemr, dstedc, dsygv, dsygvd, zheev, zheevd, zstemr, zstedc, zhegv, zhegvd, &
         pardiso
-    real(real64), external :: ddot, dznrm2
+    real(real64), external :: ddot, dznrm2, dlange, zlange
     complex(real64), external :: zdotc, zdotu
     integer, external :: idamax
 
     call vectors()
     call products()
+    call norms()
     call factors()
     call drivers()
     call full_eigenproblems()
@@ -53,6 +54,35 @@ contains
         call random_number(b)
         call dgemm('Trans', 'No', n, n, n, 2.0_real64, a, n, b, n, 0.0_real64, c, n)
         call expect(maxval(abs(c - 2 * matmul(transpose(a), b))) < 1e-12_real64, 'dgemm')
+    end subroutine
+
+    subroutine norms()
+        complex(real64) :: z(4, 3)
+        real(real64) :: re(4, 3), size(4, 3), work(3), found(2), expected
+        character :: norm(6) = ['M', '1', 'o', 'I', 'f', 'E']
+        integer :: i, j
+        do i = 1, 6
+            do j = 1, 3
+                z(:, j) = j * cmplx([-3.0, 1.0, 0.5, 99.0], [4.0, 0.0, -2.0, 99.0], real64)
+            end do
+            do j = 1, 2
+                re = real(z)
+                if (j == 1) size = abs(re)
+                if (j == 2) size = abs(z)
+                if (j == 1) found(1) = dlange(norm(i), 3, 3, re, 4, work)
+                if (j == 2) found(2) = zlange(norm(i), 3, 3, z, 4, work)
+                select case (i)
+                case (1); expected = maxval(size(:3, :))
+                case (2, 3); expected = maxval(sum(size(:3, :), 1))
+                case (4); expected = maxval(sum(size(:3, :), 2))
+                case default; expected = sqrt(sum(size(:3, :)**2))
+                end select
+                call expect(abs(found(j) - expected) < 1e-14_real64 * expected, 'lange '//norm(i))
+            end do
+            re(2, 2) = sqrt(-abs(re(1, 1)))
+            call expect(dlange(norm(i), 3, 3, re, 4, work) /= dlange(norm(i), 3, 3, re, 4, work), 'NaN '//norm(i))
+        end do
+        call expect(dlange('1', 0, 3, re, 4, work) == 0, 'an empty matrix')
     end subroutine
 
     ! Solves by LU and by Cholesky, with the lengths of one, and of three option characters.

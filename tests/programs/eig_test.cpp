@@ -35,6 +35,29 @@ class Eig : public program_test::Program {
             found.emplace_back(parts[k], pairs ? parts[k + 1] : 0.0);
         return found;
     }
+    /// An array file of at(i, j).
+    template <class At> void write_array(const std::string& field, int m, int n, At at) const {
+        std::ostringstream file;
+        file.precision(17);
+        file << "%%MatrixMarket matrix array " << field << " general\n" << m << " " << n << "\n";
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < m; ++i) {
+                const Complex value = at(i, j);
+                file << value.real();
+                if (field == "complex") file << " " << value.imag();
+                file << "\n";
+            }
+        write("a.mtx", file.str());
+    }
+    /// A v = value u for vectors that stand from `u` and `v` on.
+    template <class At>
+    static void expect_pair(At at, int m, int n, const Complex* v, Complex value, const Complex* u) {
+        for (int i = 0; i < m; ++i) {
+            Complex sum = 0.0;
+            for (int j = 0; j < n; ++j) sum += at(i, j) * v[j];
+            EXPECT_LT(std::abs(sum - value * u[i]), 1e-13) << i;
+        }
+    }
     void expect_near(const std::vector<double>& found, const std::vector<double>& expected, const std::string& what) {
         ASSERT_EQ(found.size(), expected.size()) << what;
         for (std::size_t k = 0; k < found.size(); ++k) EXPECT_NEAR(found[k], expected[k], 1e-12) << what << k;
@@ -86,18 +109,10 @@ TEST_F(Eig, HermitianFileHasVectors) {
     for (const std::string method : {"dense", "band"}) {
         EXPECT_EQ(run("a.mtx --output values --vectors vectors --method " + method).status, 0);
         expect_near(numbers("values"), expected, method);
-        const auto parts = numbers("vectors");
-        ASSERT_EQ(parts.size(), 2U * n * n);
-        const auto v = [&](int i, int j) {
-            const auto at = static_cast<std::size_t>(2 * (i + n * j));
-            return i < 0 || i >= n ? 0.0 : std::complex<double>(parts[at], parts[at + 1]);
-        };
-        const std::complex<double> below(0.6, 0.8);
-        for (int j = 0; j < n; ++j)
-            for (int i = 0; i < n; ++i) {
-                const auto product = below * v(i - 1, j) + std::conj(below) * v(i + 1, j);
-                EXPECT_LT(std::abs(product - expected[static_cast<std::size_t>(j)] * v(i, j)), 1e-13) << method;
-            }
+        const auto v = complex_numbers("vectors");
+        ASSERT_EQ(v.size(), std::size_t{n * n});
+        const auto at = [](int i, int j) { return std::abs(i - j) == 1 ? Complex(0.6, i > j ? 0.8 : -0.8) : 0.0; };
+        for (std::size_t j = 0; j < n; ++j) expect_pair(at, n, n, &v[n * j], expected[j], &v[n * j]);
     }
 }
 
@@ -115,17 +130,6 @@ struct Unsymmetric {
                                            : below * std::polar(1.0, 2.0 * M_PI * k / n));
         return values;
     }
-    std::string text() const {
-        std::ostringstream file;
-        file << "%%MatrixMarket matrix array " << field << " general\n" << n << " " << n << "\n";
-        for (int j = 0; j < n; ++j)
-            for (int i = 0; i < n; ++i) {
-                file << at(i, j).real();
-                if (*field == 'c') file << " " << at(i, j).imag();
-                file << "\n";
-            }
-        return file.str();
-    }
 };
 
 TEST_F(Eig, UnsymmetricFilesHaveTheirSpectraAndVectors) {
@@ -136,7 +140,8 @@ TEST_F(Eig, UnsymmetricFilesHaveTheirSpectraAndVectors) {
         {"complex", {0.5, 0.5}, 2.0, 0.0},
     };
     for (const Unsymmetric& a : cases) {
-        write("a.mtx", a.text());
+        const auto at = [&a](int i, int j) { return a.at(i, j); };
+        write_array(a.field, a.n, a.n, at);
         const auto run = this->run("a.mtx --output values --vectors vectors --plot spectrum.svg");
         EXPECT_EQ(run.status, 0) << run.err;
         EXPECT_LT(number_after(run.out, "residual"), 1e-14);
@@ -149,11 +154,7 @@ TEST_F(Eig, UnsymmetricFilesHaveTheirSpectraAndVectors) {
                 << exact;
         for (std::size_t k = 0; k < 12; ++k) {
             if (k > 0) EXPECT_LE(value[k - 1].real(), value[k].real());
-            for (int i = 0; i < a.n; ++i) {
-                Complex sum = 0.0;
-                for (int j = 0; j < a.n; ++j) sum += a.at(i, j) * vector[12 * k + static_cast<std::size_t>(j)];
-                EXPECT_LT(std::abs(sum - value[k] * vector[12 * k + static_cast<std::size_t>(i)]), 1e-13);
-            }
+            expect_pair(at, a.n, a.n, &vector[12 * k], value[k], &vector[12 * k]);
         }
         const auto right = [&] { return complex_numbers("right"); };
         EXPECT_EQ(this->run("a.mtx --output right --values=-2:-1").status, 0);
@@ -162,6 +163,56 @@ TEST_F(Eig, UnsymmetricFilesHaveTheirSpectraAndVectors) {
         EXPECT_EQ(static_cast<std::ptrdiff_t>(right().size()),
                   std::count_if(value.begin(), value.end(), [](Complex v) { return v.real() <= 0.1; }));
     }
+}
+
+/// Of the differences between neighbours of an n by n grid, descending: the last is 0.
+std::vector<double> singular_values_of_levelling(int n) {
+    std::vector<double> values;
+    const auto square = [n](int k) { return 4.0 * std::pow(std::sin(M_PI * k / (2.0 * n)), 2); };
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) values.push_back(std::sqrt(square(i) + square(j)));
+    std::sort(values.begin(), values.end(), std::greater<>());
+    return values;
+}
+
+TEST_F(Eig, SingularValuesByEveryChoice) {
+    const auto all = singular_values_of_levelling(6);
+    const auto from = [&](double bound) {
+        return std::find_if(all.begin(), all.end(), [=](double v) { return v <= bound; });
+    };
+    const std::pair<std::string, std::vector<double>> choices[] = {
+        {"--plot values.svg", all},
+        {"--values 2:7 --check", {all.begin() + 1, all.begin() + 7}},
+        {"--values=-3:-1", {all.end() - 3, all.end()}},
+        {"--range 1.1:2.1 --check", {from(2.1), from(1.1)}},
+    };
+    for (const auto& [choice, expected] : choices) {
+        const auto run = this->run("--generate levelling:6 --svd --output values " + choice);
+        EXPECT_EQ(run.status, 0) << run.err;
+        expect_near(numbers("values"), expected, choice);
+        EXPECT_EQ(number_after(run.out, "rank "), 35.0);
+        EXPECT_GT(number_after(run.out, "condition "), 1e14);
+        if (choice.find("check") == std::string::npos) continue;
+        EXPECT_LT(number_after(run.out, "residual"), 1e-14);
+        EXPECT_LT(number_after(run.out, "orthogonal"), 1e-13);
+    }
+    EXPECT_EQ(number_after(run("--generate levelling:6 --svd --rcond 0.99").out, "rank "), 1.0);
+    EXPECT_NE(read("values.svg").find("singular value"), std::string::npos);
+}
+
+TEST_F(Eig, SingularVectorsOfWideAndTallFiles) { // element (i, j) is z^(i + 2 j), and one on the diagonal
+    for (const auto [m, n] : {std::pair{3, 7}, {7, 3}})
+        for (const Complex z : {Complex(0.9, 0.0), Complex(0.6, 0.7)}) {
+            const auto at = [z](int i, int j) { return std::pow(z, i + 2 * j) + (i == j ? 1.0 : 0.0); };
+            write_array(z.imag() == 0.0 ? "real" : "complex", m, n, at);
+            EXPECT_EQ(run("a.mtx --svd --output s --vectors v --left-vectors u").status, 0);
+            const auto s = numbers("s");
+            const auto u = complex_numbers("u"), v = complex_numbers("v");
+            ASSERT_EQ(s.size(), 3U);
+            ASSERT_EQ(u.size() + v.size(), 30U);
+            for (int k = 0; k < 3; ++k)
+                expect_pair(at, m, n, v.data() + n * k, s[static_cast<std::size_t>(k)], u.data() + m * k);
+        }
 }
 
 /// Halving the span of a beam makes its lowest bending mode about four times as fast.
@@ -182,6 +233,11 @@ TEST_F(Eig, WhatIsRefused) {
     const std::tuple<std::string, int, std::string> cases[] = {
         {"general.mtx --method band", 1, "needs a symmetric"},
         {"missing.mtx", 1, "missing.mtx"},
+        {"--generate surface:9", 1, "this one is 9 by 36"},
+        {"--generate surface:9 --svd --values 10:12", 1, "names none"},
+        {"--generate poisson2d:4 --svd --method band", 2, "--svd"},
+        {"--generate poisson2d:4 --rcond 0.1", 2, "--svd"},
+        {"--generate poisson2d:4 --left-vectors u", 2, "--svd"},
         {"--generate poisson2d:4 --values 17:20", 1, "names none"},
         {"--generate poisson2d:4 --output no/such", 1, "no/such"},
         {"--generate poisson2d:4 --values 1-5", 2, "--values"},

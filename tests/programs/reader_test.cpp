@@ -155,6 +155,22 @@ TEST(Reader, FaultsAreNamedWithTheirLine) {
     for (const auto& [text, message] : files) EXPECT_EQ(message_of(text), message) << text.substr(0, 200);
 }
 
+TEST(Reader, MatricesOfAnyShapeWhereTheyAreAskedFor) {
+    const auto read = [](const std::string& text) {
+        return solve::read_matrix(common::lines_of("f.mtx", kBanner + text), solve::Shape::any).matrix;
+    };
+    const auto wide = std::get<solve::SparseMatrix<double>>(read("coordinate real general\n2 5 1\n2 5 3\n"));
+    EXPECT_EQ(wide.n, 2);
+    EXPECT_EQ(wide.columns, 5);
+    EXPECT_EQ(wide.row(1).column.front(), 4);
+    EXPECT_FALSE(is_symmetric(wide));
+    EXPECT_THROW(read("array real symmetric\n2 3\n"), common::InputError);
+    EXPECT_THROW(read("coordinate real general\n2 5 1\n5 2 3\n"), common::InputError);
+    largest_request = 0;
+    EXPECT_THROW(read("coordinate real general\n3 2000000000 3\n"), common::InputError);
+    EXPECT_LT(largest_request, std::size_t{1} << 20);
+}
+
 TEST(Reader, PromisesOfAHeaderAllocateNothing) {
     largest_request = 0;
     EXPECT_EQ(message_of(kBanner + "coordinate real general\n2000000000 2000000000 2000000000\n1 1 1\n"),

@@ -37,7 +37,7 @@ for program in "$@"; do
     expect "--version" "$program" --vers
     case $program in
     *nxl-solve)
-        expect "auto direct lu cholesky ldl cg fgmres" "$program" --method ""
+        expect "auto direct lu cholesky ldl cg fgmres qr svd" "$program" --method ""
         expect "ilu0 ilut" "$program" a.mtx --precond ilu
         expect "cg cholesky" "$program" --method = c
         expect "heat3d:" "$program" --generate hea
@@ -49,6 +49,7 @@ for program in "$@"; do
     *nxl-eig)
         expect "auto dense band" "$program" --method ""
         expect "vibration:" "$program" --generate vib
+        expect "--svd" "$program" --sv
         expect "d.svg sub" "$program" --modes ""
         ;;
     *nxl-fit)
