@@ -31,6 +31,20 @@ inline Parts parts_of(const zcomplex& x) { return {x.real(), x.imag()}; }
 inline Parts less_shift(double x, const Parts& shift) { return {x - shift.re, -shift.im}; }
 inline Parts less_shift(const zcomplex& x, const Parts& shift) { return parts_of(x) - shift; }
 
+/// [p above; below q] (first, second) = what they hold, by elimination with a choice of the larger pivot. Pivots below
+/// `least` are taken to be that; answers the smaller one.
+inline double solve_pair(const Parts& p, const Parts& above, const Parts& below, const Parts& q, double least,
+                         Parts& first, Parts& second) {
+    const bool swap = p.size() < below.size();
+    const Parts pivot = p.or_if(swap, below), safe_pivot = pivot.at_least(least), beside = above.or_if(swap, q);
+    const Parts factor = below.or_if(swap, p) / safe_pivot;
+    const Parts right = first.or_if(swap, second), other = second.or_if(swap, first);
+    const Parts rest = q.or_if(swap, above) - factor * beside;
+    second = (other - factor * right) / rest.at_least(least);
+    first = (right - beside * second) / safe_pivot;
+    return pivot.size() < rest.size() ? pivot.size() : rest.size();
+}
+
 struct Lanes {
     static constexpr i64 most = 98;
     double re[most], im[most];
@@ -67,22 +81,15 @@ template <class T> class ShiftedRows {
         for (i64 v = 0; v < shifts_.count; ++v)
             x_[i].set(v, x_[i][v] / less_shift(diagonal, shifts_.values[v]).at_least(shifts_.least[v]));
     }
-    /// By elimination with a choice of the larger pivot.
     void solve_two(i64 i) {
-        Lanes &first = x_[i], &second = x_[i + 1];
         const T a = t_(i, i), b = t_(i, i + 1), c = t_(i + 1, i), d = t_(i + 1, i + 1);
         const Parts above = less_shift(b, {}), below = less_shift(c, {});
         for (i64 v = 0; v < shifts_.count; ++v) {
-            const Parts p = less_shift(a, shifts_.values[v]), q = less_shift(d, shifts_.values[v]);
-            const double least = shifts_.least[v];
-            const bool swap = p.size() < below.size();
-            const Parts pivot = p.or_if(swap, below).at_least(least), beside = above.or_if(swap, q);
-            const Parts factor = below.or_if(swap, p) / pivot;
-            const Parts right = first[v].or_if(swap, second[v]), other = second[v].or_if(swap, first[v]);
-            const Parts rest = (q.or_if(swap, above) - factor * beside).at_least(least);
-            const Parts x = (other - factor * right) / rest;
-            second.set(v, x);
-            first.set(v, (right - beside * x) / pivot);
+            const Parts shift = shifts_.values[v];
+            Parts first = x_[i][v], second = x_[i + 1][v];
+            solve_pair(less_shift(a, shift), above, below, less_shift(d, shift), shifts_.least[v], first, second);
+            x_[i].set(v, first);
+            x_[i + 1].set(v, second);
         }
     }
     void take_off(i64 row, i64 i) {
