@@ -2,8 +2,8 @@
 // the same road and are normalised.
 #include "lapack/kernel/source/nonsymmetric/geev.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/common/length.hpp"
+#include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include "lapack/kernel/source/nonsymmetric/balance.hpp"
 #include "lapack/kernel/source/nonsymmetric/gehrd.hpp"
