@@ -108,6 +108,14 @@ int run_eigen2(const Request& request) {
     return run_contest(request, {.cases = eigen_cases(), .threads = 2, .peers = Library::openblas});
 }
 
+int run_nonsym(const Request& request) {
+    return run_contest(request, {.cases = nonsymmetric_cases(), .peers = Library::openblas});
+}
+
+int run_nonsym2(const Request& request) {
+    return run_contest(request, {.cases = nonsymmetric_cases(), .threads = 2, .peers = Library::openblas});
+}
+
 int run_primitives(const Request& request) {
     return run_contest(request, {.cases = primitive_cases(), .peers = Library::hand_loops});
 }
@@ -150,6 +158,9 @@ const std::vector<Family>& families() {
         {"lapack2", "the same on two threads", run_lapack2, comparison},
         {"eigen", "symmetric eigenproblems, one thread, against a peer", run_eigen, comparison},
         {"eigen2", "the same on two threads", run_eigen2, comparison},
+        {"nonsym", "eigenproblems without symmetry, Sylvester equations, one thread, against a peer", run_nonsym,
+         comparison},
+        {"nonsym2", "the same on two threads", run_nonsym2, comparison},
         {"svd", "singular values and least squares on them, one thread, against a peer", run_svd, comparison},
         {"svd2", "the same on two threads", run_svd2, comparison},
         {"primitives", "vector and matrix primitives against loops written by hand, one thread", run_primitives,

@@ -196,6 +196,17 @@ std::vector<Case> eigen_cases() {
     return cases;
 }
 
+std::vector<Case> nonsymmetric_cases() {
+    std::vector<Case> cases = cases_of({{"dgehrd"}, {"zgehrd"}, {"dhseqr", {"EN", "SI"}}}, {200, 500, 1'000});
+    const auto add = [&](const std::vector<Variants>& routines, const std::vector<Size>& sizes) {
+        std::ranges::copy(cases_of(routines, sizes), std::back_inserter(cases));
+    };
+    add({{"dgeev", {"NN", "NV"}}}, {100, 200, 400, 1'000});
+    add({{"zhseqr", {"EN", "SI"}}, {"zgeev", {"NN", "NV"}}}, {200, 500});
+    add({{"dtrevc", {"RB", "LB"}}, {"ztrevc", {"RB"}}, {"dtrsyl", {"NN", "TN"}}, {"ztrsyl", {"NN"}}}, {500, 1'000});
+    return cases;
+}
+
 std::vector<Case> primitive_cases() {
     std::vector<Case> cases =
         cases_of({{"AddValue_d"},     {"AddValuec_d"},     {"SubFromValuecd_d"}, {"DivideValue_d"},

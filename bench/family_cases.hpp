@@ -20,6 +20,7 @@ std::vector<Case> factor_cases();
 std::vector<Case> lapack_cases();
 std::vector<Case> svd_cases();
 std::vector<Case> eigen_cases();
+std::vector<Case> nonsymmetric_cases();
 std::vector<Case> primitive_cases();
 
 } // namespace nxl::bench

@@ -37,8 +37,9 @@ void print_libraries(const Library& nxl, const std::vector<Library>& peers) {
 
 void print_offers(const std::vector<Library>& libraries) {
     const std::pair<const char*, const std::vector<Routine>*> tables[] = {
-        {"level1", &level1_routines()}, {"level2", &level2_routines()}, {"level3", &level3_routines()},
-        {"factor", &factor_routines()}, {"lapack", &lapack_routines()}, {"eigen", &eigen_routines()}};
+        {"level1", &level1_routines()},      {"level2", &level2_routines()}, {"level3", &level3_routines()},
+        {"factor", &factor_routines()},      {"lapack", &lapack_routines()}, {"eigen", &eigen_routines()},
+        {"nonsym", &nonsymmetric_routines()}};
     for (const Library& library : libraries) {
         std::printf("  %-10s  %s\n%14s%s\n%14s", library.name.c_str(), library.version.c_str(), "",
                     library.file().c_str(), "");

@@ -34,6 +34,7 @@ const std::vector<Routine>& level3_routines();
 const std::vector<Routine>& factor_routines();
 const std::vector<Routine>& lapack_routines();
 const std::vector<Routine>& eigen_routines();
+const std::vector<Routine>& nonsymmetric_routines();
 const std::vector<Routine>& primitive_routines();
 
 /// The routine of that name; throws when there is none.

@@ -98,6 +98,31 @@ void make_indefinite_factors(const Elements& matrix) {
     }
 }
 
+/// A reduction takes the lengths of what was below into the subdiagonal.
+void make_hessenberg(const Elements& matrix) {
+    for (i64 j = 0; j < matrix.columns; ++j)
+        for (i64 i = j + 1; i < matrix.rows; ++i)
+            matrix.set_real(i, j, i == j + 1 ? root(matrix.step * (matrix.rows - i)) / root(3) : 0.0);
+}
+
+/// Blocks are in the standard form: equal elements on the diagonal, of opposite signs off it. Of ten rows two are
+/// alone.
+void make_schur_form(const Elements& matrix) {
+    matrix.scale(1.0 / root(matrix.rows));
+    for (i64 j = 0; j < matrix.columns; ++j) {
+        for (i64 i = j + 1; i < matrix.rows; ++i) matrix.set_real(i, j, 0.0);
+        matrix.entry(j, j)[0] = 2.0 + matrix.entry(j, j)[0] * root(matrix.rows);
+    }
+    for (i64 j = 0; j + 1 < matrix.columns && matrix.step == 1; ++j) {
+        if (j % 10 > 7) continue;
+        const double part = 0.1 + std::fabs(matrix.entry(j, j + 1)[0]) * root(matrix.rows);
+        matrix.set_real(j, j + 1, part);
+        matrix.set_real(j + 1, j, -part);
+        matrix.set_real(j + 1, j + 1, matrix.entry(j, j)[0]);
+        ++j;
+    }
+}
+
 using Complex = std::complex<double>;
 
 /// One triangle of the elements, or its conjugate transpose, as a square of numbers.
@@ -167,6 +192,8 @@ void give_shape(Shape shape, char triangle, const Elements& a, const Elements& c
     case Shape::factors: return make_factors(a);
     case Shape::indefinite: return make_indefinite(a);
     case Shape::indefinite_factors: return make_indefinite_factors(a);
+    case Shape::hessenberg: return make_hessenberg(a);
+    case Shape::schur_form: return make_schur_form(a);
     case Shape::product_of_factors: return make_product(triangle, a, c);
     case Shape::band_dominated: return make_band_dominated(a);
     case Shape::band_factors: return make_factors(a, a.rows, 2 * (a.rows - 1) / 3);

@@ -14,6 +14,8 @@ enum class Shape {
     factors,            // either triangle, with its diagonal or with ones, is well conditioned
     indefinite,         // as dominated, with places that are symmetric to the diagonal: pivots of every kind
     indefinite_factors, // either triangle of `factors`, every other two pivots being a block of two
+    hessenberg,         // as of random numbers
+    schur_form,         // upper triangular, of a real matrix with most rows in blocks of two; eigenvalues right of zero
     product_of_factors, // of those that the matrix c becomes: L U, lower triangle of L L^H, upper one of U^H U
     // In band storage, as many diagonals below the main one as above it.
     band_dominated,         // for LU, with room for what interchanges fill in

@@ -2,6 +2,7 @@
 // the same road and are normalised.
 #include "lapack/kernel/source/nonsymmetric/geev.hpp"
 #include "blas/calls.hpp"
+#include "lapack/kernel/source/common/length.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include "lapack/kernel/source/nonsymmetric/balance.hpp"
@@ -56,13 +57,16 @@ void normalise(const Matrix<double>& v, const zcomplex* w) {
             continue;
         }
         double* const y = v.at(0, ++k);
-        const double length = std::hypot(nrm2(v.rows, x, 1), nrm2(v.rows, y, 1));
+        const double length = length_of(nrm2(v.rows, x, 1), nrm2(v.rows, y, 1));
+        scal(v.rows, 1.0 / length, x, 1);
+        scal(v.rows, 1.0 / length, y, 1);
         i64 largest = 0;
-        for (i64 i = 0; i < v.rows; ++i) {
-            x[i] /= length;
-            y[i] /= length;
-            if (std::hypot(x[i], y[i]) > std::hypot(x[largest], y[largest])) largest = i;
-        }
+        double most = 0.0; // of the squares
+        for (i64 i = 0; i < v.rows; ++i)
+            if (const double square = x[i] * x[i] + y[i] * y[i]; square > most) {
+                most = square;
+                largest = i;
+            }
         turn_onto_first(x[largest], y[largest]).turn_columns(v.rows, x, v.ld);
         y[largest] = 0.0;
     }

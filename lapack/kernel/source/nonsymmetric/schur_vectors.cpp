@@ -1,8 +1,8 @@
-// Right eigenvectors by back substitution, many at a time: rows of T in blocks from the end, where each vector has its
+// Right eigenvectors by back substitution, many at a time, recursive over halves of the rows of T: each vector has its
 // own equations on the diagonal, T - lambda I, and all have the product with what is above in common.
 //
-//     t t t x x      X := what solves the rows of the diagonal block for each lambda, starting from its own row
-//       t t x x      rows above := rows above - T X
+//     t t t x x      X := what solves the second half of the rows for each lambda, starting from its own row
+//       t t x x      first half := first half - T X
 //         t x x
 //           x x      A pair of conjugate eigenvalues has the real and imaginary parts of its vector in two columns.
 //             x
@@ -12,6 +12,7 @@
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include "lapack/kernel/source/nonsymmetric/reorder.hpp"
+#include "lapack/kernel/source/nonsymmetric/shifted_rows.hpp"
 #include "lapack/kernel/source/nonsymmetric/small_sylvester.hpp"
 #include "lapack/kernel/source/nonsymmetric/standard_block.hpp"
 #include "lapack/kernel/source/nonsymmetric/trevc.hpp"
@@ -22,7 +23,7 @@
 namespace nxl {
 namespace {
 
-constexpr i64 at_once = 64; // rows of a block, and vectors of a batch; one more where that would cut a pair
+constexpr i64 at_once = 96; // vectors of a batch; one more where that would cut a pair
 
 /// The eigenvalue of the block of order `size` at row k, as a block [wr wi; -wi wr] for which T x = x block.
 template <class T> struct WantedVector {
@@ -49,20 +50,24 @@ template <class T> struct WantedVector {
         least = std::max(2.0 * unit_roundoff * (abs1(value[0]) + std::fabs(imaginary)), tiny);
     }
     Matrix<const T> block() const { return {value, size, size, size}; }
-    double imaginary() const { return std::real(value[2]); }
+    double imaginary() const { return size == 2 ? std::real(value[2]) : std::imag(value[0]); }
 };
 
-/// The rows of a block of which `end` is the end.
+/// The rows that a batch is of, whose end is `end`.
 template <class T> i64 start_of_rows(const Matrix<const T>& t, i64 end) {
     const i64 start = std::max(end - at_once, i64{0});
     return continues_block(t, start) ? start - 1 : start;
 }
 
+static_assert(at_once < Lanes::most);
+
 template <class T> class VectorBatch {
     const Matrix<const T>& t_;
     const double room_; // for elements, so that products with T do not overflow
     const Matrix<T> x_;
+    const i64 first_; // row of a wanted eigenvalue
     WantedVector<T> wanted_[at_once + 1];
+    Shifts shifts_;
     i64 count_ = 0, columns_ = 0;
 
     T* column(const WantedVector<T>& v) const { return x_.at(0, v.column); }
@@ -105,7 +110,8 @@ template <class T> class VectorBatch {
         for (i64 j = 0; j < v.size; ++j)
             for (i64 l = 0; l < size; ++l) x[l + j * x_.ld] = found.x[l + j * size] * factor;
     }
-    void solve_rows(const WantedVector<T>& v, i64 first, i64 end) const {
+    /// Block by block, with the vector scaled wherever it would overflow.
+    void solve_carefully(const WantedVector<T>& v, i64 first, i64 end) const {
         i64 i = end;
         if (v.k < end) {
             i = v.k;
@@ -120,12 +126,57 @@ template <class T> class VectorBatch {
         }
     }
 
+    Parts element(const WantedVector<T>& v, i64 i) const {
+        const T* const x = column(v) + i;
+        return {std::real(x[0]), v.size == 2 ? std::real(x[x_.ld]) : std::imag(x[0])};
+    }
+    void set_element(const WantedVector<T>& v, i64 i, const Parts& value) const {
+        T* const x = column(v) + i;
+        if constexpr (is_complex_scalar<T>) *x = {value.re, value.im};
+        else {
+            *x = value.re;
+            if (v.size == 2) x[x_.ld] = value.im;
+        }
+    }
+    void solve_few_rows(i64 first, i64 end) const {
+        ShiftedRows<T> rows(t_.block(first, first, end - first, end - first), shifts_);
+        for (i64 v = 0; v < count_; ++v)
+            for (i64 i = first; i < end; ++i) rows[i - first].set(v, element(wanted_[v], i));
+        rows.solve([&](i64 row, i64 size) {
+            for (i64 v = 0; v < count_ && first + row >= first_; ++v) {
+                if (wanted_[v].k != first + row) continue;
+                start(wanted_[v]);
+                for (i64 i = row; i < row + size; ++i) rows[i].set(v, element(wanted_[v], first + i));
+            }
+        });
+        for (i64 v = 0; v < count_; ++v)
+            if (!(rows.size(v) <= room_)) solve_carefully(wanted_[v], first, end);
+            else
+                for (i64 i = first; i < end; ++i) set_element(wanted_[v], i, rows[i - first][v]);
+    }
+    void solve_rows(i64 first, i64 end) const {
+        if (end - first <= ShiftedRows<T>::usual_rows + 1) return solve_few_rows(first, end);
+        constexpr i64 few = ShiftedRows<T>::usual_rows;
+        const i64 half = first + std::max(round_down((end - first) / 2, few), few);
+        const i64 middle = continues_block(t_, half) ? half + 1 : half;
+        solve_rows(middle, end);
+        gemm('N', 'N', -1.0, t_.block(first, middle, middle - first, end - middle),
+             x_.block(middle, 0, end - middle, columns_), 1.0, x_.block(first, 0, middle - first, columns_));
+        solve_rows(first, middle);
+    }
+
   public:
-    VectorBatch(const Matrix<const T>& t, double room, const Matrix<T>& x) : t_(t), room_(room), x_(x) {}
+    VectorBatch(const Matrix<const T>& t, double room, const Matrix<T>& x, i64 first)
+        : t_(t),
+          room_(room),
+          x_(x),
+          first_(first) {}
 
     void add(i64 k, i64 size, double sign) {
         wanted_[count_++] = WantedVector<T>(t_, k, size, columns_, sign);
         columns_ += size;
+        const WantedVector<T>& added = wanted_[count_ - 1];
+        shifts_.add({std::real(added.value[0]), added.imaginary()}, added.least);
     }
     i64 columns() const { return columns_; }
     bool is_pair(i64 place) const {
@@ -134,25 +185,21 @@ template <class T> class VectorBatch {
         return false;
     }
 
-    /// Rows 0 .. end - 1 of the vectors, whose eigenvalues are in the last block of these rows.
+    /// Rows 0 .. end - 1 of the vectors.
     void solve(i64 end) const {
         for (i64 j = 0; j < columns_; ++j) std::fill_n(x_.at(0, j), x_.rows, T{});
-        for (i64 first = 0; end > 0; end = first) {
-            first = start_of_rows(t_, end);
-            for (i64 i = 0; i < count_; ++i) solve_rows(wanted_[i], first, end);
-            if (first == 0) break;
-            gemm('N', 'N', -1.0, t_.block(0, first, first, end - first), x_.block(first, 0, end - first, columns_), 1.0,
-                 x_.block(0, 0, first, columns_));
-        }
+        solve_rows(0, end);
     }
 };
 
-/// A vector of two columns is one of pairs.
-template <class T> void make_largest_one(i64 n, i64 columns, T* v, i64 ld) {
+/// Columns of `to`, two of them one vector of a pair, with a largest element of 1.
+template <class T> void copy_with_largest_one(const Operand<T>& from, const Matrix<T>& to) {
     double largest = 0.0;
-    for (i64 i = 0; i < n; ++i) largest = std::max(largest, abs1(v[i]) + (columns == 2 ? abs1(v[i + ld]) : 0.0));
-    for (i64 j = 0; j < columns && largest > 0.0; ++j)
-        for (i64 i = 0; i < n; ++i) v[i + j * ld] /= largest;
+    for (i64 i = 0; i < from.rows; ++i)
+        largest = std::max(largest, abs1(from(i, 0)) + (from.columns == 2 ? abs1(from(i, 1)) : 0.0));
+    const double factor = largest >= safe_minimum ? 1.0 / largest : 1.0;
+    for (i64 j = 0; j < from.columns; ++j)
+        std::transform(from.at(0, j), from.at(0, j) + from.rows, to.at(0, j), [&](const T& x) { return x * factor; });
 }
 
 template <class T> void copy_reversed_adjoint(const Matrix<const T>& t, const Matrix<T>& to) {
@@ -197,8 +244,7 @@ template <class T> class VectorSearch {
         if (transform_) gemm('N', 'N', 1.0, v_.columns_from(start, end), x.block(start, 0, end, columns), 0.0, made);
         for (i64 j = 0, size = 0; j < columns; j += size) {
             size = batch.is_pair(j) ? 2 : 1;
-            make_largest_one(n, size, made.at(0, j), n);
-            for (i64 l = j; l < j + size; ++l) std::copy_n(made.at(0, l), n, v_.at(0, at + l));
+            copy_with_largest_one(made.columns_from(j, size), v_.columns_from(at + j, size));
         }
         free_ = left_ ? free_ + columns : at;
     }
@@ -219,7 +265,7 @@ template <class T> class VectorSearch {
         const Matrix<T> x{x_, t_.rows, at_once + 1, t_.rows};
         for (i64 end = t_.rows, first = 0; end > 0; end = first) {
             first = start_of_rows(t_, end);
-            VectorBatch<T> batch(t_, limit, x);
+            VectorBatch<T> batch(t_, limit, x, first);
             fill(batch, first, end);
             if (batch.columns() == 0) continue;
             batch.solve(end);

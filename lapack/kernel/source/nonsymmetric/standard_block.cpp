@@ -28,7 +28,7 @@ PlaneTurn<double> split(Block2<double>& block, double far, double other) {
 PlaneTurn<double> make_diagonal_equal(Block2<double>& block) {
     const double half_sum = block.b / 2.0 + block.c / 2.0, half_skew = block.b / 2.0 - block.c / 2.0;
     const double half_difference = block.a / 2.0 - block.d / 2.0;
-    const double length = std::hypot(half_sum, half_difference), mean = block.a / 2.0 + block.d / 2.0;
+    const double length = length_of(half_sum, half_difference), mean = block.a / 2.0 + block.d / 2.0;
     PlaneTurn<double> turn;
     if (length > 0.0) {
         turn.cosine = std::sqrt(0.5 * (1.0 + std::fabs(half_sum) / length));

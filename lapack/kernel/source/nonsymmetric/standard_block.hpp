@@ -1,5 +1,6 @@
 // Blocks of order 2 on the diagonal of a Schur form, and the plane rotations that bring them there.
 #pragma once
+#include "lapack/kernel/source/common/length.hpp"
 #include "service/kernel_slot.hpp"
 #include "service/matrix.hpp"
 #include "service/scalars.hpp"
@@ -24,10 +25,10 @@ template <class T> struct PlaneTurn {
 
 /// G with G (f; g) = (length; 0).
 template <class T> PlaneTurn<T> turn_onto_first(const T& f, const T& g) {
-    const double size = std::abs(f), other = std::abs(g);
+    const double size = length_of(f), other = length_of(g);
     if (other == 0.0) return {};
     if (size == 0.0) return {0.0, conj_if<true>(g) / other};
-    const double length = std::hypot(size, other);
+    const double length = length_of(size, other);
     return {size / length, conj_if<true>(g / length) * (f / size)};
 }
 

@@ -129,45 +129,35 @@ template <class T> class SylvesterRun {
         }
     }
 
-    void solve_by_rows(const SylvesterEquation<T>& e, const Matrix<T>& c) {
-        const i64 half = half_of(e.a), rest = e.a.rows - half;
-        SylvesterEquation<T> upper = e, lower = e;
-        upper.a = e.a.block(0, 0, half, half);
-        lower.a = e.a.from(half, half);
-        const Matrix<const T> between = e.a.block(0, half, half, rest);
-        const Matrix<T> c1 = c.rows_from(0, half), c2 = c.rows_from(half, rest);
-        if (!e.adjoint_a) {
-            solve(lower, c2);
-            gemm('N', 'N', -1.0, between, c2, 1.0, c1);
-            solve(upper, c1);
-        } else {
-            solve(upper, c1);
-            gemm('C', 'N', -1.0, between, c1, 1.0, c2);
-            solve(lower, c2);
-        }
-    }
-    void solve_by_columns(const SylvesterEquation<T>& e, const Matrix<T>& c) {
-        const i64 half = half_of(e.b), rest = e.b.rows - half;
-        SylvesterEquation<T> left = e, right = e;
-        left.b = e.b.block(0, 0, half, half);
-        right.b = e.b.from(half, half);
-        const Matrix<const T> between = e.b.block(0, half, half, rest);
-        const Matrix<T> c1 = c.columns_from(0, half), c2 = c.columns_from(half, rest);
-        if (!e.adjoint_b) {
-            solve(left, c1);
-            gemm('N', 'N', -e.sign, c1, between, 1.0, c2);
-            solve(right, c2);
-        } else {
-            solve(right, c2);
-            gemm('N', 'C', -e.sign, c2, between, 1.0, c1);
-            solve(left, c1);
-        }
+    /// One half of the rows of X, or of its columns, and the other one less what that gives it. Of A the lower half
+    /// comes first, of B the left one, and of an adjoint the other.
+    void solve_halves(const SylvesterEquation<T>& e, const Matrix<T>& c) {
+        const bool by_rows = c.rows >= c.columns, adjoint = by_rows ? e.adjoint_a : e.adjoint_b;
+        const bool last_first = by_rows != adjoint;
+        const Matrix<const T>& form = by_rows ? e.a : e.b;
+        const i64 half = half_of(form), rest = form.rows - half;
+        const Matrix<const T> between = form.block(0, half, half, rest);
+        const auto equation_of = [&](const Matrix<const T>& part) {
+            SylvesterEquation<T> equation = e;
+            (by_rows ? equation.a : equation.b) = part;
+            return equation;
+        };
+        const auto half_of_x = [&](bool last) {
+            const i64 start = last ? half : 0, count = last ? rest : half;
+            return by_rows ? c.rows_from(start, count) : c.columns_from(start, count);
+        };
+        const SylvesterEquation<T> of_head = equation_of(form.block(0, 0, half, half));
+        const SylvesterEquation<T> of_tail = equation_of(form.from(half, half));
+        const Matrix<T> known = half_of_x(last_first), other = half_of_x(!last_first);
+        solve(last_first ? of_tail : of_head, known);
+        if (by_rows) gemm(adjoint ? 'C' : 'N', 'N', -1.0, between, known, 1.0, other);
+        else gemm('N', adjoint ? 'C' : 'N', -e.sign, known, between, 1.0, other);
+        solve(last_first ? of_head : of_tail, other);
     }
     void solve(const SylvesterEquation<T>& e, const Matrix<T>& c) {
         if (!within_room_ && !careful_) return; // it will be done again
         if (careful_ || std::max(c.rows, c.columns) <= leaf) solve_leaf(e, c);
-        else if (c.rows >= c.columns) solve_by_rows(e, c);
-        else solve_by_columns(e, c);
+        else solve_halves(e, c);
     }
 
   public:

@@ -1,6 +1,7 @@
 // One reflector: made safely, applied by a product with a vector and an update of rank 1.
 #include "lapack/kernel/source/orthogonal/reflector.hpp"
 #include "blas/calls.hpp"
+#include "lapack/kernel/source/common/length.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include <cmath>
 #include <complex>
@@ -9,9 +10,9 @@ namespace nxl {
 namespace {
 
 /// The norm of (alpha; x), with the sign that makes the difference from alpha the larger one.
-double opposite_norm(double alpha, double norm_of_x) { return -std::copysign(std::hypot(alpha, norm_of_x), alpha); }
+double opposite_norm(double alpha, double norm_of_x) { return -std::copysign(length_of(alpha, norm_of_x), alpha); }
 double opposite_norm(const zcomplex& alpha, double norm_of_x) {
-    return -std::copysign(std::hypot(std::abs(alpha), norm_of_x), alpha.real());
+    return -std::copysign(length_of(length_of(alpha), norm_of_x), alpha.real());
 }
 
 double tau_of(double alpha, double beta) { return (beta - alpha) / beta; }
