@@ -65,27 +65,49 @@ int tridiagonal_pairs(int n, const double* d, const double* e, double* w, double
     return info;
 }
 
+namespace {
+
+/// Values alone, of which the library knows the faster way for large matrices.
+template <class T> int full_values(char uplo, int n, T* a, int lda, double* w) {
+    constexpr int block = 64;
+    const auto order = static_cast<std::size_t>(n);
+    const Array<T> work(block * order);
+    const Array<double> reals(block * order);
+    const Array<int> integers(block * order);
+    if (!work || !reals || !integers) return no_memory;
+    const int length = std::max(block * n, 1), one = 1;
+    const double unused = 0.0;
+    int found = 0, info = 0;
+    const auto solve = [&](auto... real_space) {
+        T z;
+        Symmetric<T>::syevr("N", "A", &uplo, &n, a, &lda, &unused, &unused, &one, &n, &unused, &found, w, &z, &one,
+                            nullptr, work.data(), &length, real_space..., integers.data(), &length, &info, 1, 1, 1);
+    };
+    if constexpr (std::is_same_v<T, double>) solve();
+    else solve(reals.data(), &length);
+    return info;
+}
+
+} // namespace
+
 template <class T> int full_pairs(char jobz, char uplo, int n, T* a, int lda, double* w) {
+    if (!is_letter(jobz, 'V')) return full_values(uplo, n, a, lda, w);
     const auto order = static_cast<std::size_t>(n);
     constexpr int block = 64;
     const Triangle<T> triangle{is_letter(uplo, 'U'), n, lda, a};
-    const bool vectors = is_letter(jobz, 'V');
-    const Array<double> e(order), values(order), of_t(vectors ? order * order : 0);
-    const Array<T> tau(order), work(block * order), z(vectors ? order * order : 0);
+    const Array<double> e(order), values(order), of_t(order * order);
+    const Array<T> tau(order), work(block * order), z(order * order);
     if (!e || !values || !of_t || !tau || !work || !z) return no_memory;
     const int lwork = std::max(block * n, 1), ldz = std::max(n, 1), power = triangle.bring_into_range();
-    int info = 0;
+    int info = 0, status = 0;
     Symmetric<T>::sytrd(&uplo, &n, a, &lda, w, e.data(), tau.data(), work.data(), &lwork, &info, 1);
-    if (vectors) {
-        info = tridiagonal_pairs(n, w, e.data(), values.data(), of_t.data(), ldz);
-        std::copy(values.data(), values.data() + order, w);
-        std::copy(of_t.data(), of_t.data() + order * order, z.data());
-        int status = 0;
-        Symmetric<T>::ormtr("L", &uplo, "N", &n, &n, a, &lda, tau.data(), z.data(), &ldz, work.data(), &lwork, &status,
-                            1, 1, 1);
-        for (std::size_t j = 0; j < order; ++j)
-            std::copy(z.data() + j * order, z.data() + (j + 1) * order, a + j * static_cast<std::size_t>(lda));
-    } else dsterf(&n, w, e.data(), &info);
+    info = tridiagonal_pairs(n, w, e.data(), values.data(), of_t.data(), ldz);
+    std::copy(values.data(), values.data() + order, w);
+    std::copy(of_t.data(), of_t.data() + order * order, z.data());
+    Symmetric<T>::ormtr("L", &uplo, "N", &n, &n, a, &lda, tau.data(), z.data(), &ldz, work.data(), &lwork, &status, 1,
+                        1, 1);
+    for (std::size_t j = 0; j < order; ++j)
+        std::copy(z.data() + j * order, z.data() + (j + 1) * order, a + j * static_cast<std::size_t>(lda));
     for (std::size_t i = 0; i < order && power != 0; ++i) w[i] = std::ldexp(w[i], -power);
     return info;
 }

@@ -24,6 +24,7 @@ template <class T> class Array {
 
 template <class T> struct Symmetric;
 template <> struct Symmetric<double> {
+    static constexpr auto syevr = dsyevr;
     static constexpr auto sytrd = dsytrd;
     static constexpr auto ormtr = dormtr;
     static constexpr auto potrf = dpotrf;
@@ -33,6 +34,7 @@ template <> struct Symmetric<double> {
     static constexpr auto stein = dstein;
 };
 template <> struct Symmetric<nxl_z> {
+    static constexpr auto syevr = zheevr;
     static constexpr auto sytrd = zhetrd;
     static constexpr auto ormtr = zunmtr;
     static constexpr auto potrf = zpotrf;

@@ -211,6 +211,9 @@ contains
         s = 1e200_real64 * real(a)
         call dsyev('V', 'U', n, s, n, w, work, 3 * n, info)
         call expect_pairs(cmplx(real(a), 0, real64), cmplx(s, 0, real64), 1e-200_real64 * w, 'dsyev, large')
+        s = real(a)
+        call dsyev('N', 'L', n, s, n, values, work, 3 * n, info)
+        call expect(maxval(abs(1e-200_real64 * w - values)) < 1e-13_real64, 'dsyev, values')
         call dsyevd('V', 'L', n, s, n, w, work, -1, iwork, 1, info)
         call expect(info == 0 .and. nint(work(1)) == long .and. iwork(1) == 5 * n + 3, 'dsyevd, query')
     end subroutine

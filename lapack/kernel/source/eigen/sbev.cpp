@@ -1,6 +1,7 @@
 // dsbev, zhbev, dsbevd, zhbevd: to tridiagonal form, then QL, or divide and conquer.
 #include "lapack/kernel/source/eigen/sbev.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
+#include "lapack/kernel/source/eigen/band_to_tridiagonal.hpp"
 #include "lapack/kernel/source/eigen/sbtrd.hpp"
 #include "lapack/kernel/source/eigen/stedc.hpp"
 #include "lapack/kernel/source/eigen/steqr.hpp"
@@ -10,6 +11,8 @@
 
 namespace nxl {
 namespace {
+
+constexpr i64 no_memory = -1000;
 
 /// The checks that all forms share.
 template <class T>
@@ -29,21 +32,36 @@ void solve(const RoutineLetters& name, char jobz, const HermitianBand<T>& a, dou
     for (i64 i = 0; i < n; ++i) w[i] /= scale;
 }
 
-/// All pairs by divide and conquer. A band that is tridiagonal has a diagonal Q, which turns rows alone.
+/// All pairs of scale A by divide and conquer; `multiply` makes its vectors of the vectors z of T.
+template <class T, class Multiply>
+i64 divide_tridiagonal(const HermitianBand<T>& a, double scale, double* w, double* e, const Matrix<T>& z,
+                       const Multiply& multiply) {
+    const i64 info = stedc(a.n, w, e, z);
+    for (i64 i = 0; i < a.n; ++i) w[i] /= scale;
+    return info == 0 && !multiply() ? no_memory : info;
+}
+
+/// A band that is tridiagonal has a diagonal Q, which turns rows alone.
 template <class T> i64 divide(const HermitianBand<T>& a, double* w, const Matrix<T>& z) {
     const i64 n = a.n;
-    const bool diagonal_q = a.kd <= 1;
     const Scratch<double> e(n);
-    const Scratch<T> turns(n);
     const double largest = a.largest(), scale = block_scale(&largest, nullptr, 1);
-    if (!e.data() || !turns.data()) return -1000;
-    if (diagonal_q) tridiagonal_band(a, scale, w, e.data(), turns.data());
-    else if (!sbtrd(a, scale, w, e.data(), true, z)) return -1000;
-    const i64 info = stedc(diagonal_q ? 'I' : 'V', n, w, e.data(), z);
-    for (i64 j = 0; j < n && diagonal_q && is_complex_scalar<T>; ++j)
-        for (i64 i = 0; i < n; ++i) z(i, j) *= turns.data()[i];
-    for (i64 i = 0; i < n; ++i) w[i] /= scale;
-    return info;
+    if (!e.data()) return no_memory;
+    if (a.kd <= 1) {
+        const Scratch<T> turns(n);
+        if (!turns.data()) return no_memory;
+        tridiagonal_band(a, scale, w, e.data(), turns.data());
+        return divide_tridiagonal(a, scale, w, e.data(), z, [&] {
+            for (i64 j = 0; j < n && is_complex_scalar<T>; ++j)
+                for (i64 i = 0; i < n; ++i) z(i, j) *= turns.data()[i];
+            return true;
+        });
+    }
+    const BandReduction<T> reduction(n, a.width(), true);
+    if (!reduction.is_ready()) return no_memory;
+    a.copy_lower(scale, reduction.band());
+    reduction.reduce(w, e.data());
+    return divide_tridiagonal(a, scale, w, e.data(), z, [&] { return reduction.multiply(z); });
 }
 
 /// The forms with D.

@@ -2,6 +2,7 @@
 #pragma once
 #include "service/matrix.hpp"
 #include "service/scalars.hpp"
+#include <algorithm>
 
 namespace nxl {
 
@@ -17,7 +18,11 @@ template <class T> struct HermitianBand {
         if (uplo == 'L') return ab[i - j + j * ldab];
         return conj_if(true, ab[kd + j - i + i * ldab]);
     }
+    /// Diagonals beside the main one that there are, but at least 1.
+    i64 width() const { return std::clamp(kd, i64{1}, std::max(n - 1, i64{1})); }
     double largest() const;
+    /// Its elements (i, j), i >= j, multiplied by `scale`, into those of `to`; what lies beyond the band is left alone.
+    void copy_lower(double scale, const Matrix<T>& to) const;
 };
 
 /// scale A = Q T Q^H: the diagonal and off-diagonal of T in d(n) and e(n-1); with `wants_q`, Q in q(n,n). False when

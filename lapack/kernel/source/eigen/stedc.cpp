@@ -1,10 +1,10 @@
 // The tree of divide and conquer: parts that do not split are halved down to small ones, which QL solves, and merged.
 #include "lapack/kernel/source/eigen/stedc.hpp"
-#include "blas/calls.hpp"
 #include "lapack/kernel/source/eigen/pair_order.hpp"
 #include "lapack/kernel/source/eigen/rank_one_merge.hpp"
 #include "lapack/kernel/source/eigen/steqr.hpp"
 #include "lapack/kernel/source/eigen/tridiagonal_blocks.hpp"
+#include "service/parallel.hpp"
 #include "service/scratch.hpp"
 #include "service/threads.hpp"
 
@@ -87,19 +87,8 @@ class Tree {
     }
 };
 
-/// z := z q; a complex matrix is a real one of twice the rows. `copy`: as many doubles as z has.
-template <class T> void multiply_by_real(const Matrix<T>& z, const Matrix<double>& q, double* copy) {
-    constexpr i64 reals = sizeof(T) / sizeof(double);
-    const Matrix<double> to{reinterpret_cast<double*>(z.data), reals * z.rows, z.columns, reals * z.ld};
-    const Matrix<double> from{copy, to.rows, to.columns, to.rows};
-    for (i64 j = 0; j < to.columns; ++j) std::copy(to.at(0, j), to.at(0, j) + to.rows, from.at(0, j));
-    gemm('N', 'N', 1.0, from, q, 0.0, to);
-}
-
-/// All parts into q, which is zero but for them; then_do(rows) follows each. Returns info.
-template <class Then>
-i64 solve_parts(i64 n, double* d, double* e, const Matrix<double>& q, i64* order, const MergeSpace& space,
-                const Then& then_do) {
+/// All parts into q, which is zero but for them. Returns info.
+i64 solve_parts(i64 n, double* d, double* e, const Matrix<double>& q, i64* order, const MergeSpace& space) {
     for (i64 start = 0; start < n;) {
         const Slice rows = next_block(n, d, e, start);
         start = rows.end();
@@ -114,21 +103,19 @@ i64 solve_parts(i64 n, double* d, double* e, const Matrix<double>& q, i64* order
         const Matrix<double> block = q.block(rows.start, rows.start, rows.count, rows.count);
         if (!Tree(block, diagonal, off, order, space).solve()) return (rows.start + 1) * (n + 1) + rows.end();
         scale(power);
-        then_do(rows);
     }
     return 0;
 }
 
 } // namespace
 
-template <class T> i64 stedc(char compz, i64 n, double* d, double* e, const Matrix<T>& z) {
+template <class T> i64 stedc(i64 n, double* d, double* e, const Matrix<T>& z) {
     if (n <= largest_leaf || !std::isfinite(largest_abs1(n, d)) || !std::isfinite(largest_abs1(n - 1, e))) {
         i64 failed = 0;
-        steqr(compz, n, d, e, z.data, z.ld, nullptr, failed, 1);
+        steqr('I', n, d, e, z.data, z.ld, nullptr, failed, 1);
         return failed > 0 ? n + 1 + n : failed;
     }
-    constexpr bool real = !is_complex_scalar<T>;
-    const bool multiplies = compz == 'V', in_place = real && !multiplies;
+    constexpr bool in_place = !is_complex_scalar<T>;
     const Scratch<double> squares(2 * n * n), own(in_place ? 1 : n * n), vectors(MergeSpace::vectors_of_reals * n);
     const Scratch<i64> integers((MergeSpace::vectors_of_integers + 1) * n);
     const Scratch<T> column(n);
@@ -136,22 +123,16 @@ template <class T> i64 stedc(char compz, i64 n, double* d, double* e, const Matr
     const MergeSpace space{n, squares.data(), squares.data() + n * n, vectors.data(), integers.data()};
     i64* const order = integers.data() + MergeSpace::vectors_of_integers * n;
     Matrix<double> q{own.data(), n, n, n};
-    if constexpr (real)
-        if (in_place) q = z;
+    if constexpr (in_place) q = z;
     for (i64 j = 0; j < n; ++j) std::fill(q.at(0, j), q.at(0, j) + n, 0.0);
-    const i64 info = solve_parts(n, d, e, q, order, space, [&](const Slice& rows) {
-        if (multiplies)
-            multiply_by_real(z.columns_from(rows.start, rows.count),
-                             q.block(rows.start, rows.start, rows.count, rows.count), squares.data());
-    });
-    if (info != 0) return info;
-    for (i64 j = 0; j < n && !real && !multiplies; ++j) std::copy(q.at(0, j), q.at(0, j) + n, z.at(0, j));
+    if (const i64 info = solve_parts(n, d, e, q, order, space); info != 0) return info;
+    for (i64 j = 0; j < n && !in_place; ++j) std::copy(q.at(0, j), q.at(0, j) + n, z.at(0, j));
     find_order(n, d, order);
     reorder_pairs(d, z, order, column.data());
     return 0;
 }
 
-template i64 stedc<double>(char, i64, double*, double*, const Matrix<double>&);
-template i64 stedc<zcomplex>(char, i64, double*, double*, const Matrix<zcomplex>&);
+template i64 stedc<double>(i64, double*, double*, const Matrix<double>&);
+template i64 stedc<zcomplex>(i64, double*, double*, const Matrix<zcomplex>&);
 
 } // namespace nxl

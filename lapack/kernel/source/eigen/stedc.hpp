@@ -4,9 +4,9 @@
 
 namespace nxl {
 
-/// compz V: the columns of z(n,n) are multiplied by the vectors of the matrix; I: z becomes these. The values take the
-/// place of d(n), ascending; e(n-1) is destroyed. Returns 0, the first row times n + 1 plus the last of a part, from 1,
-/// whose values have not been found, or -1000 when there was no memory.
-template <class T> i64 stedc(char compz, i64 n, double* d, double* e, const Matrix<T>& z);
+/// The vectors come in z(n,n), the values take the place of d(n), ascending; e(n-1) is destroyed. Returns 0, the first
+/// row times n + 1 plus the last of a part, from 1, whose values have not been found, or -1000 when there was no
+/// memory.
+template <class T> i64 stedc(i64 n, double* d, double* e, const Matrix<T>& z);
 
 } // namespace nxl

@@ -5,6 +5,7 @@
 #include "lapack/kernel/source/eigen/sbtrd.hpp"
 #include "lapack/kernel/source/eigen/selected_pairs.hpp"
 #include "lapack/kernel/source/eigen/symmetric_names.hpp"
+#include "lapack/kernel/source/eigen/two_stage.hpp"
 #include "lapack/kernel/source/eigen/xsytrd.hpp"
 #include "lapack/kernel/source/eigen/xsytrd_omp.hpp"
 #include "lapack/kernel/source/orthogonal/orgtr.hpp"
@@ -28,6 +29,23 @@ template <class T> double bring_into_range(char uplo, const Matrix<T>& a) {
     return scale;
 }
 
+/// How a full matrix is best reduced. How many vectors there are in a range of values is not known beforehand.
+bool takes_two_stages(const PairSelection& wanted) {
+    if (wanted.n < two_stage_order) return false;
+    if (!wanted.vectors()) return true;
+    return wanted.range == 'I' && two_stage_share * (wanted.iu - wanted.il + 1) <= wanted.n;
+}
+
+template <class T>
+i64 solve_in_two_stages(const PairSelection& wanted, char uplo, double scale, const Matrix<T>& a, double* d, double* e,
+                        const Pairs<T>& pairs) {
+    const TwoStageReduction<T> reduction(uplo, a, two_stage_width, wanted.vectors());
+    if (!reduction.reduce(d, e)) return -1000;
+    const auto form_q = [](const Matrix<T>&) { return false; }; // for QL with all vectors
+    const auto multiply = [&](const Matrix<T>& vectors) { return reduction.multiply(vectors); };
+    return find_pairs<T>(wanted, scale, d, e, pairs, form_q, multiply);
+}
+
 /// What the drivers for full matrices share, behind their checks. Returns info, -1000 when there was no memory.
 template <class T>
 i64 solve_full(const PairSelection& wanted, char uplo, const Matrix<T>& a, const Pairs<T>& pairs, T* work, i64 lwork) {
@@ -37,6 +55,7 @@ i64 solve_full(const PairSelection& wanted, char uplo, const Matrix<T>& a, const
     if (!tridiagonal.data() || !scalars.data()) return -1000;
     double *const d = tridiagonal.data(), *const e = d + n;
     const double scale = bring_into_range(uplo, a);
+    if (takes_two_stages(wanted)) return solve_in_two_stages(wanted, uplo, scale, a, d, e, pairs);
     i64 info = 0;
     sytrd(uplo, n, a.data, a.ld, d, e, scalars.data(), work, lwork, info);
     const auto form_q = [&](const Matrix<T>& q) {
