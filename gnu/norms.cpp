@@ -1,77 +1,95 @@
-// Norms of general matrices, which SciPy, Octave and R take before they ask for a condition: a pass over the matrix
-// that is worth a few per cent of the factorisation.
+// LAPACK's functions for norms of matrices. Like all of its auxiliary routines they check nothing; whatever is empty
+// has the norm 0. `work` is used for row sums alone, and for those of symmetric matrices.
+#include "lapack/kernel/source/common/norms.hpp"
 #include "nxl.h"
 #include "service/export.hpp"
+#include "service/letters.hpp"
 
-#include <cmath>
-#include <cstddef>
+using nxl::capital;
+using nxl::Columns;
+using nxl::Matrix;
 
 namespace {
 
-double sum_of_magnitudes(int n, const double* x) {
-    const int one = 1;
-    return dasum(&n, x, &one);
-}
-double sum_of_magnitudes(int n, const nxl_z* x) { // dzasum adds the parts
-    double sum = 0.0;
-    for (int i = 0; i < n; ++i) sum += std::abs(x[i]);
-    return sum;
-}
-double length(int n, const double* x) {
-    const int one = 1;
-    return dnrm2(&n, x, &one);
-}
-double length(int n, const nxl_z* x) {
-    const int one = 1;
-    return dznrm2(&n, x, &one);
+template <class T> Matrix<const T> matrix(const int* m, const int* n, const T* a, const int* lda) {
+    return {a, *m, *n, *lda};
 }
 
-/// The larger one; NaN if either is.
-double larger(double a, double b) { return a >= b || std::isnan(a) ? a : b; }
-
-template <class T> double largest_element(int m, const T* x) {
-    double most = 0.0;
-    for (int i = 0; i < m; ++i) most = larger(most, std::abs(x[i]));
-    return most;
+template <class T> double norm(const char* norm, const Columns<const T>& a, char diag, double* work) {
+    return a.a.steps() > 0 ? nxl::matrix_norm(capital(*norm), a, diag, work) : 0.0;
+}
+template <class T> double symmetric(const char* norm, const Columns<const T>& triangle, bool hermitian, double* work) {
+    return triangle.a.rows > 0 ? nxl::symmetric_norm(capital(*norm), triangle, hermitian, work) : 0.0;
 }
 
-/// The largest sum of a row, by sums of all rows in work(m).
-template <class T> double largest_row(int m, int n, const T* a, std::ptrdiff_t lda, double* work) {
-    for (int i = 0; i < m; ++i) work[i] = 0.0;
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < m; ++i) work[i] += std::abs(a[i + j * lda]);
-    return largest_element(m, work);
+template <class T>
+Columns<const T> triangle(const char* uplo, const int* m, const int* n, const T* a, const int* lda) {
+    return nxl::triangle_of(capital(*uplo), matrix(m, n, a, lda));
 }
-
-/// norm M: the largest element; 1 or O: column sum; I: row sum; F or E: Frobenius' norm. Any other gives 0.
-template <class T> double norm_of(char norm, int m, int n, const T* a, std::ptrdiff_t lda, double* work) {
-    const char letter = static_cast<char>(norm & ~32);
-    if (m < 1 || n < 1) return 0.0;
-    if (letter == 'I') return largest_row(m, n, a, lda, work);
-    double result = 0.0;
-    for (int j = 0; j < n; ++j) {
-        const T* column = a + j * lda;
-        if (letter == 'M') result = larger(result, largest_element(m, column));
-        else if (norm == '1' || letter == 'O') result = larger(result, sum_of_magnitudes(m, column));
-        else if (letter == 'F' || letter == 'E') {
-            const double size = length(m, column);
-            result = std::isnan(size) ? size : std::isnan(result) ? result : std::hypot(result, size);
-        }
-    }
-    return result;
+template <class T>
+Columns<const T> triangular_band(const char* uplo, const int* n, const int* k, const T* ab, const int* ldab) {
+    return nxl::triangular_band_of(capital(*uplo), ab, *ldab, *n, *k);
+}
+template <class T>
+Columns<const T> band(const int* n, const int* kl, const int* ku, const T* ab, const int* ldab) {
+    return nxl::band_of(ab, *ldab, *n, *n, *kl, *ku);
 }
 
 } // namespace
 
 extern "C" {
 
-NXL_EXPORT double dlange_(const char* norm, const int* m, const int* n, const double* a, const int* lda,
+NXL_EXPORT double dlange_(const char* letter, const int* m, const int* n, const double* a, const int* lda,
                           double* work) noexcept {
-    return norm_of(*norm, *m, *n, a, *lda, work);
+    return norm(letter, nxl::all_of(matrix(m, n, a, lda)), 'N', work);
 }
-NXL_EXPORT double zlange_(const char* norm, const int* m, const int* n, const nxl_z* a, const int* lda,
+NXL_EXPORT double zlange_(const char* letter, const int* m, const int* n, const nxl_z* a, const int* lda,
                           double* work) noexcept {
-    return norm_of(*norm, *m, *n, a, *lda, work);
+    return norm(letter, nxl::all_of(matrix(m, n, a, lda)), 'N', work);
+}
+
+NXL_EXPORT double dlantr_(const char* letter, const char* uplo, const char* diag, const int* m, const int* n,
+                          const double* a, const int* lda, double* work) noexcept {
+    return norm(letter, triangle(uplo, m, n, a, lda), capital(*diag), work);
+}
+NXL_EXPORT double zlantr_(const char* letter, const char* uplo, const char* diag, const int* m, const int* n,
+                          const nxl_z* a, const int* lda, double* work) noexcept {
+    return norm(letter, triangle(uplo, m, n, a, lda), capital(*diag), work);
+}
+
+NXL_EXPORT double dlangb_(const char* letter, const int* n, const int* kl, const int* ku, const double* ab,
+                          const int* ldab, double* work) noexcept {
+    return norm(letter, band(n, kl, ku, ab, ldab), 'N', work);
+}
+NXL_EXPORT double zlangb_(const char* letter, const int* n, const int* kl, const int* ku, const nxl_z* ab,
+                          const int* ldab, double* work) noexcept {
+    return norm(letter, band(n, kl, ku, ab, ldab), 'N', work);
+}
+
+NXL_EXPORT double dlansy_(const char* letter, const char* uplo, const int* n, const double* a, const int* lda,
+                          double* work) noexcept {
+    return symmetric(letter, triangle(uplo, n, n, a, lda), false, work);
+}
+NXL_EXPORT double zlansy_(const char* letter, const char* uplo, const int* n, const nxl_z* a, const int* lda,
+                          double* work) noexcept {
+    return symmetric(letter, triangle(uplo, n, n, a, lda), false, work);
+}
+NXL_EXPORT double zlanhe_(const char* letter, const char* uplo, const int* n, const nxl_z* a, const int* lda,
+                          double* work) noexcept {
+    return symmetric(letter, triangle(uplo, n, n, a, lda), true, work);
+}
+
+NXL_EXPORT double dlansb_(const char* letter, const char* uplo, const int* n, const int* k, const double* ab,
+                          const int* ldab, double* work) noexcept {
+    return symmetric(letter, triangular_band(uplo, n, k, ab, ldab), false, work);
+}
+NXL_EXPORT double zlansb_(const char* letter, const char* uplo, const int* n, const int* k, const nxl_z* ab,
+                          const int* ldab, double* work) noexcept {
+    return symmetric(letter, triangular_band(uplo, n, k, ab, ldab), false, work);
+}
+NXL_EXPORT double zlanhb_(const char* letter, const char* uplo, const int* n, const int* k, const nxl_z* ab,
+                          const int* ldab, double* work) noexcept {
+    return symmetric(letter, triangular_band(uplo, n, k, ab, ldab), true, work);
 }
 
 } // extern "C"

@@ -25,6 +25,11 @@ using Syr2Kernel = void (*)(const char& uplo, const i64& n, const T& alpha, cons
 template <class T>
 using TrvKernel = void (*)(const char& uplo, const char& trans, const char& diag, const i64& n, const T* a,
                            const i64& lda, T* x, const i64& incx);
+/// Solution of a triangle of a band, k diagonals beside the main one, at least 7, with one vector. `a`: where element
+/// (0, 0) would be of a matrix with columns lda apart, which are one element less than the array's.
+template <class T>
+using TbsvKernel = void (*)(const char& uplo, const char& trans, const char& diag, const i64& n, const i64& k,
+                            const T* a, const i64& lda, T* x);
 
 template <class T>
 using GemmKernel = void (*)(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k,
@@ -154,6 +159,7 @@ struct KernelTable {
     SymvKernel<double> dsymv;
     SyrKernel<double, double> dsyr;
     Syr2Kernel<double> dsyr2;
+    TbsvKernel<double> dtbsv;
     TrvKernel<double> dtrmv;
     TrvKernel<double> dtrsv;
     GemvKernel<zcomplex> zgemv;
@@ -164,6 +170,7 @@ struct KernelTable {
     Syr2Kernel<zcomplex> zher2;
     SymvKernel<zcomplex> zsymv;
     SyrKernel<zcomplex, zcomplex> zsyr;
+    TbsvKernel<zcomplex> ztbsv;
     TrvKernel<zcomplex> ztrmv;
     TrvKernel<zcomplex> ztrsv;
 

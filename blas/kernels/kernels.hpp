@@ -62,6 +62,7 @@ Kernel<decltype(KernelTable::dger)> dger;
 Kernel<decltype(KernelTable::dsymv)> dsymv;
 Kernel<decltype(KernelTable::dsyr)> dsyr;
 Kernel<decltype(KernelTable::dsyr2)> dsyr2;
+Kernel<decltype(KernelTable::dtbsv)> dtbsv;
 Kernel<decltype(KernelTable::dtrmv)> dtrmv;
 Kernel<decltype(KernelTable::dtrsv)> dtrsv;
 Kernel<decltype(KernelTable::zgemv)> zgemv;
@@ -72,6 +73,7 @@ Kernel<decltype(KernelTable::zher)> zher;
 Kernel<decltype(KernelTable::zher2)> zher2;
 Kernel<decltype(KernelTable::zsymv)> zsymv;
 Kernel<decltype(KernelTable::zsyr)> zsyr;
+Kernel<decltype(KernelTable::ztbsv)> ztbsv;
 Kernel<decltype(KernelTable::ztrmv)> ztrmv;
 Kernel<decltype(KernelTable::ztrsv)> ztrsv;
 

@@ -57,6 +57,7 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .dsymv = dsymv,
         .dsyr = dsyr,
         .dsyr2 = dsyr2,
+        .dtbsv = dtbsv,
         .dtrmv = dtrmv,
         .dtrsv = dtrsv,
         .zgemv = zgemv,
@@ -67,6 +68,7 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .zher2 = zher2,
         .zsymv = zsymv,
         .zsyr = zsyr,
+        .ztbsv = ztbsv,
         .ztrmv = ztrmv,
         .ztrsv = ztrsv,
 

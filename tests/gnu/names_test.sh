@@ -24,7 +24,7 @@ expected=$(tr '[:upper:]' '[:lower:]' <<<"$routines" | sed 's/$/_/' | sort)
 found=$(exports_of "$companion" | grep '_$')
 missing=$(comm -23 <(echo "$expected") <(echo "$found"))
 [[ -z $missing ]] || fail "without a line in gnu/routines.inc: $(echo "$missing" | xargs)"
-drivers='(([dz](ge|gb|po|pb|sy)|zhe)sv|(dsy|zhe)[eg]vd?|dstev[dr]?|[dz]ste(mr|dc)|[dz]lange)_'
+drivers='(([dz](ge|gb|gt|po|pb|pt|sy|sp)|zh[ep])sv|[dz]lan(ge|gb|sy|sb|tr)|zlanh[eb]|(dsy|zhe)[eg]vd?|dstev[dr]?|[dz]ste(mr|dc))_'
 stray=$(comm -13 <(echo "$expected") <(echo "$found") | grep -Evx "$drivers" || true)
 [[ -z $stray ]] || fail "no export of the library stands behind: $(echo "$stray" | xargs)"
 

@@ -1,5 +1,5 @@
-// The unblocked kernels of LU and Cholesky, called through their slots. CTest runs this program once for each processor
-// class and vector width.
+// The unblocked kernels of LU and Cholesky, and the band's solution, called through their slots. CTest runs this
+// program once for each processor class and vector width.
 #include "service/kernel_slot.hpp"
 #include "service/memory.hpp"
 #include "tests/support/dense.hpp"
@@ -351,6 +351,47 @@ TYPED_TEST(Potf2, FailureInALaterBlockCountsFromTheFirstColumn) {
     auto a = positive_matrix<TypeParam>(300, 3);
     a(130, 130) = TypeParam(-1.0);
     for (const bool upper : {false, true}) EXPECT_EQ(factor_triangle(a, upper).info, 131);
+}
+
+// -------------------------------------------------------------------------------------------------------------- Band
+
+template <class T> class Tbsv : public ::testing::Test {};
+TYPED_TEST_SUITE(Tbsv, Scalars);
+
+/// x - op(A)^-1 (op(A) x), what is not stored being NaN, with the bodies of both scalars.
+template <class T> double band_error(int n, int k, bool upper, char trans, bool unit) {
+    const auto place = [&](int i, int j) {
+        return static_cast<std::size_t>((upper ? k + i - j : i - j) + j * (k + 1));
+    };
+    std::vector<T> ab(static_cast<std::size_t>(n) * static_cast<std::size_t>(k + 1), all_nan<T>());
+    const auto x = random_values<T>(n, 3);
+    std::vector<T> b(x.size());
+    Generator generator(5);
+    for (int j = 0; j < n; ++j)
+        for (int i = std::max(0, upper ? j - k : j); i <= std::min(n - 1, upper ? j : j + k); ++i) {
+            T value = random_value<T>(generator) / (2.0 * k);
+            if (i == j) value = unit ? T(1.0) : value + T(2.0);
+            if (i != j || !unit) ab[place(i, j)] = value;
+            if (trans == 'C') value = conjugate(value);
+            b[static_cast<std::size_t>(trans == 'N' ? i : j)] +=
+                value * x[static_cast<std::size_t>(trans == 'N' ? j : i)];
+        }
+    slot_of<T, &KernelTable::dtbsv, &KernelTable::ztbsv>()(upper ? 'U' : 'L', trans, unit ? 'U' : 'N', i64{n}, i64{k},
+                                                           ab.data() + (upper ? k : 0), i64{k}, b.data());
+    double worst = 0.0;
+    for (std::size_t i = 0; i < x.size(); ++i)
+        if (!(abs1(b[i] - x[i]) <= worst)) worst = abs1(b[i] - x[i]);
+    return worst;
+}
+
+TYPED_TEST(Tbsv, SolvesWithEveryTriangleAroundItsPanels) {
+    for (const int n : {1, 7, 8, 9, 61})
+        for (const int k : {7, 8, 9, 30, 60, 65})
+            for (const bool upper : {false, true})
+                for (const char trans : {'N', 'T', 'C'})
+                    for (const bool unit : {false, true})
+                        EXPECT_LE(band_error<TypeParam>(n, k, upper, trans, unit), 100 * eps)
+                            << n << " " << k << upper << trans << unit;
 }
 
 } // namespace

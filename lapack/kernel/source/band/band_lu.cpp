@@ -30,7 +30,7 @@ template <class T> template <i64 Count> void BandLu<T>::lower_columns(char trans
 /// The product with the strip's rectangle passes over the rows in it that interchanges move: these are `kept`, and go
 /// through the columns one by one.
 template <class T> void BandLu<T>::lower_strip(char trans, const Slice& strip_columns, T* x) const {
-    const Strip<T> strip(lower, true, strip_columns);
+    const Strip<T> strip(lower, strip_columns);
     i64 rows[Strip<T>::most], count = 0;
     T kept[Strip<T>::most];
     const auto place = [&](i64 row) {

@@ -1,5 +1,5 @@
-// Narrow bands: column by column. One right-hand side: some columns at a time. Many: a block of columns is copied with
-// zeros around the band, which makes it one triangle and one rectangle of level 3.
+// Narrow bands: column by column. One right-hand side: by a kernel. Many: a block of columns is copied with zeros
+// around the band, which makes it one triangle and one rectangle of level 3.
 //
 //     lower    \ . . .          diagonal: solved with           upper    \ # . .
 //              #\. . .          #: the rectangle                         . \ # .
@@ -7,7 +7,6 @@
 #include "lapack/kernel/source/band/band_triangle.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/band/narrow_columns.hpp"
-#include "lapack/kernel/source/band/strip.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include "service/scratch.hpp"
 
@@ -57,22 +56,10 @@ template <class T> struct BandTriangle {
         }
     }
 
-    /// The same for one right-hand side, some columns at a time.
-    void solve_strip(const Slice& columns, T* x) const {
-        const Strip<T> strip(off, uplo == 'L', columns);
-        if (trans != 'N') strip.subtract_rectangle(trans, x);
-        for (i64 step = 0; step < columns.count; ++step) {
-            const i64 c = ascending() ? columns.start + step : columns.end() - 1 - step;
-            if (trans != 'N') x[c] -= strip.edge_dot(trans == 'C', c, x);
-            if (diag != 'U') x[c] = Divisor<T>(conj_if(trans == 'C', all.a(c, c))).divide(x[c]);
-            if (trans == 'N') strip.subtract_edges(c, x);
-        }
-        if (trans == 'N') strip.subtract_rectangle('N', x);
-    }
-
     void solve_one(T* x) const {
-        if (std::max(all.above, all.below) < Strip<T>::least) return solve_columns<1>(x, 0);
-        for_strips<T>(n, ascending(), [&](const Slice& columns) { solve_strip(columns, x); });
+        const i64 width = std::max(all.above, all.below);
+        if (width <= BandSizes::narrow) return solve_columns<1>(x, 0);
+        slot_of<T, &KernelTable::dtbsv, &KernelTable::ztbsv>()(uplo, trans, diag, n, width, all.a.data, all.a.ld, x);
     }
 
     /// Columns j .. j + width - 1, whose rows off the block on the diagonal are from `row` on.

@@ -1,15 +1,15 @@
-// A few columns of a triangle of a band side by side: for one right-hand side most of their elements are a rectangle,
-// which one product takes in a single pass over the vector.
+// A few columns of the lower triangle of a band side by side, for interchanges on the way: most of their elements are a
+// rectangle, which one product takes in a single pass over the vector.
 //
-//     upper    # . . .                  lower    \ . . .
-//              # # . .   edge                    o \ . .   edge
-//              # # # .                           o o \ .
-//              * * * *                           o o o \
-//              * * * *   rectangle               * * * *
-//              \ o o o                           * * * *   rectangle
-//              . \ o o   edge                    . # # #
-//              . . \ o                           . . # #   edge
-//              . . . \                           . . . #
+//     \ . . .
+//     o \ . .   edge
+//     o o \ .
+//     o o o \
+//     * * * *
+//     * * * *   rectangle
+//     . # # #
+//     . . # #   edge
+//     . . . #
 #pragma once
 #include "lapack/kernel/source/band/narrow_columns.hpp"
 #include "lapack/kernel/source/common/columns.hpp"
@@ -20,7 +20,6 @@ namespace nxl {
 
 template <class T> class Strip {
     const Columns<const T> off_; // without the diagonal
-    const bool lower_;
 
     /// Calls body(first row, count) for the elements of column c that are not in the rectangle.
     template <class Body> void for_edges(i64 c, const Body& body) const {
@@ -36,11 +35,7 @@ template <class T> class Strip {
 
     const Slice columns, rectangle; // the rectangle's rows
 
-    Strip(const Columns<const T>& off, bool lower, const Slice& of)
-        : off_(off),
-          lower_(lower),
-          columns(of),
-          rectangle(rows_of_rectangle()) {}
+    Strip(const Columns<const T>& off, const Slice& of) : off_(off), columns(of), rectangle(rows_of_rectangle()) {}
 
     /// x := x - column c times x(c)
     void subtract_edges(i64 c, T* x) const {
@@ -62,9 +57,7 @@ template <class T> class Strip {
   private:
     /// What all columns have, beyond their own rows.
     Slice rows_of_rectangle() const {
-        if (lower_) return {columns.end(), std::max(off_.end(columns.start) - columns.end(), i64{0})};
-        const i64 first = std::min(off_.first(columns.end() - 1), columns.start);
-        return {first, columns.start - first};
+        return {columns.end(), std::max(off_.end(columns.start) - columns.end(), i64{0})};
     }
 };
 

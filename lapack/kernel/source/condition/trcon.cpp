@@ -1,6 +1,6 @@
 // dtrcon, ztrcon: reciprocal condition of a triangular matrix.
 #include "lapack/kernel/source/condition/trcon.hpp"
-#include "lapack/kernel/source/condition/norms.hpp"
+#include "lapack/kernel/source/common/norms.hpp"
 #include "lapack/kernel/source/condition/reciprocal_condition.hpp"
 #include "lapack/kernel/source/condition/safe_solve.hpp"
 #include "service/arguments.hpp"
@@ -21,10 +21,10 @@ template <class T> struct TriangleArguments {
 
 /// `v`, `x`, `sums`: n elements each.
 template <class T> double condition(const TriangleArguments<T>& of, const T* a, T* v, T* x, double* sums) {
-    const Matrix<const T> triangle{a, of.n, of.n, of.lda};
-    const double norm = triangle_norm(of.norm, of.uplo, of.diag, triangle, sums);
+    const auto triangle = triangle_of(of.uplo, Matrix<const T>{a, of.n, of.n, of.lda});
+    const double norm = matrix_norm(of.norm, triangle, of.diag, sums);
     if (double rcond; no_condition_to_find(of.n, norm, rcond)) return rcond;
-    const SafeTriangle<T> safe(of.uplo, of.diag, triangle_of(of.uplo, triangle), sums);
+    const SafeTriangle<T> safe(of.uplo, of.diag, triangle, sums);
     return reciprocal_condition(of.n, norm, of.norm == 'I', v, x,
                                 [&](char op, T* right_hand_side) { return safe.solve(op, right_hand_side); });
 }

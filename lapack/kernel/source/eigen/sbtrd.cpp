@@ -1,17 +1,13 @@
 // dsbtrd, zhbtrd.
 #include "lapack/kernel/source/eigen/sbtrd.hpp"
+#include "lapack/kernel/source/common/norms.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include "lapack/kernel/source/eigen/band_to_tridiagonal.hpp"
 
 namespace nxl {
 
 template <class T> double HermitianBand<T>::largest() const {
-    double size = 0.0;
-    for (i64 j = 0; j < n; ++j)
-        for (i64 i = j; i < std::min(n, j + kd + 1); ++i)
-            if (const double here = i == j ? std::fabs(real_part(lower(i, j))) : abs1(lower(i, j)); !(here <= size))
-                size = here;
-    return size;
+    return symmetric_norm<T>('M', triangular_band_of(uplo, ab, ldab, n, kd), true, nullptr);
 }
 
 template <class T> void HermitianBand<T>::copy_lower(double scale, const Matrix<T>& to) const {

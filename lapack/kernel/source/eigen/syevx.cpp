@@ -1,6 +1,6 @@
 // dsyevx, zheevx, dsyevr, zheevr, dsbevx, zhbevx: reduction, then selected_pairs.hpp.
 #include "lapack/kernel/source/eigen/syevx.hpp"
-#include "lapack/kernel/source/common/columns.hpp"
+#include "lapack/kernel/source/common/norms.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/eigen/sbtrd.hpp"
 #include "lapack/kernel/source/eigen/selected_pairs.hpp"
@@ -17,12 +17,7 @@ namespace {
 /// A triangle multiplied by a power of two that keeps squares in the range; returns that.
 template <class T> double bring_into_range(char uplo, const Matrix<T>& a) {
     const Columns<T> triangle = triangle_of(uplo, a);
-    double largest = 0.0;
-    for (i64 j = 0; j < a.columns; ++j)
-        for (i64 i = triangle.first(j); i < triangle.end(j); ++i) {
-            const double size = i == j ? std::fabs(real_part(a(i, j))) : abs1(a(i, j));
-            if (!(size <= largest)) largest = size;
-        }
+    const double largest = symmetric_norm<T>('M', triangle, true, nullptr);
     const double scale = block_scale(&largest, nullptr, 1);
     for (i64 j = 0; j < a.columns && scale != 1.0; ++j) // a diagonal's imaginary part stays beside the real one
         for (i64 i = triangle.first(j); i < triangle.end(j); ++i) a(i, j) *= scale;

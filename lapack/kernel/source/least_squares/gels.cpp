@@ -6,6 +6,7 @@
 //
 // Golub and Van Loan, Matrix Computations, 4th ed., sections 5.3 and 5.6.
 #include "lapack/kernel/source/least_squares/gels.hpp"
+#include "lapack/kernel/source/common/norms.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/least_squares/range_scaling.hpp"
 #include "lapack/kernel/source/orthogonal/apply_q.hpp"

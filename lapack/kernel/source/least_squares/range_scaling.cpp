@@ -2,7 +2,6 @@
 #include "lapack/kernel/source/least_squares/range_scaling.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include <cmath>
-#include <complex>
 
 namespace nxl {
 namespace {
@@ -25,17 +24,6 @@ double next_factor(double& from, double& to) {
 
 } // namespace
 
-template <class T> double largest_modulus(const Matrix<const T>& a) {
-    double largest = 0.0;
-    for (i64 j = 0; j < a.columns; ++j)
-        for (i64 i = 0; i < a.rows; ++i)
-            if (const double size = std::abs(a(i, j)); !(size <= largest)) {
-                largest = size;
-                if (std::isnan(size)) return size;
-            }
-    return largest;
-}
-
 template <class T> void scale_matrix(double from, double to, const Matrix<T>& a) {
     while (from != to) {
         const double factor = next_factor(from, to);
@@ -53,7 +41,6 @@ template <class T> RangeScaling scale_into_range(double largest, const Matrix<T>
 }
 
 #define NXL_INSTANTIATE(T)                                                                                             \
-    template double largest_modulus(const Matrix<const T>&);                                                           \
     template void scale_matrix(double, double, const Matrix<T>&);                                                      \
     template RangeScaling scale_into_range(double, const Matrix<T>&)
 NXL_INSTANTIATE(double);

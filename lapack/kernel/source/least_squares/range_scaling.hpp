@@ -4,9 +4,6 @@
 
 namespace nxl {
 
-/// The largest modulus of an element, NaN when there is one, 0 for an empty matrix.
-template <class T> double largest_modulus(const Matrix<const T>& a);
-
 /// A := A to / from, without leaving the range on the way where the result lies in it.
 template <class T> void scale_matrix(double from, double to, const Matrix<T>& a);
 

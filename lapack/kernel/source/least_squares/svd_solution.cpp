@@ -7,6 +7,7 @@
 #include "lapack/kernel/source/least_squares/svd_solution.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/adjoint.hpp"
+#include "lapack/kernel/source/common/norms.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include "lapack/kernel/source/least_squares/range_scaling.hpp"
 #include "lapack/kernel/source/singular/bdsdc.hpp"

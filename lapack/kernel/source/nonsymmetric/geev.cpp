@@ -3,8 +3,8 @@
 #include "lapack/kernel/source/nonsymmetric/geev.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/length.hpp"
+#include "lapack/kernel/source/common/norms.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
-#include "lapack/kernel/source/common/scalars.hpp"
 #include "lapack/kernel/source/nonsymmetric/balance.hpp"
 #include "lapack/kernel/source/nonsymmetric/gehrd.hpp"
 #include "lapack/kernel/source/nonsymmetric/hseqr.hpp"
@@ -18,13 +18,6 @@
 
 namespace nxl {
 namespace {
-
-template <class T> double largest_of(const Matrix<T>& a) {
-    double largest = 0.0;
-    for (i64 j = 0; j < a.columns; ++j)
-        if (const double size = largest_abs1(a.rows, a.at(0, j)); !(size <= largest)) largest = size;
-    return largest;
-}
 
 /// The power of two that brings a matrix to where neither squares nor their sums leave the range: mostly 1.
 double factor_into_range(double largest) {
@@ -100,7 +93,7 @@ template <class T> struct EigenCall {
     /// False when there was no memory.
     bool run(i64& info) const {
         const i64 n = a.rows;
-        const double largest = largest_of(a), factor = factor_into_range(largest);
+        const double largest = largest_modulus<T>(a), factor = factor_into_range(largest);
         if (!(largest <= std::numeric_limits<double>::max())) {
             std::fill_n(w, n, zcomplex(std::numeric_limits<double>::quiet_NaN()));
             info = n;

@@ -24,34 +24,42 @@ template <class T> bool all_finite(i64 n, const T* x) {
 
 /// One column of a narrow panel, j, and what it does to the others. One product with all columns of the panel gives
 /// the norm of what is to be eliminated, the inner products with the vectors before it, which T is made of, and those
-/// with the columns after it, which its reflector is applied to.
+/// with the columns after it, which its reflector is applied to. That product is made while the column before is dealt
+/// with, some rows at a time: tall panels pass from memory once for each column.
 template <class T> class NarrowPanel {
+    static constexpr i64 rows_at_once = 512; // a panel's, in the second cache
+
     const Matrix<T> a_, t_;
     T* const tau_;
     T products_[narrow<T>];
+    T scale_{}; // column j is still to be multiplied by this
 
     i64 below(i64 j) const { return a_.rows - j - 1; }
     T* tail(i64 j) const { return a_.at(j, j) + 1; }
 
-    /// products := (rows below j of all columns)^H x
+    /// products := products + (`count` rows from `first` on, of all columns)^H (the same of column j)
+    void add_products(i64 j, i64 first, i64 count) {
+        if (count <= 0) return;
+        slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()('C', count, a_.columns, T(1.0), a_.at(first, 0), a_.ld,
+                                                               a_.at(first, j), 1, T(1.0), products_, 1);
+    }
     void multiply(i64 j) {
-        std::fill_n(products_, a_.columns, T{}); // a product without rows leaves them alone
-        slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()('C', below(j), a_.columns, T(1.0), a_.at(0, 0) + j + 1,
-                                                               a_.ld, tail(j), 1, T(0.0), products_, 1);
+        std::fill_n(products_, a_.columns, T{});
+        add_products(j, j + 1, below(j));
     }
 
-    /// Column j becomes beta and v; products are those with v.
+    /// Column j becomes beta and, times the scale, v; products are those with v.
     void eliminate(i64 j) {
         T& alpha = a_(j, j);
-        multiply(j);
         const double square = real_part(products_[j]);
         if (!is_moderate(square) || std::fabs(abs1(alpha)) > 0x1p100 || !all_finite(a_.columns, products_)) {
             tau_[j] = make_reflector(below(j), alpha, tail(j), 1);
+            scale_ = 1.0;
             return multiply(j);
         }
         const ReflectorScalars<T> reflector = reflector_scalars(alpha, std::sqrt(square));
         tau_[j] = reflector.tau;
-        scal(below(j), reflector.scale, tail(j), 1);
+        scale_ = reflector.scale;
         for (i64 c = 0; c < a_.columns; ++c) products_[c] *= reflector.scale;
     }
 
@@ -67,23 +75,31 @@ template <class T> class NarrowPanel {
         column[j] = tau_[j];
     }
 
-    /// H^H on the columns after j.
+    /// The scale, H^H on the columns after j, and the products with the next one.
     void update(i64 j) {
-        const i64 first = j + 1, count = a_.columns - first;
-        if (count == 0 || tau_[j] == T{}) return;
+        const i64 next = j + 1, count = a_.columns - next;
         T factors[narrow<T>];
-        for (i64 c = first; c < a_.columns; ++c) {
-            factors[c - first] = conj_if<true>(tau_[j]) * (a_(j, c) + conj_if<true>(products_[c]));
-            a_(j, c) -= factors[c - first];
+        for (i64 c = next; c < a_.columns; ++c) {
+            factors[c - next] = conj_if<true>(tau_[j]) * (a_(j, c) + conj_if<true>(products_[c]));
+            a_(j, c) -= factors[c - next];
         }
-        slot_of<T, &KernelTable::dger, &KernelTable::zgeru>()(below(j), count, T(-1.0), tail(j), 1, factors, 1,
-                                                              a_.at(0, first) + first, a_.ld);
+        std::fill_n(products_, a_.columns, T{});
+        for (i64 first = next; first < a_.rows; first += rows_at_once) {
+            const i64 rows = std::min(rows_at_once, a_.rows - first), second = std::max(first, next + 1);
+            if (scale_ != T(1.0)) scal(rows, scale_, a_.at(first, j), 1);
+            if (count == 0) continue;
+            if (tau_[j] != T{})
+                slot_of<T, &KernelTable::dger, &KernelTable::zgeru>()(rows, count, T(-1.0), a_.at(first, j), 1, factors,
+                                                                      1, a_.at(first, next), a_.ld);
+            add_products(next, second, first + rows - second);
+        }
     }
 
   public:
     NarrowPanel(const Matrix<T>& a, T* tau, const Matrix<T>& t) : a_(a), t_(t), tau_(tau) {}
 
     void factor() {
+        multiply(0);
         for (i64 j = 0; j < a_.columns; ++j) {
             eliminate(j);
             extend_factor(j);

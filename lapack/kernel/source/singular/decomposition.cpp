@@ -1,9 +1,9 @@
 // A wide matrix is decomposed as its adjoint, whose left vectors are its right ones.
 #include "lapack/kernel/source/singular/decomposition.hpp"
 #include "lapack/kernel/source/common/adjoint.hpp"
+#include "lapack/kernel/source/common/norms.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
 #include "lapack/kernel/source/eigen/tridiagonal_blocks.hpp"
-#include "lapack/kernel/source/least_squares/range_scaling.hpp"
 #include "lapack/kernel/source/singular/bdsdc.hpp"
 #include "lapack/kernel/source/singular/bidiagonal_form.hpp"
 #include "lapack/kernel/source/singular/bidiagonal_qr.hpp"

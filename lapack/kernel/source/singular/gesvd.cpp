@@ -1,7 +1,7 @@
 // dgesvd, zgesvd, dgesdd, zgesdd: arguments, and how long the published workspaces are.
 #include "lapack/kernel/source/singular/gesvd.hpp"
+#include "lapack/kernel/source/common/norms.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
-#include "lapack/kernel/source/least_squares/range_scaling.hpp"
 #include "lapack/kernel/source/singular/decomposition.hpp"
 #include "service/arguments.hpp"
 #include "service/scalars.hpp"

@@ -73,7 +73,10 @@ struct BandSizes {
 constexpr i64 indefinite_panel(i64 n) { return n < 1500 ? 48 : 64; }
 
 /// Columns of a panel of QR, or reflectors that are applied at once, `steps` in all.
-constexpr i64 qr_panel(i64 steps) { return steps < 600 ? 32 : 96; }
+constexpr i64 qr_panel(i64 steps) {
+    if (steps < 600) return steps < 300 ? 32 : 64;
+    return steps < 1500 ? 96 : 128;
+}
 
 /// Columns that a panel of QR costs, in 32nds of a column update.
 constexpr i64 qr_panel_cost(i64 n) { return qr_panel_share.at(n); }
