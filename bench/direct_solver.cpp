@@ -15,6 +15,7 @@ class NxlSolver final : public DirectSolver {
     std::array<std::int64_t, 64> handle_{};
     std::array<int, 64> iparam_{};
     std::vector<int> perm_;
+    int peak_kilobytes_ = 0; // without the vectors of a refinement, which grow with the right-hand sides
 
     void call(int ido, double* b, double* x, int nb) {
         const int one = 1, silent = 0;
@@ -50,11 +51,14 @@ class NxlSolver final : public DirectSolver {
         set_options();
         call(11, nullptr, nullptr, 1);
     }
-    void factorise() override { call(22, nullptr, nullptr, 1); }
+    void factorise() override {
+        call(22, nullptr, nullptr, 1);
+        peak_kilobytes_ = std::max(iparam_[14], iparam_[15] + iparam_[16]);
+    }
     void solve(const std::vector<double>& b, std::vector<double>& x, int nb) override {
         call(33, const_cast<double*>(b.data()), x.data(), nb); // NOLINT: with iparam(6) = 0 it is only read
     }
-    double peak_bytes() const override { return 1024.0 * std::max(iparam_[14], iparam_[15] + iparam_[16]); }
+    double peak_bytes() const override { return 1024.0 * peak_kilobytes_; }
     double flops() const override { return 1e6 * iparam_[18]; }
 };
 
