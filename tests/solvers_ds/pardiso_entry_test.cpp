@@ -249,6 +249,10 @@ TEST(PardisoStates, StepsInEachOfThem) {
     solver.max_fac_store = 3;
     expect("more factors", {{11, -7}, {-1, 0}, {-1, 0}});
     EXPECT_EQ(solver.pt, new_handle);
+    solver.max_fac_store = solver.matrix_number = -1; // an analysis needs no place for a factor
+    expect("no place", {{11, 0}});
+    solver.max_fac_store = solver.matrix_number = 1;
+    expect("a place that is not there", {{22, -7}, {13, -7}, {-1, 0}});
 }
 
 TEST(PardisoDefaults, ByMatrixType) {
