@@ -322,6 +322,9 @@ TEST(PardisoSummary, OfAnAnalysisAndOfACleaning) {
                        "             number of nonzeros in L                         20\n"
                        "             number of nonzeros in U                         1\n"
                        "             number of nonzeros in L+U                       21\n");
+    EXPECT_NE(printed_by([&] { solver.run(22); }).find("             ||A||" + std::string(43, ' ') + "11.000000\n"),
+              std::string::npos)
+        << "rows hold what is below the diagonal, too";
     const std::string banner = "================  PARDISO: solving a symm. posit. def. system  ================\n"
                                "Summary PARDISO: ( clean )\n================\n";
     EXPECT_EQ(printed_by([&] { solver.run(0); }), banner + " L&U for matrix number 1 deleted\n");
