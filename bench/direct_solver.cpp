@@ -15,6 +15,7 @@ class NxlSolver final : public DirectSolver {
     std::array<std::int64_t, 64> handle_{};
     std::array<int, 64> iparam_{};
     std::vector<int> perm_;
+    int peak_kilobytes_ = 0; // without the vectors of a refinement, which grow with the right-hand sides
 
     void call(int ido, double* b, double* x, int nb) {
         const int one = 1, silent = 0;
@@ -24,14 +25,24 @@ class NxlSolver final : public DirectSolver {
         if (error != 0 && ido > 0) throw std::runtime_error("PARDISO ends with " + std::to_string(error));
     }
 
-    /// The defaults of the type, but for the ordering, and for the solution of perturbed factors, which is not refined.
+    /// Of a triangle, whose rows begin with their diagonal.
+    bool has_zero_on_diagonal() const {
+        const std::size_t words = problem_.complex() ? 2 : 1;
+        return std::any_of(problem_.ia.begin(), problem_.ia.end() - 1, [&](int first) {
+            const double* const value = problem_.a.data() + words * static_cast<std::size_t>(first - 1);
+            return std::all_of(value, value + words, [](double part) { return part == 0.0; });
+        });
+    }
+
+    /// The defaults of the type, but for the ordering, and for zeros on the diagonal, which a matching pairs: without
+    /// it a third of the pivots of a saddle point are perturbed, and each solution is refined twice.
     void set_options() {
         const bool indefinite = problem_.mtype == -2 || problem_.mtype == 6, unsymmetric = problem_.mtype > 10;
         iparam_ = {};
         iparam_[0] = 1;
         iparam_[1] = ordering_ == SparseOrdering::metis ? 2 : 0;
         iparam_[9] = indefinite ? 8 : 13;
-        iparam_[10] = iparam_[12] = unsymmetric ? 1 : 0;
+        iparam_[10] = iparam_[12] = unsymmetric || (indefinite && has_zero_on_diagonal()) ? 1 : 0;
         iparam_[18] = -1;
         iparam_[20] = indefinite ? 1 : 0;
     }
@@ -50,11 +61,14 @@ class NxlSolver final : public DirectSolver {
         set_options();
         call(11, nullptr, nullptr, 1);
     }
-    void factorise() override { call(22, nullptr, nullptr, 1); }
+    void factorise() override {
+        call(22, nullptr, nullptr, 1);
+        peak_kilobytes_ = std::max(iparam_[14], iparam_[15] + iparam_[16]);
+    }
     void solve(const std::vector<double>& b, std::vector<double>& x, int nb) override {
         call(33, const_cast<double*>(b.data()), x.data(), nb); // NOLINT: with iparam(6) = 0 it is only read
     }
-    double peak_bytes() const override { return 1024.0 * std::max(iparam_[14], iparam_[15] + iparam_[16]); }
+    double peak_bytes() const override { return 1024.0 * peak_kilobytes_; }
     double flops() const override { return 1e6 * iparam_[18]; }
 };
 

@@ -249,6 +249,10 @@ TEST(PardisoStates, StepsInEachOfThem) {
     solver.max_fac_store = 3;
     expect("more factors", {{11, -7}, {-1, 0}, {-1, 0}});
     EXPECT_EQ(solver.pt, new_handle);
+    solver.max_fac_store = solver.matrix_number = -1; // an analysis needs no place for a factor
+    expect("no place", {{11, 0}});
+    solver.max_fac_store = solver.matrix_number = 1;
+    expect("a place that is not there", {{22, -7}, {13, -7}, {-1, 0}});
 }
 
 TEST(PardisoDefaults, ByMatrixType) {
@@ -318,6 +322,9 @@ TEST(PardisoSummary, OfAnAnalysisAndOfACleaning) {
                        "             number of nonzeros in L                         20\n"
                        "             number of nonzeros in U                         1\n"
                        "             number of nonzeros in L+U                       21\n");
+    EXPECT_NE(printed_by([&] { solver.run(22); }).find("             ||A||" + std::string(43, ' ') + "11.000000\n"),
+              std::string::npos)
+        << "rows hold what is below the diagonal, too";
     const std::string banner = "================  PARDISO: solving a symm. posit. def. system  ================\n"
                                "Summary PARDISO: ( clean )\n================\n";
     EXPECT_EQ(printed_by([&] { solver.run(0); }), banner + " L&U for matrix number 1 deleted\n");

@@ -30,7 +30,8 @@ void raise_update_count(const Call& call, Control control) {
 i32 check_numbers(const Call& call, Control control) {
     const i64 stored_factors = control[Word::max_fac_store], stored_neqns = control[Word::neqns];
     if (call.ido < -1 || call.ido >= first_invalid_ido) return inner::ido_out_of_bounds;
-    if (stored_factors >= 1 && call.max_fac_store > stored_factors) return inner::more_factors_than_stored;
+    const bool more_than_stored = stored_factors >= 1 && call.max_fac_store > stored_factors;
+    if (more_than_stored || call.max_fac_store > control[Word::table_slots]) return inner::more_factors_than_stored;
     if (call.matrix_number > call.max_fac_store) return inner::matrix_number_above_store;
     if (call.matrix_number < 1 && call.ido >= 22) return inner::matrix_number_below_one;
     if (!type_in_bounds(call.mtype)) return inner::type_out_of_bounds;

@@ -38,6 +38,7 @@ Fault analyse(const Handle& handle, const Call& call) {
     release_work_blocks(handle);
     if (fault) release_structure(handle);
     else trim_structure(handle);
+    if (handle.ooc().out_of_core()) return_free_memory();
     return fault;
 }
 

@@ -5,6 +5,8 @@
 #include "solvers_ds/kernel/default/pardiso/numeric/factorise.hpp"
 #include "solvers_ds/kernel/default/pardiso/out_of_core/ooc_stage.hpp"
 #include "solvers_ds/kernel/default/pardiso/preprocessing.hpp"
+#include <algorithm>
+#include <complex>
 #include <numeric>
 
 namespace nxl::pardiso {
@@ -78,6 +80,22 @@ void store_counts(const Call& call, Control control, const PivotCounts& counts) 
     control[Word::negative_pivots] = call.iparam[Iparam::negative_pivots] = counts.negative;
 }
 
+/// For the summary: the largest sum of moduli in a row of A. Without memory for it 0, which is not printed.
+template <class M> double matrix_norm(const Call& call) {
+    const auto* const a = static_cast<const typename M::T*>(call.a);
+    const Scratch<double> sums(call.neqns);
+    if (!sums.data()) return 0.0;
+    std::fill_n(sums.data(), call.neqns, 0.0);
+    for (i32 i = 1; i <= call.neqns; ++i)
+        for (i32 k = call.ia[i - 1]; k < call.ia[i]; ++k) {
+            const i32 j = call.ja[k - 1];
+            const double size = std::abs(a[k - 1]);
+            sums.data()[i - 1] += size;
+            if (stores_triangle(call.mtype) && i != j) sums.data()[j - 1] += size;
+        }
+    return *std::max_element(sums.data(), sums.data() + call.neqns);
+}
+
 template <class M>
 Fault factorise_as(const Handle& handle, const Call& call, FactorSlot& slot, bool& stopped) {
     const Control control = handle.control();
@@ -86,6 +104,7 @@ Fault factorise_as(const Handle& handle, const Call& call, FactorSlot& slot, boo
     if (handle.ooc().out_of_core())
         if (const Fault fault = take_window(handle, call)) return fault;
     control[Word::factor_memory] = control[Word::numeric_memory];
+    if (call.messages) control[RealWord::matrix_norm] = matrix_norm<M>(call);
     const i32 threads = team(handle);
     NumericResult result;
     Fault fault = take_work(handle, threads);

@@ -2,6 +2,9 @@
 #include "solvers_ds/kernel/default/pardiso/analysis_memory.hpp"
 #include "solvers_ds/kernel/default/pardiso/message.hpp"
 #include "solvers_ds/kernel/default/pardiso/out_of_core/configuration.hpp"
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace nxl::pardiso {
 namespace {
@@ -112,6 +115,12 @@ Fault settle_mode(const Handle& handle, const Call& call) {
     ooc[OocWord::mode] = static_cast<i64>(mode);
     if (call.messages) tell_mode(asked, mode);
     return mode == OocMode::out_of_core ? put_lists_on_file(handle, call) : Fault{};
+}
+
+void return_free_memory() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
 }
 
 Fault take_window(const Handle& handle, const Call& call) {

@@ -15,6 +15,9 @@ void start_out_of_core(const Handle& handle, const Call& call);
 /// At its end, when all sizes are known: memory figures, the mode; out of core the files, and no row lists in memory.
 Fault settle_mode(const Handle& handle, const Call& call);
 
+/// The heap keeps what an analysis has freed, METIS's part too, beside the window: the system gets it back.
+void return_free_memory();
+
 /// What out-of-core work has failed with in this call.
 inline Error ooc_error(const Handle& handle) { return static_cast<Error>(handle.ooc()[OocWord::error]); }
 

@@ -3,6 +3,7 @@
 #include "solvers_ds/kernel/default/pardiso/numeric/codes.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/amuxy.hpp"
 #include <algorithm>
+#include <limits>
 
 namespace nxl::pardiso {
 
@@ -13,7 +14,8 @@ struct RefinementRule {
 
     bool extended() const { return step_limit < 0 || residual_loop; }
     bool unlimited() const { return step_limit == 0; } ///< two steps, for the perturbed pivots
-    i32 limit() const { return step_limit < 0 ? -step_limit : step_limit; }
+    /// The least integer has no negative.
+    i32 limit() const { return step_limit < 0 ? -std::max(step_limit, -std::numeric_limits<i32>::max()) : step_limit; }
 };
 
 struct RefinementResult {
