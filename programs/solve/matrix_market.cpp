@@ -2,7 +2,7 @@
 #include "matrix_market.hpp"
 
 #include "common/input_error.hpp"
-#include "method.hpp"
+#include "memory_need.hpp"
 
 #include <algorithm>
 #include <array>

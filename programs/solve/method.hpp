@@ -3,6 +3,7 @@
 #pragma once
 
 #include "matrix_market.hpp"
+#include "memory_need.hpp"
 #include "sparse_matrix.hpp"
 
 #include <functional>

@@ -62,6 +62,7 @@ template <class T> class Blocks {
     const Matrix<T> a_, band_;
     const i64 b_;
     T* const tau_;
+    const i64 strips_; // at most: the threads may become more meanwhile
 
     /// Element (i, j), i >= j, of the matrix.
     T lower(i64 i, i64 j) const { return uplo_ == 'L' ? a_(i, j) : conj_if<true>(a_(j, i)); }
@@ -98,7 +99,7 @@ template <class T> class Blocks {
     /// What remains, from both sides; x becomes Y.
     void update(const Matrix<T>& rest, const Matrix<T>& v, const Matrix<T>& t, const Matrix<T>& x, const Matrix<T>& s,
                 T* parts) const {
-        multiply(uplo_, rest, v, x, strips_of(rest.rows), parts);
+        multiply(uplo_, rest, v, x, std::min(strips_of(rest.rows), strips_), parts);
         trmm('R', 'U', 'N', 'N', 1.0, t, x);
         gemm('C', 'N', 1.0, v, x, 0.0, s);
         trmm('L', 'U', 'C', 'N', -0.5, t, s);
@@ -112,16 +113,17 @@ template <class T> class Blocks {
           a_(a),
           band_(band),
           b_(b),
-          tau_(tau) {}
+          tau_(tau),
+          strips_(strips_of(a.rows)) {}
 
-    static i64 room(i64 n, i64 b) { return b * ((2 + strips_of(n)) * std::max(n - b, i64{0}) + 2 * b); }
+    i64 room() const { return b_ * ((2 + strips_) * std::max(a_.rows - b_, i64{0}) + 2 * b_); }
     /// `memory`: room()
     void reduce(T* memory) const {
         Sections<T> sections(memory);
         const i64 n = a_.rows, tallest = std::max(n - b_, i64{0});
         T *const vectors = sections.take(tallest * b_), *const products = sections.take(tallest * b_);
         T *const factor_of_v = sections.take(b_ * b_), *const square = sections.take(b_ * b_);
-        T* const parts = sections.take(strips_of(n) * tallest * b_);
+        T* const parts = sections.take(strips_ * tallest * b_);
         for (i64 j = 0; j < n; j += b_) {
             const i64 rows = std::max(n - j - b_, i64{0}), k = std::min(rows, b_);
             copy_diagonal_block(j, std::min(b_, n - j));
@@ -137,9 +139,10 @@ template <class T> class Blocks {
 } // namespace
 
 template <class T> bool full_to_band(char uplo, const Matrix<T>& a, i64 b, T* tau, const Matrix<T>& band) {
-    const Scratch<T> memory(Blocks<T>::room(a.rows, b));
+    const Blocks<T> blocks(uplo, a, b, tau, band);
+    const Scratch<T> memory(blocks.room());
     if (!memory.data()) return false;
-    Blocks<T>(uplo, a, b, tau, band).reduce(memory.data());
+    blocks.reduce(memory.data());
     return true;
 }
 
