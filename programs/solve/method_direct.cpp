@@ -4,7 +4,6 @@
 
 #include "nxl.h"
 
-
 namespace solve {
 namespace {
 
