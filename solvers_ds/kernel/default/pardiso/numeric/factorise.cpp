@@ -21,7 +21,8 @@ template <class M> class Factorisation {
     std::atomic<i32> failure_{0};
     PivotCounts counts_;
     i32 threads_seen_ = 0;
-    std::atomic<i32> turns_{0}; // that threads have taken
+    std::atomic<i32> turns_{0};  // that threads have taken
+    std::atomic<i32> pushes_{0}; // finished supernodes whose updates are in the queues
 
     bool over() const { return failure_.load(std::memory_order_relaxed) != 0 || progress_.stopped(); }
 
@@ -95,20 +96,24 @@ template <class M> class Factorisation {
                 if (!finish(s, updater, counts, next)) continue;
 #pragma omp critical(nxl_pardiso_queues)
                 queues.push(s);
+                pushes_.fetch_add(1, std::memory_order_release);
             }
             add_counts(counts);
         }
     }
 
-    /// Blocks until there is an update, or the run is over.
+    /// Blocks until there is an update, or the run is over. After a vain look a thread stays out of the section until
+    /// something was pushed: where threads are more than processors, each that looks again and again would keep the one
+    /// with news waiting for a turn of the scheduler.
     WaitingUpdate wait_for_update(UpdateQueues& queues, i32 target) {
         IdleWait idle;
         for (;;) {
+            const i32 seen = pushes_.load(std::memory_order_acquire);
             WaitingUpdate update{};
 #pragma omp critical(nxl_pardiso_queues)
             update = queues.pop(target);
             if (update.source != 0 || over()) return update;
-            idle.wait();
+            while (pushes_.load(std::memory_order_acquire) == seen && !over()) idle.wait();
         }
     }
 
