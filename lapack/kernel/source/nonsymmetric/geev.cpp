@@ -93,12 +93,13 @@ template <class T> struct EigenCall {
     /// False when there was no memory.
     bool run(i64& info) const {
         const i64 n = a.rows;
-        const double largest = largest_modulus<T>(a), factor = factor_into_range(largest);
+        const double largest = largest_modulus<T>(a);
         if (!(largest <= std::numeric_limits<double>::max())) {
             std::fill_n(w, n, zcomplex(std::numeric_limits<double>::quiet_NaN()));
             info = n;
             return true;
         }
+        const double factor = factor_into_range(largest);
         const Scratch<T> scalars(2 * n);
         const Scratch<double> scale(n);
         if (!scalars.data() || !scale.data()) return false;
