@@ -1,5 +1,5 @@
-// Test problems made on the spot: grids with a stencil, a truss bridge, random sparsity, dense ones, and rectangular
-// ones. not square.
+// Test problems made on the spot: grids with a stencil, a truss bridge, random sparsity, dense ones, and some
+// that are not square.
 #pragma once
 
 #include "sparse_matrix.hpp"

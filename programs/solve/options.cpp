@@ -76,8 +76,7 @@ void declare(CLI::App& app, Options& o) {
                    "direct, sparse factors; lu, of a dense copy; cholesky, the same if symmetric or Hermitian positive "
                    "definite; ldl, the same if symmetric or Hermitian; cg, conjugate gradients, if real symmetric "
                    "positive definite; fgmres, if real; qr, least squares or the shortest solution of a matrix of any "
-                   "shape and full "
-                   "rank; svd, the same of any rank; auto chooses")
+                   "shape and full rank; svd, the same of any rank; auto chooses")
         ->check(CLI::IsMember({"auto", "direct", "lu", "cholesky", "ldl", "cg", "fgmres", "qr", "svd"}))
         ->option_text("auto|direct|lu|cholesky|ldl|cg|fgmres|qr|svd [auto]");
     declare_factors(app, o.settings);

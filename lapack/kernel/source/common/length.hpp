@@ -1,4 +1,4 @@
-// std::hypot, quickly where it has nothing to look out for.
+// std::hypot, and so the modulus of a complex number, quickly where it has nothing to look out for.
 #pragma once
 #include "service/types.hpp"
 #include <cmath>

@@ -3,18 +3,10 @@
 // they are infinite only where the norm itself is. On no kernels: libnxl_gnu.so has them as dlange_ and its relatives.
 #pragma once
 #include "lapack/kernel/source/common/columns.hpp"
+#include "lapack/kernel/source/common/length.hpp"
 #include "service/scalars.hpp"
-#include <limits>
 
 namespace nxl {
-
-/// |z|, by the plain formula wherever squares are in the range.
-inline double modulus(double x) { return std::fabs(x); }
-inline double modulus(const zcomplex& z) {
-    constexpr double least = 0x1p-960; // above it a square that has underflowed does not count
-    const double square = z.real() * z.real() + z.imag() * z.imag();
-    return square > least && square <= std::numeric_limits<double>::max() ? std::sqrt(square) : std::abs(z);
-}
 
 /// The largest of some numbers that are not negative. A NaN wins and stays.
 class Largest {
@@ -26,7 +18,7 @@ class Largest {
     }
     /// Of a complex number the modulus is found only where it may be larger.
     template <class T> void take_modulus(const T& x) {
-        if (!(abs1(x) <= value_)) take(modulus(x));
+        if (!(abs1(x) <= value_)) take(length_of(x));
     }
     double value() const { return value_; }
 };
@@ -77,8 +69,8 @@ template <class T> double sum_of_moduli(i64 n, const T* x) {
     double sums[chains] = {}, sum = 0.0;
     i64 i = 0;
     for (; i + chains <= n; i += chains)
-        for (i64 k = 0; k < chains; ++k) sums[k] += modulus(x[i + k]);
-    for (; i < n; ++i) sum += modulus(x[i]);
+        for (i64 k = 0; k < chains; ++k) sums[k] += length_of(x[i + k]);
+    for (; i < n; ++i) sum += length_of(x[i]);
     for (const double part : sums) sum += part;
     return sum;
 }
@@ -109,7 +101,7 @@ template <class T> double matrix_norm(char norm, const Columns<const T>& a, char
     case 'I':
         for (i64 i = 0; i < stored.a.rows; ++i) row_sums[i] = i < ones ? 1.0 : 0.0;
         each_column([&](i64 j, i64 count, const T* x) {
-            for (i64 i = 0; i < count; ++i) row_sums[stored.first(j) + i] += modulus(x[i]);
+            for (i64 i = 0; i < count; ++i) row_sums[stored.first(j) + i] += length_of(x[i]);
         });
         for (i64 i = 0; i < stored.a.rows && stored.a.columns > 0; ++i) largest.take(row_sums[i]);
         return largest.value();
@@ -129,7 +121,7 @@ template <class T>
 double symmetric_norm(char norm, const Columns<const T>& triangle, bool hermitian, double* sums) {
     const Columns<const T> off = triangle.off_diagonal();
     const i64 n = off.a.rows;
-    const auto diagonal = [&](i64 j) { return hermitian ? std::fabs(std::real(off.a(j, j))) : modulus(off.a(j, j)); };
+    const auto diagonal = [&](i64 j) { return hermitian ? std::fabs(std::real(off.a(j, j))) : length_of(off.a(j, j)); };
     if (norm == 'F' || norm == 'E') {
         SumOfSquares squares;
         for (i64 j = 0; j < n; ++j) squares.add(off.count(j), off.start(j));
@@ -148,7 +140,7 @@ double symmetric_norm(char norm, const Columns<const T>& triangle, bool hermitia
         const T* const x = off.start(j);
         double own = diagonal(j);
         for (i64 i = 0; i < off.count(j); ++i) {
-            const double size = modulus(x[i]);
+            const double size = length_of(x[i]);
             own += size;
             sums[off.first(j) + i] += size;
         }
