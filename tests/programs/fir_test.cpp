@@ -135,12 +135,7 @@ TEST_F(Fir, CtrlCEndsALongDesignOnALineOfItsOwn) {
 }
 
 TEST_F(Fir, RefusesInOneLine) {
-    struct Case {
-        std::string arguments;
-        int status;
-        std::string message;
-    };
-    const Case cases[] = {
+    expect_refused({
         {"--taps 60 --bands 0,0.2,0.3,0.5 --desired 0,1", 1,
          "60 taps: a filter of even length is zero at half the sampling rate: take an odd number of taps"},
         {"--output no/where", 1, "no/where: No such file or directory"},
@@ -159,18 +154,9 @@ TEST_F(Fir, RefusesInOneLine) {
          "multiply "
          "them by 48000"},
         {"--plot r.pdf", 2, "--plot: 'r.pdf' ends neither in .svg nor in .png"},
-    };
-    for (const auto& [arguments, status, message] : cases) {
-        const auto run = this->run(arguments);
-        EXPECT_EQ(run.status, status) << arguments;
-        EXPECT_EQ(run.out.empty(), status == 2 || message.starts_with("60")) << arguments;
-        EXPECT_EQ(run.err, "nxl-fir: " + message + "\n") << arguments;
-    }
-    for (const char* arguments : {"--taps 2", "--taps 9000", "--taps x", "--density 1", "--nonsense", "extra"}) {
-        const auto run = this->run(arguments);
-        EXPECT_EQ(run.status, 2) << arguments;
-        EXPECT_TRUE(run.err.starts_with("nxl-fir: ") && run.err.find('\n') == run.err.size() - 1) << run.err;
-    }
+    });
+    for (const char* arguments : {"--taps 2", "--taps 9000", "--taps x", "--density 1", "--nonsense", "extra"})
+        expect_refused({arguments, 2, "..."});
     EXPECT_TRUE(run("--version").out.starts_with("nxl-fir "));
     EXPECT_NE(run("--help").out.find("--bands"), std::string::npos);
 }
