@@ -1,10 +1,9 @@
 // nxl-fir from outside: taps against the response that they were designed for, the drawing, and what is refused.
 #include "run_program.hpp"
+#include "terminal.hpp"
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
-#include <pty.h>
 #include <sstream>
 #include <vector>
 
@@ -116,21 +115,10 @@ TEST_F(Fir, DrawsTheResponse) {
 }
 
 TEST_F(Fir, CtrlCEndsALongDesignOnALineOfItsOwn) {
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) {
-        execl(NXL_FIR_PROGRAM, NXL_FIR_PROGRAM, "--taps", "8001", "--bands", "0,0.2,0.2003,0.5", nullptr);
-        _exit(127);
-    }
-    std::string shown;
-    for (char c = 0; ::read(terminal, &c, 1) == 1;) { // until nobody has it open any more
-        shown += c;
-        if (shown == "\rdesigning 8001 taps  1 s") EXPECT_EQ(::write(terminal, "\x03", 1), 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    close(terminal);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+    const auto session = program_test::interrupt_at("\rdesigning 8001 taps  1 s", NXL_FIR_PROGRAM,
+                                                    {"--taps", "8001", "--bands", "0,0.2,0.2003,0.5"});
+    const std::string& shown = session.shown;
+    EXPECT_TRUE(session.interrupted()) << session.status;
     EXPECT_TRUE(shown.ends_with("\n") && shown.find("filter") == std::string::npos) << shown;
 }
 
