@@ -173,6 +173,10 @@ const std::vector<Family>& families() {
          "sparse systems: analysis, factorisation, solution, one thread, against the peers that take each",
          run_sparse,
          {"--library", "--filter", "--sizes", "--threads", "--matrices", "--csv"}},
+        {"scaling",
+         "factorisations played on 1 to 128 virtual cores, with the times of their steps here",
+         run_scaling,
+         {"--filter", "--sizes", "--csv", "--plot"}},
         {"overhead", "what a call costs before its kernel starts", run_overhead, {"--library"}},
         {"bandwidth", "what the machine's memory gives, one core and two", run_bandwidth, {}},
     };

@@ -41,4 +41,7 @@ int run_krylov(const Request& request);
 /// Sparse systems by PARDISO: analysis, factorisation and solution.
 int run_sparse(const Request& request);
 
+/// LU, Cholesky and the sparse factorisation on 1 to 128 virtual cores.
+int run_scaling(const Request& request);
+
 } // namespace nxl::bench

@@ -10,6 +10,7 @@
 #include "service/kernel_slot.hpp"
 #include "service/matrix.hpp"
 #include "service/parallel.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <type_traits>
 
 namespace nxl {
@@ -97,12 +98,10 @@ template <class T> void trsv(char uplo, char trans, char diag, const Operand<T>&
 // ---- Level 3 ----
 
 /// Whether a product of m by n by k, `share` of which is done, is to be done on this thread whatever the driver would
-/// say: in a task of a factorisation, where a region would have one thread, and when the work is short of several
-/// forks. Recursive algorithms end in many such calls, and some processor classes fork for any.
+/// say: in a task of a factorisation, where a region would have one thread, and when the work is no share for each of
+/// two threads. Recursive algorithms end in many such calls, and some processor classes fork for any.
 template <class T> bool stays_here(i64 m, i64 n, i64 k, double share) {
-    constexpr double least = sizeof(T) == sizeof(double) ? 2e6 : 5e5; // multiply-adds
-    return share * static_cast<double>(m) * static_cast<double>(n) * static_cast<double>(k) < least ||
-           region_would_be_serial();
+    return threads_for_work(share * flops_of<T>(m, n, k), 2) < 2 || region_would_be_serial();
 }
 
 /// C := alpha op(A) op(B) + beta C

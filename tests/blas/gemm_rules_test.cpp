@@ -4,6 +4,7 @@
 #include "blas/kernel/default_em64t/level3/gemm_rules.hpp"
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include "blas/kernel/default_em64t/level3/trsm_omp.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <cmath>
 #include <functional>
 #include <gtest/gtest.h>

@@ -10,17 +10,13 @@ program fortran_names_test
     use told
     implicit none
     integer, parameter :: n = 40
-    external :: dgemm, dgetrf, dgetrs, dpotrf, dtrtrs, ztrtri, zlacgv, dgesv, dgbsv, dposv, dpbsv, dsysv, zhesv, &
+    external :: dpotrf, dgesv, dgbsv, dposv, dpbsv, dsysv, zhesv, &
         dsyev, dsyevd, dstev, dstevd, dstevr, dstemr, dstedc, dsygv, dsygvd, zheev, zheevd, zstemr, zstedc, zhegv, zhegvd, &
         pardiso
-    real(real64), external :: ddot, dznrm2, dlange, zlange
+    real(real64), external :: dznrm2
     complex(real64), external :: zdotc, zdotu
-    integer, external :: idamax
 
     call vectors()
-    call products()
-    call norms()
-    call factors()
     call drivers()
     call full_eigenproblems()
     call tridiagonal_eigenproblems()
@@ -37,76 +33,10 @@ contains
     end subroutine
 
     subroutine vectors()
-        real(real64) :: x(3) = [1, -7, 3]
         complex(real64) :: u(2) = [(1, 2), (3, -1)], v(2) = [(0, 1), (2, 2)]
-        call expect(ddot(3, x, 1, x, 1) == 59, 'ddot')
-        call expect(idamax(3, x, 1) == 2, 'idamax')
         call expect(zdotc(2, u, 1, v, 1) == dot_product(u, v), 'zdotc')
         call expect(zdotu(2, u, 1, v, 1) == sum(u * v), 'zdotu')
         call expect(abs(dznrm2(2, u, 1)**2 - 15) < 1e-13_real64, 'dznrm2')
-        call zlacgv(2, u, 1)
-        call expect(aimag(u(1)) == -2 .and. aimag(u(2)) == 1, 'zlacgv')
-    end subroutine
-
-    subroutine products()
-        real(real64) :: a(n, n), b(n, n), c(n, n)
-        call random_number(a)
-        call random_number(b)
-        call dgemm('Trans', 'No', n, n, n, 2.0_real64, a, n, b, n, 0.0_real64, c, n)
-        call expect(maxval(abs(c - 2 * matmul(transpose(a), b))) < 1e-12_real64, 'dgemm')
-    end subroutine
-
-    subroutine norms()
-        complex(real64) :: z(4, 3)
-        real(real64) :: re(4, 3), size(4, 3), work(3), found(2), expected
-        character :: norm(6) = ['M', '1', 'o', 'I', 'f', 'E']
-        integer :: i, j
-        do i = 1, 6
-            do j = 1, 3
-                z(:, j) = j * cmplx([-3.0, 1.0, 0.5, 99.0], [4.0, 0.0, -2.0, 99.0], real64)
-            end do
-            do j = 1, 2
-                re = real(z)
-                if (j == 1) size = abs(re)
-                if (j == 2) size = abs(z)
-                if (j == 1) found(1) = dlange(norm(i), 3, 3, re, 4, work)
-                if (j == 2) found(2) = zlange(norm(i), 3, 3, z, 4, work)
-                select case (i)
-                case (1); expected = maxval(size(:3, :))
-                case (2, 3); expected = maxval(sum(size(:3, :), 1))
-                case (4); expected = maxval(sum(size(:3, :), 2))
-                case default; expected = sqrt(sum(size(:3, :)**2))
-                end select
-                call expect(abs(found(j) - expected) < 1e-14_real64 * expected, 'lange '//norm(i))
-            end do
-            re(2, 2) = sqrt(-abs(re(1, 1)))
-            call expect(dlange(norm(i), 3, 3, re, 4, work) /= dlange(norm(i), 3, 3, re, 4, work), 'NaN '//norm(i))
-        end do
-        call expect(dlange('1', 0, 3, re, 4, work) == 0, 'an empty matrix')
-    end subroutine
-
-    ! Solves by LU and by Cholesky, with the lengths of one, and of three option characters.
-    subroutine factors()
-        real(real64) :: a(n, n), s(n, n), x(n, 1), lu(n, n)
-        complex(real64) :: t(2, 2) = reshape([(2, 0), (0, 0), (4, 2), (1, 0)], [2, 2])
-        integer :: pivots(n), info, i
-        call random_number(a)
-        s = matmul(transpose(a), a)
-        do i = 1, n
-            s(i, i) = s(i, i) + n
-        end do
-        lu = s
-        x(:, 1) = sum(s, dim=2)
-        call dgetrf(n, n, lu, n, pivots, info)
-        call dgetrs('No transpose', n, 1, lu, n, pivots, x, n, info)
-        call expect(info == 0 .and. maxval(abs(x - 1)) < 1e-12_real64, 'dgetrs')
-        x(:, 1) = sum(s, dim=2)
-        call dpotrf('Lower', n, s, n, info)
-        call dtrtrs('Lower', 'No', 'Non-unit', n, 1, s, n, x, n, info)
-        call dtrtrs('Lower', 'Transpose', 'Non-unit', n, 1, s, n, x, n, info)
-        call expect(info == 0 .and. maxval(abs(x - 1)) < 1e-12_real64, 'dpotrf, dtrtrs')
-        call ztrtri('Upper', 'Non-unit', 2, t, 2, info)
-        call expect(info == 0 .and. t(1, 2) == (-2, -1), 'ztrtri')
     end subroutine
 
     ! One band matrix in each storage: 4 on the diagonal, two diagonals of ones on each side; solutions are ones.

@@ -8,7 +8,6 @@ program fortran_interface_test
     call level3()
     call sparse_level1()
     call services()
-    call conjugate_gradients()
     call flexible_gmres()
     call special_functions()
     if (.not. all_right) stop 1
@@ -61,26 +60,6 @@ contains
         call expect(NXL_Get_Max_Threads() == 3, 'NXL_Get_Max_Threads')
         call expect(D1MACH(4) > 2.2e-16_c_double, 'D1MACH')
         call NXL_FreeBuffers()
-    end subroutine
-
-    ! x of diag(1, 2, 3) x = (1, 1, 1).
-    subroutine conjugate_gradients()
-        integer(c_int), parameter :: n = 3
-        integer(c_int) :: request, ipar(128), iterations
-        real(c_double) :: x(n) = 0, b(n) = 1, dpar(128), tmp(n, 4)
-        call DCG_INIT(n, x, b, request, ipar, dpar, tmp)
-        ipar(9) = 1
-        ipar(10) = 0
-        dpar(1) = 1e-24_c_double
-        call DCG_CHECK(n, x, b, request, ipar, dpar, tmp)
-        call expect(request == 0, 'DCG_CHECK')
-        do
-            call DCG(n, x, b, request, ipar, dpar, tmp)
-            if (request /= 1) exit
-            tmp(:, 2) = [1, 2, 3] * tmp(:, 1)
-        end do
-        call DCG_GET(n, x, b, request, ipar, dpar, tmp, iterations)
-        call expect(request == 0 .and. iterations == 3 .and. abs(x(3) - 1 / 3.0_c_double) < 1e-14_c_double, 'DCG')
     end subroutine
 
     ! x of diag(1, 2, 3) x = (1, 1, 1), in one cycle.

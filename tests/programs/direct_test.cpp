@@ -247,12 +247,6 @@ TEST_F(Program, AutoTurnsToLuWherePivotsInsideFewColumnsDoNotDo) {
     EXPECT_LT(number_after(run.out, "error "), 1e-10) << run.out;
 }
 
-struct Fault {
-    std::string arguments;
-    int status;
-    std::string message; // the end of the line
-};
-
 TEST_F(Program, DirectMethodsRefuseInOneLine) {
     // A million unknowns, real or complex: dense, they take 7451 GiB or twice that.
     const std::string large = "1000000 1000000 1000000";
@@ -274,31 +268,25 @@ TEST_F(Program, DirectMethodsRefuseInOneLine) {
     const std::string dense = " GiB for the dense matrix, more than half of this machine's memory";
     const std::string singular =
         "the matrix is singular: column 2 depends on the columns before it, as method lu finds";
-    const Fault faults[] = {
+    expect_refused({
         {"singular.mtx", 1, "singular.mtx: " + singular},
         {"zero.mtx --method lu", 1, "zero.mtx: " + singular},
         {"indefinite.mtx --method cholesky", 1,
-         "method cholesky needs a positive definite matrix, but the leading minor of order 2 is not positive"},
-        {"singular.mtx --method cholesky", 1, "method cholesky needs a symmetric matrix, this one is not"},
-        {"symmetric.mtx --method cholesky", 1, "method cholesky needs a Hermitian matrix, this one is not"},
+         "...method cholesky needs a positive definite matrix, but the leading minor of order 2 is not positive"},
+        {"singular.mtx --method cholesky", 1, "...method cholesky needs a symmetric matrix, this one is not"},
+        {"symmetric.mtx --method cholesky", 1, "...method cholesky needs a Hermitian matrix, this one is not"},
         {"rows.mtx --method lu", 1, "rows.mtx:2: the matrix is not square: 3 by 2"},
         {"large.mtx --method lu", 1, "large.mtx: method lu needs 7450.6" + dense},
         {"wide.mtx --method cholesky", 1, "wide.mtx: method cholesky needs 14901.2" + dense},
-        {"empty.mtx --method direct", 1, "the matrix is singular: no order of its rows fills the diagonal"},
+        {"empty.mtx --method direct", 1, "...the matrix is singular: no order of its rows fills the diagonal"},
         {"singular.mtx --method direct --tolerance 1e-3", 2, "--tolerance belongs to methods cg and fgmres"},
         {"singular.mtx --method lu --refine 2", 2, "--refine belongs to method direct"},
         {"singular.mtx --precond ilu0 --ordering constrained", 2, "--ordering belongs to method direct"},
         {"zero.mtx --precond jacobi", 1, "zero.mtx: methods cg and fgmres need a real matrix, this one is complex"},
         {"singular.mtx --method lu --plot h.svg", 2, "--plot belongs to methods cg and fgmres"},
         {"singular.mtx --method cholesky --tolerance 1e-3", 2, "--tolerance belongs to methods cg and fgmres"},
-        {"tiny.mtx --rhs b.mtx", 3, "not solved: the numbers left the range of doubles"},
-    };
-    for (const auto& [arguments, status, message] : faults) {
-        const auto run = this->run(arguments);
-        EXPECT_EQ(run.status, status) << arguments;
-        EXPECT_TRUE(run.err.starts_with("nxl-solve: ") && run.err.ends_with(message + "\n")) << arguments << run.err;
-        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
-    }
+        {"tiny.mtx --rhs b.mtx", 3, "...not solved: the numbers left the range of doubles"},
+    });
 }
 
 } // namespace

@@ -379,12 +379,6 @@ TEST(ConjugateGradients, IncompleteFactorsSaveIterations) {
     }
 }
 
-struct Fault {
-    std::string arguments;
-    int status;
-    std::string message;
-};
-
 TEST_F(Program, IterativeMethodsRefuseInOneLine) {
     const std::string header = "%%MatrixMarket matrix coordinate real general\n";
     write("thin.mtx", header + "3 3 5\n1 1 1\n2 1 1\n3 1 1\n3 2 1\n3 3 1\n");
@@ -392,7 +386,7 @@ TEST_F(Program, IterativeMethodsRefuseInOneLine) {
     write("empty.mtx", header + "2 2 2\n1 1 1\n1 2 1\n");
     write("indefinite.mtx", header + "2 2 4\n1 1 1\n1 2 2\n2 1 2\n2 2 1\n");
     write("complex.mtx", "%%MatrixMarket matrix coordinate complex general\n1 1 1\n1 1 1 0\n");
-    const Fault faults[] = {
+    expect_refused({
         {"complex.mtx --method fgmres", 1, "complex.mtx: method fgmres needs a real matrix, this one is complex"},
         {"thin.mtx --precond ilu0", 1,
          "thin.mtx: the matrix is singular: no order of its rows leaves the diagonal without zeros"},
@@ -410,14 +404,8 @@ TEST_F(Program, IterativeMethodsRefuseInOneLine) {
         {"zero.mtx --method cg --restart 5", 2, "--restart belongs to method fgmres"},
         {"zero.mtx --precond ilu0 --drop 0.1", 2, "--drop belongs to --precond ilut"},
         {"zero.mtx --fill 3", 2, "--fill belongs to --precond ilut"},
-        {"--generate convection2d:30 --method fgmres --max-iterations 1 --tolerance 1e-300 --quiet", 3, ""},
-    };
-    for (const auto& [arguments, status, message] : faults) {
-        const auto run = this->run(arguments);
-        EXPECT_EQ(run.status, status) << arguments << run.err;
-        if (!message.empty()) EXPECT_EQ(run.err, "nxl-solve: " + message + "\n") << arguments;
-        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
-    }
+        {"--generate convection2d:30 --method fgmres --max-iterations 1 --tolerance 1e-300 --quiet", 3, "..."},
+    });
 }
 
 TEST_F(Program, FgmresReportsAsConjugateGradientsDo) {

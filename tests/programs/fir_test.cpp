@@ -1,10 +1,9 @@
 // nxl-fir from outside: taps against the response that they were designed for, the drawing, and what is refused.
 #include "run_program.hpp"
+#include "terminal.hpp"
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
-#include <pty.h>
 #include <sstream>
 #include <vector>
 
@@ -116,31 +115,15 @@ TEST_F(Fir, DrawsTheResponse) {
 }
 
 TEST_F(Fir, CtrlCEndsALongDesignOnALineOfItsOwn) {
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) {
-        execl(NXL_FIR_PROGRAM, NXL_FIR_PROGRAM, "--taps", "8001", "--bands", "0,0.2,0.2003,0.5", nullptr);
-        _exit(127);
-    }
-    std::string shown;
-    for (char c = 0; ::read(terminal, &c, 1) == 1;) { // until nobody has it open any more
-        shown += c;
-        if (shown == "\rdesigning 8001 taps  1 s") EXPECT_EQ(::write(terminal, "\x03", 1), 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    close(terminal);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+    const auto session = program_test::interrupt_at("\rdesigning 8001 taps  1 s", NXL_FIR_PROGRAM,
+                                                    {"--taps", "8001", "--bands", "0,0.2,0.2003,0.5"});
+    const std::string& shown = session.shown;
+    EXPECT_TRUE(session.interrupted()) << session.status;
     EXPECT_TRUE(shown.ends_with("\n") && shown.find("filter") == std::string::npos) << shown;
 }
 
 TEST_F(Fir, RefusesInOneLine) {
-    struct Case {
-        std::string arguments;
-        int status;
-        std::string message;
-    };
-    const Case cases[] = {
+    expect_refused({
         {"--taps 60 --bands 0,0.2,0.3,0.5 --desired 0,1", 1,
          "60 taps: a filter of even length is zero at half the sampling rate: take an odd number of taps"},
         {"--output no/where", 1, "no/where: No such file or directory"},
@@ -159,18 +142,9 @@ TEST_F(Fir, RefusesInOneLine) {
          "multiply "
          "them by 48000"},
         {"--plot r.pdf", 2, "--plot: 'r.pdf' ends neither in .svg nor in .png"},
-    };
-    for (const auto& [arguments, status, message] : cases) {
-        const auto run = this->run(arguments);
-        EXPECT_EQ(run.status, status) << arguments;
-        EXPECT_EQ(run.out.empty(), status == 2 || message.starts_with("60")) << arguments;
-        EXPECT_EQ(run.err, "nxl-fir: " + message + "\n") << arguments;
-    }
-    for (const char* arguments : {"--taps 2", "--taps 9000", "--taps x", "--density 1", "--nonsense", "extra"}) {
-        const auto run = this->run(arguments);
-        EXPECT_EQ(run.status, 2) << arguments;
-        EXPECT_TRUE(run.err.starts_with("nxl-fir: ") && run.err.find('\n') == run.err.size() - 1) << run.err;
-    }
+    });
+    for (const char* arguments : {"--taps 2", "--taps 9000", "--taps x", "--density 1", "--nonsense", "extra"})
+        expect_refused({arguments, 2, "..."});
     EXPECT_TRUE(run("--version").out.starts_with("nxl-fir "));
     EXPECT_NE(run("--help").out.find("--bands"), std::string::npos);
 }

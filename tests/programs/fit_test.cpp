@@ -256,16 +256,10 @@ TEST_F(Fit, BoundsHoldAndWhatIsHeldCountsAsKnown) {
     EXPECT_NEAR(parameter(loose.out, "b").error, 0.5 / std::sqrt(10.0), 0.0006);
 }
 
-struct Fault {
-    std::string points, arguments;
-    int status;
-    std::string message;
-};
-
 TEST_F(Fit, FaultsGetOneLineAndTheirStatus) {
     const std::string good = "1 2\n2 2\n3 4\n4 3\n", line = "--model 'a+b*x'",
                       named = "; the named models are exponential, logistic, gauss:K and gauss:K:linear";
-    const Fault faults[] = {
+    const std::tuple<std::string, std::string, int, std::string> faults[] = {
         {"x,y\n1,2\n\n2,z\n", line, 1, "d:4: 'z' is not a number"},
         {"1,2\n2,\n", line, 1, "d:2: a field is empty"},
         {"1 2\n# two\n2 2 3\n", line, 1, "d:3: 3 columns, but 2 before"},
@@ -306,21 +300,15 @@ TEST_F(Fit, FaultsGetOneLineAndTheirStatus) {
     };
     for (const auto& [points, arguments, status, message] : faults) {
         write("d", points);
-        const auto run = this->run("d " + arguments);
-        EXPECT_EQ(run.status, status) << points << arguments << run.out;
-        EXPECT_EQ(run.err, "nxl-fit: " + message + "\n") << points << arguments;
+        expect_refused({"d " + arguments, status, message});
     }
-    for (const std::string formula :
-         {"a+*x", "a*exp(x", "nosuch(a,x)", "a $ x", "\"text\""}) { // the parser's own words
-        const auto run = this->run("d --model '" + formula + "'");
-        EXPECT_EQ(run.status, 2) << formula << run.out;
-        EXPECT_TRUE(run.err.starts_with("nxl-fit: --model: ") && run.err.find('\n') == run.err.size() - 1) << run.err;
-    }
+    for (const std::string formula : {"a+*x", "a*exp(x", "nosuch(a,x)", "a $ x", "\"text\""}) // the parser's own words
+        expect_refused({"d --model '" + formula + "'", 2, "...nxl-fit: --model: "});
     const auto flat = run("d --model '-a^2+0*x'"); // the derivative vanishes where the residual is least
     EXPECT_EQ(flat.status, 3);
     EXPECT_TRUE(flat.err.ends_with(", but the residual is not at right angles to the derivatives\n")) << flat.err;
     EXPECT_TRUE(std::isnan(parameter(flat.out, "a").error)) << flat.out;
-    EXPECT_EQ(run("none --model a*x").err, "nxl-fit: none: No such file or directory\n");
+    expect_refused({"none --model a*x", 1, "none: No such file or directory"});
 }
 
 } // namespace

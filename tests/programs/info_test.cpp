@@ -124,10 +124,7 @@ TEST_F(Info, EveryVariableOfTheLibraryIsKnown) { // a new one has to be entered 
 TEST_F(Info, UsageAndOutputErrorsHaveTheirStatus) {
     EXPECT_EQ(run("--help").status, 0);
     EXPECT_EQ(run("--version").out.rfind("nxl-info ", 0), 0U);
-    const auto wrong = run("--jsn");
-    EXPECT_EQ(wrong.status, 2);
-    EXPECT_EQ(wrong.err.rfind("nxl-info: ", 0), 0U) << wrong.err;
-    EXPECT_EQ(wrong.out, "");
+    expect_refused({"--jsn", 2, "..."});
     const auto unwritten = run("", R"(sh -c '"$0" --json >/dev/full')");
     EXPECT_EQ(unwritten.status, 1);
     EXPECT_EQ(unwritten.err, "nxl-info: cannot write to standard output\n");

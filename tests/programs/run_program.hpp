@@ -19,6 +19,14 @@ struct Outcome {
     std::string out, err;
 };
 
+/// A command line that does not work, its status, and its one line on standard error behind the program's name; of a
+/// message that begins with three dots, what stands in that line.
+struct Refusal {
+    std::string arguments;
+    int status;
+    std::string message;
+};
+
 class Program : public ::testing::Test {
   protected:
     const std::string program_;
@@ -43,6 +51,19 @@ class Program : public ::testing::Test {
             "cd '" + folder_.string() + "' && " + before + " '" + program_ + "' " + arguments + " >out 2>err";
         const int status = std::system(line.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("out"), read("err")};
+    }
+    void expect_refused(const Refusal& refusal) const {
+        const auto& [arguments, status, message] = refusal;
+        const auto run = this->run(arguments);
+        const std::string name = std::filesystem::path(program_).filename().string() + ": ";
+        EXPECT_EQ(run.status, status) << arguments;
+        EXPECT_TRUE(run.err.starts_with(name) && run.err.find('\n') == run.err.size() - 1) << arguments << run.err;
+        if (message.starts_with("...")) EXPECT_NE(run.err.find(message.substr(3)), std::string::npos) << run.err;
+        else EXPECT_EQ(run.err, name + message + "\n") << arguments;
+        if (status == 2) EXPECT_EQ(run.out, "") << arguments;
+    }
+    void expect_refused(std::initializer_list<Refusal> refusals) const {
+        for (const Refusal& refusal : refusals) expect_refused(refusal);
     }
 };
 

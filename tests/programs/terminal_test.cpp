@@ -1,16 +1,9 @@
 // nxl-solve on a terminal: the line of progress, and what Ctrl-C leaves behind.
 #include "common/progress.hpp"
+#include "terminal.hpp"
 
 #include <algorithm>
-#include <array>
-#include <csignal>
 #include <gtest/gtest.h>
-#include <pty.h>
-#include <string>
-#include <sys/wait.h>
-#include <termios.h>
-#include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -30,37 +23,6 @@ TEST(ProgressLine, FitsEveryTerminalAndTellsTheShareWhereItCan) {
     EXPECT_EQ(common::progress_line(45, 0.5, "solving", "iteration 7"), "solving [######.......]  50 %  iteration 7");
 }
 
-struct Session {
-    std::string shown;
-    int status = 0;
-};
-
-/// Runs the program on a terminal of 50 columns; where the line of the stage appears, the user presses Ctrl-C.
-Session interrupt_at(const std::string& stage, std::vector<std::string> arguments) {
-    winsize size{.ws_row = 24, .ws_col = 50, .ws_xpixel = 0, .ws_ypixel = 0};
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
-    if (child == 0) {
-        arguments.insert(arguments.begin(), NXL_SOLVE_PROGRAM);
-        std::vector<char*> words;
-        for (std::string& word : arguments) words.push_back(word.data());
-        words.push_back(nullptr);
-        setenv("TERM", "xterm", 1);
-        execv(NXL_SOLVE_PROGRAM, words.data());
-        _exit(127);
-    }
-    Session session;
-    bool pressed = false;
-    std::array<char, 4096> bytes{};
-    for (ssize_t count = 0; (count = read(terminal, bytes.data(), bytes.size())) > 0;) {
-        session.shown.append(bytes.data(), static_cast<std::size_t>(count));
-        if (!pressed && session.shown.find(stage) != std::string::npos) pressed = write(terminal, "\x03", 1) == 1;
-    }
-    waitpid(child, &session.status, 0);
-    close(terminal);
-    return session;
-}
-
 TEST(Terminal, CtrlCEndsTheProgramAndLeavesANewLine) {
     const std::pair<std::string, std::vector<std::string>> stages[] = {
         {"factorising", {"--generate", "poisson2d:80", "--method", "lu"}},
@@ -69,8 +31,9 @@ TEST(Terminal, CtrlCEndsTheProgramAndLeavesANewLine) {
         {"generating the matrix", {"--generate", "kriging:20000"}},
     };
     for (const auto& [stage, arguments] : stages) {
-        const auto [shown, status] = interrupt_at(stage, arguments);
-        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << stage << shown;
+        const auto session = program_test::interrupt_at(stage, NXL_SOLVE_PROGRAM, arguments);
+        const std::string& shown = session.shown;
+        EXPECT_TRUE(session.interrupted()) << stage << shown;
         EXPECT_TRUE(shown.ends_with("\r\n")) << shown;
         EXPECT_EQ(shown.find("residual    "), std::string::npos) << "a report: " << shown;
         for (std::size_t at = 0, next = 0; next != std::string::npos; at = next + 1) {

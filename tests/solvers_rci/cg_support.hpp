@@ -3,7 +3,6 @@
 #include "nxl.h"
 #include "tests/support/captured.hpp"
 #include "tests/support/catalogue.hpp"
-#include "tests/support/dense.hpp"
 #include <cmath>
 #include <random>
 #include <string>

@@ -93,25 +93,6 @@ TEST_P(DcgMethod, EveryStageLeavesTheTextbookState) {
     if (!GetParam()) EXPECT_EQ(run.column(run.tmp, 4), Vector(12, untouched)); // callers may leave it out
 }
 
-TEST_P(DcgMethod, SolvesToItsTolerance) {
-    const Matrix a = definite_matrix(40, 5);
-    CgCase run(40);
-    run.b = random_vector(40, 4);
-    run.init();
-    run.ip(11) = GetParam();
-    run.ip(9) = 1;
-    run.ip(10) = 0;
-    run.dp(1) = 1e-28;
-    EXPECT_EQ(run.check(), 0);
-    for (run.step(); run.request > 0; run.step()) {
-        if (run.request == 1) run.set_column(run.tmp, 2, product(a, run.column(run.tmp, 1)));
-        if (run.request == 3) run.set_column(run.tmp, 4, jacobi(a, run.column(run.tmp, 3)));
-    }
-    EXPECT_EQ(run.request, 0);
-    EXPECT_LE(run.dp(5), run.dp(4));
-    expect_near(run.x, dense_solution(a, run.b), 1e-13, "x");
-}
-
 /// One unknown, laid out so that the stage ends with the test quantity r^2 and the target as given.
 struct Decision {
     const char* name;

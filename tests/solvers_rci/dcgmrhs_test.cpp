@@ -234,18 +234,6 @@ INSTANTIATE_TEST_SUITE_P(
         Scenario{.name = "negative_preconditioner", .preconditioner = opposite}),
     [](const auto& info) { return info.param.name; });
 
-TEST(DcgmrhsSolution, EqualsTheDenseOne) {
-    for (const bool preconditioned : {false, true}) {
-        Scenario s{.name = "", .n = 30, .systems = 4, .relative = 1e-13};
-        if (preconditioned) s.preconditioner = jacobi;
-        CgCase run = started(s);
-        EXPECT_EQ(run.check_many(), 0);
-        while (run.step_many() != 0) answer(run, s);
-        for (int j = 1; j <= s.systems; ++j)
-            expect_near(run.column(run.x, j), dense_solution(s.a, s.b[static_cast<std::size_t>(j) - 1]), 1e-11, "x");
-    }
-}
-
 TEST(DcgmrhsState, RefreshNotesTheCallersTestButDoesNotOfferIt) {
     Scenario s{.name = "", .systems = 2, .residual_test = 0, .caller_test = 1};
     s.stops = [](int, int) { return true; };

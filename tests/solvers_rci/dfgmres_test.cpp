@@ -245,19 +245,6 @@ TEST_P(DfgmresMethod, SolvesWithAndWithoutRestarts) {
     }
 }
 
-TEST(Dfgmres, PoissonNeedsFewerIterationsThanUnknowns) { // symmetric, from x = 0, longer than a thread gate
-    const Grid a{90};
-    FgmresCase run(a.unknowns(), 60);
-    run.ip(15) = 60;
-    run.ip(5) = 600;
-    run.ip(9) = run.ip(12) = 1;
-    run.ip(10) = 0;
-    run.check();
-    EXPECT_EQ(run.run([&](const double* in, double* out) { a.multiply(in, out); }), 0);
-    EXPECT_LE(run.get(), 500);
-    EXPECT_LE(norm(sum(run.b, -1.0, a.product(run.x))), 1.01e-6 * 90.0);
-}
-
 /// One unknown: 2 x = b, from x = 0.
 struct OneUnknown : FgmresCase {
     explicit OneUnknown(double right_side = 4.0) : FgmresCase(1, 1) {

@@ -175,16 +175,6 @@ TEST(Bounded, ManyVariablesOnBounds) { // blocked factorisations, and faces that
     EXPECT_LT(at_bound, 150);
 }
 
-TEST(Bounded, WideBoundsGiveTheUnconstrainedMinimum) {
-    for (const Problem& problem : {named("Bard"), named("Kowalik"), rosenbrock(far)}) {
-        Fit open = Fit::by(true, problem),
-            boxed(problem, Vector(problem.start.size(), -1e6), Vector(problem.start.size(), 1e6));
-        open.to_the_end();
-        boxed.to_the_end();
-        for (std::size_t i = 0; i < open.x.size(); ++i) EXPECT_NEAR(open.x[i], boxed.x[i], 1e-5);
-    }
-}
-
 TEST(Bounded, LargeResidualsConvergeFast) { // J alone makes hundreds of iterations
     Fit open = Fit::by(true, named("BrownDennis")), cut(named("BrownDennis"), {-10, 0, -100, -20}, {100, 15, 0, 0.2});
     open.to_the_end();

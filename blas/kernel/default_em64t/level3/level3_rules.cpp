@@ -1,4 +1,4 @@
-// Thread counts and cuts of symmetric products and rank updates.
+// Cuts of symmetric products and rank updates.
 #include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include <cmath>
 
@@ -16,10 +16,6 @@ i64 strip_border(i64 n, i64 index, i64 strips) {
 }
 
 } // namespace
-
-int threads_for_work(double flops, int offered) {
-    return static_cast<int>(std::min(flops / flops_per_thread, static_cast<double>(offered)));
-}
 
 TriangleStrip triangle_strip(bool lower, i64 n, i64 index, i64 strips) {
     const i64 from = strip_border(n, index, strips);

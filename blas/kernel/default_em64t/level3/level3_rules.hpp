@@ -1,22 +1,9 @@
-// How many threads the drivers of symmetric products and rank updates take, and how they cut C.
+// How the drivers of symmetric products and rank updates cut C.
 #pragma once
 #include "service/slice.hpp"
 #include "service/types.hpp"
 
 namespace nxl {
-
-/// Real operations below which one more thread costs more than it gives: some 50 microseconds of work, against a few
-/// for the region and for the operands that each thread packs again.
-inline constexpr double flops_per_thread = 2e6;
-
-/// Multiply-adds as real operations: 2, or 8 for complex.
-template <class T> constexpr double flops_of(i64 m, i64 n, i64 k) {
-    const double multiply_adds = static_cast<double>(m) * static_cast<double>(n) * static_cast<double>(k);
-    return (sizeof(T) == sizeof(double) ? 2.0 : 8.0) * multiply_adds;
-}
-
-/// Threads for so much work, of `offered` ones; below 2 means serial.
-int threads_for_work(double flops, int offered);
 
 /// A strip of a triangle: the square part of it on the diagonal, and the rectangle that joins it to the edge.
 struct TriangleStrip {

@@ -18,7 +18,7 @@
 #include "service/matrix.hpp"
 #include "service/parallel.hpp"
 #include "service/scalars.hpp"
-#include "service/threads.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <type_traits>
 
 namespace nxl {

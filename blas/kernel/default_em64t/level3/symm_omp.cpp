@@ -1,9 +1,9 @@
 // Drivers of the products with a symmetric or Hermitian matrix: the side of C that this matrix does not touch is cut.
 #include "blas/kernel/default_em64t/level3/symm_omp.hpp"
-#include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include "service/kernel_slot.hpp"
 #include "service/parallel.hpp"
-#include "service/threads.hpp"
+#include "service/slice.hpp"
+#include "service/worthwhile_threads.hpp"
 
 namespace nxl {
 namespace {

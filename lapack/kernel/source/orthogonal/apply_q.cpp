@@ -1,12 +1,11 @@
 // Blocks of reflectors one after the other. All their factors T are made first, so that threads need not wait for each
 // other afterwards.
 #include "lapack/kernel/source/orthogonal/apply_q.hpp"
-#include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
-#include "service/threads.hpp"
 #include "service/workspace.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <algorithm>
 
 namespace nxl {

@@ -1,7 +1,6 @@
 // dgeqrf, zgeqrf: panel by panel, what is right of a panel being updated by its block reflector. On several threads the
 // next panel is factored beside the update. Strazdins, Int. J. Parallel Distrib. Syst. Networks 4 (2001): look-ahead.
 #include "lapack/kernel/source/orthogonal/geqrf.hpp"
-#include "blas/kernel/default_em64t/level3/level3_rules.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/orthogonal/block_reflector.hpp"
 #include "lapack/kernel/source/orthogonal/panel.hpp"
@@ -9,7 +8,7 @@
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
 #include "service/slice.hpp"
-#include "service/threads.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <algorithm>
 
 namespace nxl {
