@@ -173,14 +173,17 @@ void DirectComparison::run(const SparseCase& which, const std::function<bool(con
 }
 
 double DirectComparison::ratio(const DirectRow& row) const {
-    double best = unknown;
-    for (std::size_t i = own_; i < row.figures.size(); ++i) best = std::fmin(best, row.figures[i]);
-    return best / row.figures.front();
+    const auto least = [&](std::size_t from, std::size_t to) {
+        double best = unknown;
+        for (std::size_t i = from; i < to; ++i) best = std::fmin(best, row.figures[i]);
+        return best;
+    };
+    return least(own_, row.figures.size()) / least(0, own_);
 }
 
 void DirectComparison::print_heading() const {
     std::printf("\nFactorisation and solution, seconds, peak memory in MB as each tells it; / best: the least of the "
-                "peers' figures as a multiple of that of nxl;\n%d thread%s\n\n%-20s %-5s %-8s",
+                "peers' figures as a multiple of the least of nxl's;\n%d thread%s\n\n%-20s %-5s %-8s",
                 threads_, threads_ == 1 ? "" : "s", "problem", "size", "");
     for (const auto& contender : contenders_) std::printf(" %10s", contender.name.c_str());
     std::printf(" %7s %8s\n", "/ best", "GFLOP/s");

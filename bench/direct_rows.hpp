@@ -22,7 +22,7 @@ class DirectComparison {
     std::vector<DirectRow> rows_;
     bool agreed_ = true;
 
-    double ratio(const DirectRow& row) const; // of the best peer's figure to the first contender's
+    double ratio(const DirectRow& row) const; // of the least figure of the peers to the least of this library
     void print(const DirectRow& row) const;
 
   public:

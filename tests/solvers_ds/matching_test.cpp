@@ -69,6 +69,26 @@ SparseProblem random_problem(int n, int per_row, unsigned seed) {
     return problem;
 }
 
+/// Entries anywhere with values from 0 to 1: searches for the last rows would go through most of it. With `gaps` of
+/// columns that only the first row has.
+SparseProblem scattered_problem(int n, int per_row, int gaps) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> value(0.0, 1.0);
+    SparseProblem problem = {.n = n, .mtype = 11, .ia = {1}, .ja = {}, .a = {}};
+    for (int i = 0; i < n; ++i) {
+        std::vector<int> columns = {std::min(i, n - gaps - 1) + 1};
+        for (int k = 1; k < per_row; ++k)
+            columns.push_back(static_cast<int>(random() % static_cast<unsigned>(n - gaps)) + 1);
+        for (int k = 0; i == 0 && k < gaps; ++k) columns.push_back(n - k);
+        std::ranges::sort(columns);
+        columns.erase(std::ranges::unique(columns).begin(), columns.end());
+        problem.ja.insert(problem.ja.end(), columns.begin(), columns.end());
+        problem.ia.push_back(static_cast<int>(problem.ja.size()) + 1);
+    }
+    for (std::size_t k = 0; k < problem.ja.size(); ++k) problem.a.push_back(value(random));
+    return problem;
+}
+
 /// The largest sum of logarithms over all permutations, and -infinity where each has a 0 in it.
 double best_by_trial(const SparseProblem& problem) {
     const auto n = static_cast<std::size_t>(problem.n);
@@ -133,7 +153,8 @@ TEST(Matching, HasTheLargestProductOfAllPermutations) {
 }
 
 TEST(Matching, OfLargeMatricesIsOptimalByItsDuals) {
-    for (const auto& problem : {random_problem(600, 8, 1), random_problem(600, 40, 2), nxl_test::convection3d(9)}) {
+    for (const auto& problem : {random_problem(600, 8, 1), random_problem(600, 40, 2), nxl_test::convection3d(9),
+                                scattered_problem(5000, 8, 0)}) {
         const Matching matching = match(problem);
         ASSERT_EQ(matching.code, 0);
         EXPECT_EQ(matching.matched, problem.n);
@@ -164,6 +185,10 @@ TEST(Matching, CountsTheColumnsThatCanHaveARow) {
     EXPECT_EQ(matching.matched, 3);
     EXPECT_EQ(matching.row_of_column, (std::vector<i32>{1, 2, 3, 4, 5}));
     EXPECT_EQ(matching.row_scale, std::vector<double>(5, 1.0));
+
+    const auto large = scattered_problem(3000, 8, 40);
+    EXPECT_EQ(match(large).code, kImperfectMatching);
+    EXPECT_EQ(match(large).matched, 3000 - 39);
 }
 
 TEST(Matching, TakesNumbersThatHaveNoUsableLogarithm) {

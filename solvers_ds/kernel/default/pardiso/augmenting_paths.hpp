@@ -20,12 +20,15 @@ struct AssignmentArrays {
     double* distance; // n
 };
 
-/// Every row is the root of one search, in which the nearest columns come first. Duff and Koster, 1999 and 2001.
+/// What bids leave without a column is the root of a search, in which the nearest columns come first: Duff and Koster,
+/// 1999 and 2001. Rows bid as in the reduction of R. Jonker and A. Volgenant, Computing 38 (1987) 325-340. When
+/// searches go far, the duals are poor, and an auction makes better ones, from which all begins again.
 class AugmentingPaths {
     AssignmentArrays a_;
     i32 heaped_ = 0, done_ = 0, queued_ = 0;
     double nearest_free_ = 0.0; // distance of the nearest column without a row
     i32 free_column_ = -1;
+    double scanned_ = 0.0; // entries, by all searches
 
     double reduced_cost(i32 row, i32 k) const { return a_.cost[k] - a_.u[row] - a_.v[a_.column[k]]; }
     void set(i32 place, i32 column) const;
@@ -40,6 +43,12 @@ class AugmentingPaths {
     void flip(i32 root) const;
     bool take_free(i32 row, i32& from) const;
     void start_cheaply();
+    i32 outbid(i32 row, double margin, bool& again) const;
+    i64 bid(double margin, i64 bids) const;
+    void unmatch() const;
+    void scale_duals() const;
+    void start_from_duals() const;
+    bool search_all(double patience, i32& matched);
 
   public:
     explicit AugmentingPaths(const AssignmentArrays& arrays) : a_(arrays) {}

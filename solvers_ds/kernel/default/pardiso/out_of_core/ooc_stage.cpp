@@ -9,8 +9,8 @@
 namespace nxl::pardiso {
 namespace {
 
-/// Of the configured memory: what streams, and the heap between blocks, take beside all that is counted.
-constexpr i64 reserve_kilobytes = 1024;
+/// Of the configured memory: what streams, packed operands and the heap between blocks take beside all that is counted.
+constexpr i64 reserve_kilobytes = 3072;
 
 i64 update_kilobytes(Control control) { return (8 * control[Word::update_words] >> 10) + 1; }
 

@@ -11,7 +11,7 @@ namespace {
 
 /// Right-hand sides in blocks of columns, in the order of the factor.
 template <class T> class ColumnBlocks {
-    static constexpr i64 widest = 32; // as in core
+    static constexpr i64 widest = widest_block; // as in core
 
     const SolveView<T>& view_;
     const i64 nb_;

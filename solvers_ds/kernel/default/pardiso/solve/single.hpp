@@ -1,5 +1,6 @@
 // One right-hand side: the factor is read once in each direction, and all work is on its way from memory.
 #pragma once
+#include "blas/calls.hpp"
 #include "solvers_ds/kernel/default/pardiso/numeric/pivots.hpp"
 #include "solvers_ds/kernel/default/pardiso/solve/sweep.hpp"
 #include <algorithm>
@@ -10,10 +11,23 @@ template <class T> class SingleColumn {
     T* const work_;   ///< n
     T* const buffer_; ///< rows of the tallest supernode
 
-    static constexpr i32 together = 4; ///< columns that a pass over the rows takes
+    /// Columns of a triangle, and entries below it, up to which calls would cost more than their work.
+    static constexpr i32 few = 4;
+    static constexpr i64 little = 48;
+
+    static void solve_by_kernel(const Triangle<T>& t, i32 width, T* x) {
+        trsv<T>(t.uplo, t.transposed ? 'T' : 'N', t.unit ? 'U' : 'N', {t.diagonal, width, width, t.ld}, x);
+    }
+    /// y := alpha op(rows below) x + beta y, on this thread.
+    static void multiply(char trans, const Triangle<T>& t, i32 width, i32 below, const T& alpha, const T* x,
+                         const T& beta, T* y) {
+        slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()(trans, below, width, alpha, t.below, t.ld_below, x, 1,
+                                                               beta, y, 1);
+    }
 
     /// x := T^-1 x by columns, from the first to the last.
     static void solve_down(const Triangle<T>& t, i32 width, T* x) {
+        if (width > few) return solve_by_kernel(t, width, x);
         for (i32 k = 0; k < width; ++k) {
             const T* const column = t.diagonal + k * t.ld;
             if (t.transposed) { // the upper part
@@ -29,6 +43,7 @@ template <class T> class SingleColumn {
 
     /// From the last to the first.
     static void solve_up(const Triangle<T>& t, i32 width, T* x) {
+        if (width > few) return solve_by_kernel(t, width, x);
         for (i32 k = width - 1; k >= 0; --k) {
             const T* const column = t.diagonal + k * t.ld;
             if (t.transposed) { // the lower part
@@ -44,60 +59,17 @@ template <class T> class SingleColumn {
 
     /// buffer := the rows below times x.
     void multiply_below(const Triangle<T>& t, i32 width, i32 below, const T* x) const {
-        T* const sum = buffer_;
-        i32 k = 0;
-        for (; k + together <= width; k += together) {
-            const T *const a = t.below + k * t.ld_below, *const b = a + t.ld_below, *const c = b + t.ld_below,
-                           *const d = c + t.ld_below;
-            const T xa = x[k], xb = x[k + 1], xc = x[k + 2], xd = x[k + 3];
-            if (k == 0)
-                for (i32 i = 0; i < below; ++i) sum[i] = (a[i] * xa + b[i] * xb) + (c[i] * xc + d[i] * xd);
-            else
-                for (i32 i = 0; i < below; ++i) sum[i] += (a[i] * xa + b[i] * xb) + (c[i] * xc + d[i] * xd);
-        }
-        if (k == 0) std::fill_n(sum, below, T{});
-        for (; k < width; ++k) {
-            const T* const a = t.below + k * t.ld_below;
-            const T xa = x[k];
-            for (i32 i = 0; i < below; ++i) sum[i] += a[i] * xa;
-        }
+        if (i64{width} * below > little) return multiply('N', t, width, below, T(1.0), x, T(0.0), buffer_);
+        std::fill_n(buffer_, below, T{});
+        for (i32 k = 0; k < width; ++k)
+            for (i32 i = 0; i < below; ++i) buffer_[i] += t.below[i + k * t.ld_below] * x[k];
     }
 
     /// x := x - the rows below, transposed, times the buffer.
     void multiply_above(const Triangle<T>& t, i32 width, i32 below, T* x) const {
-        constexpr i32 lanes = 2;
-        const T* const y = buffer_;
-        i32 k = 0;
-        for (; k + together <= width; k += together) {
-            const T *const a = t.below + k * t.ld_below, *const b = a + t.ld_below, *const c = b + t.ld_below,
-                           *const d = c + t.ld_below;
-            T sa[lanes] = {}, sb[lanes] = {}, sc[lanes] = {}, sd[lanes] = {};
-            i32 i = 0;
-            for (; i + lanes <= below; i += lanes)
-                for (i32 lane = 0; lane < lanes; ++lane) {
-                    const T value = y[i + lane];
-                    sa[lane] += a[i + lane] * value;
-                    sb[lane] += b[i + lane] * value;
-                    sc[lane] += c[i + lane] * value;
-                    sd[lane] += d[i + lane] * value;
-                }
-            for (; i < below; ++i) {
-                sa[0] += a[i] * y[i];
-                sb[0] += b[i] * y[i];
-                sc[0] += c[i] * y[i];
-                sd[0] += d[i] * y[i];
-            }
-            x[k] -= sa[0] + sa[1];
-            x[k + 1] -= sb[0] + sb[1];
-            x[k + 2] -= sc[0] + sc[1];
-            x[k + 3] -= sd[0] + sd[1];
-        }
-        for (; k < width; ++k) {
-            const T* const a = t.below + k * t.ld_below;
-            T sum{};
-            for (i32 i = 0; i < below; ++i) sum += a[i] * y[i];
-            x[k] -= sum;
-        }
+        if (i64{width} * below > little) return multiply('T', t, width, below, T(-1.0), buffer_, T(1.0), x);
+        for (i32 k = 0; k < width; ++k)
+            for (i32 i = 0; i < below; ++i) x[k] -= t.below[i + k * t.ld_below] * buffer_[i];
     }
 
   public:

@@ -50,8 +50,7 @@ bool solve_block(const SolveView<T>& view, const T* b, T* x, i64 width, bool alo
 } // namespace
 
 template <class M> bool solve(const SolveView<typename M::T>& view, const typename M::T* b, typename M::T* x, i64 nb) {
-    constexpr i64 widest = 32; // columns: products are fast by then, and work memory is small beside the factor
-    const i64 share = (nb + view.threads - 1) / view.threads, width = std::clamp<i64>(share, 1, widest);
+    const i64 share = (nb + view.threads - 1) / view.threads, width = std::clamp<i64>(share, 1, widest_block);
     const i64 blocks = (nb + width - 1) / width, n = view.n;
     std::atomic<bool> done{true};
     const auto solve_one = [&](i64 block) {
