@@ -249,6 +249,16 @@ struct KernelTable {
     /// - 1) sequence + j)]: columns j and j + 1 of a become c a_j + s a_j+1 and c a_j+1 - s a_j. lda may be negative.
     void (*drotations)(const i64& rows, const i64& columns, const i64& sequences, const double* turns, double* a,
                        const i64& lda);
+    /// Reflectors H = I - tau v v^H, v = (1, v2, v3), each given by tau, v2 and v3, number r of `count` of rows 3 r to
+    /// 3 r + 2 of c: c := H^H c. Whether these have it in the 3 r first columns, too, is left open.
+    void (*dreflect_rows)(const i64& count, const double* reflectors, const i64& columns, double* c, const i64& ldc);
+    void (*zreflect_rows)(const i64& count, const zcomplex* reflectors, const i64& columns, zcomplex* c,
+                          const i64& ldc);
+    /// c := c H, number r of the three columns from element r next of c on, with rows + r growth rows.
+    void (*dreflect_columns)(const i64& count, const double* reflectors, const i64& rows, const i64& growth, double* c,
+                             const i64& ldc, const i64& next);
+    void (*zreflect_columns)(const i64& count, const zcomplex* reflectors, const i64& rows, const i64& growth,
+                             zcomplex* c, const i64& ldc, const i64& next);
     /// counts[k]: the eigenvalues up to shifts[k] of the tridiagonal matrix with diagonal d[0 .. n-1] and squares of
     /// off-diagonal elements e2[0 .. n-1], of which the last does not count. pivmin > 0: the least pivot.
     void (*dsturm)(const i64& n, const double* d, const double* e2, const double& pivmin, const i64& many,

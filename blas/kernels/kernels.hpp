@@ -110,6 +110,10 @@ Kernel<decltype(KernelTable::ztrti2)> ztrti2;
 Kernel<decltype(KernelTable::dlauu2)> dlauu2;
 Kernel<decltype(KernelTable::zlauu2)> zlauu2;
 Kernel<decltype(KernelTable::drotations)> drotations;
+Kernel<decltype(KernelTable::dreflect_rows)> dreflect_rows;
+Kernel<decltype(KernelTable::zreflect_rows)> zreflect_rows;
+Kernel<decltype(KernelTable::dreflect_columns)> dreflect_columns;
+Kernel<decltype(KernelTable::zreflect_columns)> zreflect_columns;
 Kernel<decltype(KernelTable::dsturm)> dsturm;
 // Pieces of the matrix product, of all classes.
 Kernel<decltype(KernelTable::xdgemm_copy_at)> xdgemm_copy_at;

@@ -136,6 +136,10 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .zscattered_product = zscattered_product,
 
         .drotations = drotations,
+        .dreflect_rows = dreflect_rows,
+        .zreflect_rows = zreflect_rows,
+        .dreflect_columns = dreflect_columns,
+        .zreflect_columns = zreflect_columns,
         .dsturm = dsturm,
     };
 }

@@ -119,9 +119,9 @@ template <class T> class DoubleShift {
                 h(k, k - 1) = v[0];
                 std::fill_n(h.at(k + 1, k - 1), count - 1, T{});
             } else if (k > first_) h(k, k - 1) *= T(1.0) - conj_if<true>(reflector.tau);
-            reflector.turn_rows(h.at(k, k), right - k, h.ld);
-            reflector.turn_columns(h.at(top, k), std::min(k + 4, end_) - top, h.ld);
-            if (s_.z.rows > 0) reflector.turn_columns(s_.z.at(0, k), s_.z.rows, s_.z.ld);
+            reflector.turn_rows(count, h.at(k, k), right - k, h.ld);
+            reflector.turn_columns(count, h.at(top, k), std::min(k + 4, end_) - top, h.ld);
+            if (s_.z.rows > 0) reflector.turn_columns(count, s_.z.at(0, k), s_.z.rows, s_.z.ld);
         }
     }
 };

@@ -152,13 +152,8 @@ template <class T> struct EigenArguments {
 void nxl_lapack_dgeev(const char& jobvl, const char& jobvr, const i64& n, double* a, const i64& lda, double* wr,
                       double* wi, double* vl, const i64& ldvl, double* vr, const i64& ldvr, double* work,
                       const i64& lwork, i64& info) {
-    const i64 count = lwork == -1 ? 0 : std::max(n, i64{0});
-    const Scratch<zcomplex> w(count);
-    EigenArguments<double>{jobvl, jobvr, n, a, lda, vl, ldvl, vr, ldvr, work, lwork}.run(w.data(), 1, info);
-    for (i64 i = 0; i < count && info >= 0; ++i) {
-        wr[i] = w.data()[i].real();
-        wi[i] = w.data()[i].imag();
-    }
+    const EigenArguments<double> call{jobvl, jobvr, n, a, lda, vl, ldvl, vr, ldvr, work, lwork};
+    find_in_parts(n, lwork, wr, wi, info, [&](zcomplex* w) { call.run(w, 1, info); });
 }
 
 void nxl_lapack_zgeev(const char& jobvl, const char& jobvr, const i64& n, zcomplex* a, const i64& lda, zcomplex* w,

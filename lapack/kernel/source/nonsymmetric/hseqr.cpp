@@ -3,7 +3,6 @@
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/nonsymmetric/schur.hpp"
 #include "service/arguments.hpp"
-#include "service/scratch.hpp"
 #include <limits>
 
 namespace nxl {
@@ -72,13 +71,8 @@ template i64 find_schur_form(const Matrix<zcomplex>&, const Matrix<zcomplex>&, b
 void nxl_lapack_dhseqr(const char& job, const char& compz, const i64& n, const i64& ilo, const i64& ihi, double* h,
                        const i64& ldh, double* wr, double* wi, double* z, const i64& ldz, double* work,
                        const i64& lwork, i64& info, int, int) {
-    const bool computes = n > 0 && lwork != -1;
-    const Scratch<zcomplex> w(computes ? n : 1);
-    HessenbergCall<double>{job, compz, n, ilo, ihi, h, ldh, z, ldz, work, lwork}.run(w.data(), 1, info);
-    for (i64 i = 0; i < n && computes && info >= 0; ++i) {
-        wr[i] = w.data()[i].real();
-        wi[i] = w.data()[i].imag();
-    }
+    const HessenbergCall<double> call{job, compz, n, ilo, ihi, h, ldh, z, ldz, work, lwork};
+    find_in_parts(n, lwork, wr, wi, info, [&](zcomplex* w) { call.run(w, 1, info); });
 }
 
 void nxl_lapack_zhseqr(const char& job, const char& compz, const i64& n, const i64& ilo, const i64& ihi, zcomplex* h,

@@ -16,7 +16,7 @@ template <class T> class IterationSpace {
     const Scratch<zcomplex> values_;
 
     static i64 product_size(const SchurIteration<T>& s, i64 most) {
-        return std::max(s.h.columns, s.z.rows) * std::max(most, largest_chain_window);
+        return WindowProducts<T>::buffer_size(s, std::max(most, largest_chain_window));
     }
 
   public:

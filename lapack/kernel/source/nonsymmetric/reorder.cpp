@@ -2,9 +2,9 @@
 // ones. Bai and Demmel, On swapping diagonal blocks in real Schur form, Linear Algebra Appl. 186 (1993).
 #include "lapack/kernel/source/nonsymmetric/reorder.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
+#include "lapack/kernel/source/nonsymmetric/small_reflector.hpp"
 #include "lapack/kernel/source/nonsymmetric/small_sylvester.hpp"
 #include "lapack/kernel/source/nonsymmetric/standard_block.hpp"
-#include "lapack/kernel/source/orthogonal/reflector.hpp"
 #include <algorithm>
 
 namespace nxl {
@@ -27,34 +27,25 @@ class WideExchange {
 
     const Matrix<double>& t_;
     const i64 k_, p_, r_, n_;
-    double turn_[most * most] = {}, block_[most * most];
+    SmallReflector<double> turns_[2]; // Q, of r reflectors
+    double block_[most * most];
 
-    Matrix<double> turn() { return {turn_, n_, n_, most}; }
     Matrix<double> block() { return {block_, n_, n_, most}; }
+    i64 elements(i64 j) const { return std::min(n_ - j, i64{3}); }
 
     /// C := C Q
-    void turn_columns(double* c, i64 rows, i64 ld) {
-        for (i64 i = 0; i < rows; ++i) {
-            double sums[most] = {};
-            for (i64 j = 0; j < n_; ++j)
-                for (i64 l = 0; l < n_; ++l) sums[j] += c[i + l * ld] * turn()(l, j);
-            for (i64 j = 0; j < n_; ++j) c[i + j * ld] = sums[j];
-        }
+    void turn_columns(double* c, i64 rows, i64 ld) const {
+        for (i64 j = 0; j < r_; ++j) turns_[j].turn_columns(elements(j), c + j * ld, rows, ld);
     }
     /// C := Q^T C
-    void turn_rows(double* c, i64 columns, i64 ld) {
-        for (i64 j = 0; j < columns; ++j) {
-            double sums[most] = {};
-            for (i64 i = 0; i < n_; ++i)
-                for (i64 l = 0; l < n_; ++l) sums[i] += turn()(l, i) * c[l + j * ld];
-            std::copy_n(sums, n_, c + j * ld);
-        }
+    void turn_rows(double* c, i64 columns, i64 ld) const {
+        for (i64 j = 0; j < r_; ++j) turns_[j].turn_rows(elements(j), c + j, columns, ld);
     }
 
     /// Q, whose first columns span those of (-X; s I), where A11 X - X A22 = s A12.
     void find_turn() {
         const Matrix<double> whole = t_.block(k_, k_, n_, n_);
-        double right[most], basis[most * 2] = {}, work[most];
+        double right[most], basis[most * 2] = {};
         for (i64 j = 0; j < r_; ++j) std::copy_n(whole.at(0, p_ + j), p_, right + p_ * j);
         double size = 0.0;
         for (i64 j = 0; j < n_; ++j) size = std::max(size, largest_abs1(n_, whole.at(0, j)));
@@ -65,13 +56,10 @@ class WideExchange {
             for (i64 i = 0; i < p_; ++i) basis[i + most * j] = -solution.x[i + p_ * j];
             basis[p_ + j + most * j] = solution.scale;
         }
-        for (i64 i = 0; i < n_; ++i) turn()(i, i) = 1.0;
+        // The reflectors of its columns: a fourth element of the first one is zero.
         for (i64 j = 0; j < r_; ++j) {
-            double* const v = basis + j + most * j;
-            const double tau = make_reflector(n_ - j - 1, v[0], v + 1, 1);
-            v[0] = 1.0;
-            if (j + 1 < r_) apply_reflector('L', v, 1, tau, Matrix<double>{v + most, n_ - j, 1, most}, work);
-            apply_reflector('R', v, 1, tau, turn().columns_from(j, n_ - j), work);
+            turns_[j] = SmallReflector<double>::of(basis + j + most * j, elements(j));
+            if (j + 1 < r_) turns_[j].turn_rows(elements(j), basis + j + most * (j + 1), 1, most);
         }
     }
 

@@ -18,8 +18,9 @@ struct Parts {
     /// Squares of the divisor would overflow: it is taken as a number about 1 and its size.
     Parts operator/(const Parts& y) const {
         const double a = std::fabs(y.re), b = std::fabs(y.im), largest = a > b ? a : b;
-        const double p = y.re / largest, q = y.im / largest, square = p * p + q * q;
-        return {(re * p + im * q) / square / largest, (im * p - re * q) / square / largest};
+        const double inverse = 1.0 / largest, p = y.re * inverse, q = y.im * inverse;
+        const double rest = 1.0 / (p * p + q * q);
+        return {(re * p + im * q) * rest * inverse, (im * p - re * q) * rest * inverse};
     }
     Parts or_if(bool condition, const Parts& other) const {
         return {condition ? other.re : re, condition ? other.im : im};
@@ -33,8 +34,8 @@ inline Parts less_shift(const zcomplex& x, const Parts& shift) { return parts_of
 
 /// [p above; below q] (first, second) = what they hold, by elimination with a choice of the larger pivot. Pivots below
 /// `least` are taken to be that; answers the smaller one.
-inline double solve_pair(const Parts& p, const Parts& above, const Parts& below, const Parts& q, double least,
-                         Parts& first, Parts& second) {
+[[gnu::always_inline]] inline double solve_pair(const Parts& p, const Parts& above, const Parts& below, const Parts& q,
+                                                double least, Parts& first, Parts& second) {
     const bool swap = p.size() < below.size();
     const Parts pivot = p.or_if(swap, below), safe_pivot = pivot.at_least(least), beside = above.or_if(swap, q);
     const Parts factor = below.or_if(swap, p) / safe_pivot;

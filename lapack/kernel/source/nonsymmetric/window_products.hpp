@@ -2,39 +2,71 @@
 #pragma once
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/nonsymmetric/schur.hpp"
+#include "service/slice.hpp"
+#include "service/worthwhile_threads.hpp"
 #include <algorithm>
 
 namespace nxl {
 
+/// Strips of a few rows or columns are copied to the buffer, where the first cache keeps them, and come back as
+/// products.
 template <class T> class WindowProducts {
-    const SchurIteration<T>& s_;
-    T* const buffer_; // as many elements as H, or Z, has in the rows or columns of a window
+    static constexpr i64 strip = 128 / (sizeof(T) / sizeof(double)); // rows or columns
 
-    void put_back(const Matrix<T>& c) const {
-        for (i64 j = 0; j < c.columns; ++j) std::copy_n(buffer_ + j * c.rows, c.rows, c.at(0, j));
+    const SchurIteration<T>& s_;
+    T* const buffer_;
+
+    static i64 strips_of(i64 length) { return (length + strip - 1) / strip; }
+
+    static void copy(const Matrix<T>& from, const Matrix<T>& to) {
+        for (i64 j = 0; j < to.columns; ++j) std::copy_n(from.at(0, j), to.rows, to.at(0, j));
     }
     /// C := C U
-    void turn_columns(const Matrix<T>& c, const Operand<T>& u) const {
-        if (c.rows == 0) return;
-        gemm('N', 'N', 1.0, c, u, 0.0, Matrix<T>{buffer_, c.rows, c.columns, c.rows});
-        put_back(c);
+    static void turn_columns(const Matrix<T>& c, const Operand<T>& u, T* buffer) {
+        const Matrix<T> old{buffer, c.rows, c.columns, c.rows};
+        copy(c, old);
+        gemm('N', 'N', 1.0, old, u, 0.0, c);
     }
     /// C := U^H C
-    void turn_rows(const Matrix<T>& c, const Operand<T>& u) const {
-        if (c.columns == 0) return;
-        gemm('C', 'N', 1.0, u, c, 0.0, Matrix<T>{buffer_, c.rows, c.columns, c.rows});
-        put_back(c);
+    static void turn_rows(const Matrix<T>& c, const Operand<T>& u, T* buffer) {
+        const Matrix<T> old{buffer, c.rows, c.columns, c.rows};
+        copy(c, old);
+        gemm('C', 'N', 1.0, u, old, 0.0, c);
+    }
+    /// Rows of C in its strip number i.
+    static Matrix<T> strip_of_rows(const Matrix<T>& c, i64 i) {
+        return c.rows_from(i * strip, std::min(strip, c.rows - i * strip));
     }
 
   public:
     WindowProducts(const SchurIteration<T>& s, T* buffer) : s_(s), buffer_(buffer) {}
 
+    /// Elements of the buffer for windows of order `most`: a strip for each thread that there may be work for.
+    static i64 buffer_size(const SchurIteration<T>& s, i64 most) {
+        return std::max(strip, std::max(s.h.columns, s.z.rows)) * most;
+    }
+
     /// The window begins at row `at` of the active block first .. end - 1 and is of U's order.
     void apply(i64 first, i64 end, i64 at, const Operand<T>& u) const {
         const i64 order = u.columns, next = at + order, top = s_.start_of_rows(first);
-        turn_rows(s_.h.block(at, next, order, s_.end_of_columns(end) - next), u);
-        turn_columns(s_.h.block(top, at, at - top, order), u);
-        turn_columns(s_.z.columns_from(at, order), u);
+        const Matrix<T> right = s_.h.block(at, next, order, s_.end_of_columns(end) - next);
+        const Matrix<T> above = s_.h.block(top, at, at - top, order), vectors = s_.z.columns_from(at, order);
+        const i64 of_right = strips_of(right.columns), of_above = strips_of(above.rows);
+        const i64 strips = of_right + of_above + strips_of(vectors.rows);
+        const double work = product_of(right.columns + above.rows + vectors.rows, order, order);
+        const i64 room = std::max(i64{1}, std::max(s_.h.columns, s_.z.rows) / strip);
+        const i64 blocks = std::min({i64{worthwhile_threads(1, work, least_work<T>.gemm)}, room, strips});
+        const auto take_block = [&](i64 block) {
+            T* const buffer = buffer_ + block * strip * order;
+            const Slice mine = balanced_slice(strips, 1, block, blocks);
+            for (i64 i = mine.start; i < mine.end(); ++i)
+                if (const i64 j = i * strip; i < of_right)
+                    turn_rows(right.columns_from(j, std::min(strip, right.columns - j)), u, buffer);
+                else if (i < of_right + of_above) turn_columns(strip_of_rows(above, i - of_right), u, buffer);
+                else turn_columns(strip_of_rows(vectors, i - of_right - of_above), u, buffer);
+        };
+        if (blocks > 1) parallel_blocks(static_cast<int>(blocks), static_cast<int>(blocks), take_block);
+        else if (strips > 0) take_block(0);
     }
 };
 
