@@ -58,7 +58,6 @@ template <class T> struct BandTriangle {
 
     void solve_one(T* x) const {
         const i64 width = std::max(all.above, all.below);
-        if (width <= BandSizes::narrow) return solve_columns<1>(x, 0);
         slot_of<T, &KernelTable::dtbsv, &KernelTable::ztbsv>()(uplo, trans, diag, n, width, all.a.data, all.a.ld, x);
     }
 
