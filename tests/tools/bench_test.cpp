@@ -44,6 +44,13 @@ TEST_F(Bench, SparseSystemsWithAndWithoutAPeer) {
     EXPECT_EQ(run("sparse --sizes 1").status, 1);
 }
 
+TEST_F(Bench, PlaysManyCores) {
+    const auto result = run("scaling --filter cholesky --sizes 300 --csv f.csv");
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(has(result.out, "\ncholesky      300   128 ")) << result.out;
+    EXPECT_TRUE(has(read("f.csv"), "scaling,cholesky,300,64,")) << read("f.csv");
+}
+
 TEST_F(Bench, PlotThatCannotBeDrawnIsAFailure) {
     const auto result = run("level1 --filter ddot/ --sizes 30 --plot f.svg" + right_peers_, "PATH=/nonexistent");
     EXPECT_EQ(result.status, 1);
@@ -77,13 +84,18 @@ TEST_F(Bench, MistakesAreToldBeforeAnythingRuns) {
         {"krylov --threads 2", 2, "...--threads does not belong to family krylov"},
         {"level1 bandwidth --csv f.csv", 2, "...--csv does not belong to family bandwidth"},
         {"level1 --sizes 0", 2, "...--sizes"},
-        {"level1 --filter nothing", 2, "...no case of level1 matches"},
+        {"scaling --threads 2", 2, "...--threads does not belong to family scaling"},
         {"level1 --csv /nowhere/f.csv", 1, ".../nowhere/f.csv: No such file or directory"},
         {"level1 --plot /nowhere/f.svg", 1, ".../nowhere/f.svg: No such file or directory"},
         {"level1 --plot f.pdf", 2, "...'f.pdf' ends neither in .svg nor in .png"},
         {"level1 --library /nowhere.so", 1, "...cannot load the library"},
         {"level1 --peer /nowhere.so", 1, "...cannot load the peer"},
     });
+    for (const std::string family : {"level1", "scaling"}) { // which tell the machine first
+        const auto none = run(family + " --filter nothing");
+        EXPECT_EQ(none.status, 2) << family;
+        EXPECT_TRUE(has(none.err, "no case of " + family + " matches 'nothing'")) << none.err;
+    }
 }
 
 } // namespace
