@@ -74,6 +74,17 @@ void tile(const View<T>& view, i64 i, i64 j, const bool* runs) {
     });
 }
 
+/// Asks for the rows that the next tile takes of `left`: columns lie far apart, where no hardware looks ahead. The
+/// share of them that goes with columns [j, end) of all.
+template <class T, i64 height> void prefetch_next(const View<T>& view, i64 i, i64 j, i64 end, i64 columns) {
+    constexpr i64 line = 64 / sizeof(T),
+                  least_depth = 32; // of steps; sources that are narrower are close to each other
+    const ScatteredProduct& shape = view.shape;
+    if (shape.depth < least_depth || i + 2 * height > shape.rows) return;
+    for (i64 k = j * shape.depth / columns, to = end * shape.depth / columns; k < to; ++k)
+        for (i64 r = 0; r < height; r += line) __builtin_prefetch(view.left + i + height + r + k * shape.ld_left);
+}
+
 /// Rows from i on against all columns; of a trapezoid against those that reach them.
 template <class T, int W, int Vectors, bool Conjugate> void row_of_tiles(const View<T>& view, i64 i) {
     constexpr i64 rows_of_one = W / kParts<T>;
@@ -82,7 +93,10 @@ template <class T, int W, int Vectors, bool Conjugate> void row_of_tiles(const V
     for (int v = 0; v < Vectors; ++v) runs[v] = is_run<T, W>(shape.row_places + i + v * rows_of_one);
     const i64 columns = shape.lower ? smaller(i + Vectors * rows_of_one, shape.columns) : shape.columns;
     const auto groups_of = [&]<int Columns>(i64 j) __attribute__((always_inline)) {
-        for (; j + Columns <= columns; j += Columns) tile<T, W, Vectors, Columns, Conjugate>(view, i, j, runs);
+        for (; j + Columns <= columns; j += Columns) {
+            if constexpr (Columns > 1) prefetch_next<T, Vectors * rows_of_one>(view, i, j, j + Columns, columns);
+            tile<T, W, Vectors, Columns, Conjugate>(view, i, j, runs);
+        }
         return j;
     };
     i64 j = 0;
