@@ -10,7 +10,6 @@
 //           b b x x x
 #include "lapack/kernel/source/nonsymmetric/bulge_chain.hpp"
 #include "lapack/kernel/source/nonsymmetric/small_reflector.hpp"
-#include "service/slice.hpp"
 
 namespace nxl {
 namespace {
@@ -111,7 +110,7 @@ template <class T> class BulgeChain {
           memory_(memory) {}
 
     void chase(const WindowProducts<T>& products) const {
-        const i64 steps = end_ - 1 - first_ + 3 * (bulges_ - 1), at_once = 3 * bulges_ + 1;
+        const i64 steps = end_ - 1 - first_ + 3 * (bulges_ - 1), at_once = chain_window(bulges_) - 3 * bulges_ + 1;
         for (i64 since = 0; since < steps; since += at_once) {
             const i64 count = std::min(at_once, steps - since);
             const Window window = window_of(since, count);
