@@ -119,7 +119,9 @@ template <class T> class BulgeChain {
             std::fill_n(u.data, order * order, T{});
             for (i64 i = 0; i < order; ++i) u(i, i) = T(1.0);
             for (i64 step = since; step < since + count; ++step) take_step(step, window, u);
-            products.apply(first_, end_, window.start, u);
+            // As above: a bulge goes at_once columns on, and two more rows are filled by each that has been there
+            // before.
+            products.apply(first_, end_, window.start, u, {2 * bulges_, at_once + 1});
         }
     }
 };
