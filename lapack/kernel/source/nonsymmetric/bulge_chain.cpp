@@ -10,7 +10,6 @@
 //           b b x x x
 #include "lapack/kernel/source/nonsymmetric/bulge_chain.hpp"
 #include "lapack/kernel/source/nonsymmetric/small_reflector.hpp"
-#include "service/slice.hpp"
 
 namespace nxl {
 namespace {
@@ -111,7 +110,7 @@ template <class T> class BulgeChain {
           memory_(memory) {}
 
     void chase(const WindowProducts<T>& products) const {
-        const i64 steps = end_ - 1 - first_ + 3 * (bulges_ - 1), at_once = 3 * bulges_ + 1;
+        const i64 steps = end_ - 1 - first_ + 3 * (bulges_ - 1), at_once = chain_window(bulges_) - 3 * bulges_ + 1;
         for (i64 since = 0; since < steps; since += at_once) {
             const i64 count = std::min(at_once, steps - since);
             const Window window = window_of(since, count);
@@ -120,7 +119,9 @@ template <class T> class BulgeChain {
             std::fill_n(u.data, order * order, T{});
             for (i64 i = 0; i < order; ++i) u(i, i) = T(1.0);
             for (i64 step = since; step < since + count; ++step) take_step(step, window, u);
-            products.apply(first_, end_, window.start, u);
+            // As above: a bulge goes at_once columns on, and two more rows are filled by each that has been there
+            // before.
+            products.apply(first_, end_, window.start, u, {2 * bulges_, at_once + 1});
         }
     }
 };

@@ -139,7 +139,7 @@ template <class T> class DeflationWindow {
         }
         if (at_ > first_) s_.h(at_, at_ - 1) = root_ * conj_if<true>(v_(0, 0));
         copy_back();
-        products.apply(first_, end_, at_, v_);
+        products.apply(first_, end_, at_, v_, {order_, order_});
         return {order_ - left, pairs};
     }
 };
