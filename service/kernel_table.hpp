@@ -25,11 +25,18 @@ using Syr2Kernel = void (*)(const char& uplo, const i64& n, const T& alpha, cons
 template <class T>
 using TrvKernel = void (*)(const char& uplo, const char& trans, const char& diag, const i64& n, const T* a,
                            const i64& lda, T* x, const i64& incx);
-/// Solution of a triangle of a band, k diagonals beside the main one, at least 7, with one vector. `a`: where element
+/// Solution of a triangle of a band, k diagonals beside the main one, with one vector. `a`: where element
 /// (0, 0) would be of a matrix with columns lda apart, which are one element less than the array's.
 template <class T>
 using TbsvKernel = void (*)(const char& uplo, const char& trans, const char& diag, const i64& n, const i64& k,
                             const T* a, const i64& lda, T* x);
+
+/// A reflector in m rows of a panel of `before` + 1 + `after` columns: v, the column after those `before`, times
+/// `scale`; of the columns after it v f^T is taken off; and `product`, of all columns, grows by their inner products
+/// with the one that comes after v then, conjugates of the columns being multiplied.
+template <class T>
+using ReflectKernel = void (*)(const i64& m, const i64& before, const i64& after, const T& scale, const T* f, T* a,
+                               const i64& lda, T* product);
 
 template <class T>
 using GemmKernel = void (*)(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k,
@@ -198,6 +205,8 @@ struct KernelTable {
     GetrfLeafKernel<zcomplex> zgetrf_leaf;
     GetrfUpdateKernel<double> dgetrf_update;
     GetrfUpdateKernel<zcomplex> zgetrf_update;
+    ReflectKernel<double> dreflect;
+    ReflectKernel<zcomplex> zreflect;
     Potf2Kernel<double> xdpotf2_u;
     Potf2Kernel<double> xdpotf2_l;
     Potf2Kernel<zcomplex> xzpotf2_u;

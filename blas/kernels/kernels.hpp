@@ -101,6 +101,8 @@ Kernel<decltype(KernelTable::dgetrf_leaf)> dgetrf_leaf;
 Kernel<decltype(KernelTable::zgetrf_leaf)> zgetrf_leaf;
 Kernel<decltype(KernelTable::dgetrf_update)> dgetrf_update;
 Kernel<decltype(KernelTable::zgetrf_update)> zgetrf_update;
+Kernel<decltype(KernelTable::dreflect)> dreflect;
+Kernel<decltype(KernelTable::zreflect)> zreflect;
 Kernel<decltype(KernelTable::xdpotf2_u)> xdpotf2_u;
 Kernel<decltype(KernelTable::xdpotf2_l)> xdpotf2_l;
 Kernel<decltype(KernelTable::xzpotf2_u)> xzpotf2_u;

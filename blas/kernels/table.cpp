@@ -94,6 +94,8 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .zgetrf_leaf = zgetrf_leaf,
         .dgetrf_update = dgetrf_update,
         .zgetrf_update = zgetrf_update,
+        .dreflect = dreflect,
+        .zreflect = zreflect,
         .xdpotf2_u = xdpotf2_u,
         .xdpotf2_l = xdpotf2_l,
         .xzpotf2_u = xzpotf2_u,

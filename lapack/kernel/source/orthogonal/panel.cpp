@@ -25,10 +25,8 @@ template <class T> bool all_finite(i64 n, const T* x) {
 /// One column of a narrow panel, j, and what it does to the others. One product with all columns of the panel gives
 /// the norm of what is to be eliminated, the inner products with the vectors before it, which T is made of, and those
 /// with the columns after it, which its reflector is applied to. That product is made while the column before is dealt
-/// with, some rows at a time: tall panels pass from memory once for each column.
+/// with: tall panels pass from memory once for each column.
 template <class T> class NarrowPanel {
-    static constexpr i64 rows_at_once = 512; // a panel's, in the second cache
-
     const Matrix<T> a_, t_;
     T* const tau_;
     T products_[narrow<T>];
@@ -37,15 +35,11 @@ template <class T> class NarrowPanel {
     i64 below(i64 j) const { return a_.rows - j - 1; }
     T* tail(i64 j) const { return a_.at(j, j) + 1; }
 
-    /// products := products + (`count` rows from `first` on, of all columns)^H (the same of column j)
-    void add_products(i64 j, i64 first, i64 count) {
-        if (count <= 0) return;
-        slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()('C', count, a_.columns, T(1.0), a_.at(first, 0), a_.ld,
-                                                               a_.at(first, j), 1, T(1.0), products_, 1);
-    }
     void multiply(i64 j) {
         std::fill_n(products_, a_.columns, T{});
-        add_products(j, j + 1, below(j));
+        if (below(j) == 0) return;
+        slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()('C', below(j), a_.columns, T(1.0), a_.at(j + 1, 0),
+                                                               a_.ld, tail(j), 1, T(0.0), products_, 1);
     }
 
     /// Column j becomes beta and, times the scale, v; products are those with v.
@@ -77,22 +71,18 @@ template <class T> class NarrowPanel {
 
     /// The scale, H^H on the columns after j, and the products with the next one.
     void update(i64 j) {
-        const i64 next = j + 1, count = a_.columns - next;
+        const i64 next = j + 1, after = a_.columns - next;
+        if (next == a_.rows) return;
         T factors[narrow<T>];
         for (i64 c = next; c < a_.columns; ++c) {
             factors[c - next] = conj_if<true>(tau_[j]) * (a_(j, c) + conj_if<true>(products_[c]));
             a_(j, c) -= factors[c - next];
         }
+        a_(next, j) *= scale_; // this row is none of what the next column's reflector eliminates
+        for (i64 c = next; c < a_.columns; ++c) a_(next, c) -= a_(next, j) * factors[c - next];
         std::fill_n(products_, a_.columns, T{});
-        for (i64 first = next; first < a_.rows; first += rows_at_once) {
-            const i64 rows = std::min(rows_at_once, a_.rows - first), second = std::max(first, next + 1);
-            if (scale_ != T(1.0)) scal(rows, scale_, a_.at(first, j), 1);
-            if (count == 0) continue;
-            if (tau_[j] != T{})
-                slot_of<T, &KernelTable::dger, &KernelTable::zgeru>()(rows, count, T(-1.0), a_.at(first, j), 1, factors,
-                                                                      1, a_.at(first, next), a_.ld);
-            add_products(next, second, first + rows - second);
-        }
+        slot_of<T, &KernelTable::dreflect, &KernelTable::zreflect>()(below(next), j, after, scale_, factors,
+                                                                     a_.at(next + 1, 0), a_.ld, products_);
     }
 
   public:
