@@ -45,11 +45,13 @@ inline bool check_trv(const RoutineLetters& name, char uplo, char trans, char di
 
 // ---- Level 3 ----
 
+/// Its letters are capitals already: a small product notices.
 inline bool check_gemm(const RoutineLetters& name, char transa, char transb, i64 m, i64 n, i64 k, i64 lda, i64 ldb,
                        i64 ldc) {
-    const i64 rows_a = is_one_of(transa, "N") ? m : k, rows_b = is_one_of(transb, "N") ? k : n;
+    constexpr Letters letters = "NCT";
+    const i64 rows_a = transa == 'N' ? m : k, rows_b = transb == 'N' ? k : n;
     Arguments arguments(name);
-    arguments.letter(1, transa, "NCT").letter(2, transb, "NCT").size(3, m).size(4, n).size(5, k);
+    arguments.expect(1, letters.has(transa)).expect(2, letters.has(transb)).size(3, m).size(4, n).size(5, k);
     return arguments.leading(8, lda, rows_a).leading(10, ldb, rows_b).leading(13, ldc, m).refused();
 }
 

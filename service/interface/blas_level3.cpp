@@ -15,8 +15,9 @@ extern "C" {
 NXL_EXPORT void dgemm(const char* transa, const char* transb, const int* m, const int* n, const int* k,
                       const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
                       const double* beta, double* c, const int* ldc) noexcept {
-    if (check_gemm("DGEMM ", *transa, *transb, *m, *n, *k, *lda, *ldb, *ldc)) return;
-    nxl_blas_dgemm(capital(*transa), capital(*transb), *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+    const char of_a = capital(*transa), of_b = capital(*transb);
+    if (check_gemm("DGEMM ", of_a, of_b, *m, *n, *k, *lda, *ldb, *ldc)) return;
+    nxl_blas_dgemm(of_a, of_b, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
 }
 
 NXL_EXPORT void dsymm(const char* side, const char* uplo, const int* m, const int* n, const double* alpha,
@@ -56,8 +57,9 @@ NXL_EXPORT void dtrsm(const char* side, const char* uplo, const char* transa, co
 NXL_EXPORT void zgemm(const char* transa, const char* transb, const int* m, const int* n, const int* k,
                       const nxl_z* alpha, const nxl_z* a, const int* lda, const nxl_z* b, const int* ldb,
                       const nxl_z* beta, nxl_z* c, const int* ldc) noexcept {
-    if (check_gemm("ZGEMM ", *transa, *transb, *m, *n, *k, *lda, *ldb, *ldc)) return;
-    nxl_blas_zgemm(capital(*transa), capital(*transb), *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+    const char of_a = capital(*transa), of_b = capital(*transb);
+    if (check_gemm("ZGEMM ", of_a, of_b, *m, *n, *k, *lda, *ldb, *ldc)) return;
+    nxl_blas_zgemm(of_a, of_b, *m, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
 }
 
 NXL_EXPORT void zhemm(const char* side, const char* uplo, const int* m, const int* n, const nxl_z* alpha,

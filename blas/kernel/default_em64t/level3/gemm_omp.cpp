@@ -76,16 +76,16 @@ template <class T> void gemm_over_threads(int threads, GemmCall<T> call) {
 void nxl_blas_dgemm_1d(i64 nt, const GemmCall<double>& call) { split_1d(nt, call); }
 void nxl_blas_zgemm_1d(i64 nt, const GemmCall<zcomplex>& call) { split_1d(nt, call); }
 
-/// In the order of what the tests cost: sizes first, then the number of threads, then the class.
+/// In the order of what the tests cost: sizes first, then the number of threads, then the class. A call that stays on
+/// this thread hands its arguments on as they came.
 template <class T>
 void gemm_driver(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k, const T& alpha,
                  const T* a, const i64& lda, const T* b, const i64& ldb, const T& beta, T* c, const i64& ldc) {
-    const GemmCall<T> call{transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc};
     if (m < 1 || n < 1) return;
-    if (gemm_is_small(call.shape())) return call.run_serial();
-    const int threads = worthwhile_threads(domain_blas, product_of(m, n, k), least_work<T>.gemm);
-    if (threads < 2) return call.run_serial();
-    gemm_over_threads(threads, call);
+    const int threads =
+        gemm_is_small({m, n, k}) ? 1 : worthwhile_threads(domain_blas, product_of(m, n, k), least_work<T>.gemm);
+    if (threads < 2) return GemmSlots<T>::serial(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+    gemm_over_threads<T>(threads, {transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc});
 }
 template decltype(gemm_driver<double>) gemm_driver<double>;
 template decltype(gemm_driver<zcomplex>) gemm_driver<zcomplex>;

@@ -44,8 +44,6 @@ bool is_long_and_thin(const GemmShape& s) { return s.m >= 8000 && s.k <= 512 && 
 
 } // namespace
 
-bool gemm_is_small(const GemmShape& s) { return s.k <= 4 || s.m / 2 <= 2 || (s.m <= 16 && s.n <= 16 && s.k <= 16); }
-
 // In both gates the depth and the huge are asked first: the products below then fit in 64 bits.
 bool dgemm_may_fork(const GemmShape& shape, i64 threads) {
     const ThreadShare share(shape, threads);

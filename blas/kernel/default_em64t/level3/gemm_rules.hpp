@@ -12,7 +12,9 @@ struct GemmShape {
 };
 
 /// Too small for any thought of threads. A small m ends the threaded road at once, a small n alone does not.
-bool gemm_is_small(const GemmShape& shape);
+constexpr bool gemm_is_small(const GemmShape& s) {
+    return s.k <= 4 || s.m / 2 <= 2 || (s.m <= 16 && s.n <= 16 && s.k <= 16);
+}
 
 /// Whether the product is worth a region of `threads` (at least 2) on classes 2 and 3.
 bool dgemm_may_fork(const GemmShape& shape, i64 threads);
