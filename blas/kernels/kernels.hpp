@@ -109,6 +109,12 @@ Kernel<decltype(KernelTable::dtrti2)> dtrti2;
 Kernel<decltype(KernelTable::ztrti2)> ztrti2;
 Kernel<decltype(KernelTable::dlauu2)> dlauu2;
 Kernel<decltype(KernelTable::zlauu2)> zlauu2;
+Kernel<decltype(KernelTable::dchase_diagonal)> dchase_diagonal;
+Kernel<decltype(KernelTable::zchase_diagonal)> zchase_diagonal;
+Kernel<decltype(KernelTable::dchase_column)> dchase_column;
+Kernel<decltype(KernelTable::zchase_column)> zchase_column;
+Kernel<decltype(KernelTable::dchase_row)> dchase_row;
+Kernel<decltype(KernelTable::zchase_row)> zchase_row;
 Kernel<decltype(KernelTable::drotations)> drotations;
 Kernel<decltype(KernelTable::dsturm)> dsturm;
 // Pieces of the matrix product, of all classes.
