@@ -194,8 +194,12 @@ template <class T> class Triangle {
     /// By element: whether that of row r, r = 0 being the first of the vector at `row`, is at least j.
     [[gnu::always_inline]] static auto from_row(i64 row, i64 j) {
         Vec<W> index;
-        for (int lane = 0; lane < W; ++lane) index[lane] = lane / P;
-        return index >= splat<W>(static_cast<double>(j - row / P));
+        for (int lane = 0; lane < W; ++lane) {
+            const int element = lane / P;
+            index[lane] = element;
+        }
+        const i64 first = j - row / P;
+        return index >= splat<W>(static_cast<double>(first));
     }
     /// body(row, in_triangle) where the columns j .. j + Count - 1 have elements.
     template <int Count, class Inside, class Below>

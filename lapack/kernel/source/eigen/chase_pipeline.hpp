@@ -16,9 +16,9 @@ namespace nxl {
 class ChasePipeline {
     const i64 n_, b_;
     const int threads_;
-    const i64 together_;             // sweeps of a group
-    const Scratch<i64> memory_;      // of each group the steps that its last sweep has done, a line of the cache each
-    static constexpr i64 apart_ = 8; // elements
+    const i64 together_;            // sweeps of a group
+    const Scratch<i64> memory_;     // of each group the steps that its last sweep has done, a line of the cache each
+    static constexpr i64 apart = 8; // elements
     static constexpr i64 least_width = 16, steps_of_a_thread = 32;
 
     static int threads_for(i64 n, i64 b) {
@@ -26,8 +26,8 @@ class ChasePipeline {
         return static_cast<int>(std::clamp(n / (b * steps_of_a_thread), i64{1}, i64{max_threads(domain_all)}));
     }
     i64 groups() const { return (sweeps() + together_ - 1) / together_; }
-    i64 counters() const { return std::max(groups(), i64{1}) * apart_; }
-    std::atomic_ref<i64> done(i64 group) const { return std::atomic_ref<i64>(memory_.data()[group * apart_]); }
+    i64 counters() const { return std::max(groups(), i64{1}) * apart; }
+    std::atomic_ref<i64> done(i64 group) const { return std::atomic_ref<i64>(memory_.data()[group * apart]); }
 
     void wait_for(i64 group, i64 steps) const {
         IdleWait wait;
