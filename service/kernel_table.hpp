@@ -111,6 +111,21 @@ using Trti2Kernel = void (*)(const char& uplo, const char& diag, const i64& n, T
 /// Unblocked U U^H or L^H L.
 template <class T> using Lauu2Kernel = void (*)(const char& uplo, const i64& n, T* a, const i64& lda);
 
+/// A := H^H A H, the lower triangle of a block of order n on a band's diagonal, for H = I - tau v v^H.
+///
+/// Here and in ChaseKernel columns are read, and stored as they were, up to chase_rest elements beyond a block; vectors
+/// have zeros there, as far as it takes to fill them to a multiple of that and one. `work`: two such vectors.
+template <class T>
+using ChaseDiagonalKernel = void (*)(const i64& n, T* a, const i64& lda, const T* v, const T& tau, T* work);
+/// A reflector goes on to a block, m by n, where the next one annihilates the first column, or row, but for one
+/// element, which becomes real. Of the next one come the vector, its first element 1, with the zeros, and the scalar.
+///     column   A := G^H A H, v of n elements: H = I - tau v v^H, and G has the next ones, of m elements
+///     row      A := G^H A H, v of m elements: G = I - tau v v^H, and H has the next ones, of n elements
+template <class T>
+using ChaseKernel = void (*)(const i64& m, const i64& n, T* a, const i64& lda, const T* v, const T& tau, T* next,
+                             T& next_tau, T* work);
+inline constexpr i64 chase_rest = 7;
+
 struct KernelTable {
     // Level 1, real.
     double (*dasum)(const i64& n, const double* x, const i64& incx);
@@ -254,6 +269,12 @@ struct KernelTable {
     ScatteredProductKernel<zcomplex> zscattered_product;
 
     // LAPACK: eigenproblems.
+    ChaseDiagonalKernel<double> dchase_diagonal;
+    ChaseDiagonalKernel<zcomplex> zchase_diagonal;
+    ChaseKernel<double> dchase_column;
+    ChaseKernel<zcomplex> zchase_column;
+    ChaseKernel<double> dchase_row;
+    ChaseKernel<zcomplex> zchase_row;
     /// For each of `sequences` in turn, for j = 0 .. columns - 2 in turn, with cosine c and sine s at turns[2 ((columns
     /// - 1) sequence + j)]: columns j and j + 1 of a become c a_j + s a_j+1 and c a_j+1 - s a_j. lda may be negative.
     void (*drotations)(const i64& rows, const i64& columns, const i64& sequences, const double* turns, double* a,

@@ -137,6 +137,12 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .dscattered_product = dscattered_product,
         .zscattered_product = zscattered_product,
 
+        .dchase_diagonal = dchase_diagonal,
+        .zchase_diagonal = zchase_diagonal,
+        .dchase_column = dchase_column,
+        .zchase_column = zchase_column,
+        .dchase_row = dchase_row,
+        .zchase_row = zchase_row,
         .drotations = drotations,
         .dreflect_rows = dreflect_rows,
         .zreflect_rows = zreflect_rows,

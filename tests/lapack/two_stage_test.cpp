@@ -1,8 +1,9 @@
-// Reduction to tridiagonal form by way of a band, and the drivers that take it for the selected pairs of large
-// matrices.
+// Reduction to tridiagonal and to bidiagonal form by way of a band, and the drivers that take it for large matrices.
 #include "lapack/kernel/source/eigen/two_stage.hpp"
+#include "lapack/kernel/source/singular/two_stage_values.hpp"
 #include "tests/support/hermitian.hpp"
 #include "tests/support/lapack.hpp"
+#include "tests/support/singular.hpp"
 #include <tuple>
 
 namespace {
@@ -77,11 +78,64 @@ TYPED_TEST(TwoStage, ReductionAndProductsWithQ) {
                 }
 }
 
-/// The smallest order for which two stages are taken, values by one driver and the lowest vectors by the other; values
-/// as of sytrd.
+/// Sweeps that follow each other on several threads, or on one thread in other groups, do the same arithmetic.
+TYPED_TEST(TwoStage, ChaseIsTheSameOnAnyTeam) {
+    using T = TypeParam;
+    const int n = 1040, b = 16;
+    const LapackMatrix<T> values = matrix_of<T>(MatrixKind::random, b + 1, n, 0, 4);
+    std::vector<std::vector<double>> results;
+    for (const int threads : {1, 2, 5}) {
+        const Team team(threads);
+        const nxl::BandReduction<T> reduction(n, b, false);
+        const nxl::Matrix<T> band = reduction.band();
+        for (int j = 0; j < n; ++j)
+            for (int i = j; i < std::min(n, j + b + 1); ++i)
+                band(i, j) = i == j ? T(std::real(values.at(0, j))) : values.at(i - j, j);
+        results.emplace_back(2 * size_t{n});
+        reduction.reduce(results.back().data(), results.back().data() + n);
+    }
+    EXPECT_TRUE(results[1] == results[0] && results[2] == results[0]);
+}
+
+/// Singular values as by gebrd and QR; one block and less, the last one narrow, tall matrices. The range of a column
+/// may end in denormal numbers.
+TYPED_TEST(TwoStage, SingularValuesOfTheBidiagonalForm) {
+    using T = TypeParam;
+    for (const double size : {1.0, 1e-170})
+        for (const auto& [b, orders] :
+             {Sizes{1, {1, 2, 9}}, Sizes{4, {1, 3, 4, 5, 8, 30}}, Sizes{20, {70}}, Sizes{32, {33, 96, 150}}})
+            for (const int n : orders)
+                for (const int m : {n, n + 3, 3 * n}) {
+                    SCOPED_TRACE(testing::Message() << m << " by " << n << " b " << b << " size " << size);
+                    LapackMatrix<T> a = matrix_of<T>(MatrixKind::random, m, n, 2, 5), u(m, n, 0), vt(n, n, 0);
+                    for (int i = 0; i < m && size != 1.0; ++i) a.at(i, n - 1) *= size; // squares below the range
+                    LapackMatrix<T> copy = a;
+                    const auto count = static_cast<size_t>(n);
+                    std::vector<double> d(count), e(count), expected(count), reals(count * 8);
+                    std::vector<T> work(count * 100 + 1000);
+                    const int lwork = static_cast<int>(work.size()), none = 0, one = 1;
+                    int info = -99;
+                    const auto qr = [&](auto... more) {
+                        Singular<T>::gesvd("S", "S", &m, &n, copy.data(), &copy.lda, expected.data(), u.data(), &u.lda,
+                                           vt.data(), &vt.lda, work.data(), &lwork, more..., &info, 1, 1);
+                    };
+                    if constexpr (is_complex<T>) qr(reals.data());
+                    else qr();
+                    ASSERT_EQ(info, 0);
+                    ASSERT_TRUE(nxl::bidiagonalise_in_two_stages<T>({a.data(), m, n, a.lda}, b, d.data(), e.data()));
+                    EXPECT_TRUE(a.slack_untouched());
+                    dbdsqr("U", &n, &none, &none, &none, d.data(), e.data(), reals.data(), &one, reals.data(), &one,
+                           reals.data(), &one, reals.data(), &info, 1);
+                    ASSERT_EQ(info, 0);
+                    for (size_t j = 0; j < count; ++j) EXPECT_NEAR(d[j], expected[j], 40.0 * eps * expected[0]);
+                }
+}
+
+/// The smallest order for which two stages are taken with vectors, values by one driver and the lowest vectors by the
+/// other; values as of sytrd.
 TYPED_TEST(TwoStage, DriversAgreeWithOneStage) {
     using T = TypeParam;
-    const int n = int{nxl::two_stage_order}, il = 1, few = 4, lwork = 70 * n, lreals = 24 * n, lintegers = 10 * n;
+    const int n = int{nxl::two_stage_order_for_vectors}, il = 1, few = 4, lwork = 70 * n, lreals = 24 * n, lintegers = 10 * n;
     const Team team(1);
     Hermitian<T> upper('U', n, 5), lower('L', n, 5);
     const auto size = static_cast<size_t>(n);

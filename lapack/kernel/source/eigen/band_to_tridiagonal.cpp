@@ -5,62 +5,50 @@
 //     C D      reflector, which chases what follows b rows further; the rest makes room for the bulge of the next
 //       C D    sweep.
 #include "lapack/kernel/source/eigen/band_to_tridiagonal.hpp"
-#include "lapack/kernel/source/eigen/two_sided.hpp"
 #include "lapack/kernel/source/orthogonal/reflector.hpp"
 #include "service/scalars.hpp"
 
 namespace nxl {
 namespace {
 
-/// Elements of a column of the band with its bulge: those with 0 <= i - j < 2 b, and one that parts columns.
-constexpr i64 band_height(i64 b) { return 2 * b + 1; }
-constexpr i64 vectors_of_work = 3; // of b elements
-
 template <class T> class Chase {
     const Matrix<T> a_;
     const ChasedReflectors<T>& shape_;
     const bool keeps_;
-    T *const work_, *const vector_;
+    const ChasedVectors<T> chased_;
 
-    /// Annihilates column `column` of rows beyond the first; the result is the reflector's tau, and v it.
-    T annihilate(const Slice& rows, i64 column) const {
-        T* const x = a_.at(rows.start, column);
-        const T tau = make_reflector(rows.count - 1, x[0], x + 1, 1);
-        vector_[0] = 1.0;
-        std::copy(x + 1, x + rows.count, vector_ + 1);
+    /// Annihilates column `sweep` beyond its off-diagonal.
+    void start(i64 sweep, const Slice& rows, i64 place) const {
+        T *const x = a_.at(rows.start, sweep), *const v = chased_.vector(place, 0);
+        chased_.tau(place, 0) = make_reflector(rows.count - 1, x[0], x + 1, 1);
+        v[0] = 1.0;
+        std::copy(x + 1, x + rows.count, v + 1);
         std::fill(x + 1, x + rows.count, T{});
-        return tau;
+        chased_.clear_rest(place, 0, rows.count);
     }
-    void keep(i64 sweep, i64 step, const Slice& rows, const T& tau) const {
-        if (!keeps_) return;
-        std::copy(vector_, vector_ + rows.count, shape_.vectors.at(rows.start, sweep));
+    void keep(i64 sweep, i64 step, const Slice& rows, const T* v, const T& tau) const {
+        std::copy(v, v + rows.count, shape_.vectors.at(rows.start, sweep));
         shape_.scalars(sweep, step)[0] = tau;
     }
 
   public:
-    /// `work`: vectors_of_work.
-    Chase(const Matrix<T>& band, const ChasedReflectors<T>& shape, bool keeps, T* work)
+    Chase(const Matrix<T>& band, const ChasedReflectors<T>& shape, bool keeps, const ChasedVectors<T>& chased)
         : a_(band),
           shape_(shape),
           keeps_(keeps),
-          work_(work),
-          vector_(work + 2 * shape.b) {}
+          chased_(chased) {}
 
-    void sweep(i64 j) const {
-        const i64 n = shape_.n;
-        Slice rows = shape_.rows(j, 0);
-        T tau = annihilate(rows, j);
-        for (i64 step = 0;; ++step) {
-            keep(j, step, rows, tau);
-            reflect_both_sides('L', a_.block(rows.start, rows.start, rows.count, rows.count), vector_, tau, work_);
-            const Slice next{rows.end(), std::min(shape_.b, n - rows.end())};
-            if (next.count == 0) return;
-            const Matrix<T> c = a_.block(next.start, rows.start, next.count, rows.count);
-            apply_reflector('R', vector_, 1, tau, c, work_);
-            tau = annihilate(next, rows.start);
-            apply_reflector('L', vector_, 1, conj_if<true>(tau), c.columns_from(1, rows.count - 1), work_);
-            rows = next;
-        }
+    void step(i64 sweep, i64 k, i64 place) const {
+        const Slice rows = shape_.rows(sweep, k), below = shape_.rows(sweep, k + 1);
+        if (k == 0) start(sweep, rows, place);
+        const T *const v = chased_.vector(place, k), &tau = chased_.tau(place, k);
+        if (keeps_) keep(sweep, k, rows, v, tau);
+        slot_of<T, &KernelTable::dchase_diagonal, &KernelTable::zchase_diagonal>()(
+            rows.count, a_.at(rows.start, rows.start), a_.ld, v, tau, chased_.work());
+        if (below.count == 0) return;
+        slot_of<T, &KernelTable::dchase_column, &KernelTable::zchase_column>()(
+            below.count, rows.count, a_.at(below.start, rows.start), a_.ld, v, tau, chased_.vector(place, k + 1),
+            chased_.tau(place, k + 1), chased_.work());
     }
 };
 
@@ -71,17 +59,21 @@ BandReduction<T>::BandReduction(i64 n, i64 b, bool keeps)
     : n_(n),
       b_(b),
       keeps_(keeps),
-      band_(n * band_height(b) + vectors_of_work * b),
+      pipeline_(n, b),
+      band_(n * height()),
+      chased_(pipeline_.threads() * ChasedVectors<T>::room(b)),
       vectors_(keeps ? n * n : 0),
       tau_(keeps ? n * (n / b + 1) : 0) {
-    if (band_.data()) std::fill(band_.data(), band_.data() + n * band_height(b), T{});
+    if (band_.data()) std::fill(band_.data(), band_.data() + n * height(), T{});
 }
 
 template <class T> void BandReduction<T>::reduce(double* d, double* e) const {
     const Matrix<T> a = band();
     const ChasedReflectors<T> shape = kept();
-    const Chase<T> chase(a, shape, keeps_, band_.data() + n_ * band_height(b_));
-    for (i64 j = 0; j + 1 < n_; ++j) chase.sweep(j);
+    pipeline_.run([&](int thread, i64 sweep, i64 k, i64 place) {
+        const ChasedVectors<T> chased(b_, chased_.data() + thread * ChasedVectors<T>::room(b_));
+        Chase<T>(a, shape, keeps_, chased).step(sweep, k, place);
+    });
     for (i64 j = 0; j < n_; ++j) {
         d[j] = real_part(a(j, j));
         if (j + 1 < n_) e[j] = real_part(a(j + 1, j));

@@ -96,15 +96,19 @@ template <class T> class Blocks {
         }
     }
 
-    /// What remains, from both sides; x becomes Y.
+    /// What remains, from both sides, by one product of [V Y] and [Y V]^H. x becomes Y; v follows it in memory, and as
+    /// many columns again are free.
     void update(const Matrix<T>& rest, const Matrix<T>& v, const Matrix<T>& t, const Matrix<T>& x, const Matrix<T>& s,
                 T* parts) const {
+        const i64 rows = rest.rows, pair = 2 * v.columns;
         multiply(uplo_, rest, v, x, std::min(strips_of(rest.rows), strips_), parts);
         trmm('R', 'U', 'N', 'N', 1.0, t, x);
         gemm('C', 'N', 1.0, v, x, 0.0, s);
         trmm('L', 'U', 'C', 'N', -0.5, t, s);
         gemm('N', 'N', 1.0, v, s, 1.0, x);
-        her2k(uplo_, 'N', -1.0, v, x, 1.0, rest);
+        std::copy_n(x.data, rows * x.columns, v.data + rows * v.columns);
+        gemmt(uplo_, 'N', is_complex_scalar<T> ? 'C' : 'T', -1.0, {v.data, rows, pair, rows},
+              {x.data, rows, pair, rows}, 1.0, rest);
     }
 
   public:
@@ -116,19 +120,19 @@ template <class T> class Blocks {
           tau_(tau),
           strips_(strips_of(a.rows)) {}
 
-    i64 room() const { return b_ * ((2 + strips_) * std::max(a_.rows - b_, i64{0}) + 2 * b_); }
+    i64 room() const { return b_ * ((3 + strips_) * std::max(a_.rows - b_, i64{0}) + 2 * b_); }
     /// `memory`: room()
     void reduce(T* memory) const {
         Sections<T> sections(memory);
         const i64 n = a_.rows, tallest = std::max(n - b_, i64{0});
-        T *const vectors = sections.take(tallest * b_), *const products = sections.take(tallest * b_);
+        T* const panels = sections.take(3 * tallest * b_);
         T *const factor_of_v = sections.take(b_ * b_), *const square = sections.take(b_ * b_);
         T* const parts = sections.take(strips_ * tallest * b_);
         for (i64 j = 0; j < n; j += b_) {
             const i64 rows = std::max(n - j - b_, i64{0}), k = std::min(rows, b_);
             copy_diagonal_block(j, std::min(b_, n - j));
             if (rows == 0) return;
-            const Matrix<T> v{vectors, rows, b_, rows}, x{products, rows, k, rows};
+            const Matrix<T> v{panels + rows * b_, rows, b_, rows}, x{v.data - rows * k, rows, k, rows};
             const Matrix<T> t{factor_of_v, k, k, b_}, s{square, k, k, b_};
             factor(j, v, t, {square, k, b_ - k, b_});
             update(a_.from(j + b_, j + b_), v.columns_from(0, k), t, x, s, parts);

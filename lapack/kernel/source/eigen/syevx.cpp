@@ -26,9 +26,9 @@ template <class T> double bring_into_range(char uplo, const Matrix<T>& a) {
 
 /// How a full matrix is best reduced. How many vectors there are in a range of values is not known beforehand.
 bool takes_two_stages(const PairSelection& wanted) {
-    if (wanted.n < two_stage_order) return false;
-    if (!wanted.vectors()) return true;
-    return wanted.range == 'I' && two_stage_share * (wanted.iu - wanted.il + 1) <= wanted.n;
+    if (!wanted.vectors()) return wanted.n >= two_stage_order;
+    return wanted.n >= two_stage_order_for_vectors && wanted.range == 'I' &&
+           two_stage_share * (wanted.iu - wanted.il + 1) <= wanted.n;
 }
 
 template <class T>

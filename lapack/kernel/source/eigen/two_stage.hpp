@@ -10,12 +10,13 @@ namespace nxl {
 /// Diagonals beside the main one of the band in between. With fewer, products are slower; with more, bulges are longer.
 inline constexpr i64 two_stage_width = 32;
 
-/// The order from which values alone are found sooner this way. On one thread of a Xeon with 512-bit registers it takes
-/// 1.1 of the time of the other way for n = 700, 0.75 for 1000, 0.6 for 2000.
-inline constexpr i64 two_stage_order = 800;
-/// Each vector is multiplied twice: with a tenth of all vectors it is 0.95 of the time for n = 1000, 0.9 for 2000, with
-/// a quarter of them it is 1.15. So one in so many is the most.
-inline constexpr i64 two_stage_share = 8;
+/// The order from which values alone are found sooner this way. On one thread of a Xeon with 512-bit registers the
+/// reduction takes as long as the other way for n = 500, 0.9 of that for 700, 0.6 for 1000, 0.5 for 2000.
+inline constexpr i64 two_stage_order = 600;
+/// The same with vectors, of which each is multiplied twice, and one in how many is the most: reduction and products of
+/// a tenth of them take 1.1 of the other way's time for n = 700, 0.75 for 1000, 0.65 for 2000; of a quarter, 1.0 for
+/// 1000.
+inline constexpr i64 two_stage_order_for_vectors = 900, two_stage_share = 6;
 
 /// A = Q T Q^H of a symmetric or Hermitian matrix of which triangle `uplo` is stored. With `keeps` that keeps a part of
 /// Q, otherwise it is destroyed.

@@ -5,6 +5,7 @@
 #include "lapack/kernel/source/orthogonal/form_q.hpp"
 #include "lapack/kernel/source/orthogonal/geqrf.hpp"
 #include "lapack/kernel/source/singular/gebrd.hpp"
+#include "lapack/kernel/source/singular/two_stage_values.hpp"
 #include "lapack/kernel/source/singular/unit_columns.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
 
@@ -17,7 +18,7 @@ BidiagonalForm<T>::BidiagonalForm(const Matrix<T>& a)
       memory_(3 * a.columns + (by_triangle_ ? a.columns * a.columns : 0)),
       values_(2 * a.columns) {}
 
-template <class T> bool BidiagonalForm<T>::reduce() const {
+template <class T> bool BidiagonalForm<T>::reduce(bool values_alone) const {
     if (!memory_.data() || !values_.data()) return false;
     if (by_triangle_) {
         if (!factor_qr(a_, tau())) return false;
@@ -27,6 +28,8 @@ template <class T> bool BidiagonalForm<T>::reduce() const {
             std::fill_n(r.at(j, j) + 1, n() - j - 1, T{});
         }
     }
+    if (values_alone && n() >= two_stage_values_order<T>)
+        return bidiagonalise_in_two_stages(reduced(), bidiagonal_band_width, d(), e());
     return bidiagonalise(reduced(), d(), e(), tauq(), taup());
 }
 

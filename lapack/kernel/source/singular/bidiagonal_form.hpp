@@ -27,8 +27,8 @@ template <class T> class BidiagonalForm {
     /// A view that is kept: the reflectors take the place of the matrix.
     explicit BidiagonalForm(const Matrix<T>& a);
 
-    /// Everything here is false when there was no memory.
-    bool reduce() const;
+    /// Everything here is false when there was no memory. With `values_alone` Q and P may not come of it.
+    bool reduce(bool values_alone = false) const;
     /// B, upper: its diagonal, and its superdiagonal behind.
     double* d() const { return values_.data(); }
     double* e() const { return values_.data() + n(); }

@@ -57,8 +57,8 @@ template <class T> struct TallDecomposition {
         for (i64 j = 0; j < n() && scale != 1.0; ++j)
             for (i64 i = 0; i < a.rows; ++i) a(i, j) *= scale;
         const BidiagonalForm<T> form(a);
-        if (!form.reduce()) return -1;
         const bool values_alone = left.columns == 0 && right.columns == 0;
+        if (!form.reduce(values_alone)) return -1;
         i64 failed = 0;
         if (values_alone) failed = bidiagonal_values('U', n(), form.d(), form.e());
         else failed = by == DiagonalBy::qr ? by_qr(form) : by_division(form);
