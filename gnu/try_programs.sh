@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# try_programs.sh BUILD_DIR [python] [octave] [r] [scalapack]: runs the linear algebra tests of programs that know
+# try_programs.sh BUILD_DIR [python] [octave] [r] [scalapack] [mumps]: runs the linear algebra tests of programs that know
 # nothing of this library, as they are and with libnxl_gnu.so preloaded, and compares what fails. Behind stands Debian's
 # reference BLAS and LAPACK. Outputs, and the calls that reached libnxl.so, stay in BUILD_DIR/programs.
 set -euo pipefail
 build=$(readlink -f "$1")
 shift
-[[ $# -gt 0 ]] || set -- python octave r scalapack
+[[ $# -gt 0 ]] || set -- python octave r scalapack mumps
 here=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
 out=$build/programs
 multiarch=/usr/lib/x86_64-linux-gnu
@@ -71,6 +71,14 @@ scalapack() {
     row scalapack "ScaLAPACK, two processes" "$(residuals plain)" "$(residuals nxl)"
     grep -q "pdsyev" "$out/scalapack.nxl" || failures=$((failures + 1))
 }
+mumps() {
+    local program=$out/poisson3d
+    mpicc -O2 "$here/../examples/mumps/poisson3d.c" -o "$program" -ldmumps -lmumps_common -lm
+    twice mumps env OMP_NUM_THREADS=1 mpirun --allow-run-as-root --oversubscribe -np 2 "$program" 40
+    row mumps "MUMPS, two processes" "$(solution plain)" "$(solution nxl)"
+    grep -q "^dmumps" "$out/mumps.nxl" || failures=$((failures + 1))
+}
+solution() { sed -n 's/^dmumps.* \([0-9.]*\)$/dmumps \1/p' "$out/mumps.$1"; }
 residuals() { sed -n 's/^\(pd[a-z]*\),.* \([0-9.]*\)$/\1 \2/p' "$out/scalapack.$1" | xargs; }
 
 printf '%-25s %-27s %-27s %s\n' program plain preloaded "reached the library"

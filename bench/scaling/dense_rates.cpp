@@ -35,8 +35,8 @@ class Columns {
 /// The fastest of several calls, each on what prepare() leaves; on the clock of this thread, so that the time of other
 /// programs does not count.
 template <class Prepare, class Body> double fastest_after(const Prepare& prepare, const Body& body) {
-    constexpr double enough = 0.04;
-    constexpr int least = 3, most = 200;
+    constexpr double enough = 0.02;
+    constexpr int least = 3, most = 50;
     double best = HUGE_VAL, spent = 0.0;
     for (int call = 0; call < least || (call < most && spent < enough); ++call) {
         prepare();

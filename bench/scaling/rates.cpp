@@ -10,13 +10,15 @@
 namespace nxl::bench {
 namespace {
 
-/// Seconds of one call of body(), the fastest of several batches: what disturbs makes them longer.
-template <class Body> double fastest(int batches, int calls, const Body& body) {
-    double best = HUGE_VAL;
-    for (int batch = 0; batch < batches; ++batch) {
-        const double start = wall_seconds();
+/// Seconds of one call of body(), the fastest of the batches for which there is time: what disturbs makes them longer.
+template <class Body> double fastest(int calls, const Body& body) {
+    constexpr double enough = 0.05;
+    double best = HUGE_VAL, start = wall_seconds();
+    for (const double first = start; best == HUGE_VAL || start - first < enough;) {
         for (int call = 0; call < calls; ++call) body();
-        best = std::min(best, (wall_seconds() - start) / calls);
+        const double end = wall_seconds();
+        best = std::min(best, (end - start) / calls);
+        start = end;
     }
     return best;
 }
@@ -30,9 +32,10 @@ void pass_lock() {
 /// A word goes from core to core and back: seconds for both ways. Threads that have no core each take longer, and do
 /// not count.
 double round_trip() {
-    constexpr int trips = 2000;
+    constexpr int trips = 100;
+    constexpr double enough = 0.2;
     double best = HUGE_VAL;
-    for (int batch = 0; batch < 25; ++batch) {
+    for (const double first = wall_seconds(); wall_seconds() - first < enough;) {
         std::atomic<int> word{0};
         double seconds = HUGE_VAL;
 #pragma omp parallel num_threads(2)
@@ -48,7 +51,7 @@ double round_trip() {
         }
         best = std::min(best, seconds);
     }
-    return best;
+    return best == HUGE_VAL ? 0.0 : best; // where there is one thread, a lock never comes from another
 }
 
 } // namespace
@@ -100,12 +103,12 @@ double RateGrid::per_operation(const Shape& shape) const {
 
 SyncTimes measured_sync_times() {
     SyncTimes times;
-    times.lock = fastest(9, 20000, pass_lock);
+    times.lock = fastest(2000, pass_lock);
     times.contended_lock = times.lock + round_trip(); // the lock comes, and what it guards
-    times.pause = fastest(9, 10000, [] { _mm_pause(); });
-    times.yield = fastest(9, 10000, [] { sched_yield(); });
+    times.pause = fastest(1000, [] { _mm_pause(); });
+    times.yield = fastest(1000, [] { sched_yield(); });
     std::atomic<int> sum{0};
-    times.fork = fastest(9, 1000, [&sum] {
+    times.fork = fastest(20, [&sum] {
 #pragma omp parallel num_threads(2)
         sum.fetch_add(1, std::memory_order_relaxed);
     });
@@ -113,7 +116,7 @@ SyncTimes measured_sync_times() {
 }
 
 DecisionClock measured_decisions() {
-    const double empty = fastest(9, 1000, [] { wall_seconds(); });
+    const double empty = fastest(1000, [] { wall_seconds(); });
     return [empty](const std::function<void()>& decision) {
         constexpr double longest = 20e-6;
         const double start = wall_seconds();

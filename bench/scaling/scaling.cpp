@@ -144,11 +144,11 @@ std::vector<double> clocks_of(int threads) {
 /// What the busiest of so many threads has had of its processor, in the fastest of several runs: other programs count
 /// little, and where each thread has a processor it is the time of the run.
 double run_on(int threads, const Subject& subject) {
-    constexpr double enough = 3.0;
+    constexpr double enough = 1.0;
     NXL_Set_Num_Threads(threads);
     double best = HUGE_VAL;
     const double start = wall_seconds();
-    for (int round = 0; round < 3 || (round < 200 && wall_seconds() - start < enough); ++round) {
+    for (int round = 0; round < 3 || (round < 50 && wall_seconds() - start < enough); ++round) {
         subject.prepare();
         const std::vector<double> before = clocks_of(threads);
         subject.run();
