@@ -1,7 +1,7 @@
 // The matching of largest product: against all permutations where there are few, and by the optimality of its scaling,
 // every entry at most 1 and 1 where it is matched, where there are many.
-#include "solvers_ds/kernel/default/pardiso/matching.hpp"
-#include "tests/support/sparse_problems.hpp"
+#include "tests/solvers_ds/graphs.hpp"
+#include "tests/solvers_ds/matching_calls.hpp"
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -12,46 +12,9 @@
 namespace {
 
 using namespace nxl::pardiso;
+using nxl_test::match;
+using nxl_test::Matching;
 using nxl_test::SparseProblem;
-
-struct Matching {
-    i32 code = 0, matched = 0;
-    std::vector<i32> row_of_column;
-    std::vector<double> row_scale, column_scale;
-};
-
-/// As the driver calls the stage; the caller's arrays have to be as before.
-Matching match(SparseProblem problem, bool scale = true, i32 mode = 1) {
-    const auto n = static_cast<std::size_t>(problem.n), all = 2 * problem.ja.size();
-    Matching result = {.row_of_column = std::vector<i32>(n),
-                       .row_scale = std::vector<double>(n),
-                       .column_scale = std::vector<double>(n)};
-    std::vector<i32> integers(6 * n + 20 + all);
-    std::vector<double> reals(2 * n + all);
-    const auto ia = problem.ia, ja = problem.ja;
-    result.code = match_and_scale({.n = problem.n,
-                                   .ia = problem.ia.data(),
-                                   .ja = problem.ja.data(),
-                                   .a = problem.a.data(),
-                                   .symmetric = problem.upper(),
-                                   .scale = scale,
-                                   .mode = mode,
-                                   .work = {.integers = integers.data(), .reals = reals.data()},
-                                   .row_of_column = result.row_of_column.data(),
-                                   .row_scale = result.row_scale.data(),
-                                   .column_scale = result.column_scale.data()},
-                                  result.matched);
-    EXPECT_EQ(problem.ia, ia);
-    EXPECT_EQ(problem.ja, ja);
-    return result;
-}
-
-bool is_permutation_from_1(std::vector<i32> p) {
-    std::ranges::sort(p);
-    for (std::size_t i = 0; i < p.size(); ++i)
-        if (p[i] != static_cast<i32>(i) + 1) return false;
-    return true;
-}
 
 /// An unsymmetric matrix whose moduli span many orders of magnitude, about `per_row` entries in a row, some of them 0.
 SparseProblem random_problem(int n, int per_row, unsigned seed) {
@@ -126,7 +89,7 @@ double expect_optimal(const SparseProblem& problem, const Matching& matching) {
         }
     if (!problem.upper()) EXPECT_EQ(met, problem.n);
     EXPECT_LE(largest, 1.0 + 1e-10);
-    EXPECT_TRUE(is_permutation_from_1(matching.row_of_column));
+    EXPECT_TRUE(nxl_test::is_permutation_from(1, matching.row_of_column));
     return sum;
 }
 
@@ -142,7 +105,7 @@ TEST(Matching, HasTheLargestProductOfAllPermutations) {
                           ? kEmptyGraph
                           : kImperfectMatching);
             EXPECT_LT(matching.matched, problem.n);
-            EXPECT_TRUE(is_permutation_from_1(matching.row_of_column));
+            EXPECT_TRUE(nxl_test::is_permutation_from(1, matching.row_of_column));
             continue;
         }
         ++perfect;

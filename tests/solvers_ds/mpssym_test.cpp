@@ -1,8 +1,8 @@
 // Ordering by pairs: where the rows of each cycle go, and which of them are pivots of their own.
 #include "service/memory.hpp"
-#include "solvers_ds/kernel/default/pardiso/matching.hpp"
 #include "solvers_ds/kernel/default/pardiso/mpssym.hpp"
 #include "tests/solvers_ds/graphs.hpp"
+#include "tests/solvers_ds/matching_calls.hpp"
 #include "tests/support/host_allocator.hpp"
 #include "tests/support/sparse_problems.hpp"
 #include <gtest/gtest.h>
@@ -94,31 +94,10 @@ TEST(Mpssym, PairsTheRowsOfEachCycle) {
         }
 }
 
-/// The rows that a matching gives the columns, counted from 1.
-i32 match(SparseProblem problem, std::vector<i32>& row_of_column) {
-    const std::size_t n = at(problem.n), all = 2 * problem.ja.size();
-    std::vector<i32> integers(6 * n + 20 + all);
-    std::vector<double> reals(2 * n + all), scale(2 * n);
-    row_of_column.resize(n);
-    i32 count = 0;
-    return match_and_scale({.n = problem.n,
-                            .ia = problem.ia.data(),
-                            .ja = problem.ja.data(),
-                            .a = problem.a.data(),
-                            .symmetric = true,
-                            .scale = true,
-                            .mode = 1,
-                            .work = {.integers = integers.data(), .reals = reals.data()},
-                            .row_of_column = row_of_column.data(),
-                            .row_scale = scale.data(),
-                            .column_scale = scale.data() + n},
-                           count);
-}
-
 TEST(Mpssym, KeepsPairsTogetherInEveryOrder) {
     const SparseProblem problem = nxl_test::saddle(14);
-    std::vector<i32> row_of_column;
-    ASSERT_EQ(match(problem, row_of_column), 0);
+    const auto [code, matched, row_of_column, row_scale, column_scale] = nxl_test::match(problem);
+    ASSERT_EQ(code, 0);
     for (const i32 method : {0, 1, 2})
         for (const i32 parts : {1, 4}) {
             Paired paired = order(problem, row_of_column, method, parts);
@@ -140,7 +119,7 @@ TEST(Mpssym, KeepsPairsTogetherInEveryOrder) {
 
 TEST(Mpssym, EndsCleanlyWithoutMemory) {
     const SparseProblem problem = nxl_test::saddle(6);
-    std::vector<i32> row_of_column;
+    const auto row_of_column = nxl_test::match(problem).row_of_column;
     const auto refused = [](const auto& stage) { // how often, when each allocation in turn fails
         const long first = nxl_test::allocations();
         EXPECT_EQ(stage(), 0);
@@ -159,7 +138,7 @@ TEST(Mpssym, EndsCleanlyWithoutMemory) {
         }
         return refusals;
     };
-    EXPECT_GE(refused([&] { return match(problem, row_of_column); }), 4);
+    EXPECT_GE(refused([&] { return nxl_test::match(problem).code; }), 4);
     for (const i32 method : {0, 1, 2})
         EXPECT_GE(refused([&] { return order(problem, row_of_column, method, 2).code; }), 20);
 }
