@@ -3,6 +3,7 @@
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level3/gemm_forms.hpp"
 #include "blas/kernels/level3/packing_tile.hpp"
+#include "blas/kernels/level3/wide_blocks.hpp"
 #if NXL_TARGET_BITS == 512
 #include "blas/kernels/level3/direct_product.hpp"
 #endif
@@ -65,10 +66,11 @@ template <class T> void large_or_small_form(const GeneralProduct<T>& g, bool lar
 
 } // namespace
 
-/// The blocks of each class are gemm_blocks.hpp's. Those of complex products have as many bytes and so half of the
-/// rows; class 2 has rules of its own for them.
+/// The blocks of each class are gemm_blocks.hpp's, but for the widest registers. Those of complex products have as many
+/// bytes and so half of the rows; class 2 has rules of its own for them.
 template <class T> Plan plan_for(i64 m, i64 n, i64 k) {
     constexpr i64 numbers = kParts<T>;
+    if constexpr (kWidest == 8) return {wide_blocks(n, k, numbers), true, false};
     if constexpr (kClass == CpuClass::def) return {gemm_blocks_def(m, n, k, numbers), true, true};
     if constexpr (kClass == CpuClass::p4n) return {gemm_blocks_p4n(m, n, k, numbers), true, true};
     if constexpr (kClass == CpuClass::mc3) {

@@ -1,6 +1,7 @@
 // The recursion, and the narrow panels in which it ends.
 #include "lapack/kernel/source/orthogonal/panel.hpp"
 #include "blas/calls.hpp"
+#include "lapack/kernel/source/common/vector_product.hpp"
 #include "lapack/kernel/source/orthogonal/block_reflector.hpp"
 #include "lapack/kernel/source/orthogonal/reflector.hpp"
 #include "service/scalars.hpp"
@@ -12,15 +13,6 @@ namespace {
 
 /// Columns up to which a panel is worked on column by column.
 template <class T> constexpr i64 narrow = is_complex_scalar<T> ? 8 : 16;
-
-/// Inner products of unscaled columns stay exact within these squares of norms: neither do they leave the range, nor
-/// does a product with a much smaller column fall out of it.
-bool is_moderate(double square) { return square > 0x1p-200 && square < 0x1p200; }
-template <class T> bool all_finite(i64 n, const T* x) {
-    double sum = 0.0;
-    for (i64 i = 0; i < n; ++i) sum += abs1(x[i]);
-    return std::isfinite(sum);
-}
 
 /// One column of a narrow panel, j, and what it does to the others. One product with all columns of the panel gives
 /// the norm of what is to be eliminated, the inner products with the vectors before it, which T is made of, and those
@@ -38,20 +30,19 @@ template <class T> class NarrowPanel {
     void multiply(i64 j) {
         std::fill_n(products_, a_.columns, T{});
         if (below(j) == 0) return;
-        slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()('C', below(j), a_.columns, T(1.0), a_.at(j + 1, 0),
-                                                               a_.ld, tail(j), 1, T(0.0), products_, 1);
+        vector_product<T>('C', 1.0, a_.rows_from(j + 1, below(j)), tail(j), 0.0, products_);
     }
 
     /// Column j becomes beta and, times the scale, v; products are those with v.
     void eliminate(i64 j) {
         T& alpha = a_(j, j);
-        const double square = real_part(products_[j]);
-        if (!is_moderate(square) || std::fabs(abs1(alpha)) > 0x1p100 || !all_finite(a_.columns, products_)) {
+        const double norm = std::sqrt(real_part(products_[j]));
+        if (!may_scale_later(alpha, norm, a_.columns, products_)) {
             tau_[j] = make_reflector(below(j), alpha, tail(j), 1);
             scale_ = 1.0;
             return multiply(j);
         }
-        const ReflectorScalars<T> reflector = reflector_scalars(alpha, std::sqrt(square));
+        const ReflectorScalars<T> reflector = reflector_scalars(alpha, norm);
         tau_[j] = reflector.tau;
         scale_ = reflector.scale;
         for (i64 c = 0; c < a_.columns; ++c) products_[c] *= reflector.scale;

@@ -37,6 +37,13 @@ template <class T> ReflectorScalars<T> reflector_scalars(T& alpha, double norm_o
     return result;
 }
 
+template <class T> bool may_scale_later(const T& alpha, double norm_of_x, i64 n, const T* products) {
+    if (!(norm_of_x > 0x1p-100 && norm_of_x < 0x1p100) || abs1(alpha) > 0x1p100) return false;
+    double sum = 0.0;
+    for (i64 i = 0; i < n; ++i) sum += abs1(products[i]);
+    return std::isfinite(sum);
+}
+
 template <class T> T make_reflector(i64 n, T& alpha, T* x, i64 incx) {
     double norm = n > 0 ? nrm2(n, x, incx) : 0.0;
     if (norm == 0.0 && !has_imaginary_part(alpha)) return {};
@@ -67,9 +74,11 @@ void apply_reflector(char side, const T* w, i64 incw, const T& factor, const Mat
 }
 
 template ReflectorScalars<double> reflector_scalars(double&, double);
+template bool may_scale_later(const double&, double, i64, const double*);
 template double make_reflector(i64, double&, double*, i64);
 template void apply_reflector(char, const double*, i64, const double&, const Matrix<double>&, double*);
 template ReflectorScalars<zcomplex> reflector_scalars(zcomplex&, double);
+template bool may_scale_later(const zcomplex&, double, i64, const zcomplex*);
 template zcomplex make_reflector(i64, zcomplex&, zcomplex*, i64);
 template void apply_reflector(char, const zcomplex*, i64, const zcomplex&, const Matrix<zcomplex>&, zcomplex*);
 

@@ -17,6 +17,10 @@ template <class T> struct ReflectorScalars {
 };
 template <class T> ReflectorScalars<T> reflector_scalars(T& alpha, double norm_of_x);
 
+/// Whether that may be done with inner products of x, before it is scaled, in place of those of v: neither they nor the
+/// square of its norm leave the range, nor does a product with a much smaller vector fall out of it.
+template <class T> bool may_scale_later(const T& alpha, double norm_of_x, i64 n, const T* products);
+
 /// C := C - factor w w^H C (side L) or C - C factor w w^H (R), where w = (1; v), all its elements in memory, `incw` > 0
 /// apart: H C for factor = tau, H^H C for its conjugate. `work`: as many elements as C has columns (L) or rows (R).
 template <class T>

@@ -4,29 +4,13 @@
 // Fulton, Hammarling and Marmol, ACM Trans. Math. Software 34 (2008).
 #include "lapack/kernel/source/singular/bidiagonal_panel.hpp"
 #include "blas/calls.hpp"
+#include "lapack/kernel/source/common/vector_product.hpp"
 #include "lapack/kernel/source/orthogonal/reflector.hpp"
 #include "service/scalars.hpp"
 #include "service/slice.hpp"
-#include <cmath>
 
 namespace nxl {
 namespace {
-
-/// y := alpha op(A) x + beta y on this thread.
-template <class T>
-void multiply(char op, double alpha, const Operand<T>& a, const T* x, double beta, T* y) {
-    if (a.rows == 0 || a.columns == 0) return;
-    slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()(op, a.rows, a.columns, T(alpha), a.data, a.ld, x, 1, T(beta),
-                                                           y, 1);
-}
-
-/// Inner products of the unscaled row are exact within these norms.
-bool is_moderate(double norm) { return norm > 0x1p-200 && norm < 0x1p200; }
-template <class T> bool all_finite(i64 n, const T* x) {
-    double sum = 0.0;
-    for (i64 i = 0; i < n; ++i) sum += abs1(x[i]);
-    return std::isfinite(sum);
-}
 
 /// Step i of a panel, after i columns and rows: the partners so far make the matrix A - left right^H in their first 2i
 /// columns. Column 2i of `left` is the vector v of the column's reflector, with y in `right`; column 2i + 1 of `right`
@@ -50,12 +34,12 @@ template <class T> class PanelStep {
         for (i64 j = mine.start; j < mine.end(); j += width) {
             const i64 count = std::min(width, mine.end() - j);
             T *const y = right_.at(j, done_), *const row = right_.at(j, done_ + 1);
-            multiply('C', 1.0, a_.block(i_, j, a_.rows - i_, count), v(), 0.0, y);
-            multiply('N', -1.0, right_.block(j, 0, count, done_), products_, 1.0, y);
+            vector_product<T>('C', 1.0, a_.block(i_, j, a_.rows - i_, count), v(), 0.0, y);
+            vector_product<T>('N', -1.0, right_.block(j, 0, count, done_), products_, 1.0, y);
             scal(count, tauq, y, 1);
             for (i64 k = 0; k < count; ++k) row[k] = conj_if<true>(a_(i_, j + k));
-            multiply('N', -1.0, right_.block(j, 0, count, done_ + 1), row_, 1.0, row);
-            multiply('N', 1.0, a_.block(next_, j, rows(), count), row, 1.0, sums);
+            vector_product<T>('N', -1.0, right_.block(j, 0, count, done_ + 1), row_, 1.0, row);
+            vector_product<T>('N', 1.0, a_.block(next_, j, rows(), count), row, 1.0, sums);
         }
     }
 
@@ -78,7 +62,7 @@ template <class T> class PanelStep {
     /// u := the vector of the reflector of a row, x := A u.
     void reflect_row() {
         const double norm = columns() > 1 ? nrm2(columns() - 1, u() + 1, 1) : 0.0;
-        if (is_moderate(norm) && abs1(*u()) < 0x1p200 && all_finite(rows(), x())) {
+        if (may_scale_later(*u(), norm, rows(), x())) {
             const ReflectorScalars<T> reflector = reflector_scalars(*u(), norm);
             taup = reflector.tau;
             axpy(rows(), -*u(), a_.at(next_, next_), 1, x(), 1);
@@ -90,7 +74,7 @@ template <class T> class PanelStep {
             taup = make_reflector(columns() - 1, *u(), u() + 1, 1);
             e = real_part(*u());
             *u() = 1.0;
-            multiply('N', 1.0, a_.from(next_, next_), u(), 0.0, x());
+            vector_product<T>('N', 1.0, a_.from(next_, next_), u(), 0.0, x());
         }
     }
 
@@ -111,19 +95,19 @@ template <class T> class PanelStep {
     void eliminate_column() {
         T* const column = a_.at(i_, i_);
         for (i64 k = 0; k < done_; ++k) row_[k] = conj_if<true>(right_(i_, k));
-        multiply('N', -1.0, left_.block(i_, 0, a_.rows - i_, done_), row_, 1.0, column);
+        vector_product<T>('N', -1.0, left_.block(i_, 0, a_.rows - i_, done_), row_, 1.0, column);
         tauq = make_reflector(rows(), *column, column + 1, 1);
         d = real_part(*column);
         std::copy_n(column, a_.rows - i_, v());
         *v() = 1.0;
     }
     void eliminate_row() {
-        multiply('C', 1.0, left_.block(i_, 0, a_.rows - i_, done_), v(), 0.0, products_);
+        vector_product<T>('C', 1.0, left_.block(i_, 0, a_.rows - i_, done_), v(), 0.0, products_);
         for (i64 k = 0; k <= done_; ++k) row_[k] = conj_if<true>(left_(i_, k));
         pass_over_all();
         reflect_row();
-        multiply('C', 1.0, right_.block(next_, 0, columns(), done_ + 1), u(), 0.0, products_);
-        multiply('N', -1.0, left_.block(next_, 0, rows(), done_ + 1), products_, 1.0, x());
+        vector_product<T>('C', 1.0, right_.block(next_, 0, columns(), done_ + 1), u(), 0.0, products_);
+        vector_product<T>('N', -1.0, left_.block(next_, 0, rows(), done_ + 1), products_, 1.0, x());
         scal(rows(), taup, x(), 1);
         for (i64 k = 1; k < columns(); ++k) a_(i_, next_ + k) = conj_if<true>(u()[k]);
         a_(i_, next_) = e;
