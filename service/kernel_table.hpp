@@ -35,8 +35,8 @@ using TbsvKernel = void (*)(const char& uplo, const char& trans, const char& dia
 /// `scale`; of the columns after it v f^T is taken off; and `product`, of all columns, grows by their inner products
 /// with the one that comes after v then, conjugates of the columns being multiplied.
 template <class T>
-using ReflectKernel = void (*)(const i64& m, const i64& before, const i64& after, const T& scale, const T* f, T* a,
-                               const i64& lda, T* product);
+using ReflectPanelKernel = void (*)(const i64& m, const i64& before, const i64& after, const T& scale, const T* f, T* a,
+                                    const i64& lda, T* product);
 
 template <class T>
 using GemmKernel = void (*)(const char& transa, const char& transb, const i64& m, const i64& n, const i64& k,
@@ -220,8 +220,8 @@ struct KernelTable {
     GetrfLeafKernel<zcomplex> zgetrf_leaf;
     GetrfUpdateKernel<double> dgetrf_update;
     GetrfUpdateKernel<zcomplex> zgetrf_update;
-    ReflectKernel<double> dreflect;
-    ReflectKernel<zcomplex> zreflect;
+    ReflectPanelKernel<double> dreflect_panel;
+    ReflectPanelKernel<zcomplex> zreflect_panel;
     Potf2Kernel<double> xdpotf2_u;
     Potf2Kernel<double> xdpotf2_l;
     Potf2Kernel<zcomplex> xzpotf2_u;

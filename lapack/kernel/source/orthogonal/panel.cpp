@@ -72,8 +72,8 @@ template <class T> class NarrowPanel {
         a_(next, j) *= scale_; // this row is none of what the next column's reflector eliminates
         for (i64 c = next; c < a_.columns; ++c) a_(next, c) -= a_(next, j) * factors[c - next];
         std::fill_n(products_, a_.columns, T{});
-        slot_of<T, &KernelTable::dreflect, &KernelTable::zreflect>()(below(next), j, after, scale_, factors,
-                                                                     a_.at(next + 1, 0), a_.ld, products_);
+        slot_of<T, &KernelTable::dreflect_panel, &KernelTable::zreflect_panel>()(below(next), j, after, scale_, factors,
+                                                                                 a_.at(next + 1, 0), a_.ld, products_);
     }
 
   public:

@@ -1,4 +1,5 @@
-// dreflect, zreflect: one reflector of a narrow panel, with the inner products that the next one is made of.
+// dreflect_panel, zreflect_panel: one reflector of a narrow panel, with the inner products that the next one is made
+// of.
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level2/products.hpp"
 #include "blas/kernels/level2/rows.hpp"
@@ -75,13 +76,13 @@ void reflect(i64 m, i64 before, i64 after, T scale, const T* factor, T* a, i64 l
 
 } // namespace
 
-void dreflect(const i64& m, const i64& before, const i64& after, const double& scale, const double* factor, double* a,
-              const i64& lda, double* product) {
+void dreflect_panel(const i64& m, const i64& before, const i64& after, const double& scale, const double* factor,
+                    double* a, const i64& lda, double* product) {
     reflect(m, before, after, scale, factor, a, lda, product);
 }
 
-void zreflect(const i64& m, const i64& before, const i64& after, const zcomplex& scale, const zcomplex* factor,
-              zcomplex* a, const i64& lda, zcomplex* product) {
+void zreflect_panel(const i64& m, const i64& before, const i64& after, const zcomplex& scale, const zcomplex* factor,
+                    zcomplex* a, const i64& lda, zcomplex* product) {
     reflect(m, before, after, scalar(scale), scalars(factor), scalars(a), lda, scalars(product));
 }
 
