@@ -93,10 +93,12 @@ TYPED_TEST(NonsymmetricEigen, SchurForm) {
         }
 }
 
-/// Eigenvalues alone come of other steps, on the active block only; large enough for two levels of windows.
+/// Eigenvalues alone come of other steps, on the active block only; large enough for two levels of windows, and for
+/// threads to share what windows turn beside them.
 TYPED_TEST(NonsymmetricEigen, ValuesAloneAndLargeMatrices) {
     using T = TypeParam;
-    for (const int n : {80, 300}) {
+    for (const auto& [n, threads] : {std::pair(80, 1), std::pair(300, 2)}) {
+        const Team team(threads);
         const LapackMatrix<T> a = matrix_of<T>(samples[0], n);
         const SchurForm<T> s(a);
         ASSERT_EQ(s.info, 0);

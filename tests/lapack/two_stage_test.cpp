@@ -135,7 +135,8 @@ TYPED_TEST(TwoStage, SingularValuesOfTheBidiagonalForm) {
 /// other; values as of sytrd.
 TYPED_TEST(TwoStage, DriversAgreeWithOneStage) {
     using T = TypeParam;
-    const int n = int{nxl::two_stage_order_for_vectors}, il = 1, few = 4, lwork = 70 * n, lreals = 24 * n, lintegers = 10 * n;
+    const int n = int{nxl::two_stage_order_for_vectors}, il = 1, few = 4, lwork = 70 * n, lreals = 24 * n,
+              lintegers = 10 * n;
     const Team team(1);
     Hermitian<T> upper('U', n, 5), lower('L', n, 5);
     const auto size = static_cast<size_t>(n);
