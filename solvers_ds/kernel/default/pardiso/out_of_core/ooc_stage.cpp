@@ -10,7 +10,11 @@ namespace nxl::pardiso {
 namespace {
 
 /// Of the configured memory: what streams, packed operands and the heap between blocks take beside all that is counted.
-constexpr i64 reserve_kilobytes = 3072;
+/// Small problems have small operands.
+i64 reserve_kilobytes(i64 max_core_megabytes) {
+    constexpr i64 least = 1024, most = 3072;
+    return std::clamp(1024 * max_core_megabytes / 4, least, most);
+}
 
 i64 update_kilobytes(Control control) { return (8 * control[Word::update_words] >> 10) + 1; }
 
@@ -89,7 +93,8 @@ WindowNeed need_of(const Handle& handle, bool has_u) {
             .factor = control[Word::l_size] + (has_u ? control[Word::u_size] : 0),
             .lists = control[Word::structure_length],
             .permanent = control[Word::permanent_memory],
-            .index_arrays = update_kilobytes(control) + ((12 * n + 4 * supernodes) >> 10) + reserve_kilobytes};
+            .index_arrays = update_kilobytes(control) + ((12 * n + 4 * supernodes) >> 10) +
+                            reserve_kilobytes(ooc[OocWord::max_core_megabytes])};
 }
 
 } // namespace
