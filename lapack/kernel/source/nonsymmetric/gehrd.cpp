@@ -8,6 +8,7 @@
 #include "lapack/kernel/source/nonsymmetric/gehrd.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
+#include "lapack/kernel/source/common/to_and_fro.hpp"
 #include "lapack/kernel/source/orthogonal/block_reflector.hpp"
 #include "lapack/kernel/source/orthogonal/reflector.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
@@ -51,7 +52,7 @@ template <class T> struct HessenbergPanel {
     /// Column j of T and of Y.
     void extend(i64 j) const {
         T *const w = t.at(0, j), *const yj = y.at(0, j);
-        gemv('N', m(), m() - j, 1.0, a.at(first + 1, first + 1 + j), a.ld, v.at(j, j), 1, 0.0, yj, 1);
+        product_to_and_fro('N', T(1.0), a.block(first + 1, first + 1 + j, m(), m() - j), v.at(j, j), yj, j % 2 == 0);
         gemv('C', m() - j, j, 1.0, v.at(j, 0), v.ld, v.at(j, j), 1, 0.0, w, 1);
         gemv('N', m(), j, -1.0, y.data, y.ld, w, 1, 1.0, yj, 1);
         scal(m(), tau[j], yj, 1);

@@ -76,7 +76,7 @@ template <class T> class WindowProducts {
         const i64 strips = of_right + of_above + strips_of(vectors.rows);
         const double work = product_of(right.columns + above.rows + vectors.rows, order, order);
         const i64 room = std::max(i64{1}, std::max(s_.h.columns, s_.z.rows) / strip);
-        const i64 blocks = std::min({i64{worthwhile_threads(1, work, least_work<T>.gemm)}, room, strips});
+        const i64 blocks = std::min({i64{worthwhile_threads(domain_blas, work, least_work<T>.gemm)}, room, strips});
         const auto take_block = [&](i64 block) {
             T* const buffer = buffer_ + block * strip * order;
             const Slice mine = balanced_slice(strips, 1, block, blocks);

@@ -10,14 +10,12 @@
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
+#include "lapack/kernel/source/common/to_and_fro.hpp"
 #include "lapack/kernel/source/orthogonal/apply_q.hpp"
 #include "lapack/kernel/source/orthogonal/geqrf.hpp"
 #include "lapack/kernel/source/orthogonal/reflector.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
-#include "service/parallel.hpp"
 #include "service/scratch.hpp"
-#include "service/slice.hpp"
-#include "service/threads.hpp"
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -40,20 +38,6 @@ template <class T> class PivotedColumns {
     const ColumnNorms norms_;
     const Matrix<T> f_; // F of the block, a row for each column of A
     T* const sums_;     // one for each step of the block
-    const i64 threads_ = max_threads(domain_all);
-
-    static constexpr i64 worth_a_thread = i64{3 << 17} / sizeof(T); // elements
-
-    /// Calls body(first, count) for strips of columns, a fraction of the second cache each.
-    template <class Body>
-    static void for_strips(const Slice& columns, i64 rows, bool ascending, const Body& body) {
-        const i64 width = std::max(round_down((i64{1} << 17) / (i64{sizeof(T)} * rows), 8), i64{8});
-        const i64 strips = (columns.count + width - 1) / width;
-        for (i64 step = 0; step < strips; ++step) {
-            const i64 j = (ascending ? step : strips - 1 - step) * width;
-            body(columns.start + j, std::min(width, columns.count - j));
-        }
-    }
 
     void interchange(i64 k, i64 pivot, i64 step) const {
         if (k == pivot) return;
@@ -88,29 +72,12 @@ template <class T> class PivotedColumns {
         gemv('N', a_.rows - k, step, -1.0, a_.at(k, done), a_.ld, sums_, 1, 1.0, a_.at(k, k), 1);
     }
 
-    /// y := tau A^H v for the columns after k, which takes the time: all of them move through the processor once for
-    /// each step. Every other step goes through them from the end, where the step before has left off: those are in the
-    /// cache.
-    void multiply_rest(i64 k, const T& tau, T* y) const {
-        const i64 rows = a_.rows - k;
-        const auto multiply = [&](const Slice& columns) {
-            for_strips(columns, rows, k % 2 == 0, [&](i64 j, i64 count) {
-                slot_of<T, &KernelTable::dgemv, &KernelTable::zgemv>()('C', rows, count, tau, a_.at(k, k + 1 + j),
-                                                                       a_.ld, a_.at(k, k), 1, T(0.0), y + j, 1);
-            });
-        };
-        const i64 columns = a_.columns - k - 1, slices = std::min(threads_, rows * columns / worth_a_thread);
-        if (slices < 2 || region_would_be_serial()) return multiply({0, columns});
-        const int count = static_cast<int>(slices);
-        parallel_blocks(count, count, [&](int part) { multiply(balanced_slice(columns, 8, part, slices)); });
-    }
-
     /// Column `step` of F: tau (A^H v - F (V^H v)).
     void extend_f(i64 done, i64 step) const {
         const i64 k = done + step, after = k + 1, rows = a_.rows - k;
         const T tau = tau_[k], *const v = a_.at(k, k);
         T* const column = f_.at(0, step);
-        multiply_rest(k, tau, column + after);
+        product_to_and_fro('C', tau, a_.block(k, after, rows, a_.columns - after), v, column + after, k % 2 == 0);
         std::fill(column + done, column + after, T{});
         if (step == 0) return;
         gemv('C', rows, step, -tau, a_.at(k, done), a_.ld, v, 1, 0.0, sums_, 1);
