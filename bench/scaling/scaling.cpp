@@ -128,11 +128,33 @@ Subject sparse(int side, const PlayedMachine& machine) {
 struct Kind {
     const char* name;
     Subject (*subject)(int size, const PlayedMachine& machine);
+    int least; // size
     std::vector<int> sizes;
 };
 
-const std::vector<Kind> kinds = {
-    {"lu", lu, {1000, 4000, 12000}}, {"cholesky", cholesky, {1000, 4000, 12000}}, {"poisson3d", sparse, {24, 40, 56}}};
+const std::vector<Kind> kinds = {{"lu", lu, 1, {1000, 4000, 12000}},
+                                 {"cholesky", cholesky, 1, {1000, 4000, 12000}},
+                                 {"poisson3d", sparse, 2, {24, 40, 56}}}; // one point has nothing to factor
+
+struct PlayedCase {
+    const Kind* kind;
+    int size;
+};
+
+std::vector<PlayedCase> cases_of(const Request& request) {
+    const std::regex filter(request.filter);
+    std::vector<PlayedCase> cases;
+    for (const Kind& kind : kinds)
+        for (const int size : request.sizes.empty() ? kind.sizes : request.sizes)
+            if (std::regex_search("scaling/" + std::string(kind.name) + '/' + std::to_string(size), filter)) {
+                if (size < kind.least)
+                    throw common::UsageError("--sizes: the least for " + std::string(kind.name) + " is " +
+                                             std::to_string(kind.least));
+                cases.push_back({&kind, size});
+            }
+    if (cases.empty()) throw common::UsageError("--filter: no case of scaling matches '" + request.filter + "'");
+    return cases;
+}
 
 std::vector<double> clocks_of(int threads) {
     std::vector<double> clocks(static_cast<std::size_t>(threads));
@@ -226,10 +248,10 @@ void draw(const std::vector<Row>& rows, const std::string& file) {
 } // namespace
 
 int run_scaling(const Request& request) {
+    const std::vector<PlayedCase> cases = cases_of(request);
     let_idle_threads_sleep(1);
     NXL_Set_Dynamic(0);
     NXL_Set_Num_Threads(1);
-    const std::regex filter(request.filter);
     const PlayedMachine machine = {measured_sync_times(), measured_decisions()};
     print_machine();
     std::printf("lock       %.0f ns alone, %.0f ns from core to core; fork %.1f us; pause %.0f ns\n\n"
@@ -238,11 +260,7 @@ int run_scaling(const Request& request) {
                 machine.sync.pause * 1e9, "case", "size", "cores", "seconds", "speed-up", "work", "lock", "idle",
                 "measured, s", "played /");
     std::vector<Row> rows;
-    for (const Kind& kind : kinds)
-        for (const int size : request.sizes.empty() ? kind.sizes : request.sizes)
-            if (std::regex_search("scaling/" + std::string(kind.name) + '/' + std::to_string(size), filter))
-                play_all(kind, size, machine, rows);
-    if (rows.empty()) throw common::UsageError("--filter: no case of scaling matches '" + request.filter + "'");
+    for (const PlayedCase& each : cases) play_all(*each.kind, each.size, machine, rows);
     if (!request.csv.empty()) write_csv(rows, request.csv);
     if (!request.plot.empty()) draw(rows, request.plot);
     return common::kDone;
