@@ -29,7 +29,6 @@ void print_peaks(double core_flops, int threads) {
 int run_contest(const Request& request, const Plan& plan) {
     const int threads = request.threads > 0 ? request.threads : plan.threads;
     let_idle_threads_sleep(threads);
-    setenv("NXL_DYNAMIC", "FALSE", 1);
     const Library nxl = Library::nxl(request.library);
     std::vector<Library> peers = plan.peers();
     for (const std::string& file : request.peers) peers.push_back(Library::peer(file));
