@@ -61,7 +61,8 @@ def main():
     database.mkdir(parents=True, exist_ok=True)
     (database / "compile_commands.json").write_text(json.dumps(list(entries.values())))
     MARKS.mkdir(parents=True, exist_ok=True)
-    rules = (SOURCES / ".clang-tidy").read_bytes() + subprocess.check_output([TIDY, "--version"])
+    configurations = [SOURCES / ".clang-tidy", *sorted(SOURCES.glob("*/.clang-tidy"))]
+    rules = b"".join(file.read_bytes() for file in configurations) + subprocess.check_output([TIDY, "--version"])
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         findings = [f for f in pool.map(lambda e: check(e, database, rules), entries.values()) if f is not None]
     print("\n".join(findings) + f"clang-tidy: findings in {len(findings)} of {len(entries)} files")

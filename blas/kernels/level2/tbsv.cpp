@@ -286,7 +286,7 @@ template <Form F, class T> class BandSolution {
 };
 
 template <class T> void tbsv(char uplo, char trans, char diag, i64 n, i64 k, const T* a, i64 lda, T* x) {
-    with_form<Task::solution>(
+    with_form<T, Task::solution>(
         uplo, trans, [&]<Form F>() { BandSolution<F, T>(n, k, StoredTriangle<F, T>{a, lda, diag == 'U'}, x).solve(); });
 }
 

@@ -29,6 +29,8 @@ struct Form {
     constexpr bool forward() const { return task == Task::solution ? upper == transposed : upper != transposed; }
     /// Whether a block's rectangle comes before its triangle.
     constexpr bool rectangle_first() const { return (task == Task::solution) == transposed; }
+    /// The form of whose rectangles the code is: the same for both triangles.
+    constexpr Form of_rectangles() const { return {task, false, transposed, conjugated}; }
 };
 
 /// A triangle on the diagonal: columns and rows start .. start + count - 1. Its column c has off-diagonal rows
@@ -45,9 +47,10 @@ template <Form F, class T> struct StoredTriangle {
 };
 
 /// The rectangle that columns j .. j + width - 1 have beside the diagonal: x_rows := x_rows +- A x_j or, transposed,
-/// x_j := x_j +- A^T x_rows. x along the rows is contiguous.
+/// x_j := x_j +- A^T x_rows. x along the rows is contiguous. Called from four places for each operation: inline, it
+/// would be most of the code.
 template <Form F, class T>
-[[gnu::always_inline]] inline void apply_rectangle(i64 rows, i64 width, const T* a, i64 lda, T* x_rows, T* x_columns) {
+[[gnu::noinline]] void apply_rectangle(i64 rows, i64 width, const T* a, i64 lda, T* x_rows, T* x_columns) {
     const T sign = from_real<T>(F.task == Task::solution ? -1.0 : 1.0);
     if constexpr (F.transposed)
         add_transposed_product<F.conjugated>(rows, width, sign, a, lda, static_cast<const T*>(x_rows), x_columns, 1);
@@ -69,7 +72,10 @@ template <Form F, class T, class Small>
     for_blocks(n, width, F.forward(), [&](i64 j, i64 count) {
         const i64 row = F.upper ? 0 : j + count, rows = F.upper ? j : n - row;
         in_order<F>(
-            [&] { apply_rectangle<F>(rows, count, triangle.a + row + j * triangle.lda, triangle.lda, x + row, x + j); },
+            [&] {
+                apply_rectangle<F.of_rectangles()>(rows, count, triangle.a + row + j * triangle.lda, triangle.lda,
+                                                   x + row, x + j);
+            },
             [&] {
                 if (count == width) small(width, triangle.at(j), x + j); // unrolled
                 else small(count, triangle.at(j), x + j);
@@ -84,7 +90,7 @@ template <Form F, class T>
     for_blocks(rows, rows_at_once<T>(incx), true, [&](i64 i, i64 count) {
         T copy[kRowBlock<T>];
         T* block = gather(x + i * incx, incx, count, copy);
-        apply_rectangle<F>(count, width, a + i, lda, block, x_columns);
+        apply_rectangle<F.of_rectangles()>(count, width, a + i, lda, block, x_columns);
         if constexpr (!F.transposed) scatter(block, x + i * incx, incx, count);
     });
 }
@@ -107,16 +113,17 @@ void apply_triangle(i64 n, const StoredTriangle<F, T>& triangle, T* x, i64 incx,
 }
 
 /// Options from letters to a form known to the compiler. Apply: void(form as a constant).
-template <Task task, bool upper, class Apply>
+template <class T, Task task, bool upper, class Apply>
 [[gnu::always_inline]] inline void with_operation(char trans, const Apply& apply) {
+    constexpr bool conjugated = kParts<T> == 2; // a real number is its own conjugate
     if (trans == 'N') apply.template operator()<Form{task, upper, false, false}>();
-    else if (trans == 'C') apply.template operator()<Form{task, upper, true, true}>();
+    else if (trans == 'C') apply.template operator()<Form{task, upper, true, conjugated}>();
     else apply.template operator()<Form{task, upper, true, false}>();
 }
-template <Task task, class Apply>
+template <class T, Task task, class Apply>
 [[gnu::always_inline]] inline void with_form(char uplo, char trans, const Apply& apply) {
-    if (uplo == 'U') with_operation<task, true>(trans, apply);
-    else with_operation<task, false>(trans, apply);
+    if (uplo == 'U') with_operation<T, task, true>(trans, apply);
+    else with_operation<T, task, false>(trans, apply);
 }
 
 } // namespace

@@ -29,7 +29,7 @@ struct MultiplySmall {
 template <class T> void trmv(char uplo, char trans, char diag, i64 n, const T* a, i64 lda, T* x, i64 incx) {
     if (n < 1) return;
     x += first_index(n, incx);
-    with_form<Task::product>(uplo, trans, [&]<Form F>() {
+    with_form<T, Task::product>(uplo, trans, [&]<Form F>() {
         apply_triangle(n, StoredTriangle<F, T>{a, lda, diag == 'U'}, x, incx, MultiplySmall{});
     });
 }

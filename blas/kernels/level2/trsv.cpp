@@ -33,7 +33,7 @@ struct SolveSmall {
 template <class T> void trsv(char uplo, char trans, char diag, i64 n, const T* a, i64 lda, T* x, i64 incx) {
     if (n < 1) return;
     x += first_index(n, incx);
-    with_form<Task::solution>(uplo, trans, [&]<Form F>() {
+    with_form<T, Task::solution>(uplo, trans, [&]<Form F>() {
         apply_triangle(n, StoredTriangle<F, T>{a, lda, diag == 'U'}, x, incx, SolveSmall{});
     });
 }
