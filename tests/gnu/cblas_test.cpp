@@ -141,21 +141,24 @@ const Routine routines[] = {
 class Cblas : public ::testing::TestWithParam<Routine> {};
 INSTANTIATE_TEST_SUITE_P(, Cblas, ::testing::ValuesIn(routines), name_of);
 
+struct Sizes {
+    int m, n, k; // the largest are too long for a vector's copy on the stack
+};
+
 TEST_P(Cblas, BothOrdersWithEveryOption) {
     Generator generator(1);
     routine_called = &GetParam();
     for (const BlasCall& letters : letters_of(GetParam()))
-        for (const int m : {0, 1, 5, 70})
-            for (const int n : {0, 3, 66}) // the larger ones are too long for a vector's copy on the stack
-                for (const int k : {0, 4, 9}) {
-                    BlasCall call = randomised(letters, generator);
-                    call.m = m, call.n = n, call.k = k;
-                    shapes = shapes_of(GetParam(), call);
-                    for (const CBLAS_ORDER each : {CblasRowMajor, CblasColMajor}) {
-                        order = each;
-                        ASSERT_TRUE(GetParam().check(call)) << "order " << order;
-                    }
-                }
+        for (const auto [m, n, k] :
+             {Sizes{0, 3, 4}, {5, 0, 4}, {5, 3, 0}, {5, 3, 9}, {1, 3, 4}, {70, 3, 4}, {5, 66, 9}, {70, 66, 4}}) {
+            BlasCall call = randomised(letters, generator);
+            call.m = m, call.n = n, call.k = k;
+            shapes = shapes_of(GetParam(), call);
+            for (const CBLAS_ORDER each : {CblasRowMajor, CblasColMajor}) {
+                order = each;
+                ASSERT_TRUE(GetParam().check(call)) << "order " << order;
+            }
+        }
 }
 
 TEST(CblasZgemv, ScalarsOfZeroDropWhatTheyMultiply) { // where the order asks for conjugated copies too
