@@ -82,7 +82,29 @@ template <class T> Work orthogonal_work(const Case& which) {
                        .a = {m, n},
                        .shape = Shape::dominated,
                        .restored = "a",
-                       .work = i64{std::max(m, n)} * block});
+                       .work = i64{std::max(m, n)} * block,
+                       .integer_work = n}); // the columns' order, none of them being wanted first
+}
+
+/// Q of k reflectors, their scalars in x. Any numbers serve that the vectors are not too long with.
+template <class T> Work formation_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    return work_on<T>(
+        2.0 * m * n * k - double(m + n) * k * k + 2.0 / 3.0 * k * k * k, double(m) * n, k,
+        {.x = {k, 1}, .a = {m, n}, .shape = Shape::factors, .restored = "a", .work = i64{std::max(m, n)} * block});
+}
+
+/// The same times c, from the side that the first letter tells.
+template <class T> Work application_work(const Case& which) {
+    const auto [m, n, k] = which.size;
+    const int length = which.options[0] == 'L' ? m : n, others = which.options[0] == 'L' ? n : m;
+    return work_in_elements<T>((2.0 * length - k) * others * k, double(length) * k + double(m) * n, double(m) * n, k,
+                               {.x = {k, 1},
+                                .a = {length, k},
+                                .c = {m, n},
+                                .shape = Shape::factors,
+                                .restored = "c",
+                                .work = i64{others} * block});
 }
 
 /// One right-hand side.
@@ -222,6 +244,11 @@ const std::vector<Routine>& lapack_routines() {
         lapack("dgeqrf", orthogonal_work<double>, "m n a lda x work lwork info"),
         lapack("zgeqrf", orthogonal_work<zcomplex>, "m n a lda x work lwork info"),
         lapack("dgelqf", orthogonal_work<double>, "m n a lda x work lwork info"),
+        lapack("dgeqp3", orthogonal_work<double>, "m n a lda iwork x work lwork info"),
+        lapack("dorgqr", formation_work<double>, "m n k a lda x work lwork info"),
+        lapack("zungqr", formation_work<zcomplex>, "m n k a lda x work lwork info"),
+        lapack("dormqr", application_work<double>, "letter letter m n k a lda x c ldc work lwork info"),
+        lapack("zunmqr", application_work<zcomplex>, "letter letter m n k a lda x c ldc work lwork info"),
         lapack("dgels", least_squares_work<double>, "letter m n one a lda b ldb work lwork info"),
         lapack("dsytrd", reduction_work<double>, "letter n a lda x y c work lwork info"),
         lapack("zhetrd", reduction_work<zcomplex>, "letter n a lda x y c work lwork info"),

@@ -1,6 +1,8 @@
 // QR and LQ factorisations, Q formed and applied, pivots: against the reference on matrices for which the result is
 // settled, by residuals on those for which it is not.
+#include "lapack/kernel/source/orthogonal/block_reflector.hpp"
 #include "lapack/kernel/source/orthogonal/geqp3.hpp"
+#include "lapack/kernel/source/orthogonal/tall_panel.hpp"
 #include "tests/support/orthogonal.hpp"
 #include <algorithm>
 #include <numeric>
@@ -55,6 +57,15 @@ template <class T> Call<T> factored_here(const LapackMatrix<T>& a) {
     Orthogonal<T>::geqrf(&a.rows, &a.cols, call.a.data(), &a.lda, call.tau.data(), work.data(), &a.cols, &call.info);
     return call;
 }
+/// The same factors, or by rows those of the adjoint.
+template <class T> Call<T> vectors_of(const Call<T>& f, bool by_rows) {
+    if (!by_rows) return f;
+    Call<T> result(LapackMatrix<T>(f.a.cols, f.a.rows, 2));
+    result.tau = f.tau;
+    for (int j = 0; j < f.a.cols; ++j)
+        for (int i = 0; i < f.a.rows; ++i) result.a.at(j, i) = conjugate(f.a.at(i, j));
+    return result;
+}
 
 template <class T> class OrthogonalFactors : public ::testing::Test {
   protected:
@@ -67,14 +78,14 @@ struct Shape {
 };
 
 // Around the widths of narrow panels and of blocks, on both sides of square.
-constexpr int shapes[][2] = {{0, 3},   {3, 0},   {1, 1},   {1, 5},   {5, 1},    {4, 4},    {8, 8},    {9, 7},
-                             {31, 33}, {33, 32}, {64, 70}, {70, 65}, {300, 20}, {20, 300}, {290, 330}};
+constexpr int shapes[][2] = {{0, 3},   {3, 0},   {1, 1},   {1, 5},   {5, 1},    {4, 4},    {8, 8},     {9, 7},
+                             {31, 33}, {33, 32}, {64, 70}, {70, 65}, {300, 20}, {20, 300}, {290, 330}, {7000, 20}};
 
 TYPED_TEST(OrthogonalFactors, AreThoseOfTheReferenceWithTheLeastWorkspace) {
     for (const auto& [m, n] : shapes) {
         SCOPED_TRACE(::testing::Message() << m << " x " << n);
         const Call<TypeParam> given(matrix_of<TypeParam>(MatrixKind::random, m, n));
-        const Team threads(n > 300 ? 3 : 1); // panels are factored beside the update of others
+        const Team threads(std::max(m, n) > 300 ? 3 : 1); // panels beside the update of others, or by rows
         const auto with_length = [&](int lwork) {
             return [&, lwork](auto* entry, Call<TypeParam>& c) {
                 auto work = room<TypeParam>(std::max(lwork, 1));
@@ -102,11 +113,7 @@ TYPED_TEST(OrthogonalFactors, GiveTheReferencesQ) {
         SCOPED_TRACE(::testing::Message() << length << " " << count << " " << k);
         for (const bool by_rows : {false, true}) {
             const int m = by_rows ? count : length, n = by_rows ? length : count;
-            auto f = factored_here(matrix_of<T>(MatrixKind::random, length, count));
-            Call<T> given(LapackMatrix<T>(m, n, 2));
-            given.tau = f.tau;
-            for (int j = 0; j < n; ++j)
-                for (int i = 0; i < m; ++i) given.a.at(i, j) = by_rows ? conjugate(f.a.at(j, i)) : f.a.at(i, j);
+            const auto given = vectors_of(factored_here(matrix_of<T>(MatrixKind::random, length, count)), by_rows);
             same_as_reference<T>(by_rows ? TestFixture::R::orglq : TestFixture::R::orgqr, by_rows ? "orglq" : "orgqr",
                                  given, 1.0, [&](auto* entry, Call<T>& c) {
                                      auto work = room<T>(count);
@@ -128,12 +135,8 @@ TYPED_TEST(OrthogonalFactors, GiveTheReferencesProductsOnTeamsOfEverySize) {
                         SCOPED_TRACE(::testing::Message() << team << side << trans << others << by_rows);
                         const Team threads(team);
                         const int m = side == 'L' ? 110 : others, n = side == 'L' ? others : 110, k = 80;
-                        Call<T> given(LapackMatrix<T>(by_rows ? k : 110, by_rows ? 110 : k, 2),
-                                      matrix_of<T>(MatrixKind::random, m, n));
-                        given.tau = f.tau;
-                        for (int j = 0; j < given.a.cols; ++j)
-                            for (int i = 0; i < given.a.rows; ++i)
-                                given.a.at(i, j) = by_rows ? conjugate(f.a.at(j, i)) : f.a.at(i, j);
+                        auto given = vectors_of(f, by_rows);
+                        given.c = matrix_of<T>(MatrixKind::random, m, n);
                         same_as_reference<T>(by_rows ? TestFixture::R::ormlq : TestFixture::R::ormqr,
                                              by_rows ? "ormlq" : "ormqr", given, 4.0, [&](auto* entry, Call<T>& c) {
                                                  auto work = room<T>(others);
@@ -241,10 +244,45 @@ template <class T> std::vector<LapackMatrix<T>> hard_matrices(int m, int n) {
     return result;
 }
 
+/// With T, by blocks of so few rows that their triangles go by blocks too.
+template <class T> Call<T> factored_by_rows(const LapackMatrix<T>& a, LapackMatrix<T>& t) {
+    Call<T> call(a);
+    nxl::factor_tall_panel<T>({call.a.data(), a.rows, a.cols, a.lda}, call.tau.data(),
+                              {t.data(), a.cols, a.cols, t.lda}, 16);
+    return call;
+}
+
+TYPED_TEST(OrthogonalFactors, ByBlocksOfRowsHaveTheirFactorWhateverTheTeam) {
+    using T = TypeParam;
+    for (const auto [m, n] : {Shape{90, 1}, {1300, 2}, {4200, 16}}) {
+        auto a = matrix_of<T>(MatrixKind::random, m, n);
+        LapackMatrix<T> t(n, n, 1), expected(n, n, 1);
+        const auto on_team = [&](int threads) {
+            const Team team(threads);
+            return factored_by_rows(a, t);
+        };
+        Call<T> f = on_team(1);
+        nxl::make_factor<T>({{f.a.data(), m, n, f.a.lda}, nxl::Order::forward, nxl::Storage::columns}, f.tau.data(),
+                            {expected.data(), n, n, expected.lda});
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i <= j; ++i) EXPECT_LE(std::abs(t.at(i, j) - expected.at(i, j)), 1e-13) << m << i << j;
+        EXPECT_TRUE(f.a.slack_untouched());
+        EXPECT_EQ(largest_difference(f.a, on_team(3).a), 0.0) << m;
+
+        // Where nothing is to be eliminated, neither are signs changed.
+        for (int j = 0; j < n; ++j) std::fill_n(&a.at(j, j) + 1, m - j - 1, T{});
+        for (int j = 0; j < n; ++j) a.at(j, j) = j + 1.0;
+        f = on_team(1);
+        EXPECT_EQ(largest_difference(f.a, a), 0.0) << m;
+        for (const T tau : f.tau) EXPECT_EQ(tau, T{}) << m;
+    }
+}
+
 TYPED_TEST(OrthogonalFactors, ReproduceHardMatricesColumnByColumn) {
-    for (const auto [m, n] : {Shape{60, 45}, {45, 60}})
+    for (const auto [m, n] : {Shape{60, 45}, {45, 60}, {700, 5}})
         for (const auto& a : hard_matrices<TypeParam>(m, n)) {
-            const Call<TypeParam> f = factored_here(a);
+            LapackMatrix<TypeParam> t(n, n, 0);
+            const Call<TypeParam> f = m > 16 * n ? factored_by_rows(a, t) : factored_here(a);
             const auto q = formed(f);
             std::vector<int> from(static_cast<std::size_t>(n));
             std::iota(from.begin(), from.end(), 1);

@@ -65,13 +65,19 @@ template <bool own, class T, int C = kProductPanel<T>>
 
 template <class T>
 void reflect(i64 m, i64 before, i64 after, T scale, const T* factor, T* a, i64 lda, T* product) {
-    for_blocks(m, kRowsAtOnce, true, [&](i64 i, i64 rows) {
+    const auto reflect_rows = [&](i64 i, i64 rows) {
         T *const block = a + i, *const v = block + before * lda, *const x = v + lda;
         for (i64 row = 0; row < rows; ++row) v[row] = v[row] * scale;
         if (after == 0) return;
         update_others<true>(rows, after, v, factor, x, lda, x, product + before + 1);
         add_transposed_product<true>(rows, before + 1, from_real<T>(1.0), block, lda, x, product, 1);
-    });
+    };
+    // A panel that begins with a line of the cache has `before` + 2 rows above these. With the rest of that line apart,
+    // no vector lies in two lines.
+    constexpr i64 line = 64 / sizeof(T);
+    const i64 first = smaller(m, line - 1 - (before + 1) % line);
+    if (first > 0) reflect_rows(0, first);
+    for_blocks(m - first, kRowsAtOnce, true, [&](i64 i, i64 rows) { reflect_rows(first + i, rows); });
 }
 
 } // namespace

@@ -16,6 +16,8 @@
 #include "lapack/kernel/source/orthogonal/reflector.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
 #include "service/scratch.hpp"
+#include "service/slice.hpp"
+#include "service/workspace.hpp"
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -36,8 +38,8 @@ template <class T> class PivotedColumns {
     i64* const jpvt_;
     T* const tau_;
     const ColumnNorms norms_;
-    const Matrix<T> f_; // F of the block, a row for each column of A
-    T* const sums_;     // one for each step of the block
+    const Matrix<T> f_;             // F of the block, a row for each column of A
+    T *const sums_, *const vector_; // one for each step of the block; for each row of A
 
     void interchange(i64 k, i64 pivot, i64 step) const {
         if (k == pivot) return;
@@ -72,15 +74,19 @@ template <class T> class PivotedColumns {
         gemv('N', a_.rows - k, step, -1.0, a_.at(k, done), a_.ld, sums_, 1, 1.0, a_.at(k, k), 1);
     }
 
-    /// Column `step` of F: tau (A^H v - F (V^H v)).
+    /// Column `step` of F: tau (A^H v - F (V^H v)). Rows from a multiple of eight on, in which v is zero first:
+    /// products with columns that begin with a line of the cache then take whole lines.
     void extend_f(i64 done, i64 step) const {
-        const i64 k = done + step, after = k + 1, rows = a_.rows - k;
-        const T tau = tau_[k], *const v = a_.at(k, k);
+        const i64 k = done + step, after = k + 1, first = round_down(k, 8), rows = a_.rows - first;
+        const T tau = tau_[k];
+        std::fill_n(vector_, k - first, T{});
+        std::copy_n(a_.at(k, k), a_.rows - k, vector_ + k - first);
         T* const column = f_.at(0, step);
-        product_to_and_fro('C', tau, a_.block(k, after, rows, a_.columns - after), v, column + after, k % 2 == 0);
+        product_to_and_fro('C', tau, a_.block(first, after, rows, a_.columns - after), vector_, column + after,
+                           k % 2 == 0);
         std::fill(column + done, column + after, T{});
         if (step == 0) return;
-        gemv('C', rows, step, -tau, a_.at(k, done), a_.ld, v, 1, 0.0, sums_, 1);
+        gemv('C', rows, step, -tau, a_.at(first, done), a_.ld, vector_, 1, 0.0, sums_, 1);
         gemv('N', a_.columns - done, step, 1.0, f_.at(done, 0), f_.ld, sums_, 1, 1.0, column + done, 1);
     }
 
@@ -138,13 +144,15 @@ template <class T> class PivotedColumns {
     }
 
   public:
-    PivotedColumns(const Matrix<T>& a, i64* jpvt, T* tau, const ColumnNorms& norms, const Matrix<T>& f, T* sums)
+    PivotedColumns(const Matrix<T>& a, i64* jpvt, T* tau, const ColumnNorms& norms, const Matrix<T>& f, T* sums,
+                   T* vector)
         : a_(a),
           jpvt_(jpvt),
           tau_(tau),
           norms_(norms),
           f_(f),
-          sums_(sums) {}
+          sums_(sums),
+          vector_(vector) {}
 
     void factor(i64 done) const {
         for (i64 j = done; j < a_.columns; ++j) compute_norm(j, done);
@@ -172,7 +180,9 @@ template <class T> i64 move_marked_first(const Matrix<T>& a, i64* jpvt) {
 
 template <class T> bool factor_qr_pivoted(const Matrix<T>& a, i64* jpvt, T* tau) {
     const i64 n = a.columns, nb = std::min(pivoted_block, std::max(a.steps(), i64{1}));
-    const Scratch<T> memory(n * nb + nb);
+    constexpr i64 line = 8; // arrays begin with one
+    const i64 rows = round_up(a.rows, line), columns = round_up(n, line);
+    const Scratch<T> memory(rows + columns * nb + nb);
     const Scratch<double> norms(2 * n);
     if (!memory.data() || !norms.data()) return false;
     const i64 marked = std::min(move_marked_first(a, jpvt), a.rows);
@@ -183,8 +193,10 @@ template <class T> bool factor_qr_pivoted(const Matrix<T>& a, i64* jpvt, T* tau)
                               a.columns_from(marked, n - marked)))
             return false;
     }
-    PivotedColumns<T>(a, jpvt, tau, ColumnNorms{norms.data(), norms.data() + n}, Matrix<T>{memory.data(), n, nb, n},
-                      memory.data() + n * nb)
+    Sections<T> sections(memory.data());
+    T* const vector = sections.take(rows);
+    const Matrix<T> f{sections.take(columns * nb), n, nb, columns};
+    PivotedColumns<T>(a, jpvt, tau, ColumnNorms{norms.data(), norms.data() + n}, f, sections.take(nb), vector)
         .factor(marked);
     return true;
 }

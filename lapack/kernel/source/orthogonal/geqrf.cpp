@@ -3,7 +3,7 @@
 #include "lapack/kernel/source/orthogonal/geqrf.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
 #include "lapack/kernel/source/orthogonal/block_reflector.hpp"
-#include "lapack/kernel/source/orthogonal/panel.hpp"
+#include "lapack/kernel/source/orthogonal/tall_panel.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
 #include "service/parallel.hpp"
 #include "service/scratch.hpp"
@@ -26,7 +26,7 @@ template <class T> struct Panels {
     Matrix<T> panel(i64 j) const { return a.block(j, j, a.rows - j, width(j)); }
     Matrix<T> factor_of(i64 j) const { return {factors + j / nb % 2 * nb * nb, width(j), width(j), nb}; }
 
-    void factor(i64 j) const { factor_panel(panel(j), tau + j, factor_of(j)); }
+    void factor(i64 j) const { factor_tall_panel(panel(j), tau + j, factor_of(j)); }
     void apply(i64 j, const Slice& to) const {
         apply_block('L', 'C', Reflectors<T>{panel(j), Order::forward, Storage::columns}, factor_of(j),
                     a.block(j, to.start, a.rows - j, to.count),

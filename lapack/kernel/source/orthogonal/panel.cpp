@@ -102,11 +102,18 @@ template <class T> void join_factors(const Matrix<T>& a, const Matrix<T>& t, i64
     trmm('R', 'U', 'N', 'N', 1.0, t.from(half, half), t12);
 }
 
+/// Of narrow panels of about the same width the first half, in units of the rows that products pack at once.
+template <class T> i64 first_half(i64 columns) {
+    constexpr i64 unit = narrow<T> / 2;
+    const i64 panels = (columns + narrow<T> - 1) / narrow<T>;
+    return round_down(columns * ((panels + 1) / 2) / panels + unit / 2, unit);
+}
+
 } // namespace
 
 template <class T> void factor_panel(const Matrix<T>& a, T* tau, const Matrix<T>& t) {
     if (a.columns <= narrow<T>) return NarrowPanel<T>(a, tau, t).factor();
-    const i64 half = round_up(a.columns / 2, narrow<T>), rest = a.columns - half;
+    const i64 half = first_half<T>(a.columns), rest = a.columns - half;
     const Matrix<T> left = a.columns_from(0, half), right = a.columns_from(half, rest);
     const Matrix<T> t11 = t.block(0, 0, half, half);
     factor_panel(left, tau, t11);
