@@ -126,6 +126,35 @@ using ChaseKernel = void (*)(const i64& m, const i64& n, T* a, const i64& lda, c
                              T& next_tau, T* work);
 inline constexpr i64 chase_rest = 7;
 
+/// What each lane of ShiftedRowsKernel has of its own: lambda; the least pivot; the row of T from which on its unknowns
+/// stay as they are. `im` is null where all is real. `sizes`: of the unknowns, an answer.
+struct ShiftedLanes {
+    i64 count;
+    const double *re, *im, *least, *start;
+    double* sizes;
+};
+/// (T - lambda I) x = b for `rows` rows of a Schur form, at most shifted_rows + 1, that begin at its row `first`; t is
+/// their block on the diagonal. x has b, a column for each row, with the lanes side by side; imaginary parts of real
+/// vectors come `count` elements behind the real ones. Unknowns that leave `room`, in sum, do not come to x, and the
+/// answer is false. Pivots below the least one are taken to be that.
+template <class T>
+using ShiftedRowsKernel = bool (*)(const i64& rows, const T* t, const i64& ldt, const i64& first,
+                                   const ShiftedLanes& lanes, const double& room, T* x, const i64& ldx);
+inline constexpr i64 shifted_rows = 8;
+
+/// The sum of the sizes of X, which NaN and infinity do not leave, and the smallest pivot that was met.
+struct SylvesterLeafAnswer {
+    double size, smallest_pivot;
+};
+/// A X + sign X B = C for Schur forms of orders p and q, at most sylvester_leaf + 1; pivots below `least` are taken to
+/// be that. X takes the place of C, whose elements are row_step apart in a column. Blocks of order 2 of a real B have
+/// equal elements on the diagonal, and off it others whose signs are opposite and whose sizes are not far apart.
+template <class T>
+using SylvesterLeafKernel = SylvesterLeafAnswer (*)(const i64& p, const i64& q, const T* a, const i64& lda, const T* b,
+                                                    const i64& ldb, const double& sign, const double& least, T* c,
+                                                    const i64& row_step, const i64& ldc);
+inline constexpr i64 sylvester_leaf = 24;
+
 struct KernelTable {
     // Level 1, real.
     double (*dasum)(const i64& n, const double* x, const i64& incx);
@@ -293,6 +322,10 @@ struct KernelTable {
     /// off-diagonal elements e2[0 .. n-1], of which the last does not count. pivmin > 0: the least pivot.
     void (*dsturm)(const i64& n, const double* d, const double* e2, const double& pivmin, const i64& many,
                    const double* shifts, i64* counts);
+    ShiftedRowsKernel<double> dshifted_rows;
+    ShiftedRowsKernel<zcomplex> zshifted_rows;
+    SylvesterLeafKernel<double> dsylvester_leaf;
+    SylvesterLeafKernel<zcomplex> zsylvester_leaf;
 };
 
 } // namespace nxl

@@ -123,6 +123,10 @@ Kernel<decltype(KernelTable::zreflect_rows)> zreflect_rows;
 Kernel<decltype(KernelTable::dreflect_columns)> dreflect_columns;
 Kernel<decltype(KernelTable::zreflect_columns)> zreflect_columns;
 Kernel<decltype(KernelTable::dsturm)> dsturm;
+Kernel<decltype(KernelTable::dshifted_rows)> dshifted_rows;
+Kernel<decltype(KernelTable::zshifted_rows)> zshifted_rows;
+Kernel<decltype(KernelTable::dsylvester_leaf)> dsylvester_leaf;
+Kernel<decltype(KernelTable::zsylvester_leaf)> zsylvester_leaf;
 // Pieces of the matrix product, of all classes.
 Kernel<decltype(KernelTable::xdgemm_copy_at)> xdgemm_copy_at;
 Kernel<decltype(KernelTable::xzgemm_copy_at)> xzgemm_copy_at;

@@ -149,6 +149,10 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .dreflect_columns = dreflect_columns,
         .zreflect_columns = zreflect_columns,
         .dsturm = dsturm,
+        .dshifted_rows = dshifted_rows,
+        .zshifted_rows = zshifted_rows,
+        .dsylvester_leaf = dsylvester_leaf,
+        .zsylvester_leaf = zsylvester_leaf,
     };
 }
 

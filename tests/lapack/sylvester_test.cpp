@@ -1,4 +1,5 @@
 // Sylvester equations of Schur forms: residuals by the full matrices, over every form and around the sizes of leaves.
+// CTest runs this program for each processor class and vector width.
 #include "tests/support/nonsymmetric.hpp"
 
 namespace {

@@ -2,6 +2,7 @@
 #pragma once
 #include "service/matrix.hpp"
 #include "service/scalars.hpp"
+#include <algorithm>
 #include <type_traits>
 
 namespace nxl {
@@ -26,5 +27,15 @@ template <class T> i64 rows_of_column(const Matrix<T>& t, i64 j) {
     return j + 1 + (j + 1 < t.rows && continues_block(t, j + 1) ? 1 : 0);
 }
 template <class T> i64 order_of_block_before(const Matrix<T>& t, i64 k) { return continues_block(t, k - 1) ? 2 : 1; }
+
+/// T^H with its rows and columns in reverse, which is a Schur form again.
+template <class T> void copy_reversed_adjoint(const Matrix<const T>& t, const Matrix<T>& to) {
+    constexpr i64 line = 8; // elements of T that are read together
+    const i64 n = t.rows;
+    for (i64 first = 0; first < n; first += line)
+        for (i64 i = 0; i < n && i < first + line + 1; ++i)
+            for (i64 j = std::max(first, i - 1); j < std::min(first + line, n); ++j)
+                to(i, j) = conj_if<true>(t(n - 1 - j, n - 1 - i));
+}
 
 } // namespace nxl

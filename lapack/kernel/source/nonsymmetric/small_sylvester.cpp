@@ -1,7 +1,6 @@
 // The equations as a linear system: row i + p j of it is that of element (i, j).
 #include "lapack/kernel/source/nonsymmetric/small_sylvester.hpp"
 #include "lapack/kernel/source/common/scalars.hpp"
-#include "lapack/kernel/source/nonsymmetric/shifted_rows.hpp"
 #include <algorithm>
 #include <utility>
 
@@ -77,23 +76,6 @@ template <class T, int N> class SmallSystem {
     }
 };
 
-/// Two blocks of order 2, B in standard form: (1, i d) is an eigenvector of op(B)^T for some d, so that x1 + i d x2, of
-/// the columns of X, is what solves op(A) with a complex shift. False where a pivot is small, or d too far from 1 for
-/// the columns to be told apart in a sum.
-bool solve_two_by_two(bool adjoint_a, bool adjoint_b, double sign, const Matrix<const double>& a,
-                      const Matrix<const double>& b, const double* c, double least, SmallSolution<double>& solution) {
-    constexpr double farthest = 64.0;
-    const double u = element(adjoint_b, b, 1, 0), w = element(adjoint_b, b, 0, 1), square = -u / w;
-    if (b(0, 0) != b(1, 1) || !(square < farthest && square * farthest > 1.0)) return false;
-    const double d = std::sqrt(square), centre = sign * b(0, 0), part = sign * d * w;
-    Parts first{c[0], d * c[2]}, second{c[1], d * c[3]};
-    const double pivot = solve_pair({a(0, 0) + centre, part}, {element(adjoint_a, a, 0, 1), 0.0},
-                                    {element(adjoint_a, a, 1, 0), 0.0}, {a(1, 1) + centre, part}, least, first, second);
-    if (!(pivot >= least && first.size() + second.size() <= room)) return false;
-    solution = {{first.re, second.re, first.im / d, second.im / d}, 1.0, false};
-    return true;
-}
-
 /// The equation of p by q elements, N in all.
 template <class T, int N>
 SmallSolution<T> solve_system(bool adjoint_a, bool adjoint_b, double sign, const Matrix<const T>& a,
@@ -119,9 +101,6 @@ SmallSolution<T> solve_small_sylvester(bool adjoint_a, bool adjoint_b, double si
     const i64 p = a.rows, q = b.rows;
     if (p * q == 1) return divide(conj_if(adjoint_a, a(0, 0)) + sign * conj_if(adjoint_b, b(0, 0)), c[0], least);
     if (p * q == 2) return solve_system<T, 2>(adjoint_a, adjoint_b, sign, a, b, c, least);
-    if constexpr (!is_complex_scalar<T>)
-        if (SmallSolution<T> solution; solve_two_by_two(adjoint_a, adjoint_b, sign, a, b, c, least, solution))
-            return solution;
     return solve_system<T, 4>(adjoint_a, adjoint_b, sign, a, b, c, least);
 }
 

@@ -12,8 +12,7 @@ template <class T> struct SmallSolution {
 };
 
 /// op(A) X + sign X op(B) = scale C for blocks of orders 1 and 2; `c` by columns, without gaps. Gaussian elimination
-/// with complete pivoting, or for two blocks of order 2 in standard form with a complex shift; `least` > 0 is the least
-/// pivot.
+/// with complete pivoting; `least` > 0 is the least pivot.
 template <class T>
 SmallSolution<T> solve_small_sylvester(bool adjoint_a, bool adjoint_b, double sign, const Operand<T>& a,
                                        const Operand<T>& b, const T* c, double least);

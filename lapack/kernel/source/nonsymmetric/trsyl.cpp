@@ -1,6 +1,6 @@
 // dtrsyl, ztrsyl: recursive over halves of A or B, with products of level 3 between them. Jonsson and Kagstrom, ACM
-// TOMS 28 (2002). That goes on trust: the few equations in which a number leaves its room are solved once more, element
-// by element, with all of X scaled wherever it would overflow.
+// TOMS 28 (2002), and a kernel for what is not cut any more. That goes on trust: the few equations in which a number
+// leaves its room are solved once more, element by element, with all of X scaled wherever it would overflow.
 #include "lapack/kernel/source/nonsymmetric/trsyl.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/common/reports.hpp"
@@ -8,7 +8,9 @@
 #include "lapack/kernel/source/nonsymmetric/reorder.hpp"
 #include "lapack/kernel/source/nonsymmetric/small_sylvester.hpp"
 #include "service/arguments.hpp"
+#include "service/kernel_slot.hpp"
 #include "service/scratch.hpp"
+#include "service/slice.hpp"
 #include <algorithm>
 
 namespace nxl {
@@ -64,8 +66,6 @@ template <class T> class SylvesterRun {
     double scale_ = 1.0;
     bool perturbed_ = false, within_room_ = true;
 
-    static constexpr i64 leaf = 24; // rows or columns that are not cut any more
-
     /// Where to cut a Schur form: not through a block.
     static i64 half_of(const Matrix<const T>& a) {
         const i64 half = round_down(a.rows / 2, 8);
@@ -119,7 +119,7 @@ template <class T> class SylvesterRun {
                 for (i64 i = 0; i < c.rows; ++i) c(i, j) -= c(i, q) * factor;
             }
     }
-    void solve_leaf(const SylvesterEquation<T>& e, const Matrix<T>& c) {
+    void solve_by_blocks(const SylvesterEquation<T>& e, const Matrix<T>& c) {
         for (BlockWalk<T> l(e.b, e.adjoint_b); l.next();) {
             for (BlockWalk<T> k(e.a, !e.adjoint_a); k.next();) {
                 solve_block(e, c, k, l);
@@ -127,6 +127,36 @@ template <class T> class SylvesterRun {
             }
             take_columns_off(e, c, l);
         }
+    }
+
+    /// Whether the kernel takes the form for B.
+    static bool has_ordinary_pairs(const Matrix<const T>& b) {
+        constexpr double farthest = 64.0;
+        if constexpr (!is_complex_scalar<T>)
+            for (i64 k = 1; k < b.rows; ++k) {
+                if (!continues_block(b, k)) continue;
+                const double square = -b(k, k - 1) / b(k - 1, k);
+                if (b(k, k) != b(k - 1, k - 1) || !(square < farthest && square * farthest > 1.0)) return false;
+            }
+        return true;
+    }
+    /// An adjoint in reverse is a Schur form, and X in reverse its solution.
+    void solve_leaf(const SylvesterEquation<T>& e, const Matrix<T>& c) {
+        constexpr i64 most = sylvester_leaf + 1;
+        if (!has_ordinary_pairs(e.b)) return solve_by_blocks(e, c);
+        T copies[2][most * most];
+        const auto straight = [](bool adjoint, const Matrix<const T>& form, T* copy) -> Matrix<const T> {
+            const Matrix<T> reversed{copy, form.rows, form.rows, most};
+            if (adjoint) copy_reversed_adjoint(form, reversed);
+            return adjoint ? reversed : form;
+        };
+        const Matrix<const T> a = straight(e.adjoint_a, e.a, copies[0]), b = straight(e.adjoint_b, e.b, copies[1]);
+        const SylvesterLeafAnswer answer = slot_of<T, &KernelTable::dsylvester_leaf, &KernelTable::zsylvester_leaf>()(
+            a.rows, b.rows, a.data, a.ld, b.data, b.ld, e.sign, least_,
+            c.at(e.adjoint_a ? c.rows - 1 : 0, e.adjoint_b ? c.columns - 1 : 0), e.adjoint_a ? -1 : 1,
+            e.adjoint_b ? -c.ld : c.ld);
+        perturbed_ = perturbed_ || answer.smallest_pivot < least_;
+        within_room_ = within_room_ && answer.size <= room_;
     }
 
     /// One half of the rows of X, or of its columns, and the other one less what that gives it. Of A the lower half
@@ -156,7 +186,8 @@ template <class T> class SylvesterRun {
     }
     void solve(const SylvesterEquation<T>& e, const Matrix<T>& c) {
         if (!within_room_ && !careful_) return; // it will be done again
-        if (careful_ || std::max(c.rows, c.columns) <= leaf) solve_leaf(e, c);
+        if (careful_) solve_by_blocks(e, c);
+        else if (std::max(c.rows, c.columns) <= sylvester_leaf + 1) solve_leaf(e, c);
         else solve_halves(e, c);
     }
 
