@@ -60,6 +60,20 @@ TYPED_TEST(TridiagonalVectors, QlAndItsRotations) {
         }
 }
 
+/// One sweep, four or eight at once, as the order asks for.
+TEST(ValuesAlone, BySweepsTogether) {
+    for (const Kind kind : all_kinds)
+        for (const int n : {15, 16, 119, 120, 200}) {
+            SCOPED_TRACE(name_of(kind, n));
+            const Tridiagonal t = tridiagonal_of(kind, n);
+            Tridiagonal values = t;
+            int info = -99;
+            dsterf(&n, values.d.data(), values.e.data(), &info);
+            ASSERT_EQ(info, 0);
+            expect_values(t, values.d);
+        }
+}
+
 /// As a band, whose off-diagonal a complex matrix has with phases: these turn the rows of the vectors alone.
 TYPED_TEST(TridiagonalVectors, DivideAndConquer) {
     using T = TypeParam;

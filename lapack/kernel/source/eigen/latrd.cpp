@@ -21,21 +21,22 @@ TriangleStrip triangle_strip(char uplo, i64 n, i64 index, i64 strips) {
 
 namespace {
 
-/// y := y + the part of A x that columns strip.start .. strip.end - 1 of the triangle have a share in: their triangle
-/// on the diagonal, and the rectangle beside it, in pieces that are still in the cache when they are used once more.
+/// y := y + the part of A x that columns strip.start .. strip.end - 1 of the triangle have a share in, a few columns at
+/// a time: their triangle on the diagonal, and the rectangle beside it, in pieces that are still in the first cache
+/// when they are used once more. Columns of a piece are long enough for the memory to run ahead.
 template <class T>
 void multiply_strip(char uplo, const TriangleStrip& strip, const Matrix<const T>& a, const T* x, T* y) {
-    constexpr i64 piece = i64{1 << 17} / sizeof(T); // elements
-    const i64 width = strip.end - strip.start;
-    if (width == 0) return;
-    hemv(uplo, 1.0, a.block(strip.start, strip.start, width, width), x + strip.start, 1.0, y + strip.start);
-    const i64 first = uplo == 'U' ? 0 : strip.end, end = uplo == 'U' ? strip.start : a.rows;
-    const i64 rows = std::max(round_down(piece / width, 8), i64{8});
-    for (i64 i = first; i < end; i += rows) {
-        const i64 count = std::min(rows, end - i);
-        const T* const rectangle = a.at(i, strip.start);
-        gemv('N', count, width, 1.0, rectangle, a.ld, x + strip.start, 1, 1.0, y + i, 1);
-        gemv('C', count, width, 1.0, rectangle, a.ld, x + i, 1, 1.0, y + strip.start, 1);
+    constexpr i64 columns = 16, piece = i64{1 << 15} / (columns * sizeof(T)); // rows
+    for (i64 j = strip.start; j < strip.end; j += columns) {
+        const i64 width = std::min(columns, strip.end - j);
+        hemv(uplo, 1.0, a.block(j, j, width, width), x + j, 1.0, y + j);
+        const i64 end = uplo == 'U' ? j : a.rows;
+        for (i64 i = uplo == 'U' ? 0 : j + width; i < end; i += piece) {
+            const i64 rows = std::min(piece, end - i);
+            const T* const rectangle = a.at(i, j);
+            gemv('C', rows, width, 1.0, rectangle, a.ld, x + i, 1, 1.0, y + j, 1);
+            gemv('N', rows, width, 1.0, rectangle, a.ld, x + j, 1, 1.0, y + i, 1);
+        }
     }
 }
 

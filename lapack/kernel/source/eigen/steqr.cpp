@@ -47,7 +47,9 @@ class ImplicitQl {
         turn[0] = cosine;
         turn[1] = -sine;
     }
-    void sweep(i64 l, i64 m, double shifted) const {
+    i64 advance(i64 l, i64 m) const {
+        const double shifted = shift(l);
+        if (std::isnan(shifted)) return 0;
         double* turn = sequence(l, m);
         double g = t_.d(m) - t_.d(l) + shifted, p = 0.0;
         PlaneRotation rotation{1.0, 1.0, 0.0};
@@ -65,6 +67,7 @@ class ImplicitQl {
         }
         t_.d(l) -= p;
         t_.e(l) = g;
+        return 1;
     }
 };
 

@@ -1,8 +1,7 @@
-// dsterf: QL without square roots, on the squares of the off-diagonal. Variant of Pal, Walker and Kahan: Parlett, The
-// Symmetric Eigenvalue Problem, SIAM 1998, section 8.15.
+// dsterf: QL without square roots, on the squares of the off-diagonal; see ql_sweeps.cpp.
 #include "lapack/kernel/source/eigen/sterf.hpp"
 #include "lapack/kernel/source/eigen/laev2.hpp"
-#include "lapack/kernel/source/eigen/tridiagonal_blocks.hpp"
+#include "lapack/kernel/source/eigen/ql_sweeps.hpp"
 #include "service/arguments.hpp"
 
 namespace nxl {
@@ -11,9 +10,12 @@ namespace {
 /// One block, whose e holds squares.
 class SquareFreeQl {
     const BlockView t_;
+    const i64 together_; // sweeps, at most
 
   public:
-    explicit SquareFreeQl(const BlockView& t) : t_(t) {}
+    static constexpr i64 steps_for_one = 30;
+
+    SquareFreeQl(const BlockView& t, i64 together) : t_(t), together_(together) {}
 
     /// The last element of the part that starts at l and does not split.
     i64 end_of_part(i64 l) const {
@@ -26,22 +28,24 @@ class SquareFreeQl {
         const double first = t_.d(l), off = std::sqrt(t_.e(l)), half = (t_.d(l + 1) - first) / (2.0 * off);
         return first - off / (half + std::copysign(std::sqrt(half * half + 1.0), half));
     }
-    void sweep(i64 l, i64 m, double sigma) const {
-        double cosine = 1.0, sine = 0.0, gamma = t_.d(m) - sigma, p = gamma * gamma; // squares of cosine and sine
-        for (i64 i = m - 1; i >= l; --i) {
-            const double square = t_.e(i), sum = p + square, before = gamma, cosine_before = cosine;
-            if (i != m - 1) t_.e(i + 1) = sine * sum;
-            // p becomes gamma^2 / cosine. The quotient that is not waited for shortens the chain of operations.
-            const double reciprocal = sum / p, alpha = t_.d(i);
-            cosine = p / sum;
-            sine = square / sum;
-            gamma = cosine * (alpha - sigma) - sine * before;
-            t_.d(i + 1) = before + (alpha - gamma);
-            if (reciprocal < 1.0 / safe_minimum) p = gamma * gamma * reciprocal;
-            else p = cosine != 0.0 ? gamma * gamma / cosine : cosine_before * square;
-        }
-        t_.e(l) = sine * p;
-        t_.d(l) = sigma + gamma;
+    /// Shifts for so many sweeps: the eigenvalues of the leading part with as many rows, to all digits: with fewer,
+    /// glued blocks hardly part. False when QL does not find them.
+    bool find_shifts(i64 l, i64 many, double* shifts) const {
+        double squares[most_sweeps];
+        for (i64 i = 0; i < many; ++i) shifts[i] = t_.d(l + i);
+        for (i64 i = 0; i + 1 < many; ++i) squares[i] = t_.e(l + i);
+        const BlockView leading(shifts, squares, many, false);
+        i64 steps_left = many * steps_for_one;
+        return run_ql(leading, SquareFreeQl(leading, 1), steps_left);
+    }
+    i64 advance(i64 l, i64 m) const {
+        double shifts[most_sweeps];
+        i64 many = std::min(sweeps_for(m - l + 1), together_);
+        if (many > 1 && !find_shifts(l, many, shifts)) many = 1;
+        if (many == 1) shifts[0] = shift(l);
+        if (std::isnan(shifts[0])) return 0;
+        square_free_ql(t_, l, m, many, shifts);
+        return many;
     }
 
     void split_two(i64 l) const {
@@ -55,13 +59,14 @@ class SquareFreeQl {
 
 void nxl_lapack_dsterf(const i64& n, double* d, double* e, i64& info) {
     if (Arguments(routine<double>("STERF")).size(1, n).refused(info)) return;
-    constexpr i64 steps_for_one = 30;
-    i64 steps_left = n * steps_for_one;
+    i64 steps_left = n * SquareFreeQl::steps_for_one;
     iterate_on_blocks(n, d, e, [&](double* diagonal, double* off, const Slice& block) {
         for (i64 i = 0; i < block.count - 1; ++i) off[i] *= off[i];
         const bool from_end = std::fabs(diagonal[block.count - 1]) < std::fabs(diagonal[0]);
         const BlockView view(diagonal, off, block.count, from_end);
-        const bool done = run_ql(view, SquareFreeQl(view), steps_left);
+        i64 steps_together = block.count * 8; // they take some 2.5 of them; single sweeps go on where they do not
+        const bool done = run_ql(view, SquareFreeQl(view, most_sweeps), steps_together) ||
+                          run_ql(view, SquareFreeQl(view, 1), steps_left);
         for (i64 i = 0; i < block.count - 1; ++i) off[i] = std::sqrt(off[i]); // for the scale
         return done;
     });

@@ -55,7 +55,8 @@ template <class Iterate> void iterate_on_blocks(i64 n, double* d, double* e, con
 }
 
 /// QL on one block until e is 0. False when no steps are left, or a shift is not a number. Of an iteration it asks
-/// end_of_part(l), split_two(l), which makes two rows diagonal, shift(l) and sweep(l, m, shift).
+/// end_of_part(l), split_two(l), which makes two rows diagonal, and advance(l, m), which returns how many sweeps it has
+/// done over rows l to m, 0 when a shift is not a number.
 template <class Iteration> bool run_ql(const BlockView& t, const Iteration& iteration, i64& steps_left) {
     for (i64 l = 0; l < t.n;) {
         const i64 m = iteration.end_of_part(l);
@@ -66,10 +67,9 @@ template <class Iteration> bool run_ql(const BlockView& t, const Iteration& iter
             iteration.split_two(l);
             l += 2;
         } else {
-            const double shift = iteration.shift(l);
-            if (steps_left == 0 || std::isnan(shift)) return false;
-            --steps_left;
-            iteration.sweep(l, m, shift);
+            const i64 sweeps = steps_left > 0 ? iteration.advance(l, m) : 0;
+            if (sweeps == 0) return false;
+            steps_left -= sweeps;
         }
     }
     return true;
