@@ -37,7 +37,7 @@ template <class T> struct Application {
     /// Whether the first block comes first. The factor next to C does: the last one of P for P C.
     bool ascending() const { return ((side == 'L') == adjoint) == (v.order == Order::forward); }
 
-    /// Everything, on this thread, for rows or columns `own` of C.
+    /// Everything, on this thread, for rows or columns `own` of C. `work`: nb elements for each.
     void apply(const Slice& own, T* factors, T* work) const {
         const i64 last = blocks() - 1;
         for (i64 step = 0; step <= last; ++step) {
@@ -46,8 +46,8 @@ template <class T> struct Application {
             const i64 k = width(block);
             const Matrix<T> target = side == 'L' ? c.block(elements.start, own.start, elements.count, own.count)
                                                  : c.block(own.start, elements.start, own.count, elements.count);
-            const Matrix<T> w = side == 'L' ? Matrix<T>{work + own.start * nb, k, own.count, k}
-                                            : Matrix<T>{work + own.start * nb, own.count, k, own.count};
+            const Matrix<T> w =
+                side == 'L' ? Matrix<T>{work, k, own.count, k} : Matrix<T>{work, own.count, k, own.count};
             apply_block(side, adjoint ? 'C' : 'N', vectors, factor(factors, block), target, w);
         }
     }
@@ -66,6 +66,13 @@ template <class T> int threads_for(const Application<T>& work) {
     return static_cast<int>(std::clamp(work.others() / least, i64{1}, i64{std::max(threads, 1)}));
 }
 
+/// Columns of C that go through all blocks together: so many that products read 256 of their rows where they are, and
+/// that with a thousand rows they stay in the second cache. Rows of C gain nothing by it.
+template <class T> i64 strips_of(const Application<T>& work, int threads) {
+    constexpr i64 widest = (i64{1} << 10) / sizeof(T);
+    return work.side == 'L' ? round_up((work.others() + widest - 1) / widest, threads) : threads;
+}
+
 } // namespace
 
 template <class T> ReflectorBlock<T> block_of_reflectors(const Reflectors<T>& v, i64 first, i64 count) {
@@ -81,19 +88,20 @@ bool apply_reflectors(char side, bool adjoint, const Reflectors<T>& v, const T* 
     if (v.count() == 0 || c.rows == 0 || c.columns == 0) return true;
     const i64 others = side == 'L' ? c.columns : c.rows;
     const Application<T> work{side, adjoint, v, tau, c, reflectors_at_once(v.count(), others)};
-    const Scratch<T> memory(work.nb * (work.nb * work.blocks() + others));
+    const int threads = threads_for(work);
+    const i64 strips = strips_of(work, threads), width = round_up((others + strips - 1) / strips, 8);
+    const Scratch<T> memory(work.nb * (work.nb * work.blocks() + threads * width));
     if (!memory.data()) return false;
     Sections<T> sections(memory.data());
     T* const factors = sections.take(work.nb * work.nb * work.blocks());
-    T* const products = sections.take(work.nb * others);
-    const int threads = threads_for(work);
+    T* const products = sections.take(work.nb * threads * width);
     work.make_factors(factors, threads);
-    if (threads == 1) {
-        work.apply({0, others}, factors, products);
-        return true;
-    }
-    parallel_blocks(threads, threads,
-                    [&](int slice) { work.apply(balanced_slice(others, 8, slice, threads), factors, products); });
+    const auto apply_share = [&](int part) {
+        for (i64 strip = part; strip < strips; strip += threads)
+            work.apply(slice_of(others, width, strip, strips), factors, products + part * work.nb * width);
+    };
+    if (threads == 1) apply_share(0);
+    else parallel_blocks(threads, threads, apply_share);
     return true;
 }
 
