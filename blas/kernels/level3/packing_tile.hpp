@@ -1,6 +1,7 @@
 // Small real products on wide registers: the tiles of the first columns take A from where the caller has it and pack it
 // for the columns that follow, in place of a pass over A before.
 #pragma once
+#include "blas/kernels/level3/macro_tiles.hpp"
 #include "blas/kernels/level3/plain_gemm.hpp"
 
 namespace nxl::NXL_TARGET {
