@@ -64,6 +64,9 @@ TYPED_TEST(ScatteredProducts, TakeTheSumsOffTheirPlacesAndLeaveTheRest) {
                 for (const int form : {0, 1, 2, 3})
                     if (form % 2 == 0 || columns <= rows)
                         ASSERT_NO_FATAL_FAILURE(this->check(rows, columns, depth, form % 2 != 0, form > 1));
+    for (const i64 depth : {7, 9, 130}) // sizes that are packed, and depths for which one factor or both are not
+        for (const int form : {0, 1, 2, 3})
+            ASSERT_NO_FATAL_FAILURE(this->check(111, 29, depth, form % 2 != 0, form > 1));
 }
 
 } // namespace

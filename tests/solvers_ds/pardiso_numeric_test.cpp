@@ -37,7 +37,7 @@ std::vector<Shape> shapes() {
 
 void expect_solved(const System& system, const std::vector<double>& b, const std::string& what,
                    bool transposed = false) {
-    EXPECT_LE(system.backward_error(b, system.x, transposed), 1e-10) << what;
+    EXPECT_LE(system.backward_error(b, system.x, transposed), 1e-9) << what; // pivots stay inside their blocks
 }
 
 class PardisoNumeric : public testing::TestWithParam<int> {};

@@ -1,5 +1,6 @@
 // The symbolic factorisation against a symbolic elimination on sets, on every shape of graph that may trip one.
 #include "solvers_ds/kernel/default/pardiso/column_counts.hpp"
+#include "solvers_ds/kernel/default/pardiso/column_order.hpp"
 #include "solvers_ds/kernel/default/pardiso/elimination_tree.hpp"
 #include "solvers_ds/kernel/default/pardiso/panel_schedule.hpp"
 #include "solvers_ds/kernel/default/pardiso/scatter_index.hpp"
@@ -73,6 +74,12 @@ struct Factorised {
                                  xlnz.data(), xunz.data(), lindx.data(), work.data(), work.data() + n});
         ASSERT_EQ(code, 0);
         supernodes = {count, xsup.data(), snode.data(), xlindx.data(), lindx.data()};
+    }
+
+    void move_columns() {
+        Array<i32> space(column_order_work * n);
+        order_columns({n, supernodes, lindx.data(), perm.data(), invp.data(),
+                       Separators{static_cast<i32>(pairs.size()), pairs.data()}, space.data()});
     }
 };
 
@@ -149,6 +156,36 @@ TEST_P(Symbolic, AgreesWithEliminationOnSets) {
     EXPECT_EQ(f.found.factor_entries, total);
     EXPECT_EQ(f.xlnz[f.n + 1], l);
     EXPECT_EQ(f.xunz[f.n + 1], 2) << "the size of a U that is not there is 1";
+}
+
+TEST_P(Symbolic, MovedColumnsStayWithinTheStructure) {
+    const Shape& shape = GetParam();
+    Factorised f(shape.pattern, shape.order(4), shape.panel);
+    f.move_columns();
+    ASSERT_EQ(f.invp, inverse(f.perm));
+    const auto column = eliminated(shape.pattern, f.invp);
+    for (i32 s = 1; s <= f.supernodes.count; ++s) {
+        const auto& rows = column[static_cast<std::size_t>(f.supernodes.first(s))];
+        const i32* const list = f.supernodes.list(s);
+        EXPECT_TRUE(std::includes(list, list + f.supernodes.rows(s), rows.begin(), rows.end())) << s;
+    }
+}
+
+/// Three columns with rows in a clique: of the first two sets each has a part of the other, and the third a part of
+/// one.
+TEST(ColumnOrder, RowsThatCanBeRunsAre) {
+    Pattern pattern = apart(Pattern{3, {}}, clique(8));
+    for (const i32 row : {4, 6, 8, 10}) connect(pattern, 1, row);
+    for (const i32 row : {6, 10, 5, 11}) connect(pattern, 2, row);
+    for (const i32 row : {4, 8}) connect(pattern, 3, row);
+    for (const i32 panel : {4, 80}) {
+        Factorised f(pattern, natural(11), panel);
+        f.move_columns();
+        for (i32 s = 1; s <= 3; ++s) {
+            const i32 *const list = f.supernodes.list(s), rows = f.supernodes.rows(s);
+            EXPECT_EQ(list[rows - 1] - list[1], rows - 2) << "node " << f.perm[s];
+        }
+    }
 }
 
 /// Every entry of `a` has one place in the storage of L and U, and it is that of its row and column. Row i of the

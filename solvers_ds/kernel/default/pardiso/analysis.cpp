@@ -1,5 +1,6 @@
 #include "solvers_ds/kernel/default/pardiso/analysis.hpp"
 #include "solvers_ds/kernel/default/pardiso/analysis_memory.hpp"
+#include "solvers_ds/kernel/default/pardiso/column_order.hpp"
 #include "solvers_ds/kernel/default/pardiso/matrix_type.hpp"
 #include "solvers_ds/kernel/default/pardiso/ordering.hpp"
 #include "solvers_ds/kernel/default/pardiso/panel_schedule.hpp"
@@ -127,6 +128,22 @@ i32 find_structure(const Handle& handle, const SupernodeTree& tree) {
                    .waiting = work.data() + n});
 }
 
+/// Columns move inside their supernodes, but for those of a caller's order and of pairs.
+void gather_rows(const Handle& handle, const SupernodeTree& tree) {
+    const Control control = handle.control();
+    const i64 choice = control[Word::permutation];
+    if ((choice > 0 && choice != 2) || one_by_one_pivots(handle)) return;
+    const Supernodes supernodes = supernodes_of(handle);
+    order_columns({.n = control.small(Word::neqns),
+                   .supernodes = supernodes,
+                   .lindx = handle.array<i32>(ArrayBase::lindx),
+                   .perm = handle.array<i32>(ArrayBase::perm),
+                   .invp = handle.array<i32>(ArrayBase::invp),
+                   .separators = separators_of(handle, ArrayBase::separators),
+                   .work = handle.array<i32>(ArrayBase::work)});
+    for (i32 s = 1; s <= supernodes.count; ++s) tree.parent[s] = supernodes.parent(s);
+}
+
 /// The update buffer: four words for each entry of the largest block that goes through it.
 void size_update_buffer(const Supernodes& supernodes, int mtype, Control control) {
     constexpr i64 words_per_entry = 4;
@@ -192,8 +209,10 @@ void report_figures(const Call& call, Control control) {
     if (mflop < 0) mflop = whole(control[RealWord::mflop]);
 }
 
+/// As it was before columns moved inside their supernodes, which a caller's order has to give again.
 void hand_out_order(const Handle& handle, const Call& call) {
-    if (handle.control()[Word::permutation] < 0) std::copy_n(handle.array<i32>(ArrayBase::perm), call.neqns, call.perm);
+    if (handle.control()[Word::permutation] >= 0) return;
+    std::copy_n(handle.array<i32>(ArrayBase::order_perm), call.neqns, call.perm);
 }
 
 } // namespace
@@ -236,6 +255,7 @@ Fault build_structure(const Handle& handle, const Call& call) {
     keep_order(handle);
     if (const i32 code = find_structure(handle, tree_of(handle)))
         return fault_of(code == factor_too_large ? too_large : structure_mismatch);
+    gather_rows(handle, tree_of(handle));
     const i64 n = call.neqns;
     control[Word::l_size] = FromOne<i64>(handle.array<i64>(ArrayBase::xlnz))[n + 1] - 1;
     control[Word::u_size] = FromOne<i64>(handle.array<i64>(ArrayBase::xunz))[n + 1] - 1;

@@ -18,6 +18,9 @@ struct Supernodes {
     i32 rows(i32 s) const { return static_cast<i32>(xlindx[s + 1] - xlindx[s]); }
     const i32* list(i32 s) const { return &lindx[xlindx[s]]; }
 
+    /// The supernode of its first row below itself, which comes after it; 0 for a root.
+    i32 parent(i32 s) const { return rows(s) > width(s) ? snode[list(s)[width(s)]] : 0; }
+
     i32 widest() const {
         i32 found = 0;
         for (i32 s = 1; s <= count; ++s)

@@ -3,16 +3,7 @@
 
 namespace nxl::pardiso {
 
-/// The supernode of its first row below itself, which comes after it; 0 for a root.
-i32 Subtrees::parent(i32 s) const {
-    const i32 width = supernodes_.width(s);
-    return supernodes_.rows(s) > width ? supernodes_.snode[supernodes_.list(s)[width]] : 0;
-}
-
-Subtrees::Subtrees(const Supernodes& supernodes, i32 threads)
-    : supernodes_(supernodes),
-      threads_(threads),
-      owner_(supernodes.count) {
+Subtrees::Subtrees(const Supernodes& supernodes, i32 threads) : threads_(threads), owner_(supernodes.count) {
     constexpr i64 subtrees_of_a_thread = 8; // so that what is left over at the end is small
     const i32 count = supernodes.count;
     const Scratch<i64> entries(count), loads(threads);
@@ -27,11 +18,11 @@ Subtrees::Subtrees(const Supernodes& supernodes, i32 threads)
         const i64 own = i64{supernodes.rows(s)} * supernodes.width(s);
         all += own;
         subtree[s] += own;
-        if (const i32 next = parent(s); next != 0) subtree[next] += subtree[s];
+        if (const i32 next = supernodes.parent(s); next != 0) subtree[next] += subtree[s];
     }
     const i64 largest = all / (threads * subtrees_of_a_thread);
     for (i32 s = count; s >= 1; --s) {
-        const i32 next = parent(s);
+        const i32 next = supernodes.parent(s);
         i32& owner = owner_.data()[s - 1];
         owner = next != 0 ? this->owner(next) : above;
         if (owner != above || subtree[s] > largest) continue;

@@ -7,11 +7,8 @@ namespace nxl::pardiso {
 
 /// Subtrees too small to keep a thread waiting for another, each with one thread that has all of it.
 class Subtrees {
-    const Supernodes supernodes_;
     const i32 threads_;
     const Scratch<i32> owner_; ///< by supernode
-
-    i32 parent(i32 s) const;
 
   public:
     static constexpr i32 above = 0; ///< the owner of a supernode above all subtrees; threads count from 1
