@@ -149,6 +149,8 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .dreflect_columns = dreflect_columns,
         .zreflect_columns = zreflect_columns,
         .dsturm = dsturm,
+        .dtbsm = dtbsm,
+        .ztbsm = ztbsm,
     };
 }
 
