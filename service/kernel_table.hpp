@@ -30,6 +30,12 @@ using TrvKernel = void (*)(const char& uplo, const char& trans, const char& diag
 template <class T>
 using TbsvKernel = void (*)(const char& uplo, const char& trans, const char& diag, const i64& n, const i64& k,
                             const T* a, const i64& lda, T* x);
+/// The same of a band of at most tbsm_band diagonals with the columns of B. `ipiv`: null, or the rows, from 1, that
+/// change places with row j before step j of a lower triangle, for T and C after it.
+template <class T>
+using TbsmKernel = void (*)(const char& uplo, const char& trans, const char& diag, const i64& n, const i64& k,
+                            const T* a, const i64& lda, const i64* ipiv, const i64& columns, T* b, const i64& ldb);
+inline constexpr i64 tbsm_band = 64;
 
 /// A reflector in m rows of a panel of `before` + 1 + `after` columns: v, the column after those `before`, times
 /// `scale`; of the columns after it v f^T is taken off; and `product`, of all columns, grows by their inner products
@@ -326,6 +332,9 @@ struct KernelTable {
     ShiftedRowsKernel<zcomplex> zshifted_rows;
     SylvesterLeafKernel<double> dsylvester_leaf;
     SylvesterLeafKernel<zcomplex> zsylvester_leaf;
+    /// Triangles of narrow bands, with several right-hand sides.
+    TbsmKernel<double> dtbsm;
+    TbsmKernel<zcomplex> ztbsm;
 };
 
 } // namespace nxl

@@ -91,6 +91,8 @@ Kernel<decltype(KernelTable::zsyr2k)> zsyr2k;
 Kernel<decltype(KernelTable::zher2k)> zher2k;
 Kernel<decltype(KernelTable::dgemmt)> dgemmt;
 Kernel<decltype(KernelTable::zgemmt)> zgemmt;
+Kernel<decltype(KernelTable::dtbsm)> dtbsm;
+Kernel<decltype(KernelTable::ztbsm)> ztbsm;
 Kernel<decltype(KernelTable::dtrmm)> dtrmm;
 Kernel<decltype(KernelTable::ztrmm)> ztrmm;
 Kernel<decltype(KernelTable::dtrsm)> dtrsm;

@@ -153,6 +153,8 @@ consteval KernelTable make_table() { // NOLINT(readability-function-size): it is
         .zshifted_rows = zshifted_rows,
         .dsylvester_leaf = dsylvester_leaf,
         .zsylvester_leaf = zsylvester_leaf,
+        .dtbsm = dtbsm,
+        .ztbsm = ztbsm,
     };
 }
 

@@ -358,14 +358,17 @@ TYPED_TEST(Potf2, FailureInALaterBlockCountsFromTheFirstColumn) {
 template <class T> class Tbsv : public ::testing::Test {};
 TYPED_TEST_SUITE(Tbsv, Scalars);
 
-/// x - op(A)^-1 (op(A) x), what is not stored being NaN, with the bodies of both scalars.
-template <class T> double band_error(int n, int k, bool upper, char trans, bool unit, double scale) {
+/// X - op(A)^-1 (op(A) X), what is not stored being NaN, with the bodies of both scalars: those for one vector, or
+/// those for several, which leave the rows after n of each alone.
+template <class T> double band_error(int n, int k, bool upper, char trans, bool unit, double scale, int columns) {
+    const int ld = columns == 1 ? n : n + 2;
     const auto place = [&](int i, int j) {
         return static_cast<std::size_t>((upper ? k + i - j : i - j) + j * (k + 1));
     };
     std::vector<T> ab(static_cast<std::size_t>(n) * static_cast<std::size_t>(k + 1), all_nan<T>());
-    const auto x = random_values<T>(n, 3);
-    std::vector<T> b(x.size());
+    const auto x = random_values<T>(ld * columns, 3);
+    auto b = x;
+    for (int c = 0; c < columns; ++c) std::fill_n(b.begin() + c * ld, n, T{});
     Generator generator(5);
     for (int j = 0; j < n; ++j)
         for (int i = std::max(0, upper ? j - k : j); i <= std::min(n - 1, upper ? j : j + k); ++i) {
@@ -374,27 +377,39 @@ template <class T> double band_error(int n, int k, bool upper, char trans, bool 
             if (!unit) value *= scale;
             if (i != j || !unit) ab[place(i, j)] = value;
             if (trans == 'C') value = conjugate(value);
-            b[static_cast<std::size_t>(trans == 'N' ? i : j)] +=
-                value * x[static_cast<std::size_t>(trans == 'N' ? j : i)];
+            for (int c = 0; c < columns; ++c)
+                b[static_cast<std::size_t>((trans == 'N' ? i : j) + c * ld)] +=
+                    value * x[static_cast<std::size_t>((trans == 'N' ? j : i) + c * ld)];
         }
-    slot_of<T, &KernelTable::dtbsv, &KernelTable::ztbsv>()(upper ? 'U' : 'L', trans, unit ? 'U' : 'N', i64{n}, i64{k},
-                                                           ab.data() + (upper ? k : 0), i64{k}, b.data());
+    const char uplo = upper ? 'U' : 'L', diag = unit ? 'U' : 'N';
+    const T* const a = ab.data() + (upper ? k : 0);
+    if (columns == 1)
+        slot_of<T, &KernelTable::dtbsv, &KernelTable::ztbsv>()(uplo, trans, diag, i64{n}, i64{k}, a, i64{k}, b.data());
+    else
+        slot_of<T, &KernelTable::dtbsm, &KernelTable::ztbsm>()(uplo, trans, diag, i64{n}, i64{k}, a, i64{k}, nullptr,
+                                                               i64{columns}, b.data(), i64{ld});
     double worst = 0.0;
     for (std::size_t i = 0; i < x.size(); ++i)
         if (!(abs1(b[i] - x[i]) <= worst)) worst = abs1(b[i] - x[i]);
     return worst;
 }
 
-TYPED_TEST(Tbsv, SolvesWithEveryTriangleAroundItsPanels) {
-    for (const int n : {1, 7, 8, 9, 23, 61})
-        for (const int k : {0, 1, 5, 7, 8, 9, 30, 65})
+template <class T> void check_bands(std::initializer_list<int> orders, std::initializer_list<int> widths, int columns) {
+    for (const int n : orders)
+        for (const int k : widths)
             for (const bool upper : {false, true})
                 for (const char trans : {'N', 'T', 'C'})
                     for (const bool unit : {false, true})
                         for (const double scale : {1.0, 0x1p-600}) // pivots whose reciprocals are not at hand
-                            EXPECT_LE(band_error<TypeParam>(n, k, upper, trans, unit, scale), 100 * eps)
+                            EXPECT_LE(band_error<T>(n, k, upper, trans, unit, scale, columns), 100 * eps)
                                 << n << " " << k << upper << trans << unit << scale;
 }
+
+TYPED_TEST(Tbsv, SolvesWithEveryTriangleAroundItsPanels) {
+    check_bands<TypeParam>({1, 7, 8, 9, 23, 61}, {0, 1, 5, 7, 8, 9, 30, 65}, 1);
+}
+
+TYPED_TEST(Tbsv, SolvesForGroupsOfColumnsAcrossItsWindows) { check_bands<TypeParam>({1, 9, 150}, {0, 5, 12}, 19); }
 
 } // namespace
 } // namespace nxl

@@ -238,7 +238,7 @@ struct Sizes {
     int n, kl, ku;
 };
 /// Narrow bands and blocked ones, wider than the matrix too, and sizes around a block. Each meets both triangles.
-constexpr Sizes sizes[] = {{0, 0, 0},   {1, 3, 2},    {5, 0, 0},    {7, 2, 9},    {33, 5, 4},
+constexpr Sizes sizes[] = {{0, 0, 0},   {1, 3, 2},    {5, 0, 0},    {7, 2, 9},    {145, 5, 4},
                            {70, 13, 0}, {97, 20, 31}, {130, 40, 3}, {64, 70, 66}, {210, 97, 50}};
 
 template <class System> void for_each_system(const std::string& without, auto&& body) {

@@ -1,6 +1,7 @@
 // dtbsv, ztbsv: x := op(A)^-1 x for a triangle of a band.
 #include "blas/kernels/kernels.hpp"
 #include "blas/kernels/level2/triangular.hpp"
+#include "blas/kernels/transpose.hpp"
 
 namespace nxl::NXL_TARGET {
 namespace {
@@ -20,7 +21,7 @@ namespace {
 //
 // Whatever a register reads there beyond its column lies in the band's array: in a column next to it.
 constexpr int W = kWidest;
-template <class T> constexpr int kColumns = W / kParts<T>;
+template <class T> constexpr int kColumns = kElements<T, W>;
 using Lanes [[gnu::vector_size(W * sizeof(i64))]] = i64;
 
 /// Of each lane, which element of the register it belongs to.
@@ -83,26 +84,6 @@ template <bool Conjugate> [[gnu::always_inline]] inline Vec<W> products(const In
         result[lane + 1] = sum.crossed[lane] + sign * sum.crossed[lane + 1];
     }
     return result;
-}
-
-/// Exchanges the two blocks off the diagonal, of `distance` elements and registers, in a, b = v[i], v[i + distance].
-template <class T, int distance> [[gnu::always_inline]] inline void exchange(Vec<W>& a, Vec<W>& b) {
-    constexpr auto stays = [](int lane) { return (lane / kParts<T> & distance) == 0; };
-    constexpr int lanes = distance * kParts<T>;
-    [&]<int... L>(std::integer_sequence<int, L...>) __attribute__((always_inline)) {
-        const Vec<W> upper = __builtin_shufflevector(a, b, (stays(L) ? L : W + L - lanes)...);
-        b = __builtin_shufflevector(a, b, (stays(L) ? L + lanes : W + L)...);
-        a = upper;
-    }(std::make_integer_sequence<int, W>{});
-}
-template <class T, int distance = kColumns<T> / 2> [[gnu::always_inline]] inline void
-transpose(Vec<W> (&v)[kColumns<T>]) {
-    if constexpr (distance > 0) {
-        repeat<kColumns<T>>([&](auto i) {
-            if constexpr ((i & distance) == 0) exchange<T, distance>(v[i], v[i + distance]);
-        });
-        transpose<T, distance / 2>(v);
-    }
 }
 
 template <Form F, class T> class BandSolution {
@@ -198,7 +179,7 @@ template <Form F, class T> class BandSolution {
             });
         Vec<W> product[P], total{};
         repeat<P>([&](auto c) { product[c] = products<F.conjugated>(sum[c]); });
-        transpose<T>(product);
+        transpose<T, W>(product);
         repeat<P>([&](auto c) { total += product[c]; });
         return total;
     }
@@ -215,7 +196,7 @@ template <Form F, class T> class BandSolution {
             pivots = elements<T>() == i64{c} ? gift[c] : pivots;
         });
         if (band_.unit) pivots = alternate<W>(1.0, kParts<T> == 1 ? 1.0 : 0.0);
-        if constexpr (F.transposed) transpose<T>(gift);
+        if constexpr (F.transposed) transpose<T, W>(gift);
         const Vec<W> inverses = reciprocals<T>(pivots);
         Vec<W> sizes = moduli(pivots) + moduli(inverses);
         repeat<P>([&](auto c) {

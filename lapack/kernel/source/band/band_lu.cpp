@@ -1,6 +1,6 @@
 // Solutions with the factors of a band. One right-hand side goes through L by some columns at
-// a time, in narrow bands one by one. For many, a block of L's
-// columns is copied, and the interchanges after each of them are made in the copy: then it is the panel of an ordinary
+// a time, in narrow bands one by one; many go through a narrow band side by side. For many, a block of L's columns is
+// copied else, and the interchanges after each of them are made in the copy: then it is the panel of an ordinary
 // factorisation. Du Croz, Mayes and Radicati, LAPACK Working Note 21 (1990).
 #include "lapack/kernel/source/band/band_lu.hpp"
 #include "blas/calls.hpp"
@@ -13,17 +13,14 @@
 
 namespace nxl {
 
-template <class T> template <i64 Count> void BandLu<T>::lower_columns(char trans, T* x, i64 ld) const {
+template <class T> void BandLu<T>::lower_columns(char trans, T* x) const {
     const i64 n = order();
     for (i64 step = 0; step < n; ++step) {
         const i64 j = trans == 'N' ? step : n - 1 - step, pivot = ipiv[j] - 1, count = lower.count(j);
         const T* const column = lower.start(j);
-        for (i64 k = 0; k < Count; ++k) {
-            T* const y = x + k * ld;
-            if (trans != 'N') y[j] -= column_dot(trans == 'C', count, column, y + j + 1);
-            if (pivot != j) std::swap(y[j], y[pivot]);
-            if (trans == 'N') subtract_multiple(count, y[j], column, y + j + 1);
-        }
+        if (trans != 'N') x[j] -= column_dot(trans == 'C', count, column, x + j + 1);
+        if (pivot != j) std::swap(x[j], x[pivot]);
+        if (trans == 'N') subtract_multiple(count, x[j], column, x + j + 1);
     }
 }
 
@@ -83,20 +80,24 @@ template <class T> void BandLu<T>::lower_block(char trans, i64 j, i64 width, con
     }
 }
 
-template <class T> void BandLu<T>::solve_lower(char trans, const Matrix<T>& b) const {
+template <class T> void BandLu<T>::lower_blocks(char trans, const Matrix<T>& b, T* space) const {
     const i64 n = order(), blocks = (n + BandSizes::panel - 1) / BandSizes::panel;
+    for (i64 step = 0; step < blocks; ++step) {
+        const i64 j = (trans == 'N' ? step : blocks - 1 - step) * BandSizes::panel;
+        lower_block(trans, j, std::min(BandSizes::panel, n - j), b, space);
+    }
+}
+
+template <class T> void BandLu<T>::solve_lower(char trans, const Matrix<T>& b) const {
     if (lower.below == 0) return;
-    if (lower.below >= Strip<T>::least && b.columns == 1)
-        return for_strips<T>(n, trans == 'N', [&](const Slice& columns) { lower_strip(trans, columns, b.data); });
-    if (lower.below > BandSizes::narrow && b.columns > 1)
-        if (const Scratch<T> space((BandSizes::panel + lower.below) * BandSizes::panel); space.data()) {
-            for (i64 step = 0; step < blocks; ++step) {
-                const i64 j = (trans == 'N' ? step : blocks - 1 - step) * BandSizes::panel;
-                lower_block(trans, j, std::min(BandSizes::panel, n - j), b, space.data());
-            }
-            return;
-        }
-    for_groups_of_columns(b, [&](T* x, auto count) { lower_columns<count>(trans, x, b.ld); });
+    if (b.columns == 1 && lower.below >= Strip<T>::least)
+        return for_strips<T>(order(), trans == 'N', [&](const Slice& part) { lower_strip(trans, part, b.data); });
+    if (b.columns > 1) {
+        if (lower.below <= side_by_side) return solve_narrow_triangle('L', trans, 'U', lower, ipiv, b);
+        if (const Scratch<T> space((BandSizes::panel + lower.below) * BandSizes::panel); space.data())
+            return lower_blocks(trans, b, space.data());
+    }
+    for (i64 k = 0; k < b.columns; ++k) lower_columns(trans, b.at(0, k));
 }
 
 template <class T> void BandLu<T>::solve(char trans, const Matrix<T>& b) const {

@@ -28,8 +28,9 @@ template <class T> struct BandLu {
     void solve(char trans, T* x) const { solve(trans, {x, order(), 1, order()}); }
 
   private:
-    template <i64 Count> void lower_columns(char trans, T* x, i64 ld) const;
+    void lower_columns(char trans, T* x) const;
     void lower_strip(char trans, const Slice& strip_columns, T* x) const;
+    void lower_blocks(char trans, const Matrix<T>& b, T* space) const;
     void lower_block(char trans, i64 j, i64 width, const Matrix<T>& b, T* space) const;
 };
 

@@ -1,13 +1,11 @@
-// Narrow bands: column by column. One right-hand side: by a kernel. Many: a block of columns is copied with zeros
-// around the band, which makes it one triangle and one rectangle of level 3.
+// One right-hand side, and several with a narrow band: by kernels. Several with others: a block of columns is copied
+// with zeros around the band, which makes it one triangle and one rectangle of level 3.
 //
 //     lower    \ . . .          diagonal: solved with           upper    \ # . .
 //              #\. . .          #: the rectangle                         . \ # .
 //              .#\ . .                                                   . . \ #
 #include "lapack/kernel/source/band/band_triangle.hpp"
 #include "blas/calls.hpp"
-#include "lapack/kernel/source/band/narrow_columns.hpp"
-#include "lapack/kernel/source/common/scalars.hpp"
 #include "service/scratch.hpp"
 
 namespace nxl {
@@ -35,30 +33,15 @@ namespace {
 
 template <class T> struct BandTriangle {
     char uplo, trans, diag;
-    Columns<const T> all, off; // off: without the diagonal
+    Columns<const T> all;
     i64 n = all.a.rows;
 
     /// The columns of a triangle are gone through from its narrow end for N, and towards it for T and C.
     bool ascending() const { return (uplo == 'L') == (trans == 'N'); }
-
-    /// For `Count` right-hand sides, ld apart.
-    template <i64 Count> void solve_columns(T* x, i64 ld) const {
-        for (i64 step = 0; step < n; ++step) {
-            const i64 j = ascending() ? step : n - 1 - step, first = off.first(j), count = off.count(j);
-            const T* const column = off.a.at(first, j);
-            const Divisor<T> pivot(diag == 'U' ? T(1.0) : conj_if(trans == 'C', all.a(j, j)));
-            for (i64 k = 0; k < Count; ++k) {
-                T* const y = x + k * ld;
-                if (trans != 'N') y[j] -= column_dot(trans == 'C', count, column, y + first);
-                if (diag != 'U') y[j] = pivot.divide(y[j]);
-                if (trans == 'N') subtract_multiple(count, y[j], column, y + first);
-            }
-        }
-    }
+    i64 width() const { return std::max(all.above, all.below); }
 
     void solve_one(T* x) const {
-        const i64 width = std::max(all.above, all.below);
-        slot_of<T, &KernelTable::dtbsv, &KernelTable::ztbsv>()(uplo, trans, diag, n, width, all.a.data, all.a.ld, x);
+        slot_of<T, &KernelTable::dtbsv, &KernelTable::ztbsv>()(uplo, trans, diag, n, width(), all.a.data, all.a.ld, x);
     }
 
     /// Columns j .. j + width - 1, whose rows off the block on the diagonal are from `row` on.
@@ -85,27 +68,30 @@ template <class T> struct BandTriangle {
     }
 };
 
-template <class T> BandTriangle<T> band_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle) {
-    return {uplo, trans, diag, triangle, triangle.off_diagonal()};
-}
-
 } // namespace
 
 template <class T> void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, T* x) {
     if (std::max(triangle.above, triangle.below) + 1 >= triangle.a.rows && triangle.a.ld >= triangle.a.rows)
         return trsv(uplo, trans, diag, triangle.a, x);
-    band_triangle(uplo, trans, diag, triangle).solve_one(x);
+    BandTriangle<T>{uplo, trans, diag, triangle}.solve_one(x);
+}
+
+template <class T>
+void solve_narrow_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, const i64* ipiv,
+                           const Matrix<T>& b) {
+    slot_of<T, &KernelTable::dtbsm, &KernelTable::ztbsm>()(uplo, trans, diag, b.rows,
+                                                           std::max(triangle.above, triangle.below), triangle.a.data,
+                                                           triangle.a.ld, ipiv, b.columns, b.data, b.ld);
 }
 
 template <class T>
 void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, const Matrix<T>& b) {
     if (b.columns == 1) return solve_triangle(uplo, trans, diag, triangle, b.data);
-    const auto solver = band_triangle(uplo, trans, diag, triangle);
-    const i64 width = std::max(triangle.above, triangle.below);
-    if (width > BandSizes::narrow)
-        if (const Scratch<T> space((BandSizes::panel + width) * BandSizes::panel); space.data())
-            return solver.solve_blocks(b, space.data());
-    for_groups_of_columns(b, [&](T* x, auto count) { solver.template solve_columns<count>(x, b.ld); });
+    const BandTriangle<T> solver{uplo, trans, diag, triangle};
+    if (solver.width() <= side_by_side) return solve_narrow_triangle(uplo, trans, diag, triangle, nullptr, b);
+    if (const Scratch<T> space((BandSizes::panel + solver.width()) * BandSizes::panel); space.data())
+        return solver.solve_blocks(b, space.data());
+    for (i64 k = 0; k < b.columns; ++k) solver.solve_one(b.at(0, k));
 }
 
 template void pack(const Columns<const double>&, i64, i64, const Matrix<double>&);
@@ -115,6 +101,9 @@ template void unpack(const Matrix<zcomplex>&, const Columns<zcomplex>&, i64, i64
 template void solve_triangle(char, char, char, const Columns<const double>&, double*);
 template void solve_triangle(char, char, char, const Columns<const zcomplex>&, zcomplex*);
 template void solve_triangle(char, char, char, const Columns<const double>&, const Matrix<double>&);
+template void solve_narrow_triangle(char, char, char, const Columns<const double>&, const i64*, const Matrix<double>&);
 template void solve_triangle(char, char, char, const Columns<const zcomplex>&, const Matrix<zcomplex>&);
+template void solve_narrow_triangle(char, char, char, const Columns<const zcomplex>&, const i64*,
+                                    const Matrix<zcomplex>&);
 
 } // namespace nxl

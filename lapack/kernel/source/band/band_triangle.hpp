@@ -2,6 +2,7 @@
 #pragma once
 #include "lapack/kernel/source/common/columns.hpp"
 #include "lapack/kernel/source/tuning/tuning.hpp"
+#include "service/kernel_table.hpp"
 
 namespace nxl {
 
@@ -16,5 +17,15 @@ void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& tr
 /// B := op(A)^-1 B
 template <class T>
 void solve_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, const Matrix<T>& b);
+
+/// Diagonals beside the main one up to which several right-hand sides go side by side through the columns of a
+/// triangle: there is too little in a block of it for products of level 3.
+inline constexpr i64 side_by_side = 12;
+static_assert(side_by_side <= tbsm_band);
+
+/// Of such a triangle; `ipiv`, or null: the interchanges of L (TbsmKernel).
+template <class T>
+void solve_narrow_triangle(char uplo, char trans, char diag, const Columns<const T>& triangle, const i64* ipiv,
+                           const Matrix<T>& b);
 
 } // namespace nxl
