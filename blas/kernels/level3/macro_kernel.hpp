@@ -28,6 +28,12 @@ template <class T> struct PanelB {
         const i64 here = columns - first < width ? columns - first : width;
         return {panels + panel * stride + (c - first) * kParts<T>, here * kParts<T>};
     }
+    /// The panels that follow column c, or the first ones: one of `shares` parts of `wide` columns.
+    [[gnu::always_inline]] LinesAhead ahead(i64 c, i64 wide, i64 shares) const {
+        const i64 panel = c < columns ? c / kPanelColumns<T> : 0;
+        const i64 lines = wide * stride / (kPanelColumns<T> * LinesAhead::line);
+        return {panels + panel * stride, lines / shares + 1};
+    }
     /// 8 real columns from column c on.
     static constexpr int pair_step = kPanelColumns<T> * kParts<T>;
     [[gnu::always_inline]] PackedPairs<pair_step> pairs(i64 c) const {

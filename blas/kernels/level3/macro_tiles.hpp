@@ -16,8 +16,9 @@ namespace nxl::NXL_TARGET {
 //
 // On the left three panels are reused for all columns of the chunk, and the chunk for all of A. On the right the strip,
 // 64 bytes per step of k, is reused for all of A. Each element of A leaves the second cache once per chunk or strip.
-// With 512 bits it is as on the right, but 12 columns, where B is, and two panels of 8 rows at a time.
-// Class 3 at 128 bits needs no strip for a packed B: its tile takes 8 columns of the panels as they are.
+// With 512 bits it is as on the right, but 12 columns, where B is, and two panels of 8 rows at a time. Meanwhile the
+// next 12 columns of a packed B, which is larger than the second cache, come into that one. Class 3 at 128 bits needs
+// no strip for a packed B: its tile takes 8 columns of the panels as they are.
 
 /// A tile of C: multiply() gives its sums, a Tile, and is asked only when something of it is to be written. The lines
 /// of C are fetched first, so that they arrive while the sums are formed.
@@ -43,7 +44,7 @@ constexpr i64 unrolled_k = kClass == CpuClass::p4n ? 112 : 0;
 /// The tile that starts at a panel of A; block A belongs to row i of C.
 template <class T, int Panels, int Columns, class B>
 [[gnu::always_inline]] inline void tile_at(const BlockA& a, i64 panel, i64 steps, B b, const Result<T>& to, i64 i,
-                                           i64 j) {
+                                           i64 j, LinesAhead lines = {}) {
     using Tile = Sums<Panels, Columns, kWidest, kTallPanel>;
     constexpr i64 height = Panels * kTallRows<T>;
     const i64 first = panel * kTallRows<T>;
@@ -53,7 +54,7 @@ template <class T, int Panels, int Columns, class B>
                   [&](ColumnsAhead c) __attribute__((always_inline)) {
                       if constexpr (unrolled_k > 0 && Columns == kPanel)
                           if (steps == unrolled_k) return multiply_unrolled<unrolled_k, Tile>(panels, a.stride, b, c);
-                      return multiply_panels<Tile>(steps, panels, a.stride, b, c);
+                      return multiply_panels<Tile>(steps, panels, a.stride, b, c, lines);
                   });
 }
 
@@ -119,9 +120,12 @@ template <class T, int Groups, class ColumnsB>
     const i64 steps = ColumnsB::steps(a.k), count = (a.rows + kTallRows<T> - 1) / kTallRows<T>;
     GroupsOfB<decltype(b(c)), Groups> together;
     for (int group = 0; group < Groups; ++group) together.of[group] = b(c + group * kPanelRows<T>);
+    LinesAhead lines;
+    if constexpr (requires { b.ahead(c, c, c); })
+        lines = b.ahead(c + columns / kParts<T>, columns / kParts<T>, count / together_a + 1);
     i64 panel = 0;
-    for (; count - panel >= together_a; panel += together_a)
-        tile_at<T, together_a, columns>(a, panel, steps, together, to, i, j + c);
+    for (; count - panel >= together_a; panel += together_a, lines.at += lines.left * LinesAhead::line)
+        tile_at<T, together_a, columns>(a, panel, steps, together, to, i, j + c, lines);
     for (; panel < count; ++panel) tile_at<T, 1, columns>(a, panel, steps, together, to, i, j + c);
 }
 

@@ -138,12 +138,13 @@ template <class T, int High = kPanel, class Change>
 [[gnu::always_inline]] inline void pack_full_groups(const Source<T>& from, i64 groups, i64 k, double* to, i64 stride,
                                                     i64 step, Change change) {
     constexpr int per_panel = High / kPanel;
+    constexpr int together = kWidest == 8 ? 6 : 3 * per_panel; // with the widest registers three lines of the cache
     i64 group = 0;
     const auto source = [&] { return from.from(group * kPanelRows<T>, 0); };
     const auto place = [&] { return to + group_offset<High>(group, stride); };
     if (from.along_r == 1) {
-        for (; group + 3 * per_panel <= groups; group += 3 * per_panel)
-            pack_neighbours<T, High, 3 * per_panel>(source(), k, place(), stride, step, change);
+        for (; group + together <= groups; group += together)
+            pack_neighbours<T, High, together>(source(), k, place(), stride, step, change);
         if constexpr (per_panel > 1)
             for (; group + per_panel <= groups; group += per_panel)
                 pack_neighbours<T, High, per_panel>(source(), k, place(), stride, step, change);
@@ -199,14 +200,18 @@ template <class T, class PackPart>
     }
 }
 
-/// k steps of `columns` columns of op(B).
+/// k steps of `columns` columns of op(B): whole panels some at a time, as those of A, then what is left.
 template <class T> void pack_b(const Source<T>& from, i64 k, i64 columns, double* to, i64 stride) {
+    constexpr i64 width = kPanelColumns<T>;
+    constexpr int high = kPanelColumns<T> * kParts<T>;
+    const i64 panels = columns / width, rest = columns % width;
     with_change<T>(from.conjugate, static_cast<const T*>(nullptr), [&](auto change) {
-        for_each_part<T>(k, columns, to, stride, [&](i64 column, i64 wide, double* at, i64 step) {
-            if (wide == kPanelRows<T>) pack_full_groups<T>(from.from(column, 0), 1, k, at, stride, step, change);
-            else
-                pack_ragged<T>(from.from(column, 0), static_cast<int>(wide), static_cast<int>(wide), k, at, step,
-                               change);
+        pack_full_groups<T, high>(from, panels * (high / kPanel), k, to, stride, high, change);
+        for (i64 panel = 0; panel < panels; ++panel, to += stride) pad_panel<T>(to, k, high);
+        for_each_part<T>(k, rest, to, stride, [&](i64 column, i64 wide, double* at, i64 step) {
+            const Source<T> source = from.from(panels * width + column, 0);
+            if (wide == kPanelRows<T>) pack_full_groups<T>(source, 1, k, at, stride, step, change);
+            else pack_ragged<T>(source, static_cast<int>(wide), static_cast<int>(wide), k, at, step, change);
         });
     });
 }

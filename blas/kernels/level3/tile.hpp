@@ -165,6 +165,19 @@ struct ColumnsAhead {
     [[gnu::always_inline]] bool are_few() const { return left <= 8; }
 };
 
+/// Lines of memory that come into the second cache while sums are formed, one in a round.
+struct LinesAhead {
+    static constexpr i64 line = 8; // doubles
+    const double* at = nullptr;
+    i64 left = 0;
+
+    [[gnu::always_inline]] void fetch() {
+        __builtin_prefetch(at, 0, 2);
+        at += line;
+        --left;
+    }
+};
+
 /// A round of steps of k, after which a and b stand at the next.
 template <class Tile, class B>
 [[gnu::always_inline]] inline void add_round(Tile& sums, const double*& a, i64 panel_stride, B& b) {
@@ -176,11 +189,15 @@ template <class Tile, class B>
 /// Adds the products of k steps to the sums.
 template <class Tile, class B>
 [[gnu::always_inline]] inline void add_products(Tile& sums, i64 k, const double* a, i64 panel_stride, B b,
-                                                ColumnsAhead c = {}) {
+                                                ColumnsAhead c = {}, LinesAhead lines = {}) {
     i64 rounds = k / Tile::unroll;
     if (c.are_few()) c.template fetch_all<Tile::height>();
     for (; c.left > 0 && rounds > 0; --rounds) {
         c.template fetch<Tile::height>();
+        add_round(sums, a, panel_stride, b);
+    }
+    for (; lines.left > 0 && rounds > 0; --rounds) {
+        lines.fetch();
         add_round(sums, a, panel_stride, b);
     }
     for (; rounds > 0; --rounds) add_round(sums, a, panel_stride, b);
@@ -188,9 +205,10 @@ template <class Tile, class B>
 }
 
 template <class Tile, class B>
-[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b, ColumnsAhead c) {
+[[gnu::always_inline]] inline Tile multiply_panels(i64 k, const double* a, i64 panel_stride, B b, ColumnsAhead c,
+                                                   LinesAhead lines = {}) {
     Tile sums;
-    add_products(sums, k, a, panel_stride, b, c);
+    add_products(sums, k, a, panel_stride, b, c, lines);
     return sums;
 }
 
