@@ -66,10 +66,9 @@ template <class T> int threads_for(const Application<T>& work) {
     return static_cast<int>(std::clamp(work.others() / least, i64{1}, i64{std::max(threads, 1)}));
 }
 
-/// Columns of C that go through all blocks together: so many that products read 256 of their rows where they are, and
-/// that with a thousand rows they stay in the second cache. Rows of C gain nothing by it.
+/// Columns of C go through all blocks a strip at a time. Rows of C gain nothing by it.
 template <class T> i64 strips_of(const Application<T>& work, int threads) {
-    constexpr i64 widest = (i64{1} << 10) / sizeof(T);
+    constexpr i64 widest = columns_at_once<T>;
     return work.side == 'L' ? round_up((work.others() + widest - 1) / widest, threads) : threads;
 }
 

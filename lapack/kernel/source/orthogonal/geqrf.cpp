@@ -21,6 +21,7 @@ template <class T> struct Panels {
     T *const tau, *const factors, *const work; // two factors T, nb by nb; nb elements for each column of a
     const i64 nb;
     const int threads;
+    const bool products_fork;
 
     i64 width(i64 j) const { return std::min(nb, a.steps() - j); }
     Matrix<T> panel(i64 j) const { return a.block(j, j, a.rows - j, width(j)); }
@@ -28,9 +29,13 @@ template <class T> struct Panels {
 
     void factor(i64 j) const { factor_tall_panel(panel(j), tau + j, factor_of(j)); }
     void apply(i64 j, const Slice& to) const {
-        apply_block('L', 'C', Reflectors<T>{panel(j), Order::forward, Storage::columns}, factor_of(j),
-                    a.block(j, to.start, a.rows - j, to.count),
-                    Matrix<T>{work + to.start * nb, width(j), to.count, width(j)});
+        const i64 widest = products_fork ? std::max(to.count, i64{1}) : columns_at_once<T>;
+        for (i64 column = to.start; column < to.end(); column += widest) {
+            const i64 count = std::min(widest, to.end() - column);
+            apply_block('L', 'C', Reflectors<T>{panel(j), Order::forward, Storage::columns}, factor_of(j),
+                        a.block(j, column, a.rows - j, count),
+                        Matrix<T>{work + column * nb, width(j), count, width(j)});
+        }
     }
 
     /// Applies the panel at j, and factors the one after it. On a team one thread does so as soon as that panel is up
@@ -77,7 +82,9 @@ template <class T> bool factor_qr(const Matrix<T>& a, T* tau) {
     if (!memory.data()) return false;
     Sections<T> sections(memory.data());
     T* const factors = sections.take(2 * nb * nb);
-    const Panels<T> panels{a, tau, factors, sections.take(nb * a.columns), nb, threads_for(a, nb)};
+    const int threads = threads_for(a, nb);
+    const bool products_fork = threads == 1 && !region_would_be_serial() && max_threads(domain_all) > 1;
+    const Panels<T> panels{a, tau, factors, sections.take(nb * a.columns), nb, threads, products_fork};
     if (steps > 0) panels.factor(0);
     for (i64 j = 0; j < steps; j += nb) panels.step(j);
     return true;
