@@ -55,9 +55,9 @@ template <class T> void make_factor(const Reflectors<T>& v, const T* tau, const 
 template <class T>
 void apply_block(char side, char op, const Reflectors<T>& v, Operand<T> t, const Matrix<T>& c, const Matrix<T>& w);
 
-/// Columns of C that side L is best applied to at once on one thread: so many that products read 256 of their rows where
-/// they are, without a copy, and that a thousand rows of them stay in the second cache. Complex products gain nothing by
-/// it: any number.
+/// Columns of C that side L is best applied to at once on one thread: so many that products read 256 of their rows
+/// where they are, without a copy, and that a thousand rows of them stay in the second cache. Complex products gain
+/// nothing by it: any number.
 template <class T> inline constexpr i64 columns_at_once = sizeof(T) == sizeof(double) ? 128 : i64{1} << 40;
 
 /// Rows of C (side L) or columns (R) that belong to the triangle are zero on entry: op(H) C, or C op(H), without the
