@@ -182,7 +182,7 @@ void tbsm(char uplo, char trans, char diag, i64 n, i64 k, const T* a, i64 lda, c
           i64 ldb) {
     alignas(64) double window[(kWindow + tbsm_band) * 16] = {};
     for (i64 c = 0; c < columns; c += kGroup<T>)
-        with_form<Task::solution>(uplo, trans, [&]<Form F>() {
+        with_form<T, Task::solution>(uplo, trans, [&]<Form F>() {
             RowsOfGroup<F, T>(n, k, StoredTriangle<F, T>{a, lda, diag == 'U'}, ipiv, window)
                 .solve(smaller(kGroup<T>, columns - c), b + c * ldb, ldb);
         });
