@@ -11,9 +11,11 @@ void multiply_block(const BlockA& a, const ColumnsB& b, double* strip, const Res
 }
 
 template void multiply_block(const BlockA&, const PanelB<double>&, double*, const Result<double>&, i64, i64);
+template void multiply_block(const BlockA&, const PanelsAsB<double>&, double*, const Result<double>&, i64, i64);
 template void multiply_block(const BlockA&, const ColumnsInPlace<double>&, double*, const Result<double>&, i64, i64);
 template void multiply_block(const BlockA&, const RowsInPlace<double>&, double*, const Result<double>&, i64, i64);
 template void multiply_block(const BlockA&, const PanelB<Complex>&, double*, const Result<Complex>&, i64, i64);
+template void multiply_block(const BlockA&, const PanelsAsB<Complex>&, double*, const Result<Complex>&, i64, i64);
 template void multiply_block(const BlockA&, const ColumnsInPlace<Complex>&, double*, const Result<Complex>&, i64, i64);
 template void multiply_block(const BlockA&, const RowsInPlace<Complex>&, double*, const Result<Complex>&, i64, i64);
 

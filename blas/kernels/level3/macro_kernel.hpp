@@ -42,6 +42,23 @@ template <class T> struct PanelB {
     }
 };
 
+/// Panels packed as those of a first operand, as the second operand of a product. Unlike those of a packed B, the last
+/// one is as wide as the others.
+template <class T> struct PanelsAsB {
+    const double* panels;
+    i64 stride;
+    i64 columns;
+
+    static i64 steps(i64 k) { return k; }
+    [[gnu::always_inline]] PackedB operator()(i64 c) const {
+        return {panels + group_offset<kTallPanel>(c / kPanelRows<T>, stride), kTallPanel};
+    }
+    [[gnu::always_inline]] PackedPairs<kPanel> pairs(i64 c) const {
+        const double* const at = panels + c / kPanelRows<T> * stride;
+        return {at, at + stride};
+    }
+};
+
 /// B in place, contiguous along k.
 template <class T> struct ColumnsInPlace {
     Source<T> from;
@@ -70,7 +87,7 @@ struct Place {
 };
 
 /// C from row i and column j on takes the product of a block of A and all columns of B. `strip`: 64 bytes per step of
-/// k, for narrow registers alone. Compiled once, in macro_kernel.cpp, for all three kinds of B.
+/// k, for narrow registers alone. Compiled once, in macro_kernel.cpp, for all four kinds of B.
 template <class T, class ColumnsB>
 void multiply_block(const BlockA& a, const ColumnsB& b, double* strip, const Result<T>& to, i64 i, i64 j);
 

@@ -27,23 +27,6 @@ struct TriangleBlocks {
 };
 constexpr TriangleBlocks kTriangleBlocks;
 
-/// Panels packed as those of a first operand, as the second operand of a product. Unlike those of a packed B, the last
-/// one is as wide as the others.
-template <class T> struct PanelsAsB {
-    const double* panels;
-    i64 stride;
-    i64 columns;
-
-    static i64 steps(i64 k) { return k; }
-    [[gnu::always_inline]] PackedB operator()(i64 c) const {
-        return {panels + group_offset<kTallPanel>(c / kPanelRows<T>, stride), kTallPanel};
-    }
-    [[gnu::always_inline]] PackedPairs<kPanel> pairs(i64 c) const {
-        const double* const at = panels + c / kPanelRows<T> * stride;
-        return {at, at + stride};
-    }
-};
-
 /// Where a problem keeps its packed operands: one allocation, each part on pages of its own. At full lengths and for
 /// real numbers D takes 288 KiB, a piece of R as much, and the panels of 4992 right-hand sides 7.3 MiB.
 template <class T> class TriangleBuffers {
