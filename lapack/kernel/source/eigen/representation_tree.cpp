@@ -19,11 +19,12 @@ double least_gap(i64 n) { return std::clamp(0.3 / static_cast<double>(n), 1e-3, 
 
 constexpr i64 at_once = 8; // counts that take hardly longer than one
 
-/// Numbers in [-1, 1) that look random.
+/// Numbers in [-1, 1) that look random, others for each attempt.
 class Noise {
-    std::uint64_t state_ = 0x9e3779b97f4a7c15;
+    std::uint64_t state_;
 
   public:
+    explicit Noise(int attempt) : state_(0x9e3779b97f4a7c15 * static_cast<std::uint64_t>(attempt + 1)) {}
     double next() {
         state_ = state_ * 6364136223846793005 + 1442695040888963407;
         return static_cast<double>(static_cast<std::int64_t>(state_)) * 0x1p-63;
@@ -62,7 +63,7 @@ class Tree {
 
     /// The definite one beyond the end at which more eigenvalues are; shaken by a few roundoffs, lest some agree in all
     /// digits. Returns its shift.
-    double make_root(const Representation& root) const {
+    double make_root(const Representation& root, int attempt) const {
         const double low = t_.values[0], high = t_.values[t_.n - 1], quarter = 0.25 * diameter_;
         i64 at_low = 0, at_high = 0;
         for (i64 i = 0; i < t_.n; ++i) {
@@ -83,7 +84,7 @@ class Tree {
                 if (i + 1 < t_.n) root.l[i] = t_.e[i] / pivot;
             }
         }
-        Noise noise;
+        Noise noise(attempt);
         for (i64 i = 0; i < t_.n; ++i) root.d[i] *= 1.0 + 4.0 * roundoff * noise.next();
         for (i64 i = 0; i + 1 < t_.n; ++i) root.l[i] *= 1.0 + 4.0 * roundoff * noise.next();
         root.complete();
@@ -274,6 +275,12 @@ class Tree {
         return best <= bearable * diameter_;
     }
 
+    /// Vectors of an attempt before may have been longer.
+    void clear() const {
+        for (i64 j = 0; j < t_.n; ++j)
+            for (i64 i = 0; i < t_.n; ++i) places_.z[i * places_.step + j * places_.ld] = 0.0;
+    }
+
     TreeResult result() const { return result_.load(std::memory_order_relaxed); }
 };
 
@@ -286,11 +293,17 @@ TreeResult find_pairs_by_representations(const KnownTridiagonal& t, const PairPl
     const Scratch<i64> integers(2 * n);
     if (!space.data() || !bounds.data() || !integers.data()) return TreeResult::no_memory;
     const Representation root(n, space.data());
-    const Tree tree(t, places, bounds.data(), space.data() + Representation::room(n), integers.data());
-    const double shift = tree.make_root(root);
-    tree.set_bounds(shift);
-    tree.resolve(root, {0, n - 1, infinity, infinity}, shift, 0);
-    return tree.result();
+    constexpr int attempts = 3; // of a large matrix now and then some representation is poor, which other noise mends
+    TreeResult result = TreeResult::not_robust;
+    for (int attempt = 0; attempt < attempts && result == TreeResult::not_robust; ++attempt) {
+        const Tree tree(t, places, bounds.data(), space.data() + Representation::room(n), integers.data());
+        if (attempt > 0) tree.clear();
+        const double shift = tree.make_root(root, attempt);
+        tree.set_bounds(shift);
+        tree.resolve(root, {0, n - 1, infinity, infinity}, shift, 0);
+        result = tree.result();
+    }
+    return result;
 }
 
 } // namespace nxl
