@@ -101,8 +101,8 @@ template void unpack(const Matrix<zcomplex>&, const Columns<zcomplex>&, i64, i64
 template void solve_triangle(char, char, char, const Columns<const double>&, double*);
 template void solve_triangle(char, char, char, const Columns<const zcomplex>&, zcomplex*);
 template void solve_triangle(char, char, char, const Columns<const double>&, const Matrix<double>&);
-template void solve_narrow_triangle(char, char, char, const Columns<const double>&, const i64*, const Matrix<double>&);
 template void solve_triangle(char, char, char, const Columns<const zcomplex>&, const Matrix<zcomplex>&);
+template void solve_narrow_triangle(char, char, char, const Columns<const double>&, const i64*, const Matrix<double>&);
 template void solve_narrow_triangle(char, char, char, const Columns<const zcomplex>&, const i64*,
                                     const Matrix<zcomplex>&);
 
