@@ -1,7 +1,7 @@
-// Solutions with the factors of a band. One right-hand side goes through L by some columns at a time, in narrow bands by
-// one; several go through a narrow band side by side. Through a wide one they go by blocks: columns of L are copied, and
-// the interchanges after each of them are made in the copy, so that it is the panel of an ordinary factorisation. Du
-// Croz, Mayes and Radicati, LAPACK Working Note 21 (1990).
+// Solutions with the factors of a band. One right-hand side goes through L by some columns at a time, in narrow bands
+// by one; several go through a narrow band side by side. Through a wide one they go by blocks: columns of L are copied,
+// and the interchanges after each of them are made in the copy, so that it is the panel of an ordinary factorisation.
+// Du Croz, Mayes and Radicati, LAPACK Working Note 21 (1990).
 #include "lapack/kernel/source/band/band_lu.hpp"
 #include "blas/calls.hpp"
 #include "lapack/kernel/source/band/band_triangle.hpp"
